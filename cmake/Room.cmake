@@ -1,0 +1,32 @@
+# room(NAME FLOOR n [LINKS target ...]): one folder is one library. Its headers are found only by the rooms that link
+# it, so the links are the declaration of the floors. build/rooms.txt tells them to the include test.
+set_property(GLOBAL PROPERTY CORVANE_ROOMS "")
+
+add_library(corvane_flags INTERFACE)
+target_compile_options(corvane_flags INTERFACE -Wall -Wextra -Wshadow=local -Wno-unused-parameter)
+target_compile_definitions(corvane_flags INTERFACE QT_NO_CAST_TO_ASCII)
+if(CORVANE_SANITIZE)
+  target_compile_options(corvane_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize=vptr)
+  target_link_options(corvane_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+function(room name)
+  cmake_parse_arguments(R "" "FLOOR" "LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    set_target_properties(${name} PROPERTIES AUTORCC ON LINKER_LANGUAGE CXX)
+    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC corvane_flags ${R_LINKS})
+  else()
+    add_library(${name} INTERFACE)
+  endif()
+  string(REPLACE ";" " " links "${R_LINKS}")
+  set_property(GLOBAL APPEND PROPERTY CORVANE_ROOMS "${name} ${R_FLOOR} ${links}")
+endfunction()
+
+function(write_rooms)
+  get_property(rooms GLOBAL PROPERTY CORVANE_ROOMS)
+  list(JOIN rooms "\n" text)
+  file(WRITE ${CMAKE_BINARY_DIR}/rooms.txt "${text}\n")
+endfunction()
