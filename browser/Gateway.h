@@ -1,0 +1,41 @@
+// The only way to change the tree of a document.
+// Each change is applied to the model, moves every live range by the rules of the DOM standard, and, when it is the
+// program's own, is told to the live page. A change that the page's scripts made is applied in the same way, but not
+// told back.
+#pragma once
+
+#include "BoundaryPoint.h"
+
+class HTMLDocument;
+
+class Gateway {
+ public:
+  enum class Origin { Program, Page };
+
+  explicit Gateway(HTMLDocument& document) : document_(document) {}
+
+  // Puts a detached subtree before the child `before` of `parent`, or at its end. Nodes without an id get one.
+  void Insert(Node* parent, Node* before, Node* subtree, Origin origin = Origin::Program);
+
+  // Takes an attached subtree out. It is deleted unless somebody refers to one of its nodes.
+  void Remove(Node* subtree, Origin origin = Origin::Program);
+
+  // Takes a subtree out without deleting it, because it will be put in again elsewhere; only ever the page's doing.
+  void Take(Node* subtree);
+
+  // Nothing happens when nothing would change.
+  void SetAttribute(Node* element, const QString& name, const QString& value, Origin origin = Origin::Program);
+  void RemoveAttribute(Node* element, const QString& name, Origin origin = Origin::Program);
+
+  // Text and comments: puts `data` in place of `count` UTF-16 units at `offset`.
+  void ReplaceData(Node* node, int offset, int count, const QString& data, Origin origin = Origin::Program);
+
+  // Cuts a text in two and returns the second half. 0 < offset < length.
+  Node* SplitText(Node* text, int offset);
+
+  // Makes one text of this one and the text behind it.
+  void JoinWithNext(Node* text);
+
+ private:
+  HTMLDocument& document_;
+};

@@ -1,0 +1,31 @@
+#include "HTMLSelectionObject.h"
+
+#include "HTMLDocument.h"
+#include "HTMLTxtRange.h"
+#include "LivePage.h"
+
+HTMLSelectionObject::HTMLSelectionObject(HTMLDocument& document) : document_(document) { document_.AddRange(&range_); }
+
+HTMLSelectionObject::~HTMLSelectionObject() { document_.RemoveRange(&range_); }
+
+QString HTMLSelectionObject::type() const {
+  return range_.start && !range_.IsCollapsed() ? QStringLiteral("Text") : QStringLiteral("None");
+}
+
+std::shared_ptr<HTMLTxtRange> HTMLSelectionObject::createRange() {
+  Node* const body = document_.bodyNode();
+  if (!body) return nullptr;
+  LiveRange range = range_;
+  if (!range.start) range = {BoundaryPoint::AtStart(body), BoundaryPoint::AtStart(body)};
+  return std::make_shared<HTMLTxtRange>(document_, range);
+}
+
+void HTMLSelectionObject::empty() {
+  range_ = {};
+  if (document_.page()) document_.page()->ShowSelection(nullptr);
+}
+
+void HTMLSelectionObject::Select(const LiveRange& range) {
+  range_ = range;
+  if (document_.page()) document_.page()->ShowSelection(&range_);
+}

@@ -1,0 +1,138 @@
+#include "HTMLTxtRange.h"
+
+#include "HTMLDocument.h"
+#include "HtmlParser.h"
+#include "RangeEdit.h"
+#include "Serializer.h"
+#include "TextWalker.h"
+
+HTMLTxtRange::HTMLTxtRange(HTMLDocument& document, const LiveRange& range)
+    : document_(document.Alive()), range_(range) {
+  document.AddRange(&range_);
+}
+
+HTMLTxtRange::~HTMLTxtRange() {
+  if (HTMLDocument* doc = document()) doc->RemoveRange(&range_);
+}
+
+HTMLDocument* HTMLTxtRange::document() const {
+  const auto alive = document_.lock();
+  return alive ? *alive : nullptr;
+}
+
+void HTMLTxtRange::SetRange(const LiveRange& range) { range_ = range; }
+
+QString HTMLTxtRange::text() const { return document() ? TextBetween(range_) : QString(); }
+
+void HTMLTxtRange::setText(const QString& text) {
+  HTMLDocument* const doc = document();
+  if (!doc) return;
+  DeleteContent(*doc, range_);
+  if (text.isEmpty()) return;
+  const BoundaryPoint end = InsertNodes(*doc, range_.start, {doc->CreateText(text)});
+  range_ = {end, end};
+}
+
+QString HTMLTxtRange::htmlText() const {
+  HTMLDocument* const doc = document();
+  if (!doc || !SpansContent(range_)) return {};
+  return RangeHtml(range_, doc->scripting());
+}
+
+void HTMLTxtRange::pasteHTML(const QString& html) {
+  HTMLDocument* const doc = document();
+  if (!doc) return;
+  DeleteContent(*doc, range_);
+  const std::vector<Node*> nodes = ParseFragment(html, range_.start.container);
+  if (nodes.empty()) return;
+  const BoundaryPoint end = InsertNodes(*doc, range_.start, nodes);
+  range_ = {end, end};
+}
+
+void HTMLTxtRange::move(const QString& unit, int count) {
+  HTMLDocument* const doc = document();
+  Node* const body = doc ? doc->bodyNode() : nullptr;
+  if (!body) return;
+  BoundaryPoint at = count > 0 ? range_.end : range_.start;
+  if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
+    if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
+  } else if (unit.compare(u"character", Qt::CaseInsensitive) == 0) {
+    for (int step = 0; step < std::abs(count); ++step) {
+      const auto next = count > 0 ? StepForward(at, body) : StepBackward(at, body);
+      if (!next) break;
+      at = *next;
+    }
+  }
+  range_ = {at, at};
+}
+
+void HTMLTxtRange::moveEnd(const QString& unit, int count) {
+  HTMLDocument* const doc = document();
+  Node* const body = doc ? doc->bodyNode() : nullptr;
+  if (!body) return;
+  BoundaryPoint at = range_.end;
+  if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
+    if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
+  } else {
+    for (int step = 0; step < std::abs(count); ++step) {
+      const auto next = count > 0 ? StepForward(at, body) : StepBackward(at, body);
+      if (!next) break;
+      at = *next;
+    }
+  }
+  range_.end = at;
+  if (ComparePoints(doc->order(), range_.end, range_.start) < 0) range_.start = range_.end;
+}
+
+void HTMLTxtRange::moveToElementText(const HTMLElement& element) {
+  Node* const node = element.node();
+  if (!document() || !node || !node->IsAttached() || node->document != document()) return;
+  if (node->tag == Known().body || node->tag == Known().html || !node->parent) {
+    range_ = {BoundaryPoint::AtStart(node), BoundaryPoint::AtEnd(node)};
+  } else {
+    range_ = {BoundaryPoint::Before(node), BoundaryPoint::Behind(node)};
+  }
+}
+
+void HTMLTxtRange::moveToPoint(int x, int y) {
+  HTMLDocument* const doc = document();
+  Node* const body = doc ? doc->bodyNode() : nullptr;
+  if (!body) return;
+  const HTMLEventObj& event = doc->parentWindow().event();
+  BoundaryPoint at = BoundaryPoint::AtEnd(body);
+  position_.reset();
+  if (event.clientX() == x && event.clientY() == y && event.caret() && body->Contains(event.caret().container)) {
+    at = event.caret();
+    position_ = event.caretPosition();
+  }
+  range_ = {at, at};
+}
+
+void HTMLTxtRange::select() {
+  if (HTMLDocument* doc = document()) doc->selection().Select(range_);
+}
+
+std::shared_ptr<HTMLTxtRange> HTMLTxtRange::duplicate() const {
+  HTMLDocument* const doc = document();
+  return doc ? std::make_shared<HTMLTxtRange>(*doc, range_) : nullptr;
+}
+
+int HTMLTxtRange::compareEndPoints(const QString& how, const HTMLTxtRange& other) const {
+  HTMLDocument* const doc = document();
+  if (!doc || other.document() != doc) return 0;
+  const BoundaryPoint& mine =
+      how.startsWith(QLatin1String("End"), Qt::CaseInsensitive) ? range_.end : range_.start;
+  const BoundaryPoint& theirs =
+      how.endsWith(QLatin1String("End"), Qt::CaseInsensitive) ? other.range_.end : other.range_.start;
+  const int order = ComparePoints(doc->order(), mine, theirs);
+  return order < 0 ? -1 : order > 0 ? 1 : 0;
+}
+
+void HTMLTxtRange::Measure(std::function<void()> done) {
+  HTMLDocument* const doc = document();
+  if (!doc || !doc->page()) return done();
+  doc->page()->Measure(range_.start, [self = weak_from_this(), done](std::optional<QPoint> position) {
+    if (const auto range = self.lock(); range && position) range->position_ = position;
+    done();
+  });
+}

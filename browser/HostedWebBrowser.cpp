@@ -1,0 +1,435 @@
+#include "HostedWebBrowser.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+#include <QUrl>
+#include <QWebChannel>
+#include <QWebEngineHistory>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
+#include <cmath>
+
+#include "BridgePort.h"
+#include "ForeignChanges.h"
+#include "HTMLDocument.h"
+#include "OfflineInterceptor.h"
+#include "TreeCodec.h"
+
+namespace {
+
+constexpr quint32 bridgeWorld = QWebEngineScript::ApplicationWorld;
+constexpr int deathsInARow = 5;          // a page that kills every renderer isn't brought back for ever
+constexpr qint64 rowOfDeathsMs = 10000;
+
+// Opens no windows and keeps what scripts log to itself.
+class QuietPage : public QWebEnginePage {
+ public:
+  using QWebEnginePage::QWebEnginePage;
+
+ protected:
+  QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int line,
+                                const QString& source) override {
+    if (qEnvironmentVariableIsSet("CORVANE_CONSOLE")) qWarning("%s:%d: %s", qPrintable(source), line, qPrintable(message));
+  }
+};
+
+QString ReadResource(const QString& name) {
+  QFile file(name);
+  return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+int OldButton(int button) {
+  constexpr int numbers[] = {1, 4, 2};
+  return button >= 0 && button < 3 ? numbers[button] : 0;
+}
+
+std::optional<EventType> TypeOf(const QString& name) {
+  struct Row {
+    const char* name;
+    EventType type;
+  };
+  constexpr Row rows[] = {{"click", EventType::Click},         {"dblclick", EventType::DoubleClick},
+                          {"keyup", EventType::KeyUp},         {"mousedown", EventType::MouseDown},
+                          {"mouseup", EventType::MouseUp},     {"mouseover", EventType::MouseOver},
+                          {"mouseout", EventType::MouseOut},   {"contextmenu", EventType::ContextMenu}};
+  for (const Row& row : rows)
+    if (name == QLatin1String(row.name)) return row.type;
+  return std::nullopt;
+}
+
+}  // namespace
+
+HostedWebBrowser::HostedWebBrowser(QWidget* parent)
+    : WebBrowser(parent),
+      view_(new QWebEngineView(parent)),
+      profile_(new QWebEngineProfile(this)),
+      interceptor_(new OfflineInterceptor(this)) {
+  profile_->setHttpCacheType(QWebEngineProfile::NoCache);
+  profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+  profile_->setUrlRequestInterceptor(interceptor_);
+  QWebEngineScript script;
+  script.setName(QStringLiteral("bridge"));
+  script.setSourceCode(ReadResource(QStringLiteral(":/qtwebchannel/qwebchannel.js")) +
+                       ReadResource(QStringLiteral(":/bridge/Bridge.js")));
+  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+  script.setWorldId(bridgeWorld);
+  script.setRunsOnSubFrames(false);
+  profile_->scripts()->insert(script);
+  view_->setContextMenuPolicy(Qt::PreventContextMenu);
+  view_->setAcceptDrops(false);
+  SetUpPage();
+}
+
+HostedWebBrowser::~HostedWebBrowser() {
+  if (document_) document_->SetPage(nullptr);
+  // The profile has to outlive its page.
+  view_->setPage(nullptr);
+  delete page_;
+}
+
+void HostedWebBrowser::SetUpPage() {
+  page_ = new QuietPage(profile_, this);
+  QWebEngineSettings* settings = page_->settings();
+  settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+  settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
+  settings->setAttribute(QWebEngineSettings::PdfViewerEnabled, false);
+  settings->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
+  settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
+  port_ = new BridgePort(page_);
+  channel_ = new QWebChannel(page_);
+  channel_->registerObject(QStringLiteral("port"), port_);
+  page_->setWebChannel(channel_, bridgeWorld);
+  connect(port_, &BridgePort::Received, this, &HostedWebBrowser::Receive);
+  connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied,
+          Qt::QueuedConnection);
+  view_->setPage(page_);
+}
+
+QWidget* HostedWebBrowser::Widget() { return view_; }
+void HostedWebBrowser::FocusPage() { view_->setFocus(); }
+bool HostedWebBrowser::Offline() const { return interceptor_->offline; }
+void HostedWebBrowser::SetOffline(bool offline) { interceptor_->offline = offline; }
+
+void HostedWebBrowser::Navigate(const QString& url, int) {
+  emit BeforeNavigate2(url);
+  Flush();
+  DropQuestions();
+  load_ = Load::Pending;
+  wanted_ = url;
+  token_.clear();
+  page_->load(url == u"about:blank" ? QUrl(url) : QUrl::fromLocalFile(url));
+}
+
+void HostedWebBrowser::LoadFinished(bool good) {
+  if (good || load_ == Load::Done) return;
+  if (load_ == Load::Pending) FailLoad();
+}
+
+void HostedWebBrowser::FailLoad() {
+  load_ = Load::None;
+  if (document_) document_->SetPage(nullptr);
+  document_.reset();
+  emit DocumentComplete();
+}
+
+// --- From the model to the page
+
+void HostedWebBrowser::AddOperation(const QJsonArray& operation) {
+  if (load_ == Load::Recovering) return;  // the model is sent whole
+  operations_.append(operation);
+  ScheduleFlush();
+}
+
+void HostedWebBrowser::Inserted(const Node* subtree) {
+  QJsonArray flat;
+  EncodeTree(subtree, flat);
+  AddOperation({QStringLiteral("insert"), subtree->parent->id, subtree->next ? subtree->next->id : 0, flat});
+}
+
+void HostedWebBrowser::Removed(const Node* parent, NodeId node) {
+  AddOperation({QStringLiteral("remove"), parent->id, node});
+}
+
+void HostedWebBrowser::AttributeSet(const Node* element, const QString& name, const QString& value) {
+  AddOperation({QStringLiteral("set"), element->id, name, value});
+}
+
+void HostedWebBrowser::AttributeRemoved(const Node* element, const QString& name) {
+  AddOperation({QStringLiteral("unset"), element->id, name});
+}
+
+void HostedWebBrowser::DataReplaced(const Node* text, int offset, int count, const QString& data) {
+  AddOperation({QStringLiteral("data"), text->id, offset, count, data});
+  edits_.push_back({batch_ + 1, text->id, offset, count, int(data.size())});
+}
+
+void HostedWebBrowser::ShowSelection(const LiveRange* range) {
+  ++selectionNumber_;
+  if (range && range->start) {
+    Post({QStringLiteral("select"), selectionNumber_, Encode(range->start), Encode(range->end)});
+  } else {
+    Post({QStringLiteral("select"), selectionNumber_});
+  }
+  ScheduleFlush();
+}
+
+void HostedWebBrowser::TakesKeys(bool on) {
+  if (takesKeys_ == on) return;
+  takesKeys_ = on;
+  Post({QStringLiteral("keys"), on});
+  ScheduleFlush();
+}
+
+void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {
+  if (load_ != Load::Done) return answer(std::nullopt);
+  QJsonArray message{QStringLiteral("measure"), ++questionNumber_};
+  for (const QJsonValue& part : Encode(point)) message.append(part);
+  questions_.push_back({questionNumber_, std::move(answer)});
+  Post(message);
+  Flush();
+}
+
+QJsonArray HostedWebBrowser::Encode(const BoundaryPoint& point) {
+  return {point.container->id, point.IsInText() ? point.offset : point.before ? point.before->id : 0};
+}
+
+void HostedWebBrowser::Post(const QJsonArray& message) {
+  if (!operations_.isEmpty()) {
+    messages_.append(QJsonArray{QStringLiteral("batch"), ++batch_, heard_, operations_});
+    operations_ = {};
+  }
+  if (!message.isEmpty()) messages_.append(message);
+}
+
+void HostedWebBrowser::ScheduleFlush() {
+  if (std::exchange(flushScheduled_, true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        flushScheduled_ = false;
+        Flush();
+      },
+      Qt::QueuedConnection);
+}
+
+void HostedWebBrowser::Flush() {
+  Post({});
+  if (messages_.isEmpty() || load_ != Load::Done) return;
+  const QJsonArray messages = std::exchange(messages_, {});
+  page_->runJavaScript(QStringLiteral("corvane.receive(") +
+                           QString::fromUtf8(QJsonDocument(messages).toJson(QJsonDocument::Compact)) +
+                           QStringLiteral(")"),
+                       bridgeWorld);
+}
+
+void HostedWebBrowser::DropQuestions() {
+  for (Question& question : std::exchange(questions_, {})) question.answer(std::nullopt);
+  treeQuestions_.clear();
+}
+
+// --- From the page to the model
+
+void HostedWebBrowser::Receive(const QJsonArray& message) {
+  const QString token = message.at(0).toString();
+  const QString word = message.at(1).toString();
+  if (word == u"tree") return ReceiveTree(token, message);
+  if (token != token_ || !document_ || load_ != Load::Done) return;  // of a page that is no longer in view
+  if (word == u"event") {
+    ReceiveEvent(message.at(2).toObject());
+  } else if (word == u"measured") {
+    ReceiveMeasure(message);
+  } else if (word == u"selection") {
+    ReceiveSelection(message.at(2).toArray(), message.at(3).toInt());
+  } else if (word == u"changes") {
+    ReceiveChanges(message);
+  } else if (word == u"told") {
+    if (treeQuestions_.empty() || treeQuestions_.front().first != message.at(2).toInt()) return;
+    const auto answer = treeQuestions_.front().second;
+    treeQuestions_.pop_front();
+    answer(message.at(3).toArray());
+  }
+}
+
+void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& message) {
+  if (load_ == Load::Recovering) return Adopt(token);
+  const QString address = message.at(2).toString();
+  if (load_ == Load::Pending) {
+    // Of two loads in a row only the second counts.
+    const QUrl url(address);
+    const bool asked = wanted_ == u"about:blank" ? address == wanted_
+                                                 : QUrl::fromLocalFile(wanted_).toLocalFile() == url.toLocalFile();
+    if (!asked) return;
+  }
+  auto document = std::make_unique<HTMLDocument>();
+  int from = 0;
+  const QJsonArray flat = message.at(4).toArray();
+  if (!DecodeTree(flat, from, [&](NodeId id) {
+        const bool first = from <= 2;
+        if (first) document->root()->id = id;
+        return first ? document->root() : nullptr;
+      }))
+    return;
+  document->SetQuirks(message.at(3).toBool());
+  document->SetScripting(true);
+  document->TreeBuilt();
+  document->SetPage(this);
+  if (document_) document_->SetPage(nullptr);
+  DropQuestions();
+  operations_ = {};
+  messages_ = {};
+  edits_.clear();
+  batch_ = applied_ = heard_ = selectionNumber_ = 0;
+  takesKeys_ = false;
+  scroll_ = {};
+  token_ = token;
+  base_ = address;
+  load_ = Load::Done;
+  std::unique_ptr<HTMLDocument> old = std::exchange(document_, std::move(document));
+  emit DocumentComplete();
+  Flush();
+}
+
+void HostedWebBrowser::ReceiveChanges(const QJsonArray& message) {
+  const int number = message.at(2).toInt();
+  Post({});
+  // A report older than our last batch will come again, with what that batch has made of it.
+  if (message.at(3).toInt() != batch_) return;
+  heard_ = number;
+  applied_ = batch_;
+  ApplyForeignChanges(*document_, message.at(4).toObject());
+  Post({QStringLiteral("heard"), heard_});
+  ScheduleFlush();
+}
+
+BoundaryPoint HostedWebBrowser::PointOf(NodeId id, int rest, int applied) const {
+  Node* const container = document_->FindNode(id);
+  if (!container) return {};
+  if (!container->IsText()) {
+    Node* const before = rest ? document_->FindNode(rest) : nullptr;
+    return {container, 0, before && before->parent == container ? before : nullptr};
+  }
+  int offset = rest;
+  for (const Edit& edit : edits_) {
+    if (edit.id != id || edit.batch <= applied || offset <= edit.offset) continue;
+    offset = offset <= edit.offset + edit.count ? edit.offset : offset + edit.length - edit.count;
+  }
+  return BoundaryPoint::InText(container, std::clamp(offset, 0, container->Length()));
+}
+
+void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied) {
+  if (selection.at(0).toInt() != selectionNumber_) return;  // older than what the program has selected since
+  LiveRange range;
+  if (selection.size() == 5) {
+    range.start = PointOf(selection.at(1).toInt(), selection.at(2).toInt(), applied);
+    range.end = PointOf(selection.at(3).toInt(), selection.at(4).toInt(), applied);
+    if (!range.start || !range.end || ComparePoints(document_->order(), range.start, range.end) > 0) range = {};
+  }
+  document_->selection().Mirror(range);
+}
+
+void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
+  const auto type = TypeOf(event[QLatin1String("type")].toString());
+  if (!type) return;
+  applied_ = event[QLatin1String("applied")].toInt();
+  while (!edits_.empty() && edits_.front().batch <= applied_) edits_.pop_front();
+  const QJsonArray scroll = event[QLatin1String("scroll")].toArray();
+  scroll_ = {int(scroll.at(0).toDouble()), int(scroll.at(1).toDouble())};
+  ReceiveSelection(event[QLatin1String("selection")].toArray(), applied_);
+  const double zoom = view_->zoomFactor();
+  const auto pixels = [zoom](const QJsonValue& value) { return int(std::nearbyint(value.toDouble() * zoom)); };
+  HTMLEventObj message(*type);
+  Node* const target = document_->FindNode(event[QLatin1String("target")].toInt());
+  message.At(pixels(event[QLatin1String("x")]), pixels(event[QLatin1String("y")]))
+      .On(HTMLElement(target && target->IsElement() ? target : nullptr))
+      .Key(event[QLatin1String("keyCode")].toInt(), event[QLatin1String("shift")].toBool());
+  if (*type != EventType::KeyUp) message.Button(OldButton(event[QLatin1String("button")].toInt()));
+  const QJsonArray caret = event[QLatin1String("caret")].toArray();
+  if (caret.size() == 4)
+    message.Caret(PointOf(caret.at(0).toInt(), caret.at(1).toInt(), applied_),
+                  QPoint(pixels(caret.at(2)), pixels(caret.at(3))));
+  document_->Dispatch(std::move(message));
+}
+
+void HostedWebBrowser::ReceiveMeasure(const QJsonArray& message) {
+  const int number = message.at(2).toInt();
+  while (!questions_.empty() && questions_.front().number <= number) {
+    Question question = std::move(questions_.front());
+    questions_.pop_front();
+    const bool answered = question.number == number && message.size() == 5;
+    const double zoom = view_->zoomFactor();
+    question.answer(answered ? std::optional(QPoint(int(std::nearbyint(message.at(3).toDouble() * zoom)),
+                                                    int(std::nearbyint(message.at(4).toDouble() * zoom))))
+                             : std::nullopt);
+  }
+}
+
+// --- A renderer that died
+
+void HostedWebBrowser::RendererDied() {
+  DropQuestions();
+  token_.clear();
+  if (!sinceDeath_.isValid() || sinceDeath_.elapsed() > rowOfDeathsMs) deaths_ = 0;
+  sinceDeath_.restart();
+  ++deaths_;
+  if (load_ == Load::Pending) {
+    if (deaths_ > deathsInARow) return FailLoad();
+    page_->load(wanted_ == u"about:blank" ? QUrl(wanted_) : QUrl::fromLocalFile(wanted_));
+    return;
+  }
+  if (!document_) return;
+  load_ = Load::Recovering;
+  operations_ = {};
+  messages_ = {};
+  edits_.clear();
+  if (deaths_ > deathsInARow) return;
+  QTimer::singleShot(0, this, &HostedWebBrowser::Recover);
+}
+
+// A page without content, in the right mode and place; the model follows when its bridge reports.
+void HostedWebBrowser::Recover() {
+  if (load_ != Load::Recovering) return;
+  const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
+  page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
+}
+
+void HostedWebBrowser::Adopt(const QString& token) {
+  token_ = token;
+  load_ = Load::Done;
+  applied_ = batch_;
+  heard_ = 0;
+  QJsonArray flat;
+  EncodeTree(document_->root(), flat);
+  messages_ = {};
+  messages_.append(QJsonArray{QStringLiteral("adopt"), flat, QJsonArray{scroll_.x(), scroll_.y()}, batch_});
+  messages_.append(QJsonArray{QStringLiteral("keys"), takesKeys_});
+  const LiveRange& selection = document_->selection().range();
+  ++selectionNumber_;
+  if (selection.start)
+    messages_.append(QJsonArray{QStringLiteral("select"), selectionNumber_, Encode(selection.start), Encode(selection.end)});
+  else
+    messages_.append(QJsonArray{QStringLiteral("select"), selectionNumber_});
+  Flush();
+  emit Recovered();
+}
+
+// --- For tests
+
+bool HostedWebBrowser::IsQuiet() const {
+  return load_ == Load::Done && operations_.isEmpty() && messages_.isEmpty() && questions_.empty();
+}
+
+void HostedWebBrowser::TellTree(std::function<void(const QJsonArray&)> answer) {
+  treeQuestions_.emplace_back(++questionNumber_, std::move(answer));
+  Post({QStringLiteral("tell"), questionNumber_});
+  Flush();
+}
+
+void HostedWebBrowser::RunPageScript(const QString& script) { page_->runJavaScript(script, QWebEngineScript::MainWorld); }

@@ -1,0 +1,129 @@
+// The browser component over Qt WebEngine.
+// The page is a plain page in browse mode; a bridge script in an isolated world reports what it is and what happens in
+// it. The document model is built from that report, every change to it is sent back in numbered batches, and what the
+// page's own scripts change is brought into it. A renderer that dies loses nothing: the model is written into a fresh
+// one.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QPoint>
+#include <QString>
+#include <deque>
+#include <memory>
+#include <optional>
+
+#include "LivePage.h"
+#include "WebBrowser.h"
+
+class BridgePort;
+class HTMLDocument;
+class OfflineInterceptor;
+class QWebChannel;
+class QWebEnginePage;
+class QWebEngineProfile;
+class QWebEngineView;
+
+class HostedWebBrowser : public WebBrowser, private LivePage {
+  Q_OBJECT
+
+ public:
+  explicit HostedWebBrowser(QWidget* parent);
+  ~HostedWebBrowser() override;
+
+  void Navigate(const QString& url, int flags) override;
+  HTMLDocument* Document() const override { return document_.get(); }
+  bool Offline() const override;
+  void SetOffline(bool offline) override;
+  QWidget* Widget() override;
+  void FocusPage() override;
+
+  // For tests of the agreement between model and live page. Quiet: nothing is under way in either direction.
+  bool IsQuiet() const;
+  // Asks for the live page's whole tree in the form of TreeCodec.h.
+  void TellTree(std::function<void(const QJsonArray&)> answer);
+  // Runs a script as the page's own.
+  void RunPageScript(const QString& script);
+  QWebEnginePage* enginePage() const { return page_; }
+
+ signals:
+  // The page is back after its renderer had died.
+  void Recovered();
+
+ private:
+  enum class Load { None, Pending, Recovering, Done };
+
+  // What the model tells.
+  void Inserted(const Node* subtree) override;
+  void Removed(const Node* parent, NodeId node) override;
+  void AttributeSet(const Node* element, const QString& name, const QString& value) override;
+  void AttributeRemoved(const Node* element, const QString& name) override;
+  void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
+  void ShowSelection(const LiveRange* range) override;
+  void TakesKeys(bool on) override;
+  void Measure(const BoundaryPoint& point, Answer answer) override;
+
+  // What the page tells.
+  void Receive(const QJsonArray& message);
+  void ReceiveTree(const QString& token, const QJsonArray& message);
+  void ReceiveChanges(const QJsonArray& message);
+  void ReceiveEvent(const QJsonObject& event);
+  void ReceiveSelection(const QJsonArray& selection, int applied);
+  void ReceiveMeasure(const QJsonArray& message);
+
+  void SetUpPage();
+  void LoadFinished(bool good);
+  void RendererDied();
+  void Recover();
+  void Adopt(const QString& token);
+  void FailLoad();
+
+  void AddOperation(const QJsonArray& operation);
+  void Post(const QJsonArray& message);  // at the next flush, behind the changes so far
+  void Flush();
+  void ScheduleFlush();
+  void DropQuestions();
+  BoundaryPoint PointOf(NodeId id, int rest, int applied) const;
+  static QJsonArray Encode(const BoundaryPoint& point);
+
+  QWebEngineView* view_;
+  QWebEngineProfile* profile_;
+  QWebEnginePage* page_ = nullptr;
+  QWebChannel* channel_ = nullptr;
+  BridgePort* port_ = nullptr;
+  OfflineInterceptor* interceptor_;
+
+  std::unique_ptr<HTMLDocument> document_;
+  Load load_ = Load::None;
+  QString wanted_;         // path of the pending navigation
+  QString token_;          // of the page's bridge that is listened to
+  QString base_;           // URL of the page in view
+  QPoint scroll_;
+
+  QJsonArray operations_;  // changes not yet posted
+  QJsonArray messages_;    // not yet sent
+  bool flushScheduled_ = false;
+  int batch_ = 0;          // number of the last batch sent
+  int applied_ = 0;        // the last one that the page is known to have carried out
+  int heard_ = 0;          // number of the last report of foreign changes
+  int selectionNumber_ = 0;
+  bool takesKeys_ = false;
+
+  struct Edit {  // of a text, for events that were reported before it was carried out
+    int batch;
+    NodeId id;
+    int offset, count, length;
+  };
+  std::deque<Edit> edits_;
+
+  struct Question {
+    int number;
+    Answer answer;
+  };
+  std::deque<Question> questions_;
+  int questionNumber_ = 0;
+  std::deque<std::pair<int, std::function<void(const QJsonArray&)>>> treeQuestions_;
+
+  QElapsedTimer sinceDeath_;
+  int deaths_ = 0;  // in quick succession
+};

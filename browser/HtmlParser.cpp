@@ -1,0 +1,259 @@
+#include "HtmlParser.h"
+
+#include <gumbo.h>
+
+#include <QStringDecoder>
+#include <array>
+#include <cstdlib>
+#include <memory>
+
+#include "HTMLDocument.h"
+
+namespace {
+
+constexpr int deepest = 512;  // where browsers stop nesting
+
+// Memory for one parse, freed as a whole: libgumbo frees its tree by recursion, which a hostile page could make too
+// deep, and its many small blocks cost more time than the parse.
+class Arena {
+ public:
+  ~Arena() {
+    for (void* block : blocks_) std::free(block);
+  }
+
+  static void* Allocate(void* self, std::size_t size) { return static_cast<Arena*>(self)->Take(size); }
+  static void Release(void*, void*) {}
+
+ private:
+  void* Take(std::size_t size) {
+    size = (size + 15) & ~std::size_t(15);
+    if (size > left_) {
+      const std::size_t block = std::max(size, blockSize_);
+      blockSize_ = std::min<std::size_t>(blockSize_ * 2, 16u << 20);
+      free_ = static_cast<char*>(std::malloc(block));
+      if (!free_) std::abort();
+      blocks_.push_back(free_);
+      left_ = block;
+    }
+    char* const result = free_;
+    free_ += size;
+    left_ -= size;
+    return result;
+  }
+
+  std::vector<void*> blocks_;
+  std::size_t blockSize_ = 32u << 10;
+  char* free_ = nullptr;
+  std::size_t left_ = 0;
+};
+
+const Tag* TagOf(const GumboElement& element) {
+  Namespace space = Namespace::Html;
+  if (element.tag_namespace == GUMBO_NAMESPACE_SVG) space = Namespace::Svg;
+  if (element.tag_namespace == GUMBO_NAMESPACE_MATHML) space = Namespace::MathMl;
+  if (element.tag != GUMBO_TAG_UNKNOWN && space == Namespace::Html) {
+    static std::array<const Tag*, GUMBO_TAG_LAST> known{};
+    const Tag*& slot = known[std::size_t(element.tag)];
+    if (!slot) slot = Tag::Of(QString::fromLatin1(gumbo_normalized_tagname(element.tag)));
+    return slot;
+  }
+  GumboStringPiece name = element.original_tag;
+  QString text;
+  if (name.data && name.length > 0) {
+    gumbo_tag_from_original_text(&name);
+    if (space == Namespace::Svg) {
+      if (const char* svg = gumbo_normalize_svg_tagname(&name)) return Tag::Of(QString::fromLatin1(svg), space);
+    }
+    text = QString::fromUtf8(name.data, qsizetype(name.length)).toLower();
+    text.replace(QChar(0), QChar(0xFFFD));
+  }
+  if (text.isEmpty()) text = QString::fromLatin1(gumbo_normalized_tagname(element.tag));
+  return Tag::Of(text, space);
+}
+
+class TreeMaker {
+ public:
+  explicit TreeMaker(int depth) : depth_(depth) {}
+
+  // Makes the content of `source` and hands each top-level node to `take`. Not recursive but for TEMPLATE.
+  template <typename Take>
+  void Children(const GumboVector& source, Take take) {
+    struct Level {
+      const GumboVector* children;
+      unsigned next;
+      Node* parent;  // null: the top
+    };
+    std::vector<Level> levels{{&source, 0, nullptr}};
+    Node* lastTop = nullptr;
+    while (!levels.empty()) {
+      Level& level = levels.back();
+      if (level.next == level.children->length) {
+        levels.pop_back();
+        continue;
+      }
+      const auto* child = static_cast<const GumboNode*>(level.children->data[level.next++]);
+      Node* const parent = level.parent;
+      Node* const previous = parent ? parent->lastChild : lastTop;
+      const bool isText = child->type == GUMBO_NODE_TEXT || child->type == GUMBO_NODE_WHITESPACE ||
+                          child->type == GUMBO_NODE_CDATA;
+      if (isText && previous && previous->IsText()) {
+        previous->data += QString::fromUtf8(child->v.text.text);
+        continue;
+      }
+      Node* const node = Make(*child);
+      if (!node) continue;
+      if (parent) {
+        parent->Link(node, nullptr);
+      } else {
+        take(node);
+        lastTop = node;
+      }
+      if (child->type != GUMBO_NODE_ELEMENT) continue;
+      const GumboVector& children = child->v.element.children;
+      if (children.length == 0) continue;
+      // Beyond the deepest level what would be nested stands side by side.
+      const bool tooDeep = depth_ + int(levels.size()) >= deepest;
+      levels.push_back({&children, 0, tooDeep ? parent : node});
+    }
+  }
+
+ private:
+  Node* Make(const GumboNode& source) {
+    switch (source.type) {
+      case GUMBO_NODE_ELEMENT: {
+        Node* node = new Node(Node::Type::Element);
+        node->tag = TagOf(source.v.element);
+        CopyAttributes(source.v.element, *node);
+        return node;
+      }
+      case GUMBO_NODE_TEMPLATE: {
+        Node* node = new Node(Node::Type::Element);
+        node->tag = Known().templateTag;
+        CopyAttributes(source.v.element, *node);
+        node->content = new Node(Node::Type::Fragment);
+        if (++templates_ < 64)  // templates inside templates are the one recursion
+          Children(source.v.element.children, [&](Node* child) { node->content->Link(child, nullptr); });
+        --templates_;
+        return node;
+      }
+      case GUMBO_NODE_TEXT:
+      case GUMBO_NODE_WHITESPACE:
+      case GUMBO_NODE_CDATA: {
+        Node* node = new Node(Node::Type::Text);
+        node->data = QString::fromUtf8(source.v.text.text);
+        return node;
+      }
+      case GUMBO_NODE_COMMENT: {
+        Node* node = new Node(Node::Type::Comment);
+        node->data = QString::fromUtf8(source.v.text.text);
+        return node;
+      }
+      case GUMBO_NODE_DOCUMENT: break;
+    }
+    return nullptr;
+  }
+
+  static void CopyAttributes(const GumboElement& element, Node& node) {
+    node.attributes.reserve(element.attributes.length);
+    for (unsigned i = 0; i < element.attributes.length; ++i) {
+      const auto* attribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
+      QString name = QString::fromUtf8(attribute->name);
+      const char* prefix = attribute->attr_namespace == GUMBO_ATTR_NAMESPACE_XLINK   ? "xlink:"
+                           : attribute->attr_namespace == GUMBO_ATTR_NAMESPACE_XML   ? "xml:"
+                           : attribute->attr_namespace == GUMBO_ATTR_NAMESPACE_XMLNS ? "xmlns:"
+                                                                                     : nullptr;
+      if (prefix && name != u"xmlns" && !name.startsWith(QLatin1String(prefix))) name.prepend(QLatin1String(prefix));
+      node.attributes.push_back({name, QString::fromUtf8(attribute->value)});
+    }
+  }
+
+  int depth_;
+  int templates_ = 0;
+};
+
+class Parse {
+ public:
+  Parse(const QString& html, const Tag* context) : text_(html.toUtf8()) {
+    GumboOptions options = kGumboDefaultOptions;
+    options.allocator = &Arena::Allocate;
+    options.deallocator = &Arena::Release;
+    options.userdata = &arena_;
+    options.max_errors = 0;
+    if (context) {
+      options.fragment_context = GUMBO_TAG_BODY;
+      const GumboTag tag = gumbo_tag_enum(context->localName.toUtf8().constData());
+      if (tag != GUMBO_TAG_UNKNOWN && tag != GUMBO_TAG_HTML && context->space == Namespace::Html)
+        options.fragment_context = tag;
+      if (context == Known().html) options.fragment_context = GUMBO_TAG_HTML;
+    }
+    output_ = gumbo_parse_with_options(&options, text_.constData(), std::size_t(text_.size()));
+  }
+
+  const GumboOutput& output() const { return *output_; }
+  const QByteArray& text() const { return text_; }
+
+ private:
+  QByteArray text_;
+  Arena arena_;
+  GumboOutput* output_ = nullptr;
+};
+
+}  // namespace
+
+std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int depth) {
+  std::vector<Node*> nodes;
+  if (html.isEmpty()) return nodes;
+  if (!html.contains(u'<') && !html.contains(u'&') && !html.contains(QChar(0)) && !html.contains(u'\r') &&
+      (!context || (!context->isTablePart && !context->isHidden && !context->isRawText && context != Known().html &&
+                    context != Known().pre && context != Known().textarea))) {
+    // Plain text, which is what most keys give, needs no parser.
+    Node* text = new Node(Node::Type::Text);
+    text->data = html;
+    nodes.push_back(text);
+    return nodes;
+  }
+  const Parse parse(html, context ? context : Known().body);
+  TreeMaker(depth).Children(parse.output().root->v.element.children, [&](Node* node) { nodes.push_back(node); });
+  return nodes;
+}
+
+std::vector<Node*> ParseFragment(const QString& html, const Node* context) {
+  while (context && !context->IsElement()) context = context->parent;
+  return ParseFragment(html, context ? context->tag : nullptr, context ? context->Depth() : 0);
+}
+
+void ParseDocument(const QString& html, HTMLDocument& document) {
+  const Parse parse(html, nullptr);
+  const GumboDocument& source = parse.output().document->v.document;
+  Node* type = nullptr;
+  unsigned typeOffset = 0;
+  if (source.has_doctype) {
+    type = new Node(Node::Type::DocumentType);
+    type->data = QString::fromUtf8(source.name);
+    type->identifiers = {QString::fromUtf8(source.public_identifier), QString::fromUtf8(source.system_identifier)};
+    document.root()->Link(type, nullptr);
+    // The parser doesn't tell where it stood, and comments may come before it.
+    typeOffset = unsigned(parse.text().toLower().indexOf("<!doctype"));
+  }
+  document.SetQuirks(source.doc_type_quirks_mode == GUMBO_DOCTYPE_QUIRKS);
+  unsigned index = 0;
+  TreeMaker(0).Children(source.children, [&](Node* node) {
+    const auto* child = static_cast<const GumboNode*>(source.children.data[index++]);
+    const bool beforeType = type && node->type == Node::Type::Comment && child->v.text.start_pos.offset < typeOffset;
+    document.root()->Link(node, beforeType ? type : nullptr);
+  });
+  document.TreeBuilt();
+}
+
+QString DecodePage(const QByteArray& bytes) {
+  if (const auto encoding = QStringConverter::encodingForData(bytes)) return QStringDecoder(*encoding).decode(bytes);
+  QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+  const QString text = utf8.decode(bytes);
+  if (!utf8.hasError()) return text;
+  static const char16_t upper[] = u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
+                                  u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
+  QString latin = QString::fromLatin1(bytes);
+  for (QChar& c : latin)
+    if (c.unicode() >= 0x80 && c.unicode() < 0xA0) c = QChar(upper[c.unicode() - 0x80]);
+  return latin;
+}

@@ -1,0 +1,11 @@
+// Keeps the page off the network while the component is offline: only local files and what the page itself holds pass.
+#pragma once
+
+#include <QWebEngineUrlRequestInterceptor>
+
+class OfflineInterceptor : public QWebEngineUrlRequestInterceptor {
+ public:
+  using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+  void interceptRequest(QWebEngineUrlRequestInfo& info) override;
+  bool offline = false;
+};

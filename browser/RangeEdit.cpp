@@ -1,0 +1,122 @@
+#include "RangeEdit.h"
+
+#include "HTMLDocument.h"
+#include "TextWalker.h"
+
+namespace {
+
+void JoinAround(HTMLDocument& document, const BoundaryPoint& seam) {
+  Node* left = nullptr;
+  Node* right = nullptr;
+  if (seam.IsInText()) {
+    left = seam.offset == 0 ? seam.container->previous : seam.container;
+    right = left ? left->next : nullptr;
+  } else {
+    right = seam.before;
+    left = right ? right->previous : nullptr;
+  }
+  if (left && right && left->IsText() && right->IsText()) document.gateway().JoinWithNext(left);
+}
+
+void CutText(Gateway& gateway, Node* text, int from, int to) {
+  if (from == 0 && to == text->Length()) {
+    gateway.Remove(text);
+  } else {
+    gateway.ReplaceData(text, from, to - from, {});
+  }
+}
+
+}  // namespace
+
+void DeleteContent(HTMLDocument& document, LiveRange& range) {
+  if (range.IsCollapsed()) return;
+  Gateway& gateway = document.gateway();
+  if (SpansContent(range)) {
+    Node* const first = range.start.container;
+    Node* const last = range.end.container;
+    if (first == last && first->IsText()) {
+      CutText(gateway, first, range.start.offset, range.end.offset);
+    } else {
+      Node* const stop = last->IsText() ? last : NodeBehind(range.end);
+      const int lastOffset = range.end.offset;
+      Node* node = NodeBehind(range.start);
+      if (first->IsText()) {
+        node = NextSkippingChildren(first);
+        CutText(gateway, first, range.start.offset, first->Length());
+      }
+      while (node && node != stop) {
+        if (node->Contains(last)) {
+          node = NextInTree(node);
+          continue;
+        }
+        Node* const following = NextSkippingChildren(node);
+        gateway.Remove(node);
+        node = following;
+      }
+      if (last->IsText()) CutText(gateway, last, 0, lastOffset);
+    }
+  }
+  range.end = range.start;
+  JoinAround(document, range.start);
+}
+
+BoundaryPoint InsertNodes(HTMLDocument& document, const BoundaryPoint& at, const std::vector<Node*>& nodes) {
+  Gateway& gateway = document.gateway();
+  if (nodes.empty()) return at;
+
+  if (nodes.size() == 1 && nodes.front()->IsText()) {
+    Node* host = at.IsInText() ? at.container : nullptr;
+    int offset = at.offset;
+    if (!host) {
+      Node* const left = at.before ? at.before->previous : at.container->lastChild;
+      if (left && left->IsText()) {
+        host = left;
+        offset = left->Length();
+      } else if (at.before && at.before->IsText()) {
+        host = at.before;
+        offset = 0;
+      }
+    }
+    if (!host) {
+      gateway.Insert(at.container, at.before, nodes.front());
+      return BoundaryPoint::AtEnd(nodes.front());
+    }
+    const int length = nodes.front()->Length();
+    gateway.ReplaceData(host, offset, 0, nodes.front()->data);
+    DestroyTree(nodes.front());
+    return BoundaryPoint::InText(host, offset + length);
+  }
+
+  Node* parent = at.container;
+  Node* before = at.before;
+  if (at.IsInText()) {
+    parent = at.container->parent;
+    if (at.offset == 0) {
+      before = at.container;
+    } else {
+      before = at.offset < at.container->Length() ? gateway.SplitText(at.container, at.offset) : at.container->next;
+    }
+  }
+  auto from = nodes.begin();
+  auto to = nodes.end();
+  Node* const left = before ? before->previous : parent->lastChild;
+  if ((*from)->IsText() && left && left->IsText()) {
+    gateway.ReplaceData(left, left->Length(), 0, (*from)->data);
+    DestroyTree(*from++);
+  }
+  const bool joinsRight = nodes.back()->IsText() && before && before->IsText();
+  if (joinsRight) --to;
+  for (auto it = from; it != to; ++it) gateway.Insert(parent, before, *it);
+  Node* const last = nodes.back();
+  if (!joinsRight) return last->IsText() ? BoundaryPoint::AtEnd(last) : BoundaryPoint::Behind(last);
+  const int length = last->Length();
+  gateway.ReplaceData(before, 0, 0, last->data);
+  DestroyTree(last);
+  return BoundaryPoint::InText(before, length);
+}
+
+void RemoveNode(HTMLDocument& document, Node* node) {
+  const BoundaryPoint seam{node->parent, 0, node->next};
+  document.gateway().Remove(node);
+  JoinAround(document, seam);
+}

@@ -1,0 +1,68 @@
+#include "Tag.h"
+
+#include <QHash>
+#include <memory>
+#include <utility>
+
+namespace {
+
+enum Trait { Void = 1, RawText = 2, Hidden = 4, Atomic = 8, Block = 16, TablePart = 32, HoldsText = 64 };
+
+struct TraitRow {
+  const char* names;
+  int traits;
+};
+
+constexpr TraitRow traitRows[] = {
+    {"area base basefont bgsound br col embed frame hr img input keygen link meta param source track wbr", Void},
+    {"style script xmp iframe noembed noframes plaintext", RawText},
+    {"head title style script noembed noframes template meta link base datalist", Hidden},
+    {"img hr input object iframe embed applet select textarea button video audio canvas meter progress keygen", Atomic},
+    {"address article aside blockquote center dd details dialog dir div dl dt fieldset figcaption figure footer form "
+     "h1 h2 h3 h4 h5 h6 header hgroup legend li listing main menu nav p plaintext pre section summary xmp caption td "
+     "th body",
+     Block | HoldsText},
+    {"ol ul optgroup option", Block},
+    {"table tbody thead tfoot tr", Block | TablePart},
+    {"colgroup col", Hidden},
+};
+
+QHash<QString, int> BuildTraits() {
+  QHash<QString, int> traits;
+  for (const TraitRow& row : traitRows)
+    for (const QString& name : QString::fromLatin1(row.names).split(u' ')) traits[name] |= row.traits;
+  return traits;
+}
+
+}  // namespace
+
+const Tag* Tag::Of(const QString& localName, Namespace space) {
+  static QHash<std::pair<QString, int>, std::shared_ptr<const Tag>> tags;
+  auto& slot = tags[{localName, int(space)}];
+  if (!slot) {
+    static const QHash<QString, int> traitsByName = BuildTraits();
+    auto tag = std::make_shared<Tag>();
+    tag->localName = localName;
+    tag->space = space;
+    const int traits = space == Namespace::Html ? traitsByName.value(localName) : 0;
+    tag->tagName = space == Namespace::Html ? localName.toUpper() : localName;
+    tag->isVoid = traits & Void;
+    tag->isRawText = traits & RawText;
+    tag->isHidden = traits & Hidden;
+    tag->isAtomic = traits & Atomic || (space != Namespace::Html && (localName == u"svg" || localName == u"math"));
+    tag->isBlock = traits & Block;
+    tag->isTablePart = traits & TablePart;
+    tag->holdsText = traits & HoldsText;
+    slot = std::move(tag);
+  }
+  return slot.get();
+}
+
+const KnownTags& Known() {
+  static const auto html = [](const char* name) { return Tag::Of(QString::fromLatin1(name)); };
+  static const KnownTags known = {
+      html("a"),      html("b"),      html("body"),  html("br"),    html("font"), html("head"),     html("html"),
+      html("img"),    html("plaintext"), html("pre"), html("script"), html("strong"), html("table"), html("tbody"),
+      html("td"),     html("template"), html("textarea"), html("title"), html("tr"), html("noscript")};
+  return known;
+}

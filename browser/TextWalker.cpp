@@ -1,0 +1,298 @@
+#include "TextWalker.h"
+
+namespace {
+
+bool IsFormatting(QChar c) { return c == u'\n' || c == u'\r' || c == u'\t' || c == u'\f'; }
+bool IsBlank(QChar c) { return c == u' ' || IsFormatting(c); }
+
+bool KeepsWhiteSpace(const Node* text) {
+  for (const Node* n = text->parent; n && n->IsElement(); n = n->parent)
+    if (n->IsElement(Known().pre) || n->IsElement(Known().textarea)) return true;
+  return false;
+}
+
+// What stands next to a place, as far as white space there is concerned.
+enum class Neighbour { Content, Edge };
+
+bool IsFormattingOnly(const Node* text) {
+  bool formatting = text->data.isEmpty();
+  for (const QChar c : text->data) {
+    if (!IsBlank(c)) return false;
+    formatting = formatting || IsFormatting(c);
+  }
+  return formatting;
+}
+
+Neighbour NeighbourOf(const Node* text, bool forward) {
+  const Node* node = text;
+  while (true) {
+    // One node on in the given direction, over closing and opening tags.
+    const Node* sibling = forward ? node->next : node->previous;
+    while (!sibling) {
+      node = node->parent;
+      if (!node || !node->IsElement() || node->tag->isBlock) return Neighbour::Edge;
+      sibling = forward ? node->next : node->previous;
+    }
+    node = sibling;
+    while (node->IsElement() && !node->tag->isHidden) {
+      if (node->tag->isBlock || node->tag == Known().br) return Neighbour::Edge;
+      if (node->tag->isAtomic) return Neighbour::Content;
+      const Node* child = forward ? node->firstChild : node->lastChild;
+      if (!child) break;
+      node = child;
+    }
+    if (node->IsText() && !IsFormattingOnly(node)) return Neighbour::Content;
+  }
+}
+
+// The stretch of `text` that one step takes from `offset` on; `counts` tells whether it shows at all.
+struct Unit {
+  int from;
+  int to;
+  bool counts;
+};
+
+Unit UnitAt(const Node* text, int at) {
+  const QString& data = text->data;
+  const int length = text->Length();
+  if (!IsBlank(data[at]) || KeepsWhiteSpace(text)) {
+    if (data[at].isHighSurrogate() && at + 1 < length && data[at + 1].isLowSurrogate()) return {at, at + 2, true};
+    if (data[at].isLowSurrogate() && at > 0 && data[at - 1].isHighSurrogate()) return {at - 1, at + 1, true};
+    return {at, at + 1, true};
+  }
+  int from = at;
+  int to = at + 1;
+  bool formatting = IsFormatting(data[at]);
+  while (from > 0 && IsBlank(data[from - 1])) formatting = IsFormatting(data[--from]) || formatting;
+  while (to < length && IsBlank(data[to])) formatting = IsFormatting(data[to++]) || formatting;
+  if (!formatting) return {at, at + 1, true};
+  bool counts = !(text->parent && text->parent->IsElement() && text->parent->tag->isTablePart);
+  if (counts && from == 0) counts = NeighbourOf(text, false) == Neighbour::Content;
+  if (counts && to == length) counts = NeighbourOf(text, true) == Neighbour::Content;
+  return {from, to, counts};
+}
+
+bool IsLeafOfText(const Node* node) {
+  return node->IsElement() && !node->tag->isHidden && (node->tag == Known().br || node->tag->isAtomic);
+}
+
+bool IsPassedOver(const Node* node) {
+  return !node->IsText() && (!node->IsElement() || node->tag->isHidden);
+}
+
+class Stepper {
+ public:
+  Stepper(const BoundaryPoint& from, const Node* body) : at_(from), body_(body) {}
+
+  std::optional<BoundaryPoint> Forward() {
+    while (true) {
+      Node* const container = at_.container;
+      if (container->IsText()) {
+        if (at_.offset < container->Length()) {
+          const Unit unit = UnitAt(container, at_.offset);
+          if (unit.counts) return crossed_ ? at_ : BoundaryPoint::InText(container, unit.to);
+          at_.offset = unit.to;
+        } else {
+          at_ = BoundaryPoint::Behind(container);
+        }
+        continue;
+      }
+      Node* const node = at_.before;
+      if (!node) {
+        if (const auto end = Leave(container)) return *end;
+        if (container == body_) return std::nullopt;
+        at_ = BoundaryPoint::Behind(container);
+      } else if (IsPassedOver(node)) {
+        at_.before = node->next;
+      } else if (IsLeafOfText(node)) {
+        return crossed_ ? at_ : BoundaryPoint::Behind(node);
+      } else {
+        Enter(node);
+        at_ = BoundaryPoint::AtStart(node);
+      }
+    }
+  }
+
+  std::optional<BoundaryPoint> Backward() {
+    while (true) {
+      Node* const container = at_.container;
+      if (container->IsText()) {
+        if (at_.offset > 0) {
+          const Unit unit = UnitAt(container, at_.offset - 1);
+          if (unit.counts) return crossed_ ? at_ : BoundaryPoint::InText(container, unit.from);
+          at_.offset = unit.from;
+        } else {
+          at_ = BoundaryPoint::Before(container);
+        }
+        continue;
+      }
+      Node* const node = at_.before ? at_.before->previous : container->lastChild;
+      if (!node) {
+        if (const auto end = Leave(container)) return *end;
+        if (container == body_) return std::nullopt;
+        at_ = BoundaryPoint::Before(container);
+      } else if (IsPassedOver(node)) {
+        at_.before = node;
+      } else if (IsLeafOfText(node)) {
+        return crossed_ ? at_ : BoundaryPoint::Before(node);
+      } else {
+        Enter(node);
+        at_ = BoundaryPoint::AtEnd(node);
+      }
+    }
+  }
+
+ private:
+  void Enter(const Node* node) {
+    if (!node->IsElement() || !node->tag->isBlock) return;
+    crossed_ = true;
+    entered_ = node->tag->holdsText ? node : nullptr;
+  }
+
+  // The place to stop at when `container` is left: the inside of an empty block that has just been entered, or the
+  // very end of the page behind a block.
+  std::optional<BoundaryPoint> Leave(const Node* container) {
+    if (container == entered_ || (container == body_ && crossed_)) return at_;
+    if (container->IsElement() && container->tag->isBlock && container != body_) {
+      crossed_ = true;
+      entered_ = nullptr;
+    }
+    return std::nullopt;
+  }
+
+  BoundaryPoint at_;
+  const Node* body_;
+  bool crossed_ = false;
+  const Node* entered_ = nullptr;  // an empty block so far
+};
+
+}  // namespace
+
+std::optional<BoundaryPoint> StepForward(const BoundaryPoint& from, const Node* body) {
+  return Stepper(from, body).Forward();
+}
+
+std::optional<BoundaryPoint> StepBackward(const BoundaryPoint& from, const Node* body) {
+  return Stepper(from, body).Backward();
+}
+
+BoundaryPoint EndOfText(Node* body) {
+  BoundaryPoint at = BoundaryPoint::AtEnd(body);
+  while (true) {
+    Node* const last = at.before ? at.before->previous : at.container->lastChild;
+    if (!last) return at;
+    if (IsPassedOver(last) || (last->IsText() && IsFormattingOnly(last) && last->previous)) {
+      at.before = last;  // nothing to stand behind
+      continue;
+    }
+    if (last->IsText()) return BoundaryPoint::AtEnd(last);
+    if (IsLeafOfText(last) || last->tag->isTablePart) return BoundaryPoint::Behind(last);
+    at = BoundaryPoint::AtEnd(last);
+  }
+}
+
+QString TextBetween(const LiveRange& range) {
+  QString text;
+  bool edge = false;  // an edge has been passed since the last character
+  const auto add = [&](QStringView piece) {
+    if (edge && !text.isEmpty()) text += u"\r\n";
+    edge = false;
+    text += piece;
+  };
+  const auto addText = [&](const Node* node, int from, int to) {
+    for (int at = from; at < to;) {
+      const Unit unit = UnitAt(node, at);
+      const int end = std::min(unit.to, to);
+      if (unit.counts) {
+        const bool blank = unit.to - unit.from > 1 && IsBlank(node->data[unit.from]);
+        add(blank || IsFormatting(node->data[at]) ? QStringView(u" ") : QStringView(node->data).mid(at, end - at));
+      }
+      at = end;
+    }
+  };
+  const Node* const first = range.start.container;
+  const Node* const last = range.end.container;
+  if (first == last && first->IsText()) {
+    addText(first, range.start.offset, range.end.offset);
+    return text;
+  }
+  const Node* node = NodeBehind(range.start);
+  const Node* within = first;
+  if (first->IsText()) {
+    addText(first, range.start.offset, first->Length());
+    within = first->parent;
+    node = NextSkippingChildren(first);
+  }
+  const auto closeTo = [&](const Node* ancestor) {
+    for (; within != ancestor && !within->Contains(ancestor); within = within->parent)
+      if (within->IsElement() && within->tag->isBlock) edge = true;
+  };
+  const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
+  while (node && node != stop) {
+    closeTo(node->parent);
+    if (node->IsText()) {
+      addText(node, 0, node == last ? range.end.offset : node->Length());
+      if (node == last) break;
+      node = NextSkippingChildren(node);
+    } else if (IsPassedOver(node)) {
+      node = NextSkippingChildren(node);
+    } else if (IsLeafOfText(node)) {
+      if (node->tag == Known().br) add(u"\r\n");
+      node = NextSkippingChildren(node);
+    } else {
+      if (node->IsElement() && node->tag->isBlock) edge = true;
+      within = node;
+      node = NextInTree(node);
+    }
+  }
+  return text;
+}
+
+bool SpansContent(const LiveRange& range) {
+  if (range.IsCollapsed()) return false;
+  bool edge = false;
+  const auto shows = [](const Node* text, int from, int to) {
+    for (int at = from; at < to;) {
+      const Unit unit = UnitAt(text, at);
+      if (unit.counts) return true;
+      at = unit.to;
+    }
+    return false;
+  };
+  const Node* const first = range.start.container;
+  const Node* const last = range.end.container;
+  if (first == last && first->IsText()) return true;
+  const Node* node = NodeBehind(range.start);
+  const Node* within = first;
+  if (first->IsText()) {
+    if (shows(first, range.start.offset, first->Length())) return true;
+    within = first->parent;
+    node = NextSkippingChildren(first);
+  }
+  const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
+  while (node && node != stop) {
+    for (; within != node->parent && !within->Contains(node->parent); within = within->parent)
+      edge = edge || (within->IsElement() && within->tag->isBlock);
+    if (node->IsText()) {
+      if (shows(node, 0, node == last ? range.end.offset : node->Length())) return true;
+      if (node == last) break;
+      node = NextSkippingChildren(node);
+      continue;
+    }
+    if (IsPassedOver(node)) {
+      node = NextSkippingChildren(node);
+      continue;
+    }
+    if (IsLeafOfText(node)) return true;
+    if (node->IsElement() && node->tag->isBlock) {
+      // A block that lies in the range with both its tags is content, even while it is empty.
+      if (!node->Contains(last)) return true;
+      edge = true;
+    }
+    within = node;
+    node = NextInTree(node);
+  }
+  for (const Node* n = within; n && !n->Contains(last); n = n->parent)
+    edge = edge || (n->IsElement() && n->tag->isBlock);
+  return !edge;
+}

@@ -1,0 +1,44 @@
+// The browser component that shows a page and exposes its document.
+// Two implementations stand behind this interface: HostedWebBrowser, the real engine, and HeadlessWebBrowser, which
+// needs no display and answers at once. Both have the same document model.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <memory>
+
+class HTMLDocument;
+class QWidget;
+
+class WebBrowser : public QObject {
+  Q_OBJECT
+
+ public:
+  // Flags of Navigate; the program always passes all three.
+  enum Flag { NoHistory = 2, NoReadFromCache = 4, NoWriteToCache = 8 };
+
+  using QObject::QObject;
+
+  // Loads a file by its path, or "about:blank". A second call before the first page is there replaces it.
+  virtual void Navigate(const QString& url, int flags) = 0;
+
+  // The loaded page; null before the first one and after a load that failed. It is replaced at each document complete,
+  // and valid until the next Navigate's page is there.
+  virtual HTMLDocument* Document() const = 0;
+
+  // While true, nothing is fetched but local files and what the page itself holds.
+  virtual bool Offline() const = 0;
+  virtual void SetOffline(bool offline) = 0;
+
+  // What shows the page; null for a component without a display.
+  virtual QWidget* Widget() { return nullptr; }
+  virtual void FocusPage() {}
+
+ signals:
+  void BeforeNavigate2(const QString& url);
+  // Once for each navigation of the main frame: the document is complete, or there is none.
+  void DocumentComplete();
+};
+
+using WebBrowserFactory = std::function<std::unique_ptr<WebBrowser>(QWidget* parent)>;
