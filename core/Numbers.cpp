@@ -7,7 +7,7 @@
 
 namespace {
 
-// The text in the form that QByteArray::toDouble takes; "" when it isn't numeric.
+// The text in the form that QString::toDouble takes; "" when it isn't numeric.
 QByteArray PlainNumber(const QString& text) {
   const QByteArray number = TrimBlanks(text).toLatin1();
   qsizetype at = 0;
@@ -63,7 +63,8 @@ bool IsNumeric(const QString& text) {
 std::optional<double> NumericValue(const QString& text) {
   const QByteArray plain = PlainNumber(text);
   if (plain.isEmpty()) return std::nullopt;
-  return plain.toDouble();
+  // The conversion of QByteArray gives 0 for a value beyond a double.
+  return QString::fromLatin1(plain).toDouble();
 }
 
 std::optional<qint16> ToInteger16(const QString& text) {
