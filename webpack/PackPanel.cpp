@@ -63,13 +63,14 @@ void PackPanel::LayOut() {
   QFont heading = Label4->font();
   heading.setBold(true);
   Label4->setFont(heading);
+  column->addStretch(1);
   column->addWidget(Label4);
-  column->addStretch(1);
+  column->addStretch(2);
   tMakePath = NewBox(column, "tMakePath", "Make web-pack file in:");
-  column->addStretch(1);
+  column->addStretch(2);
   tMakeFileName = NewBox(column, "tMakeFileName", "File name:");
   tMakeFileName->setText(QStringLiteral("Greeting.exe"));
-  column->addStretch(2);
+  column->addStretch(4);
 
   auto* row = new QHBoxLayout;
   row->setSpacing(6);
