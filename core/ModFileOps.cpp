@@ -128,9 +128,11 @@ void ModFileOps::RemoveTree(const QString& Path) {
 bool ModFileOps::IsAppPathOrAbove(const QString& path) const {
   // A link is removed and not followed, so where it leads doesn't matter.
   if (appPath_.isEmpty() || QFileInfo(path).isSymLink()) return false;
-  const QString folder = QFileInfo(path).canonicalFilePath();
+  QString folder = QFileInfo(path).canonicalFilePath();
+  // A root has its separator already.
+  if (!folder.endsWith(u'/')) folder += u'/';
   const QString app = QFileInfo(appPath_).canonicalFilePath();
-  return !app.isEmpty() && (app == folder || folder == QStringLiteral("/") || app.startsWith(folder + u'/'));
+  return !app.isEmpty() && (app + u'/').startsWith(folder);
 }
 
 bool ModFileOps::RemoveFolder(const QString& path) {

@@ -35,9 +35,6 @@ QString OpenerName() {
 }
 #endif
 
-// An opener that has nothing to open the file with says so at once; one that is still at work has found something.
-constexpr int kOpenerPatienceMs = 2000;
-
 }  // namespace
 
 int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode) {
@@ -50,7 +47,7 @@ int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode) {
   process->setStandardOutputFile(QProcess::nullDevice());
   process->setStandardErrorFile(QProcess::nullDevice());
   process->start(opener, {path});
-  if (process->waitForFinished(kOpenerPatienceMs) || process->state() == QProcess::NotRunning) {
+  if (process->waitForFinished(patienceMs_) || process->state() == QProcess::NotRunning) {
     const bool opened = process->error() == QProcess::UnknownError && process->exitStatus() == QProcess::NormalExit &&
                         process->exitCode() == 0;
     delete process;

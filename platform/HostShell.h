@@ -6,6 +6,12 @@
 // they are, never through a command line.
 class HostShell : public Shell {
  public:
+  // An opener that is still at work after `patienceMs` has found something to open the file with.
+  explicit HostShell(int patienceMs = 2000) : patienceMs_(patienceMs) {}
+
   int OpenFile(const QString& file, const QString& folder, ShowMode mode) override;
   bool StartProgram(const QString& path, ShowMode mode) override;
+
+ private:
+  [[maybe_unused]] int patienceMs_;
 };

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <tuple>
 
 #include "BusyGuard.h"
 #include "MessagePass.h"
 #include "ModBrowse.h"
 #include "Settings.h"
+#include "SpecialFolder.h"
 #include "TestPlatform.h"
 
 namespace {
@@ -30,6 +32,42 @@ TEST(Settings, HaveTheirAddressAndDefault) {
   Settings::Save(store, Settings::LinkText, "Go on");
   EXPECT_EQ("Go on", Settings::Get(store, Settings::LinkText));
   EXPECT_EQ("Go on", store.Values().value("QKCVN2|settings|LinkText"));
+}
+
+TEST(Settings, EveryKeyHasItsNameAndDefault) {
+  const std::tuple<Settings::Key, const char*, const char*> rows[] = {
+      {Settings::BCol, "BCol", "#000000"},
+      {Settings::BFace, "BFace", "Arial, Helvetica"},
+      {Settings::BSz, "BSz", "3"},
+      {Settings::BFaceDex, "BFaceDex", "0"},
+      {Settings::Winset, "Winset", "2"},
+      {Settings::W1, "W1", "9600"},
+      {Settings::H1, "H1", "7000"},
+      {Settings::Compat4, "Compat4", "no"},
+      {Settings::CardFol, "CardFol", ""},
+      {Settings::LinkText, "LinkText", "Next Page"},
+      {Settings::GreetName, "GreetName", "Greeting.exe"},
+      {Settings::CurIcon, "CurIcon", "WP"},
+      {Settings::CurIconNum, "CurIconNum", "0"},
+      {Settings::CustomIcon, "CustomIcon", ""},
+      {Settings::DefEmail, "DefEmail", ""},
+      {Settings::DefName, "DefName", ""},
+      {Settings::DefServ, "DefServ", ""},
+      {Settings::DefUser, "DefUser", ""},
+      {Settings::DefPass, "DefPass", ""},
+      {Settings::To10, "To10", ""},
+      {Settings::From10, "From10", ""},
+  };
+  for (const auto& [key, name, text] : rows) {
+    EXPECT_EQ(name, QString(key.name));
+    EXPECT_EQ(text, QString(key.defaultText));
+  }
+}
+
+TEST(GetSpecialFolder, KnowsTheDesktopOnly) {
+  TestProgram test;
+  EXPECT_EQ(test.program.DesktopPath, GetSpecialFolder(test.platform.services, 0));
+  EXPECT_EQ("", GetSpecialFolder(test.platform.services, 5));
 }
 
 TEST(BusyGuard, LetsOnlyOneIn) {
