@@ -149,7 +149,7 @@ TEST_F(FileOps, AFailingWriteLosesThePage) {
   const auto handlerBefore = std::signal(SIGXFSZ, SIG_IGN);
   const rlimit nothing{0, before.rlim_max};
   ASSERT_EQ(0, ::setrlimit(RLIMIT_FSIZE, &nothing));
-  files_.WriteTextFile(Path("page.html"), "new page");
+  files_.WriteTextFile(Path("page.html"), QByteArray(100000, 'n'));
   ASSERT_EQ(0, ::setrlimit(RLIMIT_FSIZE, &before));
   std::signal(SIGXFSZ, handlerBefore);
   EXPECT_EQ(0, QFileInfo(Path("page.html")).size());
