@@ -222,7 +222,8 @@ TEST_F(Package, AReadOnlyPageIsRewritten) {
 }
 
 TEST_F(Package, ForeignBytesOfAPageAreRewrittenAsTheyAre) {
-  const QByteArray page = QByteArray("<BODY>\xE9\x80\0\r\n\x01\xC3\xA9</BODY>\r", 27);
+  static const char kBytes[] = "<BODY>\xE9\x80\0\r\n\x01\xC3\xA9</BODY>\r";
+  const QByteArray page(kBytes, sizeof(kBytes) - 1);
   Put("wgcard.html", page);
   PreparePackPages(test_.program);
   EXPECT_EQ(page, Page("wgcard.html"));
