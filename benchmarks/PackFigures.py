@@ -43,8 +43,8 @@ def make_project(folder):
         name = "wgcard.html" if page == 1 else "Page%d.html" % page
         text = " ".join(numbers.choice(words) for _ in range(2000))
         images = "".join('<img src="%s" width="400" />' % picture for picture in pictures)
-        pages[name] = ('<html><head><title></title></head><body bgcolor="#ffffff"><font size="3">%s</font>%s</body></html>'
-                       % (text, images)).encode()
+        body = '<font size="3">%s</font>%s' % (text, images)
+        pages[name] = ('<html><head><title></title></head><body bgcolor="#ffffff">%s</body></html>' % body).encode()
     os.makedirs(folder)
     for name, data in {**pages, **pictures}.items():
         with open(os.path.join(folder, name), "wb") as file:

@@ -89,17 +89,21 @@ TEST(HostDialogs, AClosedMessageBoxCountsAsItsWeakestAnswer) {
 }
 
 TEST(HostDialogs, TheInputBoxGivesNothingForCancelAndForAnEmptyAnswer) {
-  const std::pair<bool, const char*> cases[] = {{true, "typed"}, {true, ""}, {false, "typed"}};
-  for (const auto& [accept, typed] : cases) {
+  struct Row {
+    bool accept;
+    const char* typed;
+  };
+  const Row rows[] = {{true, "typed"}, {true, ""}, {false, "typed"}};
+  for (const Row& row : rows) {
     WhenShown<QInputDialog> look([&](QInputDialog& box) {
       EXPECT_EQ("Create Link", box.windowTitle());
       EXPECT_EQ("Enter URL for link.", box.labelText());
       EXPECT_EQ("http://", box.textValue());
-      box.setTextValue(typed);
-      accept ? box.accept() : box.reject();
+      box.setTextValue(row.typed);
+      row.accept ? box.accept() : box.reject();
     });
     HostDialogs dialogs;
-    EXPECT_EQ(accept ? typed : "", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://"));
+    EXPECT_EQ(row.accept ? row.typed : "", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://"));
     EXPECT_TRUE(look.Seen);
   }
 }
