@@ -1,0 +1,7 @@
+#include "MessagePass.h"
+
+#include <QCoreApplication>
+
+void RunMessagePass() {
+  QCoreApplication::processEvents();
+}

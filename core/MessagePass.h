@@ -1,0 +1,4 @@
+#pragma once
+
+// Lets the pending window messages run once.
+void RunMessagePass();

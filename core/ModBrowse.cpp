@@ -1,0 +1,36 @@
+#include "ModBrowse.h"
+
+#include "Program.h"
+
+namespace {
+
+// Longer paths are cut off, and that is meant.
+constexpr int kLongestOpenPath = 253;
+constexpr int kLongestSavePath = 254;
+
+}  // namespace
+
+QString BrowseForFolder(Program& program, QWidget* Owner, const QString& Title) {
+  return program.platform.dialogs.ChooseFolder(Owner, Title);
+}
+
+QString ShowOpenDialog(Program& program, QWidget* Owner, const QString& Title, const QString& Description,
+                       const QString& Pattern, const QString& StartFolder) {
+  const QString folder = program.Files.FolderExists(StartFolder) ? StartFolder : QString();
+  return program.platform.dialogs.ChooseOpenFile(Owner, Title, {{Description, Pattern}}, folder).left(kLongestOpenPath);
+}
+
+QString ShowSaveDialog(Program& program, QWidget* Owner, const QString& Title, const QString& Description,
+                       const QString& Pattern, const QString& DefaultExtension) {
+  return program.platform.dialogs.ChooseSaveFile(Owner, Title, {{Description, Pattern}}, DefaultExtension)
+      .left(kLongestSavePath);
+}
+
+QString ShowSaveEmailDialog(Program& program, QWidget* Owner, const QString& Title) {
+  const QList<FileFilter> filters = {
+      {QStringLiteral("Email files(*.eml)"), QStringLiteral("*.eml")},
+      {QStringLiteral("Text files(*.txt)"), QStringLiteral("*.txt")},
+      {QStringLiteral("All files(*.*)"), QStringLiteral("*.*")},
+  };
+  return program.platform.dialogs.ChooseSaveFile(Owner, Title, filters, QStringLiteral("eml")).left(kLongestSavePath);
+}

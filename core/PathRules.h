@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+
+// The rules for paths, in one place: both "/" and "\" are understood as separators, and the platform's own is written.
+namespace PathRules {
+
+inline bool IsSeparator(QChar c) {
+  return c == u'/' || c == u'\\';
+}
+
+inline bool EndsInSeparator(const QString& path) {
+  return !path.isEmpty() && IsSeparator(path.back());
+}
+
+// Place of the last separator, counted from 0; -1 when there is none.
+inline qsizetype LastSeparator(const QString& path) {
+  qsizetype at = path.size() - 1;
+  while (at >= 0 && !IsSeparator(path.at(at))) --at;
+  return at;
+}
+
+// `folder`, the platform's separator and `name`. Nothing is looked at: an empty folder gives a path of the root.
+inline QString Join(const QString& folder, const QString& name) {
+  return folder + QDir::separator() + name;
+}
+
+// Without one separator at the end, if there is one.
+inline QString DropTrailingSeparator(const QString& path) {
+  return EndsInSeparator(path) ? path.chopped(1) : path;
+}
+
+}  // namespace PathRules

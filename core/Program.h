@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <array>
+
+#include "ModFileOps.h"
+#include "Platform.h"
+
+// The one value that the whole program shares; the application owns it and hands it down. Folder paths have no
+// separator at the end.
+struct Program {
+  explicit Program(Platform& services) : platform(services) {}
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  Platform& platform;
+
+  // The folder from which all others hang.
+  QString AppPath;
+  // Folder of the current project's pages: CardPath, or a folder in AppPath's `saved`.
+  QString WorkPath;
+  // Folder of the unsaved project; never changes after the start.
+  QString CardPath;
+  // The user's desktop folder, or "" when it isn't there.
+  QString DesktopPath;
+  // "Project1" for the unsaved project, else the name as typed.
+  QString ProjectName = QStringLiteral("Project1");
+  // Number of the page in view, from 1, and the whole path of its file.
+  int CurPageNo = 1;
+  QString CurPageFile;
+  // True from the moment at which the main window has been shown.
+  bool AppStarted = false;
+  bool Compat4On = false;
+  QByteArray BrClear = "<BR CLEAR=\"all\">";
+  // Folder for web-packs, text of the link between their pages, name of their icon.
+  QString CardFolder;
+  QString LinkTextValue;
+  QString CurIconName;
+  // The colour dialog's own colours, 0x00BBGGRR.
+  std::array<qint32, 16> CustColors{};
+
+  ModFileOps Files{platform.fileAttributes, AppPath};
+};

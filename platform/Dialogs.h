@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class QWidget;
+
+enum class MessageIcon { None, Information, Question };
+enum class MessageButtons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class MessageAnswer { Ok, Cancel, Yes, No };
+
+// One entry of a file dialog's type list: what it is called, and patterns with ";" between them, "*.gif;*.jpg".
+struct FileFilter {
+  QString description;
+  QString pattern;
+
+  bool operator==(const FileFilter&) const = default;
+};
+
+// The system's modal dialogs. Each call returns when the user has answered; an owner may be null.
+class Dialogs {
+ public:
+  // Title of a message box for which no other is told.
+  static QString StandardTitle() { return QStringLiteral("Corvane"); }
+
+  virtual ~Dialogs() = default;
+
+  // Closing the box counts as Cancel, or as No where there is no Cancel, or as Ok where there is nothing else.
+  virtual MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon = MessageIcon::Information,
+                                    MessageButtons buttons = MessageButtons::Ok,
+                                    const QString& title = StandardTitle()) = 0;
+
+  // One line of text from the user; "" for Cancel and for an empty answer alike.
+  virtual QString AskText(QWidget* owner, const QString& prompt, const QString& title,
+                          const QString& defaultText = QString()) = 0;
+
+  // A folder that is there, in native form, or "" on Cancel.
+  virtual QString ChooseFolder(QWidget* owner, const QString& title) = 0;
+
+  // A file that is there, in native form, or "" on Cancel. "" as start folder leaves the place to the system.
+  virtual QString ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
+                                 const QString& startFolder = QString()) = 0;
+
+  // A path to write to, in native form, or "" on Cancel. Nobody asks about a file that is there already. The suffix,
+  // without a dot, is added only where the user typed none.
+  virtual QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
+                                 const QString& defaultSuffix) = 0;
+};

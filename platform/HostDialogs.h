@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Dialogs.h"
+
+// The desktop's own dialogs, where it offers them, and Qt's elsewhere.
+class HostDialogs : public Dialogs {
+ public:
+  MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
+                            const QString& title) override;
+  QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) override;
+  QString ChooseFolder(QWidget* owner, const QString& title) override;
+  QString ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
+                         const QString& startFolder) override;
+  QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
+                         const QString& defaultSuffix) override;
+};
+
+// The form in which Qt's file dialog takes a type: "Pictures(*.gif *.jpg)". A list with ";" would match no file.
+QString NameFilter(const FileFilter& filter);

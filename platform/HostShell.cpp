@@ -1,0 +1,66 @@
+#include "HostShell.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#ifdef Q_OS_WIN
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode mode) {
+  const auto wide = [](const QString& text) { return reinterpret_cast<const wchar_t*>(text.utf16()); };
+  const QString nativeFile = QDir::toNativeSeparators(file);
+  const QString nativeFolder = QDir::toNativeSeparators(folder);
+  const HINSTANCE result =
+      ShellExecuteW(nullptr, nullptr, wide(nativeFile), nullptr, nativeFolder.isEmpty() ? nullptr : wide(nativeFolder),
+                    mode == ShowMode::Maximised ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL);
+  return static_cast<int>(reinterpret_cast<INT_PTR>(result));
+}
+
+#else
+
+namespace {
+
+#ifdef Q_OS_MACOS
+QString OpenerName() {
+  return QStringLiteral("open");
+}
+#else
+QString OpenerName() {
+  return QStringLiteral("xdg-open");
+}
+#endif
+
+}  // namespace
+
+int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode) {
+  const QString path = folder.isEmpty() ? QFileInfo(file).absoluteFilePath() : QDir(folder).absoluteFilePath(file);
+  const QString opener = QStandardPaths::findExecutable(OpenerName());
+  if (opener.isEmpty() || !QFileInfo::exists(path)) return 2;
+  auto* process = new QProcess;
+  if (!folder.isEmpty()) process->setWorkingDirectory(folder);
+  process->setStandardInputFile(QProcess::nullDevice());
+  process->setStandardOutputFile(QProcess::nullDevice());
+  process->setStandardErrorFile(QProcess::nullDevice());
+  process->start(opener, {path});
+  if (process->waitForFinished(patienceMs_) || process->state() == QProcess::NotRunning) {
+    const bool opened = process->error() == QProcess::UnknownError && process->exitStatus() == QProcess::NormalExit &&
+                        process->exitCode() == 0;
+    delete process;
+    return opened ? kFirstSuccess : 31;
+  }
+  // The viewer runs below the opener and would be killed with it, so the object goes only when the opener has ended.
+  QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+  return kFirstSuccess;
+}
+
+#endif
+
+bool HostShell::StartProgram(const QString& path, ShowMode) {
+  return QFileInfo(path).isFile() &&
+         QProcess::startDetached(QFileInfo(path).absoluteFilePath(), {}, QFileInfo(path).absolutePath());
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+enum class ShowMode { Normal, Maximised };
+
+// Hands files and programs to the desktop.
+class Shell {
+ public:
+  // A result of OpenFile below this is a failure.
+  static constexpr int kFirstSuccess = 33;
+
+  virtual ~Shell() = default;
+
+  // Opens `file`, a bare name in `folder` or a whole path, with whatever the desktop has for it; `folder` becomes the
+  // working folder, "" leaves it as it is. Where the desktop has no such wish, `mode` is passed over.
+  virtual int OpenFile(const QString& file, const QString& folder, ShowMode mode) = 0;
+
+  // Starts the program at `path` without arguments and doesn't wait for it; false when it can't be started.
+  virtual bool StartProgram(const QString& path, ShowMode mode) = 0;
+};

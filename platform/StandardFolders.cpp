@@ -1,0 +1,55 @@
+#include "StandardFolders.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+
+namespace {
+
+// Permission bits alone don't tell: the folder may lie on a medium that can't be written.
+bool CanWriteInto(const QString& folder) {
+  QTemporaryFile probe(folder + QStringLiteral("/corvane-XXXXXX"));
+  return probe.open();
+}
+
+}  // namespace
+
+void FillAppFolder(const QString& source, const QString& target) {
+  for (const QString& folder : {QStringLiteral("samples"), QStringLiteral("icons")}) {
+    const QDir from(source + u'/' + folder);
+    const QString to = target + u'/' + folder;
+    if (!from.exists() || QDir(to).exists()) continue;
+    QDir().mkpath(to);
+    for (const QString& name : from.entryList(QDir::Files | QDir::Hidden)) {
+      QFile::copy(from.filePath(name), to + u'/' + name);
+    }
+  }
+  const QString help = QStringLiteral("/cvn2.hlp");
+  if (!QFile::exists(target + help)) QFile::copy(source + help, target + help);
+}
+
+HostStandardFolders::HostStandardFolders()
+    : HostStandardFolders(QCoreApplication::applicationDirPath(),
+                          QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)) {}
+
+HostStandardFolders::HostStandardFolders(const QString& programFolder, const QString& userFolder)
+    : programFolder_(programFolder), userFolder_(userFolder) {}
+
+QString HostStandardFolders::Desktop() const {
+  return QDir::toNativeSeparators(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+}
+
+QString HostStandardFolders::AppPath() {
+  if (appPath_.isEmpty()) {
+    QString folder = programFolder_;
+    if (!CanWriteInto(folder)) {
+      folder = userFolder_;
+      QDir().mkpath(folder);
+      FillAppFolder(programFolder_, folder);
+    }
+    appPath_ = QDir::toNativeSeparators(folder);
+  }
+  return appPath_;
+}

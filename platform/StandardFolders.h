@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+// Where the user's and the program's own folders are. Paths are native and have no separator at the end.
+class StandardFolders {
+ public:
+  virtual ~StandardFolders() = default;
+
+  // The user's desktop folder, whether or not it is there; "" when the system has none.
+  virtual QString Desktop() const = 0;
+
+  // The one folder in which everything of the program lives; it can always be written.
+  virtual QString AppPath() = 0;
+};
+
+// The real folders. The program's folder is that of the executable when the user can write there, so that a build tree
+// or an unpacked folder carries all it needs along; otherwise a folder of the user's own data, filled from the
+// executable's at first use.
+class HostStandardFolders : public StandardFolders {
+ public:
+  HostStandardFolders();
+  // For an executable in `programFolder`, and `userFolder` where that one can't be written.
+  HostStandardFolders(const QString& programFolder, const QString& userFolder);
+
+  QString Desktop() const override;
+  QString AppPath() override;
+
+ private:
+  QString programFolder_;
+  QString userFolder_;
+  QString appPath_;
+};
+
+// Copies the shipped folders `samples` and `icons` and the help file from `source` to `target`, each one only where
+// `target` hasn't got it yet.
+void FillAppFolder(const QString& source, const QString& target);

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// The program's built-in blocks of type CUSTOM: the pieces of the web-pack's stub, `STUB1`, `STUB2`, `STUB4`, `STUB5`,
+// and the icon images of 744 bytes, `WP`, `MAIL`, `HEART`, `ROCKET`, `LTNING`, `ROSE`, `HAND`, `CARD`, `TRAY`,
+// `FOLDER`. The name counts exactly; a name that isn't there gives a null array.
+QByteArray Resource(const QString& name);

@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// strip, colors.
+void RegisterCoreKinds(KindTable& table);

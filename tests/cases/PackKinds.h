@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// nextlink, filenames, checkicon.
+void RegisterPackKinds(KindTable& table);

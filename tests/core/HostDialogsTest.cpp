@@ -1,0 +1,161 @@
+#include "HostDialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <functional>
+
+#include "TestPlatform.h"
+
+namespace {
+
+// Looks at the modal dialog once it is up, and ends it.
+template <typename Dialog>
+class WhenShown {
+ public:
+  explicit WhenShown(std::function<void(Dialog&)> act) : act_(std::move(act)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+      auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+      if (!dialog) return;
+      timer_.stop();
+      Seen = true;
+      act_(*dialog);
+    });
+    timer_.start(0);
+  }
+  bool Seen = false;
+
+ private:
+  std::function<void(Dialog&)> act_;
+  QTimer timer_;
+};
+
+struct BoxCase {
+  MessageButtons buttons;
+  QMessageBox::StandardButtons shown;
+  QMessageBox::StandardButton pressed;
+  MessageAnswer answer;
+};
+
+TEST(HostDialogs, AMessageBoxShowsItsTextAndGivesTheButton) {
+  const BoxCase cases[] = {
+      {MessageButtons::Ok, QMessageBox::Ok, QMessageBox::Ok, MessageAnswer::Ok},
+      {MessageButtons::OkCancel, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, MessageAnswer::Ok},
+      {MessageButtons::OkCancel, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel, MessageAnswer::Cancel},
+      {MessageButtons::YesNo, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, MessageAnswer::Yes},
+      {MessageButtons::YesNo, QMessageBox::Yes | QMessageBox::No, QMessageBox::No, MessageAnswer::No},
+      {MessageButtons::YesNoCancel, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No,
+       MessageAnswer::No},
+  };
+  for (const BoxCase& one : cases) {
+    WhenShown<QMessageBox> look([&](QMessageBox& box) {
+      EXPECT_EQ("Corvane", box.windowTitle());
+      EXPECT_EQ("<b>1 < 2</b>", box.text());
+      EXPECT_EQ(Qt::PlainText, box.textFormat());
+      EXPECT_EQ(QMessageBox::Question, box.icon());
+      EXPECT_EQ(one.shown, box.standardButtons());
+      box.button(one.pressed)->click();
+    });
+    HostDialogs dialogs;
+    EXPECT_EQ(one.answer, dialogs.ShowMessage(nullptr, "<b>1 < 2</b>", MessageIcon::Question, one.buttons, "Corvane"));
+    EXPECT_TRUE(look.Seen);
+  }
+}
+
+TEST(HostDialogs, AClosedMessageBoxCountsAsItsWeakestAnswer) {
+  const std::pair<MessageButtons, MessageAnswer> cases[] = {
+      {MessageButtons::Ok, MessageAnswer::Ok},
+      {MessageButtons::OkCancel, MessageAnswer::Cancel},
+      {MessageButtons::YesNo, MessageAnswer::No},
+      {MessageButtons::YesNoCancel, MessageAnswer::Cancel},
+  };
+  for (const auto& [buttons, answer] : cases) {
+    WhenShown<QMessageBox> look([](QMessageBox& box) {
+      EXPECT_EQ(QMessageBox::NoIcon, box.icon());
+      EXPECT_EQ("Discard?", box.windowTitle());
+      box.reject();
+    });
+    HostDialogs dialogs;
+    EXPECT_EQ(answer, dialogs.ShowMessage(nullptr, "text", MessageIcon::None, buttons, "Discard?"));
+    EXPECT_TRUE(look.Seen);
+  }
+}
+
+TEST(HostDialogs, TheInputBoxGivesNothingForCancelAndForAnEmptyAnswer) {
+  struct Row {
+    bool accept;
+    const char* typed;
+  };
+  const Row rows[] = {{true, "typed"}, {true, ""}, {false, "typed"}};
+  for (const Row& row : rows) {
+    WhenShown<QInputDialog> look([&](QInputDialog& box) {
+      EXPECT_EQ("Create Link", box.windowTitle());
+      EXPECT_EQ("Enter URL for link.", box.labelText());
+      EXPECT_EQ("http://", box.textValue());
+      box.setTextValue(row.typed);
+      row.accept ? box.accept() : box.reject();
+    });
+    HostDialogs dialogs;
+    EXPECT_EQ(row.accept ? row.typed : "", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://"));
+    EXPECT_TRUE(look.Seen);
+  }
+}
+
+TEST(HostDialogs, TheOpenDialogTakesPatternsFolderAndTitle) {
+  QTemporaryDir scratch;
+  ASSERT_TRUE(PutFile(scratch.filePath("a b.gif"), "x"));
+  WhenShown<QFileDialog> look([&](QFileDialog& dialog) {
+    EXPECT_EQ("Select Picture", dialog.windowTitle());
+    EXPECT_EQ(QStringList{"Web Graphics(*.gif *.jpg *.png)"}, dialog.nameFilters());
+    EXPECT_EQ(QFileDialog::AcceptOpen, dialog.acceptMode());
+    EXPECT_EQ(QFileDialog::ExistingFile, dialog.fileMode());
+    EXPECT_FALSE(dialog.testOption(QFileDialog::DontUseNativeDialog));
+    EXPECT_EQ(QDir(scratch.path()).canonicalPath(), dialog.directory().canonicalPath());
+    dialog.selectFile(scratch.filePath("a b.gif"));
+    static_cast<QDialog&>(dialog).done(QDialog::Accepted);
+  });
+  HostDialogs dialogs;
+  EXPECT_EQ(QDir::toNativeSeparators(scratch.filePath("a b.gif")),
+            dialogs.ChooseOpenFile(nullptr, "Select Picture",
+                                   {{"Web Graphics(*.gif;*.jpg;*.png)", "*.gif;*.jpg;*.png"}}, scratch.path()));
+  EXPECT_TRUE(look.Seen);
+}
+
+TEST(HostDialogs, TheSaveDialogAsksNothingAndKnowsTheSuffix) {
+  WhenShown<QFileDialog> look([](QFileDialog& dialog) {
+    EXPECT_EQ("Save Text to File", dialog.windowTitle());
+    EXPECT_EQ(QFileDialog::AcceptSave, dialog.acceptMode());
+    EXPECT_EQ(QFileDialog::AnyFile, dialog.fileMode());
+    EXPECT_TRUE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+    EXPECT_EQ("html", dialog.defaultSuffix());
+    dialog.reject();
+  });
+  HostDialogs dialogs;
+  EXPECT_EQ("", dialogs.ChooseSaveFile(nullptr, "Save Text to File", {{"HTML Files(*.html)", "*.html"}}, "html"));
+  EXPECT_TRUE(look.Seen);
+}
+
+TEST(HostDialogs, TheFolderDialogGivesNothingOnCancel) {
+  WhenShown<QFileDialog> look([](QFileDialog& dialog) {
+    EXPECT_EQ("Select folder", dialog.windowTitle());
+    EXPECT_EQ(QFileDialog::Directory, dialog.fileMode());
+    dialog.reject();
+  });
+  HostDialogs dialogs;
+  EXPECT_EQ("", dialogs.ChooseFolder(nullptr, "Select folder"));
+  EXPECT_TRUE(look.Seen);
+}
+
+TEST(NameFilter, RewritesTheListOfPatterns) {
+  EXPECT_EQ("Web Graphics(*.gif *.jpg)", NameFilter({"Web Graphics(*.gif;*.jpg)", "*.gif;*.jpg"}));
+  EXPECT_EQ("Icon Files(*.ico)", NameFilter({"Icon Files", "*.ico"}));
+}
+
+}  // namespace

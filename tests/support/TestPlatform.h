@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include "HostFileAttributes.h"
+#include "MemorySettings.h"
+#include "Platform.h"
+#include "Program.h"
+#include "RecordingShell.h"
+#include "ScriptedDialogs.h"
+
+// File access that refuses the names it is told to, as if another program held those files open.
+class RefusingAccess : public FileAccess {
+ public:
+  QStringList RefusedNames;
+  bool CanBeRead(const QString& path) const override;
+
+ private:
+  HostFileAccess host_;
+};
+
+// Always the first instance, unless told.
+class FixedInstance : public SingleInstance {
+ public:
+  bool First = true;
+  bool Acquire() override { return First; }
+};
+
+// Folders of the test's own.
+class FixedFolders : public StandardFolders {
+ public:
+  QString DesktopPath;
+  QString AppFolder;
+  QString Desktop() const override { return DesktopPath; }
+  QString AppPath() override { return AppFolder; }
+};
+
+// A platform for tests: files are real, and everything else is scripted or recorded.
+class TestPlatform {
+ public:
+  HostFileAttributes attributes;
+  RefusingAccess access;
+  MemorySettings settings;
+  ScriptedDialogs dialogs;
+  RecordingShell shell;
+  FixedInstance instance;
+  FixedFolders folders;
+  Platform services{attributes, access, settings, dialogs, shell, instance, folders};
+};
+
+// A program in a scratch folder of its own, with `app/card` as its work folder and `desktop` beside `app`. The folders
+// go with the object.
+class TestProgram {
+ public:
+  TestProgram();
+
+  TestPlatform platform;
+  Program program{platform.services};
+
+  // A path in the scratch folder.
+  QString Path(const QString& name) const { return scratch_.filePath(name); }
+  // A path in WorkPath.
+  QString WorkFile(const QString& name) const { return program.WorkPath + u'/' + name; }
+
+ private:
+  QTemporaryDir scratch_;
+};
+
+// Puts bytes into a file, making the folder above it where needed; false when that can't be done.
+bool PutFile(const QString& path, const QByteArray& bytes);
+
+// The bytes of a file; "<missing>" when it can't be read.
+QByteArray FileBytes(const QString& path);

@@ -1,0 +1,412 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <zip.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "CheckIconFile.h"
+#include "ModPackage.h"
+#include "Resource.h"
+#include "Settings.h"
+#include "TestPlatform.h"
+
+namespace {
+
+const char kPage[] = "<HTML><BODY>text</BODY></HTML>";
+
+QByteArray Link(int page, const QByteArray& text = "Next Page") {
+  return "<BR CLEAR=\"all\"><BR><DIV ALIGN=\"center\"><FONT FACE=\"arial,helvetica\" SIZE=3><A HREF=\"Page" +
+         QByteArray::number(page) + ".html\">" + text + "</A></FONT></DIV><BR><BR>";
+}
+
+QByteArray LinkedPage(int page) {
+  return "<HTML><BODY>text" + Link(page) + "</BODY></HTML>";
+}
+
+QByteArray GoodIcon() {
+  QByteArray icon = QByteArray::fromHex("0000010001002020100001000400e802000016000000");
+  for (int at = 0; at < 744; ++at) icon.append(static_cast<char>(at * 7));
+  return icon;
+}
+
+// Names in the archive behind a web-pack's stub.
+QStringList ArchiveNames(const QString& pack) {
+  QStringList names;
+  const QString path = pack + ".zip";
+  if (!PutFile(path, FileBytes(pack).mid(0x13000))) return names;
+  zip_t* archive = zip_open(path.toUtf8().constData(), ZIP_RDONLY, nullptr);
+  if (!archive) return names;
+  for (zip_int64_t index = 0; index < zip_get_num_entries(archive, 0); ++index) {
+    names.append(QString::fromUtf8(zip_get_name(archive, index, 0)));
+  }
+  zip_discard(archive);
+  return names;
+}
+
+class Package : public ::testing::Test {
+ protected:
+  void Put(const QString& name, const QByteArray& bytes = "x") { ASSERT_TRUE(PutFile(test_.WorkFile(name), bytes)); }
+  QByteArray Page(const QString& name) const { return FileBytes(test_.WorkFile(name)); }
+  bool IsThere(const QString& name) const { return QFile::exists(test_.WorkFile(name)); }
+  int Create(const QString& name = "pack.exe") {
+    size_ = -1;
+    return CreateWebPack(test_.program, test_.Path("desktop"), name, size_);
+  }
+  QString Target() const { return test_.Path("desktop/pack.exe"); }
+  void AssignIcon(const QByteArray& bytes) {
+    test_.program.CurIconName = "Custom";
+    Settings::Save(test_.platform.settings, Settings::CustomIcon, "mine.ico");
+    ASSERT_TRUE(PutFile(test_.Path("app/icons/mine.ico"), bytes));
+  }
+
+  TestProgram test_;
+  qint32 size_ = -1;
+};
+
+TEST(ReadyPackFileNames, AddTheEndingWhereItIsMissing) {
+  EXPECT_EQ("Greeting.exe", ReadyPackFileNames("", "Greeting").MakeName);
+  EXPECT_EQ("card.EXE", ReadyPackFileNames("", "card.EXE").MakeName);
+  EXPECT_EQ("Greeting.exe", ReadyPackFileNames("", "").MakeName);
+  EXPECT_EQ("exe.exe", ReadyPackFileNames("", "exe").MakeName);
+}
+
+TEST(ReadyPackFileNames, ABlankAtTheEndMakesItAnotherEnding) {
+  EXPECT_EQ("a.exe .exe", ReadyPackFileNames("", "a.exe ").MakeName);
+  EXPECT_EQ(" .exe", ReadyPackFileNames("", " ").MakeName);
+}
+
+TEST(ReadyPackFileNames, OneSeparatorAtTheEndGoes) {
+  EXPECT_EQ("C:", ReadyPackFileNames("C:\\", "a").MakePath);
+  EXPECT_EQ("/out", ReadyPackFileNames("/out/", "a").MakePath);
+  EXPECT_EQ("/out/", ReadyPackFileNames("/out//", "a").MakePath);
+  EXPECT_EQ(" /out ", ReadyPackFileNames(" /out ", "a").MakePath);
+}
+
+TEST_F(Package, NextPageLinkStandsBeforeTheFirstBodyEnd) {
+  EXPECT_EQ("<body>a" + Link(3) + "</body>b</BODY>",
+            AddNextPageLink(test_.program, "card/Page2.html", "<body>a</body>b</BODY>", 3));
+}
+
+TEST_F(Package, TheLastPageGetsNoLink) {
+  EXPECT_EQ(kPage, AddNextPageLink(test_.program, "card/wgcard.html", kPage, 1));
+  EXPECT_EQ(kPage, AddNextPageLink(test_.program, "card/Page2.html", kPage, 2));
+}
+
+TEST_F(Package, Page12LinksToPage3) {
+  EXPECT_EQ(LinkedPage(3), AddNextPageLink(test_.program, "card/Page12.html", kPage, 12));
+  EXPECT_EQ(LinkedPage(1), AddNextPageLink(test_.program, "card/Page10.html", kPage, 12));
+}
+
+TEST_F(Package, AnyNameThatEndsInDHtmlCountsAsPage1) {
+  EXPECT_EQ(LinkedPage(2), AddNextPageLink(test_.program, "card/old.html", kPage, 2));
+  EXPECT_EQ(LinkedPage(2), AddNextPageLink(test_.program, "d.html", kPage, 2));
+  EXPECT_EQ(kPage, AddNextPageLink(test_.program, "card/WGCARD.HTML", kPage, 2));
+  EXPECT_EQ(kPage, AddNextPageLink(test_.program, "card/notes.html", kPage, 2));
+  EXPECT_EQ(kPage, AddNextPageLink(test_.program, "html", kPage, 2));
+}
+
+TEST_F(Package, ALinkWithThisTextIsNotAddedAgain) {
+  const QByteArray linked = LinkedPage(2);
+  EXPECT_EQ(linked, AddNextPageLink(test_.program, "card/wgcard.html", linked, 3));
+  test_.program.LinkTextValue = "next PAGE";
+  EXPECT_EQ(linked, AddNextPageLink(test_.program, "card/wgcard.html", linked, 3));
+  test_.program.LinkTextValue = "Go on";
+  EXPECT_EQ("<HTML><BODY>text" + Link(2) + Link(2, "Go on") + "</BODY></HTML>",
+            AddNextPageLink(test_.program, "card/wgcard.html", linked, 3));
+}
+
+TEST_F(Package, ALinkTextBeyondAsciiIsWrittenAndFoundAsReferences) {
+  test_.program.LinkTextValue = QString::fromUtf8("P\u00E1gina \u732B");
+  const QByteArray linked = AddNextPageLink(test_.program, "card/wgcard.html", kPage, 2);
+  EXPECT_EQ("<HTML><BODY>text" + Link(2, "P&#225;gina &#29483;") + "</BODY></HTML>", linked);
+  EXPECT_EQ(linked, AddNextPageLink(test_.program, "card/wgcard.html", linked, 2));
+}
+
+TEST_F(Package, OnePageGetsNoLinkAnywhere) {
+  Put("wgcard.html", kPage);
+  PreparePackPages(test_.program);
+  EXPECT_EQ(kPage, Page("wgcard.html"));
+}
+
+TEST_F(Package, OfTwoPagesTheFirstGetsALink) {
+  Put("wgcard.html", kPage);
+  Put("Page2.html", kPage);
+  PreparePackPages(test_.program);
+  EXPECT_EQ(LinkedPage(2), Page("wgcard.html"));
+  EXPECT_EQ(kPage, Page("Page2.html"));
+}
+
+TEST_F(Package, ASecondBuildChangesNothingInThePages) {
+  Put("wgcard.html", "<BODY><IMG SRC=\"p/a.gif\" ></BODY>");
+  Put("Page2.html", kPage);
+  Put("a.gif");
+  PreparePackPages(test_.program);
+  const QByteArray first = Page("wgcard.html");
+  EXPECT_EQ("<BODY><IMG SRC=\"a.gif\" >" + Link(2) + "</BODY>", first);
+  PreparePackPages(test_.program);
+  EXPECT_EQ(first, Page("wgcard.html"));
+  EXPECT_EQ(kPage, Page("Page2.html"));
+}
+
+TEST_F(Package, UnusedPicturesAreDeletedAndOtherFilesStay) {
+  Put("wgcard.html", "<BODY><IMG SRC=\"x/used.gif\" ></BODY>");
+  const QStringList unused = {"a.gif", "b.JPG", "c.png", "d.jpeg", "jpeg"};
+  const QStringList kept = {"used.gif", "tune.wav", "e.bmp", "old.htm", "f.gif.txt", ".gi"};
+  for (const QString& name : unused + kept) Put(name);
+  PreparePackPages(test_.program);
+  for (const QString& name : unused) EXPECT_FALSE(IsThere(name)) << qPrintable(name);
+  for (const QString& name : kept) EXPECT_TRUE(IsThere(name)) << qPrintable(name);
+}
+
+TEST_F(Package, APictureThatDiffersOnlyInCaseFromItsReferenceIsDeleted) {
+  Put("wgcard.html", "<BODY><IMG SRC=\"a.gif\" ></BODY>");
+  Put("A.GIF");
+  PreparePackPages(test_.program);
+  EXPECT_FALSE(IsThere("A.GIF"));
+}
+
+TEST_F(Package, APictureWithAnAmpersandNeverMatchesItsReference) {
+  Put("wgcard.html", "<body><img src=\"a&amp;b.gif\" /></body>");
+  Put("a&b.gif");
+  PreparePackPages(test_.program);
+  EXPECT_FALSE(IsThere("a&b.gif"));
+  EXPECT_EQ("<body><img src=\"a&amp;b.gif\" /></body>", Page("wgcard.html"));
+}
+
+TEST_F(Package, APictureNamedInAnyScriptIsFound) {
+  const QString utf8Name = QString::fromUtf8("\u732B.gif");
+  const QString westernName = QString::fromUtf8("\u00E9\u20AC.gif");
+  Put("wgcard.html", "<BODY><IMG SRC=\"\xE7\x8C\xAB.gif\" ><IMG SRC=\"\xE9\x80.gif\" ></BODY>");
+  Put(utf8Name);
+  Put(westernName);
+  PreparePackPages(test_.program);
+  EXPECT_TRUE(IsThere(utf8Name));
+  EXPECT_TRUE(IsThere(westernName));
+}
+
+TEST_F(Package, WithoutAPagePicturesAreLeftAlone) {
+  Put("a.gif");
+  Put("index.htm", kPage);
+  PreparePackPages(test_.program);
+  EXPECT_TRUE(IsThere("a.gif"));
+  EXPECT_EQ(kPage, Page("index.htm"));
+}
+
+TEST_F(Package, APageWithoutABodyEndIsStrippedAndGetsNoLink) {
+  Put("wgcard.html", "<BODY><IMG SRC=\"file:///x/a.gif\" >");
+  Put("Page2.html", kPage);
+  Put("a.gif");
+  PreparePackPages(test_.program);
+  EXPECT_EQ("<BODY><IMG SRC=\"a.gif\" >", Page("wgcard.html"));
+  EXPECT_TRUE(IsThere("a.gif"));
+}
+
+TEST_F(Package, AnEmptyPageIsSkippedButCounts) {
+  Put("wgcard.html", kPage);
+  Put("Page2.html", "");
+  PreparePackPages(test_.program);
+  EXPECT_EQ(LinkedPage(2), Page("wgcard.html"));
+  EXPECT_EQ("", Page("Page2.html"));
+}
+
+TEST_F(Package, AReadOnlyPageIsRewritten) {
+  Put("wgcard.html", kPage);
+  Put("Page2.html", kPage);
+  ASSERT_TRUE(test_.platform.attributes.Set(test_.WorkFile("wgcard.html"), AttributeReadOnly));
+  PreparePackPages(test_.program);
+  EXPECT_EQ(LinkedPage(2), Page("wgcard.html"));
+}
+
+TEST_F(Package, ForeignBytesOfAPageAreRewrittenAsTheyAre) {
+  static const char kBytes[] = "<BODY>\xE9\x80\0\r\n\x01\xC3\xA9</BODY>\r";
+  const QByteArray page(kBytes, sizeof(kBytes) - 1);
+  Put("wgcard.html", page);
+  PreparePackPages(test_.program);
+  EXPECT_EQ(page, Page("wgcard.html"));
+}
+
+TEST_F(Package, AWebPackIsTheFivePiecesAndTheArchive) {
+  Put("wgcard.html", kPage);
+  Put("tune.wav", "tune");
+  ASSERT_EQ(0, Create());
+  const QByteArray pack = FileBytes(Target());
+  EXPECT_EQ(size_, pack.size());
+  EXPECT_EQ(Resource("STUB1") + Resource("STUB2") + Resource("WP") + Resource("STUB4") + Resource("STUB5"),
+            pack.left(0x13000));
+  EXPECT_EQ("PK\x03\x04", pack.mid(0x13000, 4));
+  EXPECT_EQ(QStringList({"tune.wav", "wgcard.html"}), ArchiveNames(Target()));
+  EXPECT_FALSE(IsThere("card.zip"));
+}
+
+TEST_F(Package, DeletedPicturesAreNotInTheArchive) {
+  Put("wgcard.html", kPage);
+  Put("unused.jpeg");
+  Put("unused.bmp");
+  ASSERT_EQ(0, Create());
+  EXPECT_EQ(QStringList({"unused.bmp", "wgcard.html"}), ArchiveNames(Target()));
+}
+
+TEST_F(Package, TheFolderMayEndInASeparator) {
+  Put("wgcard.html", kPage);
+  for (const char* folder : {"desktop", "desktop/"}) {
+    qint32 size = 0;
+    EXPECT_EQ(0, CreateWebPack(test_.program, test_.Path(folder), "pack.exe", size));
+    EXPECT_TRUE(QFile::remove(Target()));
+  }
+}
+
+TEST_F(Package, AnOldTargetIsReplacedAlsoWhenItIsReadOnly) {
+  Put("wgcard.html", kPage);
+  ASSERT_TRUE(PutFile(Target(), QByteArray(500000, 'o')));
+  ASSERT_TRUE(test_.platform.attributes.Set(Target(), AttributeReadOnly));
+  ASSERT_EQ(0, Create());
+  EXPECT_EQ(size_, QFileInfo(Target()).size());
+}
+
+TEST_F(Package, AnEmptyFolderGives5) {
+  EXPECT_EQ(5, Create());
+  EXPECT_FALSE(QFile::exists(Target()));
+  test_.program.WorkPath = test_.Path("none");
+  EXPECT_EQ(5, Create());
+}
+
+TEST_F(Package, AnOpenFileGives7) {
+  Put("wgcard.html", kPage);
+  Put("playing.wav");
+  test_.platform.access.RefusedNames = {"playing.wav"};
+  EXPECT_EQ(7, Create());
+  EXPECT_FALSE(QFile::exists(Target()));
+}
+
+TEST_F(Package, AnArchiveThatCannotBeMadeGives2) {
+  Put("wgcard.html", kPage);
+  ASSERT_TRUE(QDir().mkdir(test_.WorkFile("card.zip")));
+  EXPECT_EQ(2, Create());
+}
+
+TEST_F(Package, AnUnknownIconGives3) {
+  Put("wgcard.html", kPage);
+  for (const char* name : {"", "CUSTOM", "custom", "NONE", "STUB9"}) {
+    test_.program.CurIconName = name;
+    EXPECT_EQ(3, Create()) << name;
+    EXPECT_EQ(0, size_);
+  }
+}
+
+TEST_F(Package, ATargetThatCannotBeWrittenGives3) {
+  Put("wgcard.html", kPage);
+  EXPECT_EQ(3, Create("none/pack.exe"));
+  EXPECT_EQ(0, size_);
+}
+
+TEST_F(Package, ACustomIconThatCannotBeUsedGives6) {
+  Put("wgcard.html", kPage);
+  test_.program.CurIconName = "Custom";
+  EXPECT_EQ(6, Create());
+  AssignIcon(GoodIcon().chopped(1));
+  EXPECT_EQ(6, Create());
+  AssignIcon(GoodIcon());
+  EXPECT_EQ(0, Create());
+}
+
+TEST_F(Package, ACustomIconDiffersOnlyInItsPlace) {
+  Put("wgcard.html", kPage);
+  AssignIcon(GoodIcon());
+  ASSERT_EQ(0, Create());
+  const QByteArray pack = FileBytes(Target());
+  EXPECT_EQ(Resource("STUB1") + Resource("STUB2"), pack.left(0x124B0));
+  EXPECT_EQ(GoodIcon().mid(22), pack.mid(0x124B0, 744));
+  EXPECT_EQ(Resource("STUB4") + Resource("STUB5"), pack.mid(0x12798, 0x868));
+}
+
+TEST_F(Package, AssembleWithoutAnArchiveGives1) {
+  qint32 size = -1;
+  ASSERT_TRUE(PutFile(Target(), "old"));
+  EXPECT_EQ(1, AssembleWebPack(test_.program, Target(), size));
+  EXPECT_EQ("old", FileBytes(Target()));
+}
+
+TEST_F(Package, CardZipStaysAfterAFailedBuild) {
+  Put("wgcard.html", kPage);
+  test_.program.CurIconName = "NONE";
+  ASSERT_EQ(3, Create());
+  EXPECT_TRUE(IsThere("card.zip"));
+}
+
+TEST_F(Package, ThePagesStayRewrittenAfterAFailedBuild) {
+  Put("wgcard.html", kPage);
+  Put("Page2.html", kPage);
+  Put("unused.gif");
+  test_.program.CurIconName = "NONE";
+  ASSERT_EQ(3, Create());
+  EXPECT_EQ(LinkedPage(2), Page("wgcard.html"));
+  EXPECT_FALSE(IsThere("unused.gif"));
+}
+
+TEST_F(Package, TheCustomIconImageIsWhatStandsBehindTheHead) {
+  QByteArray image;
+  EXPECT_FALSE(ReadCustomIconImage(test_.program, image));
+  Settings::Save(test_.platform.settings, Settings::CustomIcon, "mine.ico");
+  EXPECT_FALSE(ReadCustomIconImage(test_.program, image));
+  AssignIcon(GoodIcon());
+  ASSERT_TRUE(test_.platform.attributes.Set(test_.Path("app/icons/mine.ico"), AttributeReadOnly));
+  EXPECT_TRUE(ReadCustomIconImage(test_.program, image));
+  EXPECT_EQ(GoodIcon().mid(22), image);
+  EXPECT_EQ(AttributeNormal, test_.platform.attributes.Get(test_.Path("app/icons/mine.ico")));
+  AssignIcon(GoodIcon() + "x");
+  EXPECT_FALSE(ReadCustomIconImage(test_.program, image));
+}
+
+TEST_F(Package, CheckIconFileTellsAFileThatCannotBeRead) {
+  const QString path = test_.Path("a.ico");
+  const int handle = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  qstrncpy(address.sun_path, qPrintable(path), sizeof(address.sun_path));
+  ASSERT_EQ(0, ::bind(handle, reinterpret_cast<sockaddr*>(&address), sizeof(address)));
+  ::close(handle);
+  QString message;
+  EXPECT_EQ(7, CheckIconFile(test_.program.Files, path, message));
+  EXPECT_EQ("Error confirming icon suitability.", message);
+}
+
+TEST_F(Package, CheckIconFileClearsTheAttributes) {
+  const QString path = test_.Path("a.ico");
+  ASSERT_TRUE(PutFile(path, GoodIcon()));
+  ASSERT_TRUE(test_.platform.attributes.Set(path, AttributeReadOnly));
+  QString message = "old";
+  EXPECT_EQ(0, CheckIconFile(test_.program.Files, path, message));
+  EXPECT_EQ("", message);
+  EXPECT_EQ(AttributeNormal, test_.platform.attributes.Get(path));
+}
+
+TEST_F(Package, CheckIconFileTestsInItsOrder) {
+  struct Row {
+    int place;
+    char byte;
+    int code;
+  };
+  // Each row spoils one byte more, from the last test to the first.
+  QByteArray icon = GoodIcon() + "x";
+  const Row rows[] = {{14, '\0', 6}, {12, '\0', 5}, {7, 31, 4}, {6, 31, 4}, {4, 2, 3}};
+  QString message;
+  ASSERT_TRUE(PutFile(test_.Path("a.ico"), icon));
+  EXPECT_EQ(6, CheckIconFile(test_.program.Files, test_.Path("a.ico"), message));
+  EXPECT_EQ("File is the wrong size. It should be 766 bytes.", message);
+  for (const Row& row : rows) {
+    icon[row.place] = row.byte;
+    ASSERT_TRUE(PutFile(test_.Path("a.ico"), icon));
+    EXPECT_EQ(row.code, CheckIconFile(test_.program.Files, test_.Path("a.ico"), message));
+  }
+  ASSERT_TRUE(PutFile(test_.Path("a.png"), icon));
+  EXPECT_EQ(2, CheckIconFile(test_.program.Files, test_.Path("a.png"), message));
+  EXPECT_EQ("File is not an icon file:\r\n" + test_.Path("a.png"), message);
+  EXPECT_EQ(1, CheckIconFile(test_.program.Files, test_.Path("b.png"), message));
+  EXPECT_EQ("File does not exist:\r\n" + test_.Path("b.png"), message);
+}
+
+}  // namespace

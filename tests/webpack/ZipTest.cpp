@@ -1,0 +1,227 @@
+#include <gtest/gtest.h>
+#include <zip.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include "ModZip.h"
+#include "TestPlatform.h"
+
+namespace {
+
+struct Entry {
+  QByteArray name;
+  QByteArray bytes;
+  bool operator==(const Entry&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Entry& entry) {
+  return out << entry.name.constData();
+}
+
+// All entries in their order; nothing for a file that is no archive.
+QList<Entry> EntriesOf(const QString& path) {
+  QList<Entry> entries;
+  zip_t* archive = zip_open(path.toUtf8().constData(), ZIP_RDONLY | ZIP_CHECKCONS, nullptr);
+  if (!archive) return entries;
+  for (zip_int64_t index = 0; index < zip_get_num_entries(archive, 0); ++index) {
+    zip_stat_t status;
+    EXPECT_EQ(0, zip_stat_index(archive, index, 0, &status));
+    EXPECT_EQ(ZIP_CM_DEFLATE, status.comp_method);
+    QByteArray bytes(static_cast<qsizetype>(status.size), '\0');
+    zip_file_t* file = zip_fopen_index(archive, index, 0);
+    EXPECT_EQ(bytes.size(), zip_fread(file, bytes.data(), bytes.size()));
+    zip_fclose(file);
+    entries.append({QByteArray(status.name), bytes});
+  }
+  zip_discard(archive);
+  return entries;
+}
+
+class Zip : public ::testing::Test {
+ protected:
+  void Put(const QString& name, const QByteArray& bytes = "x") { ASSERT_TRUE(PutFile(test_.WorkFile(name), bytes)); }
+  int32_t ZipNamed(const QStringList& names) {
+    return ZipWorkFiles(test_.program, names, static_cast<int32_t>(names.size()));
+  }
+  QList<Entry> Entries() const { return EntriesOf(test_.WorkFile("card.zip")); }
+
+  TestProgram test_;
+};
+
+TEST_F(Zip, EntriesAreBareNamesInListOrder) {
+  Put("b.gif", "bee");
+  Put("a.html", "page");
+  Put("c.wav", QByteArray(100000, 'c'));
+  EXPECT_EQ(0, ZipNamed({"b.gif", "a.html", "c.wav"}));
+  EXPECT_EQ((QList<Entry>{{"b.gif", "bee"}, {"a.html", "page"}, {"c.wav", QByteArray(100000, 'c')}}), Entries());
+}
+
+TEST_F(Zip, TheArchiveLandsInWorkPathAndTheCurrentFolderStays) {
+  Put("a.html");
+  const QString before = QDir::currentPath();
+  EXPECT_EQ(0, ZipNamed({"a.html"}));
+  EXPECT_EQ(before, QDir::currentPath());
+  EXPECT_TRUE(QFile::exists(test_.WorkFile("card.zip")));
+  EXPECT_FALSE(QFile::exists(before + "/card.zip"));
+}
+
+TEST_F(Zip, TheLevelIsTheCharacterNineAndHiddenFilesAreTaken) {
+  const ZipOptions options = WorkZipOptions(test_.program);
+  EXPECT_EQ(57, options.fLevel);
+  EXPECT_EQ(1, options.fSystem);
+  EXPECT_EQ(0, options.fRecurse);
+  EXPECT_EQ(QFile::encodeName(test_.program.WorkPath + QDir::separator()), options.szRootDir);
+  EXPECT_EQ("", options.Date);
+  Put("seen.gif", "1");
+  Put("hidden.gif", "2");
+  ASSERT_TRUE(test_.platform.attributes.Set(test_.WorkFile("hidden.gif"), AttributeHidden));
+  EXPECT_EQ(0, ZipNamed({"hidden.gif", "seen.gif"}));
+  EXPECT_EQ((QList<Entry>{{"hidden.gif", "2"}, {"seen.gif", "1"}}), Entries());
+}
+
+TEST_F(Zip, WithoutTheSystemOptionHiddenFilesAreLeftOut) {
+  Put("seen.gif", "1");
+  Put("hidden.gif", "2");
+  ASSERT_TRUE(test_.platform.attributes.Set(test_.WorkFile("hidden.gif"), AttributeHidden));
+  ZipOptions options = WorkZipOptions(test_.program);
+  options.fSystem = 0;
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  archiver.ZpSetOptions(options);
+  EXPECT_EQ(0, archiver.ZpArchive(2, "card.zip", {"hidden.gif", "seen.gif"}));
+  EXPECT_EQ((QList<Entry>{{"seen.gif", "1"}}), Entries());
+}
+
+TEST_F(Zip, TheLevelDecidesTheSize) {
+  QByteArray text;
+  for (int at = 0; at < 20000; ++at) text += QByteArray::number(at % 977) + ' ';
+  Put("a.txt", text);
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  qint64 sizes[2];
+  for (const int at : {0, 1}) {
+    ZipOptions options = WorkZipOptions(test_.program);
+    options.fLevel = at == 0 ? '1' : '9';
+    archiver.ZpSetOptions(options);
+    ASSERT_EQ(0, archiver.ZpArchive(1, "card.zip", {"a.txt"}));
+    sizes[at] = QFileInfo(test_.WorkFile("card.zip")).size();
+  }
+  EXPECT_LT(sizes[1], sizes[0]);
+}
+
+TEST_F(Zip, TheEndMarkAndTheCountEndTheList) {
+  for (const char* name : {"a", "b", "c"}) Put(name);
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  archiver.ZpSetOptions(WorkZipOptions(test_.program));
+  EXPECT_EQ(0, archiver.ZpArchive(9, "card.zip", {"a", "b", QByteArray(1, '\0'), "c"}));
+  EXPECT_EQ((QList<Entry>{{"a", "x"}, {"b", "x"}}), Entries());
+  EXPECT_EQ(0, archiver.ZpArchive(1, "card.zip", {"a", "b"}));
+  EXPECT_EQ((QList<Entry>{{"a", "x"}}), Entries());
+}
+
+TEST_F(Zip, MoreThanAHundredFilesFit) {
+  for (const int count : {1, 99, 100, 101, 250}) {
+    QStringList names;
+    for (int at = 0; at < count; ++at) {
+      names.append(QString("file%1.txt").arg(at));
+      Put(names.last(), names.last().toUtf8());
+    }
+    ASSERT_EQ(0, ZipNamed(names));
+    const QList<Entry> entries = Entries();
+    ASSERT_EQ(count, entries.size());
+    EXPECT_EQ((Entry{names.last().toUtf8(), names.last().toUtf8()}), entries.last());
+  }
+}
+
+TEST_F(Zip, AFileThatCannotBeOpenedGives18BeforeAnythingIsWritten) {
+  Put("a.gif");
+  Put("playing.wav");
+  Put("card.zip", "from before");
+  test_.platform.access.RefusedNames = {"playing.wav"};
+  EXPECT_EQ(18, ZipNamed({"a.gif", "playing.wav"}));
+  EXPECT_EQ("from before", FileBytes(test_.WorkFile("card.zip")));
+  EXPECT_EQ(18, ZipNamed({"none.gif"}));
+  EXPECT_EQ("from before", FileBytes(test_.WorkFile("card.zip")));
+}
+
+TEST_F(Zip, AnyOtherFailureGives100) {
+  Put("a.gif");
+  ASSERT_TRUE(QDir().mkdir(test_.WorkFile("card.zip")));
+  EXPECT_EQ(100, ZipNamed({"a.gif"}));
+}
+
+TEST_F(Zip, EmptyFilesAndNamesOfAnyScriptAreCarried) {
+  const QString name = QString::fromUtf8("\u732B \u00E9.gif");
+  Put(name, "");
+  EXPECT_EQ(0, ZipNamed({name}));
+  EXPECT_EQ((QList<Entry>{{name.toUtf8(), ""}}), Entries());
+}
+
+TEST_F(Zip, AWorkFolderOfAnyScriptIsReached) {
+  test_.program.WorkPath = test_.Path(QString::fromUtf8("\u732B saved"));
+  Put("a.gif", "cat");
+  EXPECT_EQ(0, ZipNamed({"a.gif"}));
+  EXPECT_EQ((QList<Entry>{{"a.gif", "cat"}}), Entries());
+}
+
+TEST_F(Zip, ReportsOnceForEachFile) {
+  Put("a.gif");
+  Put("b.gif");
+  QByteArrayList printed;
+  QList<qint64> sizes;
+  ZipCallbacks callbacks;
+  callbacks.ZipPrint = [&](const QByteArray& text) {
+    printed.append(text);
+    return 0;
+  };
+  callbacks.ZipService = [&](const QByteArray&, int64_t size) {
+    sizes.append(size);
+    return 0;
+  };
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  archiver.ZpInit(callbacks);
+  archiver.ZpSetOptions(WorkZipOptions(test_.program));
+  EXPECT_EQ(0, archiver.ZpArchive(2, "card.zip", {"a.gif", "b.gif"}));
+  ASSERT_EQ(2, printed.size());
+  EXPECT_TRUE(printed[0].contains("a.gif"));
+  EXPECT_TRUE(printed[1].contains("b.gif"));
+  EXPECT_EQ((QList<qint64>{1, 1}), sizes);
+}
+
+TEST_F(Zip, TheServiceCanEndTheWork) {
+  Put("a.gif");
+  ZipCallbacks callbacks;
+  callbacks.ZipService = [](const QByteArray&, int64_t) { return 1; };
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  archiver.ZpInit(callbacks);
+  archiver.ZpSetOptions(WorkZipOptions(test_.program));
+  EXPECT_EQ(100, archiver.ZpArchive(1, "card.zip", {"a.gif"}));
+}
+
+TEST_F(Zip, WindowMessagesRunForEachFile) {
+  Put("a.gif");
+  Put("b.gif");
+  int passes = 0;
+  // Each pass that runs this puts it in the queue again for the next one.
+  std::function<void()> count = [&] {
+    ++passes;
+    if (passes < 9) QMetaObject::invokeMethod(qApp, count, Qt::QueuedConnection);
+  };
+  QMetaObject::invokeMethod(qApp, count, Qt::QueuedConnection);
+  EXPECT_EQ(0, ZipNamed({"a.gif", "b.gif"}));
+  EXPECT_GE(passes, 2);
+  passes = 9;
+  QCoreApplication::processEvents();
+}
+
+TEST_F(Zip, OptionsComeBackAsTheyWereSet) {
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  ZipOptions options;
+  options.szRootDir = "root/";
+  options.fLevel = '3';
+  archiver.ZpSetOptions(options);
+  EXPECT_EQ("root/", archiver.ZpGetOptions().szRootDir);
+  EXPECT_EQ('3', archiver.ZpGetOptions().fLevel);
+}
+
+}  // namespace

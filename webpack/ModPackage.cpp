@@ -1,0 +1,178 @@
+#include "ModPackage.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStringList>
+#include <limits>
+
+#include "AsciiText.h"
+#include "CheckIconFile.h"
+#include "MessagePass.h"
+#include "ModZip.h"
+#include "PageText.h"
+#include "PathRules.h"
+#include "Program.h"
+#include "Resource.h"
+#include "Settings.h"
+#include "StringTable.h"
+#include "StripPicturePaths.h"
+
+namespace {
+
+constexpr qsizetype kIconHeadSize = 22;
+constexpr qsizetype kIconImageSize = 744;
+
+QString ArchivePath(const Program& program) {
+  return PathRules::Join(program.WorkPath, QStringLiteral("card.zip"));
+}
+
+bool ReadWhole(const QString& path, QByteArray& bytes) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return false;
+  bytes = file.readAll();
+  return file.error() == QFileDevice::NoError;
+}
+
+// Number in the name of a page's file; -1 when it isn't named like a page. It is the one character before ".html", so
+// that Page12 counts as 2, and any name that ends in "d.html" counts as page 1: both are meant.
+int PageNumberOf(const QString& pagePath) {
+  if (pagePath.size() < 6) return -1;
+  const QChar mark = pagePath.at(pagePath.size() - 6);
+  if (mark == u'd') return 1;
+  return mark >= u'0' && mark <= u'9' ? mark.unicode() - u'0' : -1;
+}
+
+// Strips one page, gives it its link and strikes the pictures that it uses from the list.
+void PreparePage(Program& program, const QString& pagePath, int pageCount, QStringList& pictures) {
+  QByteArray references;
+  const QByteArray text = StripPicturePathsOfFile(program.Files, pagePath, references);
+  if (text.isEmpty()) return;
+  if (!references.isEmpty() && !pictures.isEmpty()) {
+    for (const QByteArray& reference : references.split('*')) {
+      // The names must be equal exactly, letter case and entities included, and that is meant.
+      pictures.removeAll(DecodePageName(reference));
+    }
+  }
+  const QByteArray linked = AddNextPageLink(program, pagePath, text, pageCount);
+  program.Files.DeleteFileIfAny(pagePath);
+  program.Files.WriteTextFile(pagePath, linked);
+}
+
+}  // namespace
+
+// A blank behind ".exe" makes it another ending, and that is meant.
+PackFileNames ReadyPackFileNames(const QString& folder, const QString& fileName) {
+  PackFileNames names{PathRules::DropTrailingSeparator(folder), fileName};
+  if (names.MakeName.isEmpty()) names.MakeName = Settings::GreetName.defaultText;
+  if (UpperAscii(names.MakeName.right(4)) != QStringLiteral(".EXE")) names.MakeName += QStringLiteral(".exe");
+  return names;
+}
+
+int CreateWebPack(Program& program, const QString& folder, const QString& fileName, qint32& sizeBytes) {
+  QString target = folder;
+  if (!PathRules::EndsInSeparator(target)) target += QDir::separator();
+  target += fileName;
+  PreparePackPages(program);
+  QString list;
+  const int count = program.Files.ListFiles(program.WorkPath, QString(), list);
+  if (count == 0) return 5;
+  const int32_t zipped = ZipWorkFiles(program, list.split(u'*'), count);
+  // The archive stays after a failure and the next build deletes it, and that is meant.
+  if (zipped == ZipResult::kCannotOpen) return 7;
+  if (zipped != ZipResult::kGood) return 2;
+  program.Files.DeleteFileIfAny(target);
+  RunMessagePass();
+  switch (AssembleWebPack(program, target, sizeBytes)) {
+    case 0:
+      break;
+    case 2:
+      return 6;
+    case 3:
+      return 3;
+    default:
+      return 4;
+  }
+  program.Files.DeleteFileIfAny(ArchivePath(program));
+  return 0;
+}
+
+void PreparePackPages(Program& program) {
+  QString list;
+  if (program.Files.ListFiles(program.WorkPath, QString(), list) == 0) return;
+  QStringList pages;
+  QStringList pictures;
+  for (const QString& name : list.split(u'*')) {
+    const QString ending = UpperAscii(name.right(4));
+    if (ending == QStringLiteral("HTML")) {
+      pages.append(name);
+    } else if (ending == QStringLiteral(".GIF") || ending == QStringLiteral(".JPG") ||
+               ending == QStringLiteral(".PNG") || ending == QStringLiteral("JPEG")) {
+      pictures.append(name);
+    }
+  }
+  if (pages.isEmpty()) return;
+  for (const QString& page : pages) {
+    PreparePage(program, PathRules::Join(program.WorkPath, page), static_cast<int>(pages.size()), pictures);
+  }
+  for (const QString& picture : pictures) {
+    program.Files.DeleteFileIfAny(PathRules::Join(program.WorkPath, picture));
+  }
+}
+
+QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount) {
+  const QByteArray linkText = EncodePageText(program.LinkTextValue);
+  if (FindNoCase(html, linkText + "</A>") >= 0) return html;
+  const qsizetype bodyEnd = FindNoCase(html, QByteArrayLiteral("</BODY>"));
+  if (bodyEnd < 0) return html;
+  const int pageNumber = PageNumberOf(pagePath);
+  if (pageNumber < 0 || pageNumber >= pageCount) return html;
+  const QByteArray link = program.BrClear + "<BR>" + StringText(135).toLatin1() + "Page" +
+                          QByteArray::number(pageNumber + 1) + ".html\">" + linkText + "</A></FONT></DIV><BR><BR>";
+  return html.left(bodyEnd) + link + html.mid(bodyEnd);
+}
+
+int AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes) {
+  sizeBytes = 0;
+  const QString archivePath = ArchivePath(program);
+  if (!program.Files.FileExists(archivePath)) return 1;
+  program.Files.DeleteFileIfAny(targetPath);
+  program.platform.fileAttributes.Clear(archivePath);
+  QByteArray archive;
+  if (!ReadWhole(archivePath, archive)) return 3;
+
+  QByteArray icon;
+  if (program.CurIconName == QStringLiteral("Custom")) {
+    if (!ReadCustomIconImage(program, icon)) return 2;
+  } else {
+    icon = Resource(program.CurIconName);
+  }
+  const QByteArray pieces[] = {
+      Resource(QStringLiteral("STUB1")), Resource(QStringLiteral("STUB2")), icon,
+      Resource(QStringLiteral("STUB4")), Resource(QStringLiteral("STUB5")), archive,
+  };
+  QFile target(targetPath);
+  for (const QByteArray& piece : pieces) {
+    if (piece.isNull()) return 3;
+  }
+  if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate)) return 3;
+  for (const QByteArray& piece : pieces) {
+    if (target.write(piece) != piece.size()) return 3;
+  }
+  if (!target.flush() || archive.size() > std::numeric_limits<qint32>::max() - kStubSize) return 3;
+  sizeBytes = static_cast<qint32>(archive.size()) + kStubSize;
+  return 0;
+}
+
+bool ReadCustomIconImage(Program& program, QByteArray& image) {
+  const QString name = Settings::Get(program.platform.settings, Settings::CustomIcon);
+  if (name.isEmpty()) return false;
+  const QString path = PathRules::Join(PathRules::Join(program.AppPath, QStringLiteral("icons")), name);
+  if (!program.Files.FileExists(path)) return false;
+  QString message;
+  if (CheckIconFile(program.Files, path, message) != 0) return false;
+  program.platform.fileAttributes.Clear(path);
+  QByteArray file;
+  if (!ReadWhole(path, file) || file.size() < kIconHeadSize + kIconImageSize) return false;
+  image = file.mid(kIconHeadSize, kIconImageSize);
+  return true;
+}

@@ -1,0 +1,171 @@
+#include "ModZip.h"
+
+#include <zip.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <memory>
+
+#include "MessagePass.h"
+#include "PathRules.h"
+#include "Program.h"
+
+namespace {
+
+const QByteArray::value_type kEndMark = '\0';
+
+// One file as the archive library reads it: opened only when its turn has come, and told of then.
+class FileSource {
+ public:
+  FileSource(const QString& path, const QByteArray& name, const ZipCallbacks& callbacks)
+      : file_(path), name_(name), callbacks_(callbacks) {
+    zip_error_init(&error_);
+  }
+  ~FileSource() { zip_error_fini(&error_); }
+
+  static zip_int64_t Serve(void* self, void* data, zip_uint64_t length, zip_source_cmd_t command) {
+    auto* source = static_cast<FileSource*>(self);
+    switch (command) {
+      case ZIP_SOURCE_OPEN:
+        return source->Open();
+      case ZIP_SOURCE_READ:
+        return source->Read(data, length);
+      case ZIP_SOURCE_CLOSE:
+        source->file_.close();
+        return 0;
+      case ZIP_SOURCE_STAT:
+        return source->Stat(data, length);
+      case ZIP_SOURCE_ERROR:
+        return zip_error_to_data(&source->error_, data, length);
+      case ZIP_SOURCE_FREE:
+        delete source;
+        return 0;
+      case ZIP_SOURCE_SUPPORTS:
+        return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                              ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
+      default:
+        return source->Fail(ZIP_ER_OPNOTSUPP);
+    }
+  }
+
+ private:
+  zip_int64_t Fail(int code) {
+    zip_error_set(&error_, code, 0);
+    return -1;
+  }
+
+  zip_int64_t Open() {
+    if (callbacks_.ZipPrint) callbacks_.ZipPrint("  adding: " + name_);
+    if (callbacks_.ZipService && callbacks_.ZipService(name_, file_.size()) != 0) return Fail(ZIP_ER_CANCELLED);
+    return file_.open(QIODevice::ReadOnly) ? 0 : Fail(ZIP_ER_OPEN);
+  }
+
+  zip_int64_t Read(void* data, zip_uint64_t length) {
+    const qint64 got = file_.read(static_cast<char*>(data), static_cast<qint64>(length));
+    return got < 0 ? Fail(ZIP_ER_READ) : got;
+  }
+
+  zip_int64_t Stat(void* data, zip_uint64_t length) {
+    if (length < sizeof(zip_stat_t)) return Fail(ZIP_ER_INVAL);
+    const QFileInfo info(file_.fileName());
+    auto* status = static_cast<zip_stat_t*>(data);
+    zip_stat_init(status);
+    status->size = static_cast<zip_uint64_t>(info.size());
+    status->mtime = static_cast<time_t>(info.lastModified().toSecsSinceEpoch());
+    status->valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+    return sizeof(zip_stat_t);
+  }
+
+  QFile file_;
+  QByteArray name_;
+  const ZipCallbacks& callbacks_;
+  zip_error_t error_;
+};
+
+bool AddFile(zip_t* archive, const QString& path, const QByteArray& name, const ZipCallbacks& callbacks, int level) {
+  auto source = std::make_unique<FileSource>(path, name, callbacks);
+  zip_source_t* handle = zip_source_function(archive, &FileSource::Serve, source.get());
+  if (!handle) return false;
+  source.release();
+  const zip_int64_t index = zip_file_add(archive, name.constData(), handle, ZIP_FL_ENC_UTF_8);
+  if (index < 0) {
+    zip_source_free(handle);
+    return false;
+  }
+  return zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, level) == 0;
+}
+
+}  // namespace
+
+int32_t ZipArchiver::ZpInit(const ZipCallbacks& callbacks) {
+  callbacks_ = callbacks;
+  return 1;
+}
+
+int32_t ZipArchiver::ZpSetOptions(const ZipOptions& options) {
+  options_ = options;
+  return 1;
+}
+
+int32_t ZipArchiver::ZpArchive(int32_t count, const QByteArray& zipName, const ZipNames& names) {
+  const QString root = QFile::decodeName(options_.szRootDir);
+  struct Entry {
+    QByteArray name;
+    QString path;
+  };
+  QList<Entry> entries;
+  for (const QByteArray& name : names) {
+    if (entries.size() >= count || name == QByteArray(1, kEndMark)) break;
+    const QString path = root + QString::fromUtf8(name);
+    if (!access_.CanBeRead(path)) return ZipResult::kCannotOpen;
+    const bool hidden = attributes_.Get(path).value_or(AttributeNormal) & AttributeHidden;
+    if (!hidden || options_.fSystem != 0) entries.append({name, path});
+  }
+
+  const QByteArray target = (root + QString::fromUtf8(zipName)).toUtf8();
+  zip_t* archive = zip_open(target.constData(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+  if (!archive) return ZipResult::kFailed;
+  for (const Entry& entry : entries) {
+    if (!AddFile(archive, entry.path, entry.name, callbacks_, options_.fLevel - '0')) {
+      zip_discard(archive);
+      return ZipResult::kFailed;
+    }
+  }
+  if (zip_close(archive) != 0) {
+    zip_discard(archive);
+    return ZipResult::kFailed;
+  }
+  return ZipResult::kGood;
+}
+
+ZipOptions WorkZipOptions(const Program& program) {
+  ZipOptions options;
+  options.szRootDir = QFile::encodeName(program.WorkPath + QDir::separator());
+  options.fSystem = 1;
+  // The character and not the number, and that is meant.
+  options.fLevel = '9';
+  return options;
+}
+
+int32_t ZipWorkFiles(Program& program, const QStringList& names, int32_t count) {
+  ZipCallbacks callbacks;
+  callbacks.ZipPrint = [](const QByteArray&) {
+    RunMessagePass();
+    return 0;
+  };
+  callbacks.ZipPassword = [](QByteArray&, const QByteArray&, const QByteArray&) { return 1; };
+  callbacks.ZipComment = [](QByteArray& buffer) {
+    buffer.clear();
+    return 1;
+  };
+  callbacks.ZipService = [](const QByteArray&, int64_t) { return 0; };
+
+  ZipArchiver archiver(program.platform.fileAccess, program.platform.fileAttributes);
+  archiver.ZpInit(callbacks);
+  archiver.ZpSetOptions(WorkZipOptions(program));
+  ZipNames zipNames;
+  for (const QString& name : names) zipNames.append(name.toUtf8());
+  zipNames.append(QByteArray(1, kEndMark));
+  return archiver.ZpArchive(count, "card.zip", zipNames);
+}
