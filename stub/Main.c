@@ -43,7 +43,15 @@ static void Run(HMODULE instance) {
   PostQuitMessage(0);
 }
 
-void __attribute__((section(".entry"), used, noreturn)) Start(void) {
+void __attribute__((used, noreturn)) Begin(void) {
   Run(GetModuleHandleA(NULL));
   ExitProcess(0);
 }
+
+/* The layout gives the entry point an odd address, which no function of the compiler's gets. */
+__asm__(
+    ".section .entry, \"x\"\n"
+    ".byte 0xCC, 0xCC, 0xCC\n"
+    ".globl _Start\n"
+    "_Start: jmp _Begin\n"
+    ".text\n");

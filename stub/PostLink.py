@@ -43,6 +43,7 @@ def set_headers(image):
     image.put("<I", image.coff + 4, 0)  # time stamp
     image.put("<II", image.coff + 8, 0, 0)  # symbol table
     image.put("<H", image.coff + 18, 0x010F)  # executable, 32 bits, no relocations, lines or symbols
+    image.put("<BB", image.optional + 2, 1, 0)  # version of the linker: the same bytes from any
     sizes = {name: memory for name, _, _, _, memory, _ in Layout.SECTIONS}
     image.put("<III", image.optional + 4, sizes[".text"], sum(sizes.values()) - sizes[".text"], 0)
     image.put("<I", image.optional + 24, Layout.SECTIONS[1][3])  # start of data
