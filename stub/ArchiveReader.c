@@ -34,9 +34,13 @@ typedef struct Entry {
   char name[ArchiveMaxName + 1];
 } Entry;
 
-static uint16_t Word(const uint8_t* bytes) { return (uint16_t)(bytes[0] | bytes[1] << 8); }
+static uint16_t Word(const uint8_t* bytes) {
+  return (uint16_t)(bytes[0] | bytes[1] << 8);
+}
 
-static uint32_t Long(const uint8_t* bytes) { return Word(bytes) | (uint32_t)Word(bytes + 2) << 16; }
+static uint32_t Long(const uint8_t* bytes) {
+  return Word(bytes) | (uint32_t)Word(bytes + 2) << 16;
+}
 
 static int ReadExactly(ArchiveWork* work, uint64_t offset, void* bytes, uint32_t count) {
   return work->io.readAt(work->io.context, offset, bytes, count) == count;
@@ -110,9 +114,9 @@ static int ReadEntry(ArchiveWork* work, uint32_t offset, Entry* entry) {
   entry->name[entry->nameLength] = 0;
   if (!IsPlainFileName(entry->name, entry->nameLength, (entry->flags & FlagUtf8) != 0)) return 0;
   if ((entry->flags & FlagEncrypted) == 0) {
-    if (entry->method == MethodStored ? entry->size != entry->compressedSize
-                                      : entry->method != MethodDeflate ||
-                                            entry->size > (uint64_t)entry->compressedSize * MaxDeflateRatio)
+    if (entry->method == MethodStored
+            ? entry->size != entry->compressedSize
+            : entry->method != MethodDeflate || entry->size > (uint64_t)entry->compressedSize * MaxDeflateRatio)
       return 0;
   }
   return ReadLocalHeader(work, entry);

@@ -1,6 +1,6 @@
-/* ArchiveReader: extracts the zip archive at the end of a file, in bounded memory, through the callbacks of an ArchiveIo.
-   Before it creates the first file it has read the whole directory and found every name harmless and every entry within
-   the archive, apart from all others and of a known method. */
+/* ArchiveReader: extracts the zip archive at the end of a file, in bounded memory, through the callbacks of an
+   ArchiveIo. Before it creates the first file it has read the whole directory and found every name harmless and every
+   entry within the archive, apart from all others and of a known method. */
 #ifndef CORVANE_STUB_ARCHIVEREADER_H
 #define CORVANE_STUB_ARCHIVEREADER_H
 
@@ -11,10 +11,10 @@
 enum { ArchiveMaxEntries = 65535, ArchiveMaxName = 1023, ArchiveBufferSize = 16384 };
 
 typedef enum {
-  ArchiveComplete,   /* every entry has been written, and its checksum is right */
-  ArchiveWarnings,   /* as before, but entries with a password were skipped, or there was none at all */
-  ArchiveDamaged,    /* no archive, one that is refused, or one with a wrong checksum */
-  ArchiveNotWritten  /* a file could not be created or written */
+  ArchiveComplete,  /* every entry has been written, and its checksum is right */
+  ArchiveWarnings,  /* as before, but entries with a password were skipped, or there was none at all */
+  ArchiveDamaged,   /* no archive, one that is refused, or one with a wrong checksum */
+  ArchiveNotWritten /* a file could not be created or written */
 } ArchiveResult;
 
 typedef struct ArchiveIo {
@@ -23,7 +23,7 @@ typedef struct ArchiveIo {
   uint32_t (*readAt)(void* context, uint64_t offset, void* bytes, uint32_t count);
   /* Creates the file, or empties the one of that name; 0 on failure. One file is open at a time. */
   int (*create)(void* context, const char* name, int nameIsUtf8);
-  int (*write)(void* context, const void* bytes, uint32_t count); /* all of them, or 0 */
+  int (*write)(void* context, const void* bytes, uint32_t count);  /* all of them, or 0 */
   int (*close)(void* context, uint16_t dosDate, uint16_t dosTime); /* 0 on failure; the time is local */
 } ArchiveIo;
 

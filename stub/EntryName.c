@@ -18,7 +18,9 @@ static int IsUtf8(const uint8_t* text, uint32_t length) {
   return 1;
 }
 
-static char UpperCase(char letter) { return letter >= 'a' && letter <= 'z' ? (char)(letter - 'a' + 'A') : letter; }
+static char UpperCase(char letter) {
+  return letter >= 'a' && letter <= 'z' ? (char)(letter - 'a' + 'A') : letter;
+}
 
 static int StartsWith(const char* name, uint32_t length, const char* prefix) {
   uint32_t index;

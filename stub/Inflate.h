@@ -8,9 +8,9 @@
 enum { InflateWindowSize = 32768, InflateMaxBits = 15, InflateFastBits = 9, InflateMaxSymbols = 288 };
 
 typedef enum {
-  InflateDone,     /* the last block ended; all output has been written */
-  InflateDamaged,  /* no Deflate stream, or cut off */
-  InflateStopped   /* the write port refused */
+  InflateDone,    /* the last block ended; all output has been written */
+  InflateDamaged, /* no Deflate stream, or cut off */
+  InflateStopped  /* the write port refused */
 } InflateResult;
 
 typedef struct InflatePorts {

@@ -133,10 +133,25 @@ TEST(ArchiveReader, WarningsOpenNothing) {
 }
 
 TEST(ArchiveReader, RefusesHostileNamesBeforeWritingAnything) {
-  static const std::string names[] = {
-      "", ".", "..", "...", " ", ". .", "/a", "a/b", "a/", "../a", "\\a", "a\\b", "..\\a", "C:a", "a:stream",
-      std::string("a\0b", 3), "a\n", "\x1F", "\x7F", "con", "CON", "Nul.txt", "aux .html", "prn.a.b", "COM1", "lpt9.jpg",
-      "com0", "CONIN$", "conout$", "clock$", "COM\xB9", "a*", "a?", "a\"", "<a", "a>", "a|", std::string(1024, 'a')};
+  static const std::string names[] = {"",          ".",
+                                      "..",        "...",
+                                      " ",         ". .",
+                                      "/a",        "a/b",
+                                      "a/",        "../a",
+                                      "\\a",       "a\\b",
+                                      "..\\a",     "C:a",
+                                      "a:stream",  std::string("a\0b", 3),
+                                      "a\n",       "\x1F",
+                                      "\x7F",      "con",
+                                      "CON",       "Nul.txt",
+                                      "aux .html", "prn.a.b",
+                                      "COM1",      "lpt9.jpg",
+                                      "com0",      "CONIN$",
+                                      "conout$",   "clock$",
+                                      "COM\xB9",   "a*",
+                                      "a?",        "a\"",
+                                      "<a",        "a>",
+                                      "a|",        std::string(1024, 'a')};
   for (const std::string& name : names)
     for (uint16_t flags : {uint16_t(0), utf8}) {
       std::vector<PackEntry> entries = smallPages();
@@ -144,8 +159,8 @@ TEST(ArchiveReader, RefusesHostileNamesBeforeWritingAnything) {
       entries[3].flags = flags;
       expectRefused(makePack(entries), name);
     }
-  static const std::string badUtf8[] = {"\x80", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "a\xC3",
-                                        "\xFF", "com\xC2\xB2", "LPT\xC2\xB3.gif"};
+  static const std::string badUtf8[] = {"\x80",  "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80",   "\xF4\x90\x80\x80",
+                                        "a\xC3", "\xFF",     "com\xC2\xB2",  "LPT\xC2\xB3.gif"};
   for (const std::string& name : badUtf8) {
     std::vector<PackEntry> entries = smallPages();
     entries[3].name = name;
@@ -155,8 +170,8 @@ TEST(ArchiveReader, RefusesHostileNamesBeforeWritingAnything) {
 }
 
 TEST(ArchiveReader, TakesNamesThatOnlyLookHostile) {
-  static const std::string names[] = {"a..b", ".a", "console.html", "COM10", "com", "lpt", "nul1", "a con", "\xC3\xA4.jpg",
-                                      std::string(200, 'x')};
+  static const std::string names[] = {"a..b", ".a",   "console.html", "COM10",        "com",
+                                      "lpt",  "nul1", "a con",        "\xC3\xA4.jpg", std::string(200, 'x')};
   for (const std::string& name : names) {
     std::vector<PackEntry> entries = smallPages();
     entries[3].name = name;

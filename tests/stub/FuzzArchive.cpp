@@ -39,7 +39,8 @@ std::vector<Bytes> soundPacks() {
 void damage(Bytes& pack, std::mt19937& random) {
   static const uint8_t telling[] = {0x00, 0x01, 0x7F, 0x80, 0xFF, 'P', 'K', '/', '\\', ':', '.'};
   if (pack.empty()) return;
-  size_t at = random() % 3 == 0 ? pack.size() - 1 - random() % std::min<size_t>(pack.size(), 400) : random() % pack.size();
+  size_t at =
+      random() % 3 == 0 ? pack.size() - 1 - random() % std::min<size_t>(pack.size(), 400) : random() % pack.size();
   switch (random() % 7) {
     case 0:
       pack[at] ^= uint8_t(1 << random() % 8);
@@ -145,10 +146,11 @@ int main(int count, char** arguments) {
     for (unsigned times = 1 + random() % 3; times > 0; times--) damage(stream, random);
     if (!stream.empty()) compareWithZlib(stream, iteration, seed);
   }
-  printf("%llu packs: %llu complete, %llu with warnings, %llu damaged, %llu not written\n", (unsigned long long)iteration,
-         (unsigned long long)results[0], (unsigned long long)results[1], (unsigned long long)results[2],
-         (unsigned long long)results[3]);
+  printf("%llu packs: %llu complete, %llu with warnings, %llu damaged, %llu not written\n",
+         (unsigned long long)iteration, (unsigned long long)results[0], (unsigned long long)results[1],
+         (unsigned long long)results[2], (unsigned long long)results[3]);
   // Packs without any damage are among them, so every kind of result comes up in a run of some length.
-  if (iteration >= 1000 && (!results[0] || !results[1] || !results[2] || !results[3])) complain("a result never came", iteration, seed);
+  if (iteration >= 1000 && (!results[0] || !results[1] || !results[2] || !results[3]))
+    complain("a result never came", iteration, seed);
   return 0;
 }

@@ -95,8 +95,8 @@ TEST(Inflate, UndoesWhatZlibMakes) {
     const char* name;
     int level, strategy;
   };
-  static const Row rows[] = {{"stored", 0, Z_DEFAULT_STRATEGY}, {"fixed", 9, Z_FIXED},
-                             {"dynamic", 9, Z_DEFAULT_STRATEGY}, {"fast", 1, Z_DEFAULT_STRATEGY},
+  static const Row rows[] = {{"stored", 0, Z_DEFAULT_STRATEGY},     {"fixed", 9, Z_FIXED},
+                             {"dynamic", 9, Z_DEFAULT_STRATEGY},    {"fast", 1, Z_DEFAULT_STRATEGY},
                              {"literals alone", 9, Z_HUFFMAN_ONLY}, {"runs", 9, Z_RLE}};
   for (const Row& row : rows)
     for (size_t size : {0, 1, 2, 100, 32767, 32768, 32769, 65535, 65536, 300000})

@@ -6,7 +6,9 @@
 #include <cstring>
 #include <memory>
 
-Bytes bytesOf(const std::string& text) { return Bytes(text.begin(), text.end()); }
+Bytes bytesOf(const std::string& text) {
+  return Bytes(text.begin(), text.end());
+}
 
 Bytes deflated(const Bytes& data, int level, int strategy) {
   z_stream stream{};
@@ -49,7 +51,9 @@ class Writer {
   Bytes& out_;
 };
 
-uint64_t either(int64_t told, uint64_t right) { return told < 0 ? right : uint64_t(told); }
+uint64_t either(int64_t told, uint64_t right) {
+  return told < 0 ? right : uint64_t(told);
+}
 
 }  // namespace
 

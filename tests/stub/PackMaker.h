@@ -34,10 +34,10 @@ struct PackEntry {
 };
 
 struct PackForm {
-  size_t prefix = 0;         // bytes in front of the archive
-  size_t offsetsFrom = 0;    // added to every offset of the archive
+  size_t prefix = 0;       // bytes in front of the archive
+  size_t offsetsFrom = 0;  // added to every offset of the archive
   std::string comment = {};
-  int64_t entries = -1;      // as the end record tells it; -1 is what is right
+  int64_t entries = -1;  // as the end record tells it; -1 is what is right
   int64_t directorySize = -1;
   int64_t directory = -1;
 };
