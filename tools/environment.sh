@@ -1,0 +1,90 @@
+# What ./run, ./test and ./bench share; sourced by them in the project's folder.
+
+# The browser engine refuses to start its sandbox as root, and draws in software where there is no graphics card.
+prepareBrowser() {
+  if [[ $EUID -eq 0 ]]; then
+    export QTWEBENGINE_DISABLE_SANDBOX=1
+  fi
+  if [[ ! -e /dev/dri ]]; then
+    export QT_QUICK_BACKEND="${QT_QUICK_BACKEND:-software}"
+    export QTWEBENGINE_CHROMIUM_FLAGS="${QTWEBENGINE_CHROMIUM_FLAGS:---disable-gpu}"
+  fi
+}
+
+# A folder that goes with the script, for what its programs want to leave somewhere.
+makeScratch() {
+  scratch=$(mktemp -d)
+  helpers=()
+  trap endHelpers EXIT
+  trap 'exit 130' INT
+  trap 'exit 143' TERM
+  if [[ ! -d ${XDG_RUNTIME_DIR:-} ]]; then
+    mkdir -m 700 "$scratch/runtime"
+    export XDG_RUNTIME_DIR="$scratch/runtime"
+  fi
+}
+
+endHelpers() {
+  local helper
+  # The last one started ends first: a window manager before its display.
+  for ((helper = ${#helpers[@]} - 1; helper >= 0; --helper)); do
+    kill "${helpers[helper]}" 2>/dev/null || true
+    wait "${helpers[helper]}" 2>/dev/null || true
+  done
+  rm -rf "$scratch"
+}
+
+# waitUntil SECONDS COMMAND...: tells whether the command came true in time.
+waitUntil() {
+  local end=$((SECONDS + $1))
+  shift
+  until "$@"; do
+    ((SECONDS < end)) || return 1
+    sleep 0.1
+  done
+}
+
+hasWindowManager() {
+  xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
+}
+
+# A display of its own with a window manager, so that nothing shows up on the user's.
+startDisplay() {
+  unset WAYLAND_DISPLAY
+  Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp >"$scratch/display" 2>"$scratch/display.log" </dev/null &
+  helpers+=($!)
+  if ! waitUntil 30 test -s "$scratch/display"; then
+    cat "$scratch/display.log" >&2
+    echo "the virtual display doesn't start" >&2
+    return 1
+  fi
+  DISPLAY=:$(<"$scratch/display")
+  export DISPLAY
+  openbox --sm-disable >"$scratch/openbox.log" 2>&1 </dev/null &
+  helpers+=($!)
+  if ! waitUntil 30 hasWindowManager; then
+    cat "$scratch/openbox.log" >&2
+    echo "the window manager doesn't start" >&2
+    return 1
+  fi
+}
+
+# logged NAME COMMAND...: the command's output goes into build/reports/NAME.log and is shown only when it fails.
+logged() {
+  local log=build/reports/$1.log
+  shift
+  mkdir -p build/reports
+  if ! "$@" >"$log" 2>&1 </dev/null; then
+    cat "$log" >&2
+    return 1
+  fi
+}
+
+# build [TARGET]: a terminal sees the progress, a log only what went wrong.
+build() {
+  local quiet=() target=()
+  [[ -t 1 ]] || quiet=(-- --quiet)
+  [[ $# -eq 0 ]] || target=(--target "$1")
+  logged configure cmake --preset dev
+  cmake --build build --parallel "$(nproc)" "${target[@]}" "${quiet[@]}"
+}
