@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # What ./run, ./test and ./bench share; sourced by them in the project's folder.
 
 # The browser engine refuses to start its sandbox as root, and draws in software where there is no graphics card.
