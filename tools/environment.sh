@@ -15,8 +15,8 @@ prepareBrowser() {
 # A folder that goes with the script, for what its programs want to leave somewhere.
 makeScratch() {
   scratch=$(mktemp -d)
-  helpers=()
-  trap endHelpers EXIT
+  started=()
+  trap endStarted EXIT
   trap 'exit 130' INT
   trap 'exit 143' TERM
   if [[ ! -d ${XDG_RUNTIME_DIR:-} ]]; then
@@ -25,12 +25,12 @@ makeScratch() {
   fi
 }
 
-endHelpers() {
-  local helper
+endStarted() {
+  local at
   # The last one started ends first: a window manager before its display.
-  for ((helper = ${#helpers[@]} - 1; helper >= 0; --helper)); do
-    kill "${helpers[helper]}" 2>/dev/null || true
-    wait "${helpers[helper]}" 2>/dev/null || true
+  for ((at = ${#started[@]} - 1; at >= 0; --at)); do
+    kill "${started[at]}" 2>/dev/null || true
+    wait "${started[at]}" 2>/dev/null || true
   done
   rm -rf "$scratch"
 }
@@ -53,7 +53,7 @@ hasWindowManager() {
 startDisplay() {
   unset WAYLAND_DISPLAY
   Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp >"$scratch/display" 2>"$scratch/display.log" </dev/null &
-  helpers+=($!)
+  started+=($!)
   if ! waitUntil 30 test -s "$scratch/display"; then
     cat "$scratch/display.log" >&2
     echo "the virtual display doesn't start" >&2
@@ -62,7 +62,7 @@ startDisplay() {
   DISPLAY=:$(<"$scratch/display")
   export DISPLAY
   openbox --sm-disable >"$scratch/openbox.log" 2>&1 </dev/null &
-  helpers+=($!)
+  started+=($!)
   if ! waitUntil 30 hasWindowManager; then
     cat "$scratch/openbox.log" >&2
     echo "the window manager doesn't start" >&2

@@ -1,0 +1,183 @@
+"""Holds every #include against the floors that the rooms' links declare, and the other rules of the house.
+
+Usage: include_test.py --build FOLDER, where BUILD/rooms.txt tells `room floor link link ...` a line.
+"""
+import argparse
+import os
+import re
+import sys
+import tempfile
+import unittest
+
+HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+BUILD = ""
+NO_PART = re.compile(r"^(\..*|build|build-.*|tour)$")
+TOP = ("app", 5.0)
+APART = "stub"  # a program of its own, for Windows alone
+INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
+MADE = re.compile(r"^(moc_.*\.cpp|.*\.moc|ui_.*\.h)$")
+PLATFORM_SWITCH = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b.*\b(Q_OS_\w+|_?_?WIN(32|64)\w*|__linux\w*|__unix\w*|"
+                             r"__APPLE__|__MACH__)\b")
+SYSTEM = re.compile(r"^((sys|netinet|arpa|net|linux|X11|mach)/.*|(windows|windowsx|winsock2|ws2tcpip|shellapi|shlobj|"
+                    r"unistd|fcntl|dlfcn|pwd|grp|netdb|poll|spawn|termios|pthread|dirent|io|direct)\.h)$")
+BROWSER_ENGINE = re.compile(r"^(QtWebEngine.*|QWebEngine.*)$")
+
+
+def source_files(root):
+    for folder, folders, files in os.walk(root):
+        folders[:] = sorted(name for name in folders if not NO_PART.match(name))
+        for name in sorted(files):
+            if name.endswith((".h", ".cpp", ".c")):
+                yield os.path.relpath(os.path.join(folder, name), root)
+
+
+def parse_rooms(text):
+    """{room: (floor, links)} of all lines; links to what is no room are other people's libraries."""
+    rooms = {}
+    for line in text.splitlines():
+        words = line.split()
+        if words:
+            rooms[words[0]] = (float(words[1]), words[2:])
+    return {room: (floor, [link for link in links if link in rooms]) for room, (floor, links) in rooms.items()}
+
+
+def reached(room, rooms):
+    found, waiting = set(), list(rooms[room][1])
+    while waiting:
+        link = waiting.pop()
+        if link not in found:
+            found.add(link)
+            waiting.extend(rooms[link][1])
+    return found
+
+
+def problems(root, rooms_text):
+    """What is against the rules, a line each."""
+    rooms = parse_rooms(rooms_text)
+    if not rooms:
+        return ["there are no rooms"]
+    rooms.setdefault(TOP[0], (TOP[1], list(rooms)))
+    wrong = []
+    for room, (floor, links) in rooms.items():
+        wrong += ["%s (floor %g) links %s (floor %g)" % (room, floor, link, rooms[link][0])
+                  for link in links if rooms[link][0] >= floor]
+    files = list(source_files(root))
+    owner = {}
+    for path in files:
+        name = os.path.basename(path)
+        if name.endswith(".h"):
+            if name in owner:
+                wrong.append("two headers have one name: %s and %s" % (owner[name], path))
+            owner.setdefault(name, path)
+    allowed = {room: reached(room, rooms) | {room} for room in rooms}
+    allowed[APART] = {APART}
+    for path in files:
+        folder = path.split(os.sep)[0]
+        with open(os.path.join(root, path), encoding="utf-8") as file:
+            lines = file.read().splitlines()
+        for at, line in enumerate(lines, 1):
+            place = "%s:%d: " % (path, at)
+            if folder not in ("platform", APART) and PLATFORM_SWITCH.match(line):
+                wrong.append(place + "a platform is told apart outside platform/")
+            include = INCLUDE.match(line)
+            if not include or folder not in allowed:
+                continue
+            kind, name = include.groups()
+            if folder not in ("platform", APART) and SYSTEM.match(name):
+                wrong.append(place + "a system header outside platform/: " + name)
+            if folder != "browser" and BROWSER_ENGINE.match(name.split("/")[0]):
+                wrong.append(place + "the browser engine outside browser/: " + name)
+            if kind == '"' and not MADE.match(name):
+                if name not in owner:
+                    wrong.append(place + "no header of the project: " + name)
+                elif owner[name].split(os.sep)[0] not in allowed[folder]:
+                    wrong.append(place + "%s may not include %s" % (folder, owner[name]))
+    return wrong
+
+
+class Project(unittest.TestCase):
+    def test_every_include_keeps_to_the_floors(self):
+        with open(os.path.join(BUILD, "rooms.txt")) as file:
+            self.assertEqual(problems(HOUSE, file.read()), [])
+
+
+class MadeUp(unittest.TestCase):
+    """A small house of which each test breaks one rule."""
+
+    ROOMS = "platform 0 Qt6::Core\ncore 1 platform\nbrowser 2 core\nhelp 3 browser\nicons 3 core\n"
+
+    def told(self, files, rooms=ROOMS):
+        whole = {"platform/Shell.h": "", "core/Colors.h": '#include "Shell.h"\n', "browser/Node.h": "",
+                 "help/Tip.h": "", "icons/Draw.h": ""}
+        whole.update(files)
+        with tempfile.TemporaryDirectory() as root:
+            for path, text in whole.items():
+                os.makedirs(os.path.join(root, os.path.dirname(path)), exist_ok=True)
+                with open(os.path.join(root, path), "w") as file:
+                    file.write(text)
+            return problems(root, rooms)
+
+    def assert_one(self, found, text):
+        self.assertEqual(len(found), 1, found)
+        self.assertIn(text, found[0])
+
+    def test_good_house(self):
+        self.assertEqual(self.told({
+            "help/Tip.cpp": '#include "Tip.h"\n#include <QFile>\n#include "Colors.h"\n#include "Shell.h"\n',
+            "browser/Node.cpp": "#include <QWebEngineView>\n#include \"Node.moc\"\n",
+            "platform/Shell.cpp": "#ifdef Q_OS_WIN\n#include <windows.h>\n#endif\n",
+            "stub/Main.c": "#include <windows.h>\n",
+            "app/Main.cpp": '#include "Tip.h"\n#include "Draw.h"\n',
+            "build/x/Tip.h": "",
+            "tests/help/TipTest.cpp": "#include <unistd.h>\n#include \"Tip.h\"\n"}), [])
+
+    def test_higher_floor(self):
+        self.assert_one(self.told({"core/A.cpp": '#include "Node.h"\n'}), "core may not include browser/Node.h")
+
+    def test_same_floor(self):
+        self.assert_one(self.told({"icons/A.cpp": '#include "Tip.h"\n'}), "icons may not include help/Tip.h")
+
+    def test_lower_floor_without_a_link(self):
+        self.assert_one(self.told({"icons/A.cpp": '  # include "Node.h"\n'}), "icons may not include browser/Node.h")
+
+    def test_application_from_below(self):
+        self.assert_one(self.told({"app/Main.h": "", "help/A.cpp": '#include "Main.h"\n'}), "help may not include app")
+
+    def test_stub_keeps_to_itself(self):
+        self.assert_one(self.told({"stub/Main.c": '#include "Shell.h"\n'}), "stub may not include platform/Shell.h")
+
+    def test_link_to_the_same_floor(self):
+        self.assert_one(self.told({}, self.ROOMS.replace("icons 3 core", "icons 3 core help")), "icons (floor 3) links help")
+
+    def test_unknown_header(self):
+        self.assert_one(self.told({"core/A.cpp": '#include "Nowhere.h"\n'}), "no header of the project")
+
+    def test_path_in_an_include(self):
+        self.assert_one(self.told({"core/A.cpp": '#include "platform/Shell.h"\n'}), "no header of the project")
+
+    def test_two_headers_of_one_name(self):
+        self.assert_one(self.told({"tests/support/Shell.h": ""}), "two headers have one name")
+
+    def test_browser_engine(self):
+        self.assert_one(self.told({"help/A.cpp": "#include <QWebEngineView>\n"}), "the browser engine")
+        self.assert_one(self.told({"app/A.cpp": "#include <QtWebEngineCore/QWebEnginePage>\n"}), "the browser engine")
+
+    def test_platform_switch(self):
+        for line in ("#ifdef Q_OS_WIN", "#if defined(_WIN32)", "#ifndef __linux__", "#  elif defined(Q_OS_MACOS)"):
+            with self.subTest(line):
+                self.assert_one(self.told({"core/A.cpp": line + "\n"}), "a platform is told apart")
+
+    def test_system_header(self):
+        for name in ("windows.h", "unistd.h", "sys/stat.h"):
+            with self.subTest(name):
+                self.assert_one(self.told({"core/A.cpp": "#include <%s>\n" % name}), "a system header")
+
+    def test_no_rooms(self):
+        self.assertEqual(problems(HOUSE, ""), ["there are no rooms"])
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", required=True, help="the build folder")
+    BUILD = parser.parse_args().build
+    unittest.main(argv=sys.argv[:1], verbosity=1)
