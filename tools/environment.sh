@@ -86,6 +86,6 @@ build() {
   local quiet=() target=()
   [[ -t 1 ]] || quiet=(-- --quiet)
   [[ $# -eq 0 ]] || target=(--target "$1")
-  logged configure cmake --preset dev
+  logged configure cmake --preset dev || return 1
   cmake --build build --parallel "$(nproc)" "${target[@]}" "${quiet[@]}"
 }
