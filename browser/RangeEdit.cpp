@@ -1,5 +1,7 @@
 #include "RangeEdit.h"
 
+#include <cassert>
+
 #include "HTMLDocument.h"
 #include "TextWalker.h"
 
@@ -61,6 +63,7 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
 }
 
 BoundaryPoint InsertNodes(HTMLDocument& document, const BoundaryPoint& at, const std::vector<Node*>& nodes) {
+  assert(at.container);
   Gateway& gateway = document.gateway();
   if (nodes.empty()) return at;
 

@@ -87,6 +87,7 @@ void TreeOrder::Insert(Node* subtree) {
 }
 
 void TreeOrder::Remove(Node* subtree) {
+  assert(subtree);
   Renumber();
   std::size_t count = 0;
   for (const Node* node = subtree; node; node = NextInTree(node, subtree)) ++count;
