@@ -189,7 +189,7 @@ void HostedWebBrowser::TakesKeys(bool on) {
   if (takesKeys_ == on) return;
   takesKeys_ = on;
   Post({QStringLiteral("keys"), on});
-  ScheduleFlush();
+  Flush();  // ahead of the next key
 }
 
 void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {
