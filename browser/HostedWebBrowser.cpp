@@ -21,6 +21,9 @@
 #include "OfflineInterceptor.h"
 #include "TreeCodec.h"
 
+// Outside of any namespace, as the macro wants it.
+static void InitBridgeResources() { Q_INIT_RESOURCE(Bridge); }
+
 namespace {
 
 constexpr quint32 bridgeWorld = QWebEngineScript::ApplicationWorld;
@@ -71,6 +74,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
       view_(new QWebEngineView(parent)),
       profile_(new QWebEngineProfile(this)),
       interceptor_(new OfflineInterceptor(this)) {
+  InitBridgeResources();  // those of a static library have to be asked for
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
   profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
   profile_->setUrlRequestInterceptor(interceptor_);
@@ -185,7 +189,7 @@ void HostedWebBrowser::TakesKeys(bool on) {
   if (takesKeys_ == on) return;
   takesKeys_ = on;
   Post({QStringLiteral("keys"), on});
-  ScheduleFlush();
+  Flush();  // ahead of the next key
 }
 
 void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {

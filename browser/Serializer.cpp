@@ -4,7 +4,7 @@ namespace {
 
 class Writer {
  public:
-  explicit Writer(bool scripting) : scripting_(scripting) {}
+  explicit Writer(bool scripting, bool references = false) : scripting_(scripting), references_(references) {}
   QString Take() { return std::move(out_); }
 
   void StartTag(const Node* element) {
@@ -113,7 +113,17 @@ class Writer {
         case '>':
           if (!inAttribute) entity = u"&gt;";
           break;
-        default: continue;
+        default:
+          if (!references_ || inAttribute || text[i].unicode() < 0x80) continue;
+          out_ += text.mid(from, i - from);
+          from = i + 1;
+          char32_t code = text[i].unicode();
+          if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            code = QChar::surrogateToUcs4(text[i], text[i + 1]);
+            from = ++i + 1;
+          }
+          out_ += QStringLiteral("&#%1;").arg(uint(code));
+          continue;
       }
       if (entity.isEmpty()) continue;
       out_ += text.mid(from, i - from);
@@ -125,6 +135,7 @@ class Writer {
 
   QString out_;
   bool scripting_;
+  bool references_;
 };
 
 const Node* CommonAncestor(const Node* a, const Node* b) {
@@ -133,6 +144,12 @@ const Node* CommonAncestor(const Node* a, const Node* b) {
 }
 
 }  // namespace
+
+QByteArray FileHtml(const Node* node, bool scripting) {
+  Writer writer(scripting, true);
+  writer.Subtree(node);
+  return writer.Take().toUtf8();
+}
 
 QString OuterHtml(const Node* node, bool scripting) {
   Writer writer(scripting);

@@ -3,9 +3,14 @@
 // a picture, which the scan for pictures relies on.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include "BoundaryPoint.h"
+
+// The node with its tags as the text of a file, in UTF-8 with characters of text above U+007F as decimal references, so
+// that it reads right whatever encoding a reader takes it for.
+QByteArray FileHtml(const Node* node, bool scripting);
 
 // The node with its tags. `scripting`: NOSCRIPT holds plain text.
 QString OuterHtml(const Node* node, bool scripting);

@@ -1,0 +1,125 @@
+#include "ModMain.h"
+
+#include "ControlLook.h"
+#include "FOps.h"
+#include "FPic.h"
+#include "FSets.h"
+#include "FSplash.h"
+#include "FTip.h"
+#include "FTools.h"
+#include "FWeb.h"
+#include "ModSettings.h"
+#include "PathRules.h"
+#include "Program.h"
+#include "Settings.h"
+#include "StringTable.h"
+#include "WindowOrder.h"
+#include "fBitmap.h"
+#include "fIconMaker.h"
+
+ModMain::ModMain(Program& program, WebBrowserFactory makeBrowser)
+    : program_(program), makeBrowser_(std::move(makeBrowser)) {}
+
+ModMain::~ModMain() { ReleaseWindows(); }
+
+bool ModMain::Main() {
+  program_.AppStarted = false;
+  if (!program_.platform.singleInstance.Acquire()) return false;
+  const auto make = [this](auto& window, auto&&... arguments) {
+    using Window = typename std::remove_reference_t<decltype(window)>::element_type;
+    window = std::make_unique<Window>(std::forward<decltype(arguments)>(arguments)...);
+    emit WindowMade(window->objectName());
+  };
+  make(splash_);
+  SetControlLook(splash_.get(), QStringLiteral("framed"));
+  program_.AppPath = program_.platform.folders.AppPath();
+  program_.WorkPath = program_.CardPath = PathRules::Join(program_.AppPath, QStringLiteral("card"));
+  make(sets_);
+  program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
+  make(web_, program_, makeBrowser_);
+  make(pic_);
+  make(tools_);
+  SetControlLook(tools_.get(), QStringLiteral("framed"));
+  make(bitmap_);
+  make(iconMaker_);
+  make(ops_, program_, *web_);
+  make(tip_);
+  Connect();
+  LoadWinSettings(program_, *web_);
+  LoadPackSettings(program_);
+  LoadCustomColors(program_);
+  web_->show();
+  program_.AppStarted = true;
+  return true;
+}
+
+void ModMain::Connect() {
+  connect(web_.get(), &FWeb::ExitRequested, this, &ModMain::ExitProgram);
+  connect(web_.get(), &FWeb::OpsRequested, ops_.get(), &FOps::ShowOps);
+  connect(web_.get(), &FWeb::HideToolsRequested, this, [this] {
+    if (!tools_->isVisible()) return;
+    SetNotTopmost(tools_.get());
+    tools_->hide();
+  });
+  connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
+}
+
+// Whether anything changed plays no part: the name alone picks the question. True to go on.
+bool ModMain::AskAboutSaving() {
+  Dialogs& dialogs = program_.platform.dialogs;
+  if (program_.ProjectName != u"Project1") {
+    const auto answer = dialogs.ShowMessage(web_.get(), StringText(FixedText::SaveChangesToPage),
+                                            MessageIcon::Question, MessageButtons::YesNoCancel);
+    if (answer == MessageAnswer::Yes) web_->SavePage(program_.CurPageNo, false);
+    return answer != MessageAnswer::Cancel;
+  }
+  const auto answer =
+      dialogs.ShowMessage(web_.get(), StringText(187), MessageIcon::Question, MessageButtons::YesNoCancel);
+  // Copies the files as they stand; the page in view isn't written, and giving up the save doesn't stop the exit.
+  if (answer == MessageAnswer::Yes) web_->SaveProject();
+  return answer != MessageAnswer::Cancel;
+}
+
+void ModMain::ExitProgram() {
+  if (exiting_ || !web_) return;
+  if (!AskAboutSaving()) return;
+  exiting_ = true;
+  ModFileOps& files = program_.Files;
+  if (files.FolderExists(program_.CardPath)) {
+    files.Attributes().Clear(program_.CardPath);
+    files.RemoveTree(program_.CardPath);
+  }
+  SaveWinSettings(program_, *web_);
+  SaveCustomColors(program_);
+  web_->jWB->UnHook();
+  ops_->MUC.CloseDown();
+  web_->LetClose();
+  web_->hide();
+  // Not from inside a handler of one of the windows.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        ReleaseWindows();
+        emit Ended();
+      },
+      Qt::QueuedConnection);
+}
+
+void ModMain::ReleaseWindows() {
+  const auto release = [this](auto& window) {
+    if (!window) return;
+    const QString name = window->objectName();
+    window.reset();
+    emit WindowReleased(name);
+  };
+  release(tip_);
+  release(ops_);
+  release(splash_);
+  release(pic_);
+  release(web_);
+  release(tools_);
+  release(bitmap_);
+  release(iconMaker_);
+  release(sets_);
+}

@@ -1,0 +1,63 @@
+// Starts and ends the program: makes all windows in their order, connects them, and releases them. The only place that
+// knows every window.
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+#include "WebBrowser.h"
+
+class FOps;
+class FPic;
+class FSets;
+class FSplash;
+class FTip;
+class FTools;
+class FWeb;
+class fBitmap;
+class fIconMaker;
+struct Program;
+
+class ModMain : public QObject {
+  Q_OBJECT
+
+ public:
+  // Both must outlive the object.
+  ModMain(Program& program, WebBrowserFactory makeBrowser);
+  ~ModMain() override;
+
+  // Makes and shows everything. False, with nothing shown or touched, when the program is running already.
+  bool Main();
+
+  // Asks about saving, tidies up, releases the windows and says Ended. It returns with all as it was when the user
+  // cancels.
+  void ExitProgram();
+
+  FWeb* Web() const { return web_.get(); }
+  FOps* Ops() const { return ops_.get(); }
+  FTools* Tools() const { return tools_.get(); }
+
+ signals:
+  void Ended();
+  // A window has been made or released, for tests of the order.
+  void WindowMade(const QString& name);
+  void WindowReleased(const QString& name);
+
+ private:
+  void Connect();
+  bool AskAboutSaving();
+  void ReleaseWindows();
+
+  Program& program_;
+  WebBrowserFactory makeBrowser_;
+  bool exiting_ = false;
+  std::unique_ptr<FSplash> splash_;
+  std::unique_ptr<FSets> sets_;
+  std::unique_ptr<FWeb> web_;
+  std::unique_ptr<FPic> pic_;
+  std::unique_ptr<FTools> tools_;
+  std::unique_ptr<fBitmap> bitmap_;
+  std::unique_ptr<fIconMaker> iconMaker_;
+  std::unique_ptr<FOps> ops_;
+  std::unique_ptr<FTip> tip_;
+};

@@ -1,0 +1,20 @@
+#include <QApplication>
+#include <QStyleFactory>
+
+#include "HostedWebBrowser.h"
+#include "ModMain.h"
+#include "Program.h"
+#include "RealPlatform.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("corvane"));
+  QApplication::setApplicationDisplayName(QString());
+  QApplication::setQuitOnLastWindowClosed(false);
+  RealPlatform platform;
+  Program program(platform.Services());
+  ModMain modMain(program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });
+  QObject::connect(&modMain, &ModMain::Ended, &application, &QCoreApplication::quit, Qt::QueuedConnection);
+  if (!modMain.Main()) return 0;
+  return QApplication::exec();
+}

@@ -1,0 +1,14 @@
+// A window that is there from start to exit and has no content yet. Its close box only hides it.
+#pragma once
+
+#include <QWidget>
+
+class ShellWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  ShellWindow(const QString& name, const QString& caption);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+};

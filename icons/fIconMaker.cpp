@@ -1,0 +1,1 @@
+#include "fIconMaker.h"

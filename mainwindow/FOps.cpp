@@ -1,0 +1,56 @@
+#include "FOps.h"
+
+#include <QCloseEvent>
+
+#include "OpenProjectPanel.h"
+#include "PackPanel.h"
+#include "Twips.h"
+
+namespace {
+
+struct Task {
+  const char* caption;
+  int width, height;  // twips
+};
+
+constexpr Task kTasks[] = {{"Make Web-Pack File", 6780, 4140},
+                           {"Open Saved Project", 6780, 4140},
+                           {"Email Current Page", 6780, 5940}};
+
+}  // namespace
+
+FOps::FOps(Program& program, FWeb& web) {
+  setObjectName(QStringLiteral("FOps"));
+  FrOps0 = new PackPanel(program, Busy, this);
+  FrOps1 = new OpenProjectPanel(program, web, Busy, this);
+  FrOps2 = new QWidget(this);
+  FrOps2->setObjectName(QStringLiteral("FrOps2"));
+  connect(FrOps0, &PackPanel::HideRequested, this, &QWidget::hide);
+  connect(FrOps1, &OpenProjectPanel::HideRequested, this, &QWidget::hide);
+}
+
+QWidget* FOps::Panel(int Kind) const {
+  const std::array<QWidget*, 3> panels = {FrOps0, FrOps1, FrOps2};
+  return panels[std::size_t(Kind)];
+}
+
+void FOps::ShowOps(int Kind) {
+  if (Kind < 0 || Kind >= int(std::size(kTasks))) return;
+  const Task& task = kTasks[Kind];
+  if (Kind == 0) FrOps0->LoadBoxes();
+  if (Kind == 1) FrOps1->LoadList();
+  setWindowTitle(QString::fromLatin1(task.caption));
+  setFixedSize(TwipsToPixels(task.width), TwipsToPixels(task.height));
+  for (int kind = 0; kind < 3; ++kind) Panel(kind)->setVisible(kind == Kind);
+  Panel(Kind)->setGeometry(rect());
+  Panel(Kind)->raise();
+  show();
+  raise();
+  activateWindow();
+}
+
+// The close box only hides.
+void FOps::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  hide();
+}

@@ -1,0 +1,33 @@
+// The window with the three panels web-pack, open project and email; one of them shows at a time.
+#pragma once
+
+#include <QWidget>
+
+#include "MailUC.h"
+
+class FWeb;
+class OpenProjectPanel;
+class PackPanel;
+struct Program;
+
+class FOps : public QWidget {
+  Q_OBJECT
+
+ public:
+  FOps(Program& program, FWeb& web);
+
+  // 0 web-pack, 1 open project, 2 email: caption and size for the task, its panel in front, shown modeless.
+  void ShowOps(int Kind);
+
+  bool Busy = false;
+  MailUC MUC;
+  PackPanel* FrOps0 = nullptr;
+  OpenProjectPanel* FrOps1 = nullptr;
+  QWidget* FrOps2 = nullptr;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  QWidget* Panel(int Kind) const;
+};

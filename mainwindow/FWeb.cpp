@@ -1,0 +1,304 @@
+#include "FWeb.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLabel>
+#include <QFrame>
+#include <QMenuBar>
+#include <QPushButton>
+
+#include "AsciiText.h"
+#include "Colors.h"
+#include "ControlLook.h"
+#include "FittedText.h"
+#include "PageFiles.h"
+#include "PathRules.h"
+#include "Program.h"
+#include "SpecialFolder.h"
+#include "Swatch.h"
+#include "ToolButton.h"
+#include "Twips.h"
+#include "WorkWindow.h"
+
+// Outside of any namespace, as the macro wants it.
+static void InitToolResources() { Q_INIT_RESOURCE(Tools); }
+
+namespace {
+
+void Place(QWidget* widget, int left, int top, int width, int height) {
+  widget->setGeometry(TwipsToPixels(left), TwipsToPixels(top), TwipsToPixels(width), TwipsToPixels(height));
+}
+
+constexpr int kDesignWidth = 10725;
+constexpr int kDesignHeight = 7305;
+constexpr int kStripHeight = 770;
+
+}  // namespace
+
+FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(program), client_(new QWidget(this)) {
+  InitToolResources();  // those of a static library have to be asked for
+  setObjectName(QStringLiteral("FWeb"));
+  setCentralWidget(client_);
+  client_->setObjectName(QStringLiteral("Client"));
+  client_->setMouseTracking(true);
+  client_->installEventFilter(this);
+  BuildMenus();
+  BuildStrip();
+  BuildFontControls();
+  jWB = new WBUC(program_, makeBrowser, client_);
+  jWB->setObjectName(QStringLiteral("jWB"));
+  jWB->setAccessibleName(QStringLiteral("Page"));
+  Place(jWB, 3180, 1740, 6075, 3135);
+  FrWork = new WorkWindow(client_);
+  FrCaret = new QFrame(client_);
+  FrCaret->setObjectName(QStringLiteral("FrCaret"));
+  FrCaret->setAccessibleName(QStringLiteral("Insertion point"));
+  FrCaret->setStyleSheet(QStringLiteral("background: #0000ff"));
+  FrCaret->setAttribute(Qt::WA_TransparentForMouseEvents);
+  Place(FrCaret, 780, 3600, 15, 260);
+  FrCaret->hide();
+  connect(FrWork, &WorkWindow::HeadClicked, this, [this] {
+    FrWork->UpCaption() == u"6" ? LowerWorkWindow() : RaiseWorkWindow();
+  });
+  connect(jWB, &WBUC::Click, this, &FWeb::OnClick);
+  connect(jWB, &WBUC::RightClick, this, [this] {
+    if (!Busy) FrCaret->hide();
+  });
+  connect(jWB, &WBUC::DoubleClick, this, [this] { FrCaret->hide(); });
+  connect(jWB, &WBUC::KeyPress, this, [this](const QString&, int x, int y) { MoveCaret(x, y); });
+  connect(jWB, &WBUC::ElementHover, this, &FWeb::OnElementHover);
+  connect(BoxPage, &QComboBox::currentIndexChanged, this, &FWeb::OnBoxPage);
+  resize(TwipsToPixels(kDesignWidth), TwipsToPixels(kDesignHeight) + menuBar()->sizeHint().height());
+  setWindowState(Qt::WindowMaximized);
+  Load();
+}
+
+FWeb::~FWeb() = default;
+
+void FWeb::BuildMenus() {
+  QMenu* menu = nullptr;
+  for (const MenuRow& row : MenuRows()) {
+    const QString name = QString::fromLatin1(row.name);
+    if (row.depth == 0) {
+      menu = menuBar()->addMenu(QString::fromLatin1(row.caption));
+      menu->setObjectName(name);
+      continue;
+    }
+    QAction* const action =
+        QLatin1String(row.caption) == QLatin1String("-") ? menu->addSeparator() : menu->addAction(QString::fromLatin1(row.caption));
+    action->setObjectName(name);
+    if (row.command) connect(action, &QAction::triggered, this, row.command);
+  }
+}
+
+void FWeb::BuildStrip() {
+  const auto frame = [this](const char* name, QWidget* parent) {
+    auto* made = new QFrame(parent);
+    made->setObjectName(QLatin1String(name));
+    made->setMouseTracking(true);
+    made->installEventFilter(this);
+    return made;
+  };
+  FrTool2 = frame("FrTool2", client_);
+  FrFont = frame("FrFont", FrTool2);
+  FrTool = frame("FrTool", client_);
+  Place(FrTool2, 840, 300, 10695, kStripHeight);
+  Place(FrFont, 3960, 60, 6795, 750);
+  Place(FrTool, 240, 120, 3735, 435);
+  LnTool2 = new QFrame(FrTool2);
+  LnTool2->setObjectName(QStringLiteral("LnTool2"));
+  LnTool2->setFrameShape(QFrame::HLine);
+  LnTool2->setFrameShadow(QFrame::Sunken);
+  for (const int left : {780, 2060}) {
+    auto* line = new QFrame(FrTool);
+    line->setFrameShape(QFrame::VLine);
+    line->setFrameShadow(QFrame::Sunken);
+    Place(line, left, 75, 30, 300);
+  }
+  for (const ToolRow& row : ToolRows()) {
+    auto* tool = new ToolButton(FrTool);
+    ImTool[std::size_t(row.index)] = tool;
+    tool->setObjectName(QStringLiteral("ImTool%1").arg(row.index));
+    tool->setIcon(QIcon(QStringLiteral(":/tools/%1.svg").arg(QLatin1String(row.icon))));
+    tool->setToolTip(QString::fromLatin1(row.toolTip));
+    tool->setAccessibleName(QString::fromLatin1(row.toolTip));
+    // The frame that lights up needs room round the picture, which keeps its place and size.
+    Place(tool, row.left - 30, row.top - 30, kToolSize + 60, kToolSize + 60);
+    connect(tool, &QAbstractButton::clicked, this, row.command);
+    connect(tool, &ToolButton::MouseMoved, this, [this, tool, index = row.index] {
+      if (HoverTool != index) ClearToolHover();
+      if (tool->look() != ToolButton::Look::Raised) tool->SetLook(ToolButton::Look::Framed);
+      HoverTool = index;
+    });
+    connect(tool, &ToolButton::MouseWentDown, this, [tool] { tool->SetLook(ToolButton::Look::Raised); });
+    connect(tool, &ToolButton::MouseWentUp, this, [tool] { tool->SetLook(ToolButton::Look::Plain); });
+  }
+}
+
+void FWeb::BuildFontControls() {
+  std::array<QComboBox**, 3> lists = {&BoxPage, &BoxFace, &BoxSize};
+  std::size_t list = 0;
+  std::size_t swatch = 0;
+  QLabel* caption = nullptr;
+  for (const FontRow& row : FontRows()) {
+    QWidget* control = nullptr;
+    const QString text = QString::fromLatin1(row.text);
+    switch (row.kind) {
+      case FontRow::Kind::Label:
+        control = caption = new FittedLabel(text, FrFont);
+        caption->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+        break;
+      case FontRow::Kind::List: {
+        auto* box = new QComboBox(FrFont);
+        box->addItems(text.split(u'|'));
+        control = *lists[list++] = box;
+        break;
+      }
+      case FontRow::Kind::Swatch: {
+        auto* box = new Swatch(FrFont);
+        box->SetColor(HtmlToColor(text));
+        control = BoxColor[swatch++] = box;
+        break;
+      }
+      case FontRow::Kind::Button:
+        control = bBold = new QPushButton(text, FrFont);
+        break;
+    }
+    control->setObjectName(QString::fromLatin1(row.name));
+    Place(control, row.left, row.top, row.width, row.height);
+    if (row.kind != FontRow::Kind::Label) {
+      control->setFont(FontForHeight(control, control->height(), 3));
+      control->setToolTip(QString::fromLatin1(row.toolTip));
+      control->setAccessibleName(row.kind == FontRow::Kind::Button || !caption ? QString::fromLatin1(row.toolTip)
+                                                                                : caption->text());
+    }
+  }
+  QFont bold = bBold->font();
+  bold.setBold(true);
+  bBold->setFont(bold);
+}
+
+void FWeb::Load() {
+  program_.DesktopPath = GetSpecialFolder(program_.platform, 0);
+  if (!program_.Files.FolderExists(program_.DesktopPath)) program_.DesktopPath.clear();
+  // What a run that crashed left behind is gone without a word.
+  MakeWorkspace();
+  Busy = false;
+  program_.CurPageFile = PathRules::Join(program_.CardPath, QStringLiteral("wgcard.html"));
+  LoadPage(program_.CurPageFile);
+  program_.CurPageNo = 1;
+  program_.ProjectName = QStringLiteral("Project1");
+  SetCaption();
+  SetControlLook(FrWork, QStringLiteral("framed"));
+  BoxFace->setCurrentIndex(0);
+  BoxSize->setCurrentIndex(2);
+  BoxPage->setCurrentIndex(0);
+}
+
+void FWeb::MakeWorkspace() {
+  ModFileOps& files = program_.Files;
+  if (files.FolderExists(program_.CardPath)) {
+    files.Attributes().Clear(program_.CardPath);
+    files.RemoveTree(program_.CardPath);
+  }
+  files.EnsureFolder(program_.CardPath);
+  files.Attributes().Set(program_.CardPath, AttributeHidden);
+}
+
+void FWeb::SetCaption() { setWindowTitle(QStringLiteral("Corvane - ") + program_.ProjectName); }
+
+void FWeb::SavePage(int PageNo, bool Strip) { ::SavePage(program_, *jWB, PageNo, Strip); }
+void FWeb::LoadPage(const QString& PagePath) { ::LoadPage(program_, *jWB, PagePath); }
+
+// Steps of the resize rules. There is no smallest size, and the Work Window comes up again without its caption knowing.
+void FWeb::LayOut() {
+  if (isMinimized()) return;
+  const int width = PixelsToTwips(client_->width());
+  const int height = PixelsToTwips(client_->height());
+  const auto moveTo = [](QWidget* widget, int left, int top) { widget->move(TwipsToPixels(left), TwipsToPixels(top)); };
+  moveTo(FrTool, 0, 20);
+  Place(FrTool2, 0, 0, width, kStripHeight);
+  LnTool2->setGeometry(0, FrTool2->height() - 2, FrTool2->width(), 2);
+  FrFont->move(FrTool2->width() - FrFont->width(), TwipsToPixels(20));
+  const int top = PixelsToTwips(FrTool2->height());
+  Place(jWB, 0, top, width, std::max(0, height - top));
+  moveTo(FrWork, (width - WorkWindow::kWidth) / 2, height - WorkWindow::kHeight);
+  FrTool->raise();
+  FrWork->raise();
+  FrCaret->raise();
+}
+
+void FWeb::RaiseWorkWindow() {
+  if (isMinimized()) return;
+  FrWork->move(TwipsToPixels((PixelsToTwips(client_->width()) - WorkWindow::kWidth) / 2),
+               client_->height() - FrWork->height());
+  FrWork->SetUpCaption(QStringLiteral("6"));
+  update();
+}
+
+void FWeb::LowerWorkWindow() {
+  if (isMinimized()) return;
+  FrWork->move(TwipsToPixels((PixelsToTwips(client_->width()) - WorkWindow::kWidth) / 2),
+               client_->height() - TwipsToPixels(WorkWindow::kLowered));
+  FrWork->SetUpCaption(QStringLiteral("5"));
+  update();
+}
+
+void FWeb::ClearToolHover() {
+  if (HoverTool >= 0 && HoverTool < kToolCount) ImTool[std::size_t(HoverTool)]->SetLook(ToolButton::Look::Plain);
+  HoverTool = -1;
+}
+
+bool FWeb::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == client_ && event->type() == QEvent::Resize && FrCaret) LayOut();
+  if (event->type() == QEvent::MouseMove || event->type() == QEvent::Leave) ClearToolHover();
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void FWeb::closeEvent(QCloseEvent* event) {
+  event->setAccepted(closing_);
+  if (!closing_) emit ExitRequested();
+}
+
+void FWeb::MoveCaret(int x, int y) { FrCaret->move(jWB->x() + TwipsToPixels(x), jWB->y() + TwipsToPixels(y)); }
+
+void FWeb::OnClick(const QString& sTag, int, int, int MouseXtr, int MouseYtr) {
+  if (Busy) return;
+  FrCaret->hide();
+  static const QStringList shown = {QStringLiteral("FONT"), QStringLiteral("A"), QStringLiteral("B"),
+                                    QStringLiteral("BODY"), QStringLiteral("STRONG")};
+  if (!shown.contains(sTag)) return;
+  FrCaret->show();
+  MoveCaret(MouseXtr, MouseYtr);
+}
+
+void FWeb::OnElementHover(const QString& sTag) {
+  struct Row {
+    const char* tags;
+    const char* caption;
+  };
+  static constexpr Row rows[] = {
+      {"FONT B STRONG", "Text Block"}, {"IMG", "Picture"}, {"TD TR TABLE", "Table"}, {"BODY", "Page"}};
+  const QString tag = UpperAscii(sTag);
+  QString caption;
+  for (const Row& row : rows)
+    if (!tag.isEmpty() && QString::fromLatin1(row.tags).split(u' ').contains(tag)) caption = QLatin1String(row.caption);
+  // The current element's address, which isn't always that of the link under the mouse.
+  if (tag == u"A") caption = jWB->CurrentElement().getAttribute(QStringLiteral("href"), 0);
+  FrWork->LabHover->setText(caption);
+}
+
+void FWeb::mExit() { emit ExitRequested(); }
+void FWeb::mPicEditor() { emit PicEditorRequested(); }
+void FWeb::mOpenIcoEd() { emit IconEditorRequested(); }
+
+void FWeb::mMakePack() {
+  emit HideToolsRequested();
+  SavePage(program_.CurPageNo, false);
+  emit OpsRequested(0);
+}
+
+void FWeb::mEmail() {
+  SavePage(program_.CurPageNo, false);
+  emit OpsRequested(2);
+}

@@ -1,0 +1,109 @@
+// The main window: menu bar, tool strip, the page view, and the Work Window floating over it.
+// Positions are the system's own, in twips; a control's objectName is its member name.
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+#include <memory>
+
+#include "FWebTables.h"
+#include "WBUC.h"
+
+class QAction;
+class QComboBox;
+class QFrame;
+class QLabel;
+class QPushButton;
+class Swatch;
+class ToolButton;
+class WorkWindow;
+struct Program;
+
+class FWeb : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // Makes the window and runs its load steps: the workspace is wiped and made afresh, and page 1 opens.
+  FWeb(Program& program, const WebBrowserFactory& makeBrowser);
+  ~FWeb() override;
+
+  // Guard against re-entry of the commands that change pages or projects.
+  bool Busy = false;
+
+  WBUC* jWB = nullptr;
+  QFrame* FrTool2 = nullptr;
+  QFrame* FrTool = nullptr;
+  QFrame* FrFont = nullptr;
+  QFrame* LnTool2 = nullptr;
+  QFrame* FrCaret = nullptr;
+  WorkWindow* FrWork = nullptr;
+  QComboBox* BoxPage = nullptr;
+  QComboBox* BoxFace = nullptr;
+  QComboBox* BoxSize = nullptr;
+  std::array<Swatch*, 2> BoxColor{};
+  QPushButton* bBold = nullptr;
+  std::array<ToolButton*, kToolCount> ImTool{};
+  int HoverTool = -1;  // -1: no button is lit
+
+  // The open page to disk; see PageFiles.h.
+  void SavePage(int PageNo, bool Strip);
+  void LoadPage(const QString& PagePath);
+
+  // Commands.
+  void mNewPage();
+  void mSavePage();
+  void mDelPage();
+  void mRefresh();
+  void mOpenFile();
+  void mSavePageFil();
+  void mNewProject();
+  void mOpenProject();
+  void SaveProject();
+  void mMakePack();
+  void mEmail();
+  void mPicEditor();
+  void mOpenIcoEd();
+  void mExit();
+
+  // Opens the project in that folder, whatever was open before; the unsaved one is thrown away.
+  void OpenProject(const QString& Name, const QString& Path);
+
+  void ClearToolHover();
+  void RaiseWorkWindow();
+  void LowerWorkWindow();
+  void SetCaption();
+
+  // From now on a close request is accepted.
+  void LetClose() { closing_ = true; }
+
+  QWidget* Client() const { return client_; }
+
+ signals:
+  void ExitRequested();
+  void HideToolsRequested();
+  void OpsRequested(int Kind);
+  void PicEditorRequested();
+  void IconEditorRequested();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void BuildMenus();
+  void BuildStrip();
+  void BuildFontControls();
+  void Load();
+  void LayOut();
+  void MakeWorkspace();
+  void ShowPage(int number);
+  void OnBoxPage();
+  void OnClick(const QString& sTag, int MouseX, int MouseY, int MouseXtr, int MouseYtr);
+  void OnElementHover(const QString& sTag);
+  void MoveCaret(int x, int y);
+  void ExportPage(const QString& chosen);
+
+  Program& program_;
+  QWidget* client_;
+  bool closing_ = false;
+};

@@ -1,0 +1,20 @@
+#include "FittedText.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+QFont FontForHeight(const QWidget* widget, int height, int padding) {
+  QFont font = widget->font();
+  int pixels = QFontInfo(font).pixelSize();
+  while (pixels > 8 && QFontMetrics(font).height() > height - 2 * padding) font.setPixelSize(--pixels);
+  return font;
+}
+
+void FittedLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setFont(FontForHeight(this, height()));
+  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
+  const QString shown = painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
+  setToolTip(shown == text() ? QString() : text());
+  painter.drawText(rect(), int(alignment()) | Qt::TextSingleLine, shown);
+}

@@ -1,0 +1,107 @@
+#include "OpenProjectPanel.h"
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "AsciiText.h"
+#include "BusyGuard.h"
+#include "FWeb.h"
+#include "PathRules.h"
+#include "Program.h"
+#include "StringTable.h"
+
+namespace {
+
+struct ButtonText {
+  const char* caption;
+  const char* toolTip;
+};
+
+constexpr ButtonText kButtons[] = {{"OK", "Open selected project."},
+                                   {"Cancel", "Cancel and close window."},
+                                   {"Delete Project", "Delete selected project."}};
+
+}  // namespace
+
+OpenProjectPanel::OpenProjectPanel(Program& program, FWeb& web, bool& Busy, QWidget* parent)
+    : QFrame(parent), program_(program), web_(web), busy_(Busy) {
+  setObjectName(QStringLiteral("FrOps1"));
+  auto* around = new QVBoxLayout(this);
+  around->setContentsMargins(8, 6, 8, 8);
+  auto* group = new QGroupBox(QStringLiteral("  Open Existing Project  "));
+  around->addWidget(group);
+  auto* column = new QVBoxLayout(group);
+  auto* label = new QLabel(QStringLiteral("Select project to open and click OK."));
+  BoxProj = new QListWidget;
+  BoxProj->setObjectName(QStringLiteral("BoxProj"));
+  BoxProj->setAccessibleName(QStringLiteral("Saved projects"));
+  label->setBuddy(BoxProj);
+  column->addWidget(label);
+  column->addWidget(BoxProj, 1);
+  auto* row = new QHBoxLayout;
+  column->addLayout(row);
+  row->addStretch(1);
+  for (int index = 0; index < 3; ++index) {
+    auto* button = new QPushButton(QString::fromLatin1(kButtons[index].caption));
+    bOpenProj[std::size_t(index)] = button;
+    button->setObjectName(QStringLiteral("bOpenProj%1").arg(index));
+    button->setToolTip(QString::fromLatin1(kButtons[index].toolTip));
+    row->addWidget(button);
+    connect(button, &QPushButton::clicked, this, [this, index] { OnClick(index); });
+  }
+  connect(BoxProj, &QListWidget::itemDoubleClicked, this, [this] { OnClick(0); });
+}
+
+void OpenProjectPanel::LoadList() {
+  BoxProj->clear();
+  QString saved = PathRules::Join(program_.AppPath, QStringLiteral("saved"));
+  int count = 0;
+  BoxProj->addItems(program_.Files.ListFolders(saved, count));
+}
+
+void OpenProjectPanel::OnClick(int Index) {
+  const BusyGuard guard(busy_);
+  if (!guard) return;
+  switch (Index) {
+    case 0: Open(); break;
+    case 1: emit HideRequested(); break;
+    case 2: Delete(); break;
+  }
+}
+
+QString OpenProjectPanel::SelectedPath(QString& name) const {
+  name = TrimBlanks(BoxProj->currentItem()->text());
+  return PathRules::Join(PathRules::Join(program_.AppPath, QStringLiteral("saved")), name);
+}
+
+void OpenProjectPanel::Open() {
+  Dialogs& dialogs = program_.platform.dialogs;
+  QString name;
+  if (BoxProj->currentRow() < 0 || !program_.Files.FolderExists(SelectedPath(name))) {
+    dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
+    return;
+  }
+  web_.OpenProject(name, SelectedPath(name));
+  emit HideRequested();
+}
+
+void OpenProjectPanel::Delete() {
+  Dialogs& dialogs = program_.platform.dialogs;
+  if (BoxProj->currentRow() < 0) {
+    dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
+    return;
+  }
+  QString name;
+  const QString path = SelectedPath(name);
+  if (!program_.Files.FolderExists(path)) return;
+  if (dialogs.ShowMessage(this,
+                          StringText(FixedText::DeleteProjectBefore) + name + StringText(FixedText::DeleteProjectAfter),
+                          MessageIcon::Question, MessageButtons::OkCancel) != MessageAnswer::Ok)
+    return;
+  program_.Files.Attributes().Clear(path);
+  program_.Files.RemoveTree(path);
+  delete BoxProj->takeItem(BoxProj->currentRow());
+}

@@ -1,0 +1,59 @@
+#include "PageFiles.h"
+
+#include "PathRules.h"
+#include "Program.h"
+#include "StringTable.h"
+#include "StripPicturePaths.h"
+#include "WBUC.h"
+
+QString PageFile(const Program& program, int number) {
+  return PathRules::Join(program.WorkPath, number == 1 ? QStringLiteral("wgcard.html")
+                                                       : QStringLiteral("Page%1.html").arg(number));
+}
+
+int NextPageName(Program& program, QString& Name) {
+  ModFileOps& files = program.Files;
+  QString list;
+  const int count = files.ListFiles(program.WorkPath, QStringLiteral("html"), list);
+  int last = count;
+  if (count > 1) {
+    last = 1;
+    for (int i = 2; i <= count; ++i) {
+      if (files.FileExists(PageFile(program, i))) {
+        last = i;
+      } else if (files.FileExists(PageFile(program, i + 1))) {
+        files.MoveFileOver(PageFile(program, i + 1), PageFile(program, i));
+        last = i;
+      } else {
+        break;
+      }
+    }
+  }
+  Name = last == 0 ? QStringLiteral("wgcard.html") : QStringLiteral("Page%1.html").arg(last + 1);
+  return last;
+}
+
+void LoadPage(Program& program, WBUC& jWB, const QString& PagePath) {
+  ModFileOps& files = program.Files;
+  bool force = false;
+  const QString blank = PathRules::Join(program.AppPath, QStringLiteral("blank.html"));
+  if (!files.FileExists(blank)) files.WriteTextFile(blank, StringText(107).toUtf8());
+  const qsizetype separator = PathRules::LastSeparator(PagePath);
+  if (separator + 1 > 3) files.EnsureFolder(PagePath.left(separator));
+  if (!files.FileExists(PagePath)) {
+    force = true;
+    files.CopyFileOver(blank, PagePath);
+  }
+  if (!program.AppStarted) force = true;
+  jWB.Navo(PagePath, force);
+}
+
+void SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip) {
+  QByteArray text = jWB.SourceForFile();
+  if (text.isEmpty() || PageNo <= 0) return;
+  if (Strip) {
+    QByteArray pictures;
+    text = StripPicturePaths(text, pictures);
+  }
+  program.Files.WriteTextFile(PageFile(program, PageNo), text);
+}

@@ -1,0 +1,36 @@
+// The Work Window: the small frame that floats over the page at the bottom, with a head that is clicked to lower or
+// raise it.
+#pragma once
+
+#include <QFrame>
+
+class QLabel;
+
+class WorkWindow : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit WorkWindow(QWidget* parent = nullptr);
+
+  // State text of the head: "6" while the window is up, "5" while it is down.
+  QString UpCaption() const { return upCaption_; }
+  void SetUpCaption(const QString& caption);
+
+  QLabel* LabHover = nullptr;  // what the mouse is on
+
+  static constexpr int kWidth = 5355;   // twips
+  static constexpr int kHeight = 2835;
+  static constexpr int kHeadHeight = 255;
+  static constexpr int kLowered = 360;  // what shows of a lowered window
+
+ signals:
+  void HeadClicked();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  QRect Head() const;
+  QString upCaption_ = QStringLiteral("6");
+};

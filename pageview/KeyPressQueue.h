@@ -1,0 +1,50 @@
+// Raises one KeyPress for each released key, in order, as soon as the page has told where the insertion point is.
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QString>
+#include <QTimer>
+#include <deque>
+#include <memory>
+
+class HTMLTxtRange;
+
+class KeyPressQueue : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit KeyPressQueue(QObject* parent = nullptr);
+
+  // A key that was released with `range` as insertion point; its position is asked for.
+  void Push(const QString& sKey, const std::shared_ptr<HTMLTxtRange>& range);
+
+  // A key that was released without an insertion point: position 0, 0.
+  void PushNowhere();
+
+  // Raises what is still waiting with the last position known, so that no old answer moves the caret later.
+  void Flush();
+
+  // The insertion point has been placed here, in pixels.
+  void SetPosition(QPoint position) { position_ = position; }
+
+ signals:
+  void KeyPress(const QString& sKey, QPoint position);
+
+ private:
+  struct Entry {
+    int number;
+    QString sKey;
+    bool answered;
+    bool nowhere;
+    QPoint position;
+  };
+  void Answered(int number, const HTMLTxtRange* range);
+  void Raise();
+
+  static constexpr int patienceMs = 500;
+  std::deque<Entry> entries_;
+  int number_ = 0;
+  QPoint position_;
+  QTimer patience_;
+};

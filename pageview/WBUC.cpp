@@ -1,0 +1,175 @@
+#include "WBUC.h"
+
+#include "FontSizeMap.h"
+#include "Program.h"
+#include "Serializer.h"
+#include "Settings.h"
+#include "Twips.h"
+
+WBUC::WBUC(Program& program, const WebBrowserFactory& makeBrowser, QWidget* parent)
+    : QWidget(parent), program_(program), WB2_(makeBrowser(this)) {
+  connect(WB2_.get(), &WebBrowser::BeforeNavigate2, this, &WBUC::UnHook);
+  connect(WB2_.get(), &WebBrowser::DocumentComplete, this, &WBUC::OnDocumentComplete);
+  connect(&hook_, &RightButtonHook::Released, this, &WBUC::RightClick);
+  connect(&keyPresses_, &KeyPressQueue::KeyPress, this, [this](const QString& sKey, QPoint position) {
+    emit KeyPress(sKey, PixelsToTwips(position.x()), PixelsToTwips(position.y()));
+  });
+  InitControl();
+}
+
+WBUC::~WBUC() {
+  WB2_->disconnect(this);
+  keyPresses_.disconnect(this);
+  WB2_->SetOffline(false);
+  UnHook();
+  if (DocReady_) Doc_->ConnectEvents(nullptr);
+  CurrentTextRange_.reset();
+  CurrentElement_ = {};
+  SelElement_ = {};
+  Body_ = {};
+  WB2_.reset();
+}
+
+void WBUC::InitControl() {
+  IfNew_ = true;
+  const SettingsStore& settings = program_.platform.settings;
+  values_.BodyFontColor = Settings::Get(settings, Settings::BCol);
+  values_.BodyFontName = Settings::Get(settings, Settings::BFace);
+  values_.BodyFontSize = Settings::Get(settings, Settings::BSz);
+  values_.BGColor = QStringLiteral("#FFFFFF");
+  values_.LinkColor = QStringLiteral("#0000FF");
+  LayOverAll();
+  if (WB2_->Widget()) setFocusProxy(WB2_->Widget());
+  WB2_->SetOffline(true);
+  WB2_->Navigate(QStringLiteral("about:blank"),
+                 WebBrowser::NoHistory | WebBrowser::NoReadFromCache | WebBrowser::NoWriteToCache);
+}
+
+void WBUC::LayOverAll() {
+  if (QWidget* view = WB2_->Widget()) view->setGeometry(rect());
+}
+
+void WBUC::resizeEvent(QResizeEvent*) { LayOverAll(); }
+
+HTMLDocument* WBUC::WBDocument() const { return DocReady_ ? Doc_ : nullptr; }
+
+void WBUC::Navo(const QString& sPath, bool isNew) {
+  keyPresses_.Flush();
+  UnHook();
+  DocReady_ = false;
+  IfNew_ = isNew;
+  Body_ = {};
+  CurrentElement_ = {};
+  SelElement_ = {};
+  CurrentTextRange_.reset();
+  CurrentElementTag_.clear();
+  WB2_->Navigate(sPath, WebBrowser::NoHistory | WebBrowser::NoReadFromCache | WebBrowser::NoWriteToCache);
+  Location_ = sPath;
+}
+
+void WBUC::OnDocumentComplete() {
+  UnHook();
+  Doc_ = nullptr;
+  DocReady_ = false;
+  Body_ = {};
+  CurrentElement_ = {};
+  SelElement_ = {};
+  CurrentTextRange_.reset();
+  Doc_ = WB2_->Document();
+  if (!Doc_) return;
+  Doc_->ConnectEvents(this);
+  DocReady_ = true;
+  if (program_.Compat4On) HookBrowserWindow();
+  Body_ = Doc_->body();
+  if (IfNew_) {
+    StampValues();
+  } else {
+    ReadValues();
+  }
+  emit DocComplete();
+}
+
+void WBUC::StampValues() {
+  Body_.setText(values_.BodyFontColor);
+  Body_.setLink(values_.LinkColor);
+  Body_.setVLink(values_.LinkColor);
+  Body_.style().setFontSize(FontSizeMap(values_.BodyFontSize));
+  Body_.style().setFontFamily(values_.BodyFontName);
+  Doc_->setBgColor(values_.BGColor);
+}
+
+// Each value goes through its own writer, so opening a page changes it. The background colour isn't read: BGColor()
+// goes on giving that of before.
+void WBUC::ReadValues() {
+  SetBodyFontColor(Body_.text());
+  SetLinkColor(Body_.link());
+  SetBodyFontName(Body_.style().fontFamily());
+  SetBodyFontSize(FontSizeMap(Body_.style().fontSize()));
+}
+
+void WBUC::HookBrowserWindow() {
+  QWidget* const view = WB2_->Widget();
+  hook_.Install(view && view->focusProxy() ? view->focusProxy() : view);
+}
+
+void WBUC::UnHook() { hook_.Remove(); }
+
+QString WBUC::Title() const { return DocReady_ ? Doc_->title() : QString(); }
+
+void WBUC::SetTitle(const QString& title) {
+  if (DocReady_) Doc_->setTitle(title);
+}
+
+void WBUC::SetBGColor(const QString& color) {
+  if (!DocReady_) return;
+  values_.BGColor = color;
+  Doc_->setBgColor(color);
+}
+
+QString WBUC::BackPic() const { return DocReady_ ? Body_.getAttribute(QStringLiteral("Background"), 0) : QString(); }
+
+void WBUC::SetBackPic(const QString& picture) {
+  if (!DocReady_) return;
+  if (picture.isEmpty()) {
+    Body_.removeAttribute(QStringLiteral("Background"), 0);
+  } else {
+    Body_.setBackground(picture);
+  }
+}
+
+QString WBUC::BodyFontName() const { return DocReady_ ? values_.BodyFontName : QString(); }
+
+void WBUC::SetBodyFontName(const QString& name) {
+  if (!DocReady_) return;
+  values_.BodyFontName = name;
+  Body_.style().setFontFamily(name);
+}
+
+QString WBUC::BodyFontSize() const { return DocReady_ ? values_.BodyFontSize : QString(); }
+
+void WBUC::SetBodyFontSize(const QString& size) {
+  if (!DocReady_) return;
+  values_.BodyFontSize = size;
+  Body_.style().setFontSize(FontSizeMap(size));
+}
+
+QString WBUC::BodyFontColor() const { return DocReady_ ? values_.BodyFontColor : QString(); }
+
+void WBUC::SetBodyFontColor(const QString& color) {
+  values_.BodyFontColor = color;
+  if (DocReady_) Body_.setText(color);
+}
+
+void WBUC::SetLinkColor(const QString& color) {
+  if (!DocReady_) return;
+  values_.LinkColor = color;
+  Body_.setLink(color);
+  Body_.setVLink(color);
+}
+
+QString WBUC::Source() const { return DocReady_ ? Doc_->documentElement().outerHTML() : QString(); }
+
+QByteArray WBUC::SourceForFile() const {
+  const HTMLElement root = DocReady_ ? Doc_->documentElement() : HTMLElement();
+  return root ? FileHtml(root.node(), Doc_->scripting()) : QByteArray();
+}
