@@ -82,6 +82,18 @@ class PageView {
     return HostedPage::WaitFor([&] { return clicks.count() == 1; }, 5000);
   }
 
+  // As the window system delivers it.
+  void DoubleClick(QPoint point) {
+    const auto send = [&](QEvent::Type type, Qt::MouseButtons buttons) {
+      QMouseEvent event(type, QPointF(point), Input()->mapToGlobal(QPointF(point)), Qt::LeftButton, buttons, {});
+      QCoreApplication::sendEvent(Input(), &event);
+    };
+    send(QEvent::MouseButtonPress, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, {});
+    send(QEvent::MouseButtonDblClick, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, {});
+  }
+
   bool Key(Qt::Key key, const QString& text = {}, Qt::KeyboardModifiers modifiers = {}) {
     QSignalSpy keys(&window->jWB, &WBUC::KeyPress);
     QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
@@ -140,7 +152,7 @@ TEST(HostedEvents, DoubleClickSelectsTheBlockAndMarksNothingInThePage) {
   const QString before = page.jWB().Source();
   QSignalSpy doubles(&page.jWB(), &WBUC::DoubleClick);
   const QPoint point = page.PointOf(QStringLiteral("#a"), 3);
-  QTest::mouseDClick(page.Input(), Qt::LeftButton, {}, point);
+  page.DoubleClick(point);
   ASSERT_TRUE(HostedPage::WaitFor([&] { return doubles.count() > 0; }, 5000));
   EXPECT_EQ(doubles.last()[0].toString(), QStringLiteral("FONT"));
   EXPECT_EQ(page.jWB().IfSelection(), WBUC::ElementSelected);

@@ -85,4 +85,7 @@ TEST(HostedLoad, ADoctypePageIsInStandardsModeBeforeAndAfterItsRendererDied) {
   EXPECT_FALSE(hosted.document().quirks());
   ASSERT_TRUE(hosted.KillRenderer());
   EXPECT_EQ(hosted.ScriptText(QStringLiteral("document.compatMode")), QStringLiteral("CSS1Compat"));
+  const QString live = hosted.LiveHtml();
+  EXPECT_TRUE(live.contains(QStringLiteral("x</body>")));
+  EXPECT_EQ(hosted.ModelHtml(), live);
 }

@@ -14,7 +14,7 @@
 
 class HostedPage {
  public:
-  static constexpr int patienceMs = 20000;
+  static constexpr int patienceMs = 90000;
 
   HostedPage();
   ~HostedPage();
