@@ -6,6 +6,7 @@
 #include <QFrame>
 #include <QMenuBar>
 #include <QPushButton>
+#include <cassert>
 
 #include "AsciiText.h"
 #include "Colors.h"
@@ -84,6 +85,7 @@ void FWeb::BuildMenus() {
       menu->setObjectName(name);
       continue;
     }
+    assert(menu);  // the table begins with a menu
     QAction* const action =
         QLatin1String(row.caption) == QLatin1String("-") ? menu->addSeparator() : menu->addAction(QString::fromLatin1(row.caption));
     action->setObjectName(name);
