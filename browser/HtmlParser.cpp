@@ -202,7 +202,7 @@ class Parse {
 
 std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int depth) {
   std::vector<Node*> nodes;
-  if (html.isEmpty()) return nodes;
+  if (html.isEmpty() && context != Known().html) return nodes;  // HTML always gets HEAD and BODY
   if (!html.contains(u'<') && !html.contains(u'&') && !html.contains(QChar(0)) && !html.contains(u'\r') &&
       (!context || (!context->isTablePart && !context->isHidden && !context->isRawText && context != Known().html &&
                     context != Known().pre && context != Known().textarea))) {
