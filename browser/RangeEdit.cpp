@@ -1,5 +1,8 @@
 #include "RangeEdit.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "HTMLDocument.h"
 #include "TextWalker.h"
 
@@ -26,6 +29,16 @@ void CutText(Gateway& gateway, Node* text, int from, int to) {
   }
 }
 
+// What gives a table its form. The walk of a deletion meets these only where the TABLE around them isn't removed.
+bool IsFormOfTable(const Node* node) {
+  if (!node->IsElement() || node->tag == Known().table) return false;
+  static const Tag* const cells[] = {Known().td, Tag::Of(QStringLiteral("th")), Tag::Of(QStringLiteral("caption")),
+                                     Tag::Of(QStringLiteral("colgroup")), Tag::Of(QStringLiteral("col"))};
+  return node->tag->isTablePart || std::find(std::begin(cells), std::end(cells), node->tag) != std::end(cells);
+}
+
+bool IsTablePart(const Node* node) { return node->IsElement() && node->tag->isTablePart; }
+
 }  // namespace
 
 void DeleteContent(HTMLDocument& document, LiveRange& range) {
@@ -44,8 +57,10 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
         node = NextSkippingChildren(first);
         CutText(gateway, first, range.start.offset, first->Length());
       }
+      // Cells and rows go only where the range was set round them as a whole.
+      const bool keepsForm = !IsTablePart(first) || !IsTablePart(last);
       while (node && node != stop) {
-        if (node->Contains(last)) {
+        if (node->Contains(last) || (keepsForm && IsFormOfTable(node))) {
           node = NextInTree(node);
           continue;
         }
