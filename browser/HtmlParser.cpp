@@ -71,6 +71,14 @@ const Tag* TagOf(const GumboElement& element) {
   return Tag::Of(text, space);
 }
 
+// Unlike QString::fromUtf8 it keeps a byte order mark, which in the middle of a page is a character.
+QString FromUtf8(const char* text) {
+  static constexpr char mark[] = "\xEF\xBB\xBF";
+  QString result;
+  for (; qstrncmp(text, mark, 3) == 0; text += 3) result += QChar(0xFEFF);
+  return result + QString::fromUtf8(text);
+}
+
 class TreeMaker {
  public:
   explicit TreeMaker(int depth) : depth_(depth) {}
@@ -96,8 +104,9 @@ class TreeMaker {
       Node* const previous = parent ? parent->lastChild : lastTop;
       const bool isText = child->type == GUMBO_NODE_TEXT || child->type == GUMBO_NODE_WHITESPACE ||
                           child->type == GUMBO_NODE_CDATA;
+      if (isText && *child->v.text.text == 0) continue;
       if (isText && previous && previous->IsText()) {
-        previous->data += QString::fromUtf8(child->v.text.text);
+        previous->data += FromUtf8(child->v.text.text);
         continue;
       }
       Node* const node = Make(*child);
@@ -140,12 +149,12 @@ class TreeMaker {
       case GUMBO_NODE_WHITESPACE:
       case GUMBO_NODE_CDATA: {
         Node* node = new Node(Node::Type::Text);
-        node->data = QString::fromUtf8(source.v.text.text);
+        node->data = FromUtf8(source.v.text.text);
         return node;
       }
       case GUMBO_NODE_COMMENT: {
         Node* node = new Node(Node::Type::Comment);
-        node->data = QString::fromUtf8(source.v.text.text);
+        node->data = FromUtf8(source.v.text.text);
         return node;
       }
       case GUMBO_NODE_DOCUMENT: break;
@@ -163,7 +172,7 @@ class TreeMaker {
                            : attribute->attr_namespace == GUMBO_ATTR_NAMESPACE_XMLNS ? "xmlns:"
                                                                                      : nullptr;
       if (prefix && name != u"xmlns" && !name.startsWith(QLatin1String(prefix))) name.prepend(QLatin1String(prefix));
-      node.attributes.push_back({name, QString::fromUtf8(attribute->value)});
+      node.attributes.push_back({name, FromUtf8(attribute->value)});
     }
   }
 

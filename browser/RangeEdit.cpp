@@ -50,6 +50,8 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
     if (first == last && first->IsText()) {
       CutText(gateway, first, range.start.offset, range.end.offset);
     } else {
+      // Cells and rows go only where the range was set round them as a whole.
+      const bool keepsForm = !IsTablePart(first) || !IsTablePart(last);
       Node* const stop = last->IsText() ? last : NodeBehind(range.end);
       const int lastOffset = range.end.offset;
       Node* node = NodeBehind(range.start);
@@ -57,10 +59,12 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
         node = NextSkippingChildren(first);
         CutText(gateway, first, range.start.offset, first->Length());
       }
-      // Cells and rows go only where the range was set round them as a whole.
-      const bool keepsForm = !IsTablePart(first) || !IsTablePart(last);
       while (node && node != stop) {
-        if (node->Contains(last) || (keepsForm && IsFormOfTable(node))) {
+        if (node->tag == Known().head) {  // a page keeps its HEAD and BODY
+          node = NextSkippingChildren(node);
+          continue;
+        }
+        if (node->Contains(last) || node->tag == Known().body || (keepsForm && IsFormOfTable(node))) {
           node = NextInTree(node);
           continue;
         }
