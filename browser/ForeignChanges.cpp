@@ -80,7 +80,7 @@ class Changes {
     DestroyTree(trial);
     from = 0;
     QSet<NodeId> used;
-    return DecodeTree(tree, from, [&](NodeId id) -> Node* {
+    Node* const built = DecodeTree(tree, from, [&](NodeId id) -> Node* {
       Node* const node = Find(id);
       if (!node || node == document_.root() || node->Contains(parent) || used.contains(id)) return nullptr;
       used.insert(id);
@@ -88,6 +88,14 @@ class Changes {
       while (node->firstChild) Park(node->firstChild);
       return node;
     });
+    // An id that somebody else has already is no name for a node.
+    QSet<NodeId> seen;
+    for (Node* node = built; node; node = NextInTree(node, built)) {
+      const Node* const known = Find(node->id);
+      if ((known && known != node) || seen.contains(node->id)) node->id = 0;
+      seen.insert(node->id);
+    }
+    return built;
   }
 
   void Arrange(Node* parent, const QJsonArray& list) {

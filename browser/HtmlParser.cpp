@@ -180,6 +180,26 @@ class TreeMaker {
   int templates_ = 0;
 };
 
+// Where the document type stands in a page that has one: behind nothing but white space and comments.
+qsizetype DoctypeOffset(const QByteArray& html) {
+  qsizetype at = 0;
+  while ((at = html.indexOf('<', at)) >= 0) {
+    if (html.mid(at, 9).compare("<!doctype", Qt::CaseInsensitive) == 0) return at;
+    if (html.mid(at, 4) != "<!--") {
+      at = html.indexOf('>', at);
+    } else if (html.mid(at + 4, 1) == ">" || html.mid(at + 4, 2) == "->") {
+      at += 4;
+    } else {
+      const qsizetype plain = html.indexOf("-->", at + 4);
+      const qsizetype other = html.indexOf("--!>", at + 4);
+      at = other >= 0 && (plain < 0 || other < plain) ? other + 3 : plain;
+    }
+    if (at < 0) break;
+    ++at;
+  }
+  return 0;
+}
+
 class Parse {
  public:
   Parse(const QString& html, const Tag* context) : text_(html.toUtf8()) {
@@ -242,7 +262,7 @@ void ParseDocument(const QString& html, HTMLDocument& document) {
     type->identifiers = {QString::fromUtf8(source.public_identifier), QString::fromUtf8(source.system_identifier)};
     document.root()->Link(type, nullptr);
     // The parser doesn't tell where it stood, and comments may come before it.
-    typeOffset = unsigned(parse.text().toLower().indexOf("<!doctype"));
+    typeOffset = unsigned(DoctypeOffset(parse.text()));
   }
   document.SetQuirks(source.doc_type_quirks_mode == GUMBO_DOCTYPE_QUIRKS);
   unsigned index = 0;

@@ -67,7 +67,7 @@ struct Reader {
   }
   int Number() {
     const QJsonValue value = Next();
-    broken = broken || !value.isDouble();
+    broken = broken || !value.isDouble() || value.toInt() != value.toDouble();
     return value.toInt();
   }
   QString Text() {
