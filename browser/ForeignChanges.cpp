@@ -43,19 +43,21 @@ class Changes {
     } else {
       tree->Unlink();
     }
-    for (Node* node = tree; node; node = NextInTree(node, tree)) parked_.insert(node->id, node);
+    for (Node* node = tree; node; node = NextInTree(node, tree)) {
+      parked_.insert(node->id, node);
+      taken_.insert(node);
+    }
   }
 
   // What was taken out and has found no new place. One tree may hold another by now, so the tops are looked for before
   // the first of them goes.
   void DiscardParked() {
     std::vector<Node*> tops;
-    for (Node* node : std::as_const(parked_))
+    for (Node* node : std::as_const(taken_))
       if (!node->IsAttached() && !node->parent) tops.push_back(node);
-    std::sort(tops.begin(), tops.end());
-    tops.erase(std::unique(tops.begin(), tops.end()), tops.end());
     for (Node* tree : tops) document_.Discard(tree);
     parked_.clear();
+    taken_.clear();
   }
 
   // Children that are no longer in their parent's list.
@@ -146,15 +148,18 @@ class Changes {
     while (head < shorter && node->data[head] == data[head]) ++head;
     int tail = 0;
     while (tail < shorter - head && node->data[node->Length() - 1 - tail] == data[data.size() - 1 - tail]) ++tail;
-    document_.gateway().ReplaceData(node, head, node->Length() - head - tail,
-                                    data.mid(head, data.size() - head - tail), Gateway::Origin::Page);
+    document_.gateway().ReplaceData(node, head, node->Length() - head - tail, data.mid(head, data.size() - head - tail),
+                                    Gateway::Origin::Page);
   }
 
   HTMLDocument& document_;
-  QHash<NodeId, Node*> parked_;  // every node of the trees that were taken out
+  QHash<NodeId, Node*> parked_;  // every node of the trees that were taken out, by id
+  QSet<Node*> taken_;            // the same, those without an id of their own too
   QSet<const Node*> arranged_;
 };
 
 }  // namespace
 
-void ApplyForeignChanges(HTMLDocument& document, const QJsonObject& changes) { Changes(document).Apply(changes); }
+void ApplyForeignChanges(HTMLDocument& document, const QJsonObject& changes) {
+  Changes(document).Apply(changes);
+}

@@ -29,8 +29,8 @@ int SlowCompare(const BoundaryPoint& a, const BoundaryPoint& b) {
 }
 
 TEST(BoundaryPoint, ComparesLikeTheDefinition) {
-  const char* const pages[] = {"", "ab<b>c<i></i></b>d<p><u>e</u></p>", "<b><i><u>x</u></i></b>", "<b></b><b></b><!--c-->y",
-                               "<table><tr><td>a<td></table>\n"};
+  const char* const pages[] = {"", "ab<b>c<i></i></b>d<p><u>e</u></p>", "<b><i><u>x</u></i></b>",
+                               "<b></b><b></b><!--c-->y", "<table><tr><td>a<td></table>\n"};
   for (const char* html : pages) {
     const TestPage page(QString::fromLatin1(html));
     std::vector<BoundaryPoint> points;
@@ -45,7 +45,10 @@ TEST(BoundaryPoint, ComparesLikeTheDefinition) {
     for (const BoundaryPoint& a : points)
       for (const BoundaryPoint& b : points) {
         const int order = ComparePoints(page.document.order(), a, b);
-        ASSERT_EQ(order < 0 ? -1 : order > 0 ? 1 : 0, SlowCompare(a, b))
+        ASSERT_EQ(order < 0   ? -1
+                  : order > 0 ? 1
+                              : 0,
+                  SlowCompare(a, b))
             << page.Show(a).toStdString() << " against " << page.Show(b).toStdString();
       }
   }

@@ -31,8 +31,11 @@ TEST(Element, Parents) {
 }
 
 TEST(Element, WritingOuterHtml) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"", "12"}, {"x", "1x2"}, {"<i>x</i>", "1<i>x</i>2"}, {"x<i>y</i>z", "1x<i>y</i>z2"}, {"<i>x</i>z", "1<i>x</i>z2"}};
+  const std::pair<const char*, const char*> rows[] = {{"", "12"},
+                                                      {"x", "1x2"},
+                                                      {"<i>x</i>", "1<i>x</i>2"},
+                                                      {"x<i>y</i>z", "1x<i>y</i>z2"},
+                                                      {"<i>x</i>z", "1<i>x</i>z2"}};
   for (const auto& [html, after] : rows) {
     TestPage page("1<b>b</b>2");
     HTMLElement bold = page.Element("B");
@@ -62,8 +65,7 @@ TEST(Element, RowsAndCellsGoIntoTables) {
   TestPage page("<table><tr><td>1</td></tr></table>");
   page.Element("TD").insertAdjacentHTML("AfterEnd", "<td>2</td>");
   page.Element("TR").insertAdjacentHTML("AfterEnd", "<tr><td>3</td></tr>");
-  EXPECT_EQ(page.Body(),
-            "<table><tbody><tr><td>1</td><td>2</td></tr><tr><td>3</td></tr></tbody></table>");
+  EXPECT_EQ(page.Body(), "<table><tbody><tr><td>1</td><td>2</td></tr><tr><td>3</td></tr></tbody></table>");
 }
 
 TEST(Element, AStaleElementDoesNothing) {

@@ -100,7 +100,8 @@ TEST_F(Foreign, NonsenseIsPassedOver) {
   const QString before = page.Body();
   const int root = page.document.root()->id;
   Apply({QJsonArray{}, QJsonArray{123456, 1}, QJsonArray{"x"}, QJsonArray{Id(page.Text("a")), Id("B")}});
-  Apply({}, {QJsonArray{Id(page.Text("a")), "x", "y"}, QJsonArray{}}, {QJsonArray{Id("B"), "z"}, QJsonArray{root, "z"}});
+  Apply({}, {QJsonArray{Id(page.Text("a")), "x", "y"}, QJsonArray{}},
+        {QJsonArray{Id("B"), "z"}, QJsonArray{root, "z"}});
   EXPECT_EQ(page.Body(), before);
   Apply({QJsonArray{Id("B"), Id(page.Text("bb")), Id("B"), Id("P"), Id("BODY"), root, 0, -2147483647 - 1}});
   EXPECT_EQ(page.Body(), before) << "nothing can stand inside itself";
@@ -119,7 +120,8 @@ TEST(ForeignChanges, RandomListsLeaveASoundDocument) {
     int fresh = 1000;
     for (int step = 0; step < 20; ++step) {
       std::vector<Node*> nodes;
-      for (Node* node = page.document.bodyNode(); node; node = NextInTree(node, page.document.bodyNode())) nodes.push_back(node);
+      for (Node* node = page.document.bodyNode(); node; node = NextInTree(node, page.document.bodyNode()))
+        nodes.push_back(node);
       if (nodes.empty()) break;  // BODY itself has gone
       const auto any = [&] { return nodes[random() % nodes.size()]->id; };
       QJsonArray lists;

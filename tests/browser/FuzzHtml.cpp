@@ -31,7 +31,8 @@ class Maker {
   }
 
   QString Text() {
-    static const char* const texts[] = {"a", "b c", " ", "  ", "\n", " \n ", "\xC2\xA0", "\xF0\x9F\x98\x80", "<&>\"", "xyz"};
+    static const char* const texts[] = {"a",     "b c", " ", "  ", "\n", " \n ", "\xC2\xA0", "\xF0\x9F\x98\x80",
+                                        "<&>\"", "xyz"};
     return QString::fromUtf8(texts[Below(std::size(texts))]);
   }
 
@@ -39,15 +40,24 @@ class Maker {
 
  private:
   QString Tidy(int size) {
-    static const char* const leaves[] = {"<br>", "<img src=a.png style='x:y' alt='&quot;'>", "<hr>", "<!--c-->",
-                                         "<script>1<2</script>", "<style>a>b</style>", "<input value='a&amp;b'>"};
+    static const char* const leaves[] = {"<br>",
+                                         "<img src=a.png style='x:y' alt='&quot;'>",
+                                         "<hr>",
+                                         "<!--c-->",
+                                         "<script>1<2</script>",
+                                         "<style>a>b</style>",
+                                         "<input value='a&amp;b'>"};
     static const char* const tags[] = {"b", "i", "font", "span", "div", "center", "u", "template"};
     QString html;
     for (; size > 0; --size) {
       switch (Below(5)) {
         case 0:
-        case 1: html += Text().toHtmlEscaped(); break;
-        case 2: html += leaves[Below(std::size(leaves))]; break;
+        case 1:
+          html += Text().toHtmlEscaped();
+          break;
+        case 2:
+          html += leaves[Below(std::size(leaves))];
+          break;
         case 3: {
           const QString tag = tags[Below(std::size(tags))];
           html += '<' + tag + (Below(2) ? " id='a&lt;b' " : "") + '>' + Tidy(size / 2) + "</" + tag + '>';
@@ -63,13 +73,37 @@ class Maker {
   }
 
   QString Wild(int size) {
-    static const char* const pieces[] = {
-        "<p>", "</p>", "<a href=x>", "</a>", "<table>", "</table>", "<tr>", "<td>", "</td>", "<caption>", "<col>", "<b>",
-        "</b>", "<font size=2>", "</font>", "<select>", "<option>", "<button>", "<svg>", "<g>", "</svg>", "<math><mi>",
-        "<template>", "</template>", "<textarea>", "</textarea>", "<pre>\n", "<body id=x>", "<html>", "<head>", "<title>",
-        "<frameset>", "<frame>", "<plaintext>", "<noscript>", "</noscript>", "<xmp>", "<li>", "<ul>", "<h1>", "<form>",
-        "<img", "<iframe>", "</iframe>", "<object>", "<!--", "-->", "<!doctype html>", "<br/>", "</br>", "&nbsp;", "&#0;",
-        "&#xfeff;", "&#xd800;", "text", " ", "\n", "\r\n", "'", "\"", ">", "<"};
+    static const char* const pieces[] = {"<p>",        "</p>",
+                                         "<a href=x>", "</a>",
+                                         "<table>",    "</table>",
+                                         "<tr>",       "<td>",
+                                         "</td>",      "<caption>",
+                                         "<col>",      "<b>",
+                                         "</b>",       "<font size=2>",
+                                         "</font>",    "<select>",
+                                         "<option>",   "<button>",
+                                         "<svg>",      "<g>",
+                                         "</svg>",     "<math><mi>",
+                                         "<template>", "</template>",
+                                         "<textarea>", "</textarea>",
+                                         "<pre>\n",    "<body id=x>",
+                                         "<html>",     "<head>",
+                                         "<title>",    "<frameset>",
+                                         "<frame>",    "<plaintext>",
+                                         "<noscript>", "</noscript>",
+                                         "<xmp>",      "<li>",
+                                         "<ul>",       "<h1>",
+                                         "<form>",     "<img",
+                                         "<iframe>",   "</iframe>",
+                                         "<object>",   "<!--",
+                                         "-->",        "<!doctype html>",
+                                         "<br/>",      "</br>",
+                                         "&nbsp;",     "&#0;",
+                                         "&#xfeff;",   "&#xd800;",
+                                         "text",       " ",
+                                         "\n",         "\r\n",
+                                         "'",          "\"",
+                                         ">",          "<"};
     QString html;
     for (; size > 0; --size) html += pieces[Below(std::size(pieces))];
     return html;
@@ -78,9 +112,14 @@ class Maker {
   void Mutate(QString& html) {
     const int at = Below(std::size_t(html.size()));
     switch (Below(3)) {
-      case 0: html.remove(at, 1 + Below(5)); break;
-      case 1: html.insert(at, QChar(char16_t(Below(6) ? 32 + Below(96) : Below(0xFFFF)))); break;
-      default: html.insert(at, html.mid(Below(std::size_t(html.size())), 1 + Below(12)));
+      case 0:
+        html.remove(at, 1 + Below(5));
+        break;
+      case 1:
+        html.insert(at, QChar(char16_t(Below(6) ? 32 + Below(96) : Below(0xFFFF))));
+        break;
+      default:
+        html.insert(at, html.mid(Below(std::size_t(html.size())), 1 + Below(12)));
     }
   }
 
@@ -103,11 +142,21 @@ class Session {
   void Step() {
     HTMLTxtRange& range = *ranges_[std::size_t(make_.Below(ranges_.size()))];
     switch (make_.Below(13)) {
-      case 0: range.move("character", make_.Below(21) - 10); break;
-      case 1: range.moveEnd("character", make_.Below(21) - 10); break;
-      case 2: range.move("textedit", make_.Below(2) ? 1 : -1); break;
-      case 3: range.moveToElementText(AnyElement()); break;
-      case 4: range.pasteHTML(""); break;
+      case 0:
+        range.move("character", make_.Below(21) - 10);
+        break;
+      case 1:
+        range.moveEnd("character", make_.Below(21) - 10);
+        break;
+      case 2:
+        range.move("textedit", make_.Below(2) ? 1 : -1);
+        break;
+      case 3:
+        range.moveToElementText(AnyElement());
+        break;
+      case 4:
+        range.pasteHTML("");
+        break;
       case 5:
       case 6:
         if (MayPaste(range)) range.pasteHTML(make_.Html(1 + make_.Below(4)));
@@ -118,7 +167,8 @@ class Session {
       case 8: {
         const HTMLTxtRange& other = *ranges_[std::size_t(make_.Below(ranges_.size()))];
         const QString html = other.htmlText();
-        if (MayPaste(range) && !html.startsWith(QLatin1String("<t")) && (!tidy_ || IsTidyAlone(html))) range.pasteHTML(html);
+        if (MayPaste(range) && !html.startsWith(QLatin1String("<t")) && (!tidy_ || IsTidyAlone(html)))
+          range.pasteHTML(html);
         break;
       }
       case 9: {
@@ -135,7 +185,9 @@ class Session {
         if (!tidy_ || HoldsAnything(element.node()->parent)) element.setOuterHTML(make_.Below(2) ? "" : make_.Html(2));
         break;
       }
-      case 11: AnyElement().setAttribute(make_.Below(2) ? "style" : "Title", make_.Text()); break;
+      case 11:
+        AnyElement().setAttribute(make_.Below(2) ? "style" : "Title", make_.Text());
+        break;
       default:
         range.select();
         range.text();

@@ -59,7 +59,8 @@ class RandomEdits {
     Place(*ranges_[Below(int(ranges_.size()))]);
     SlowRanges slow;
     for (const auto& range : ranges_)
-      for (const BoundaryPoint& point : {range->start, range->end}) slow.points.push_back({point.container, point.DomOffset()});
+      for (const BoundaryPoint& point : {range->start, range->end})
+        slow.points.push_back({point.container, point.DomOffset()});
     Edit(slow);
     std::size_t at = 0;
     for (const auto& range : ranges_)
@@ -131,16 +132,20 @@ class RandomEdits {
           Node* const rest = gateway.SplitText(text, offset);
           slow.Inserted(text->parent, rest->Index());
           for (SlowPoint& point : slow.points) {
-            if (point.node == text && point.offset > offset) point = {rest, point.offset - offset};
-            else if (point.node == text->parent && point.offset == rest->Index()) ++point.offset;
+            if (point.node == text && point.offset > offset)
+              point = {rest, point.offset - offset};
+            else if (point.node == text->parent && point.offset == rest->Index())
+              ++point.offset;
           }
         }
         break;
       case 4:
         if (text && text->next && text->next->IsText()) {
           for (SlowPoint& point : slow.points) {
-            if (point.node == text->next) point = {text, text->Length() + point.offset};
-            else if (point.node == text->parent && point.offset == text->next->Index()) point = {text, text->Length()};
+            if (point.node == text->next)
+              point = {text, text->Length() + point.offset};
+            else if (point.node == text->parent && point.offset == text->next->Index())
+              point = {text, text->Length()};
           }
           // What is left of the removal's rule: points behind the second text.
           slow.Removing(text->next);
@@ -149,8 +154,10 @@ class RandomEdits {
         break;
       default: {
         Node* const element = Pick(false, true);
-        if (Below(2)) gateway.SetAttribute(element, "A" + QString::number(Below(3)), QString::number(Below(3)));
-        else gateway.RemoveAttribute(element, "a" + QString::number(Below(3)));
+        if (Below(2))
+          gateway.SetAttribute(element, "A" + QString::number(Below(3)), QString::number(Below(3)));
+        else
+          gateway.RemoveAttribute(element, "a" + QString::number(Below(3)));
       }
     }
   }

@@ -119,7 +119,9 @@ TEST_F(Headless, BreaksAndBlocksStartLines) {
 }
 
 TEST_F(Headless, APointOfAPlaceHitsThatPlace) {
-  Show("ab<b>c</b><p>d\xF0\x9F\x98\x80" "e</p><table><tr><td>f</td><td>g</td></tr></table>h");
+  Show(
+      "ab<b>c</b><p>d\xF0\x9F\x98\x80"
+      "e</p><table><tr><td>f</td><td>g</td></tr></table>h");
   for (Node* node = browser.Document()->bodyNode(); node; node = NextInTree(node)) {
     if (!node->IsText()) continue;
     for (int at = 0; at < node->Length(); ++at) {
@@ -145,7 +147,8 @@ TEST_F(Headless, CellsAndWhatIsBesideATable) {
 TEST_F(Headless, OrderOfEvents) {
   Show("abc");
   browser.DoubleClick(Middle(0, 1));
-  EXPECT_EQ(listener->events, (QStringList{"mousedown", "mouseup", "click", "mousedown", "mouseup", "click", "dblclick"}));
+  EXPECT_EQ(listener->events,
+            (QStringList{"mousedown", "mouseup", "click", "mousedown", "mouseup", "click", "dblclick"}));
   listener->events.clear();
   browser.RightClick(Middle(0, 1));
   EXPECT_EQ(listener->events, (QStringList{"mousedown", "contextmenu", "mouseup"}));

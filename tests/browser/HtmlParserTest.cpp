@@ -103,9 +103,9 @@ TEST(HtmlParser, WhatStandsRoundTheDocumentElement) {
     ParseDocument(html, document);
     QStringList children;
     for (const Node* child = document.root()->firstChild; child; child = child->next)
-      children += child->IsElement()                          ? child->tag->tagName
+      children += child->IsElement()                        ? child->tag->tagName
                   : child->type == Node::Type::DocumentType ? '!' + child->data
-                                                              : child->data;
+                                                            : child->data;
     EXPECT_EQ(children, expected) << html;
   }
 }
@@ -128,7 +128,10 @@ TEST(HtmlParser, BytesOfAPage) {
   EXPECT_EQ(DecodePage("\xE9"), QString(QChar(0xE9)));
   EXPECT_EQ(DecodePage("a\xC3"), QString("a") + QChar(0xC3)) << "cut off in the middle it isn't UTF-8";
   EXPECT_EQ(DecodePage("\x80\x93\xFF"), QString(QChar(0x20AC)) + QChar(0x201C) + QChar(0xFF));
-  EXPECT_EQ(DecodePage(QByteArray("\xFF\xFE" "a\0b\0", 6)), "ab");
+  EXPECT_EQ(DecodePage(QByteArray("\xFF\xFE"
+                                  "a\0b\0",
+                                  6)),
+            "ab");
   EXPECT_EQ(DecodePage(QByteArray("\xFE\xFF\0a\0b", 6)), "ab");
 }
 

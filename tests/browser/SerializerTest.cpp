@@ -23,24 +23,27 @@ TEST_P(Serialise, Body) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, Serialise,
-    testing::Values(Row{"<B>a</B>", "<b>a</b>"}, Row{"<img SRC=x.png>", "<img src=\"x.png\" />"}, Row{"a<br>b", "a<br />b"},
-                    Row{"<hr>", "<hr />"}, Row{"<img style='a:b' src=x id=i>", "<img src=\"x\" id=\"i\" style=\"a:b\" />"},
+    testing::Values(Row{"<B>a</B>", "<b>a</b>"}, Row{"<img SRC=x.png>", "<img src=\"x.png\" />"},
+                    Row{"a<br>b", "a<br />b"}, Row{"<hr>", "<hr />"},
+                    Row{"<img style='a:b' src=x id=i>", "<img src=\"x\" id=\"i\" style=\"a:b\" />"},
                     Row{"<p STYLE='a:b' align=left>", "<p align=\"left\" style=\"a:b\"></p>"},
                     Row{"<a href='a&amp;b\"c<>'>", "<a href=\"a&amp;b&quot;c<>\"></a>"},
-                    Row{"<a title='x&nbsp;y'>", "<a title=\"x&nbsp;y\"></a>"}, Row{"1 &lt; 2 &gt; 1 &amp; \"'", "1 &lt; 2 &gt; 1 &amp; \"'"},
-                    Row{"a&nbsp;b", "a&nbsp;b"}, Row{"<!-- c -->", "<!-- c -->"},
-                    Row{"<script>a<b&&c</script>", "<script>a<b&&c</script>"}, Row{"<style>a>b</style>", "<style>a>b</style>"},
-                    Row{"<xmp><b></xmp>", "<xmp><b></xmp>"}, Row{"<textarea>a<b></textarea>", "<textarea>a&lt;b&gt;</textarea>"},
-                    Row{"<iframe>a<b></iframe>", "<iframe>a<b></iframe>"}, Row{"<template><i>x</template>", "<template><i>x</i></template>"},
-                    Row{"<input disabled>", "<input disabled=\"\" />"}, Row{"<svg viewbox=1><g/></svg>", "<svg viewBox=\"1\"><g></g></svg>"},
+                    Row{"<a title='x&nbsp;y'>", "<a title=\"x&nbsp;y\"></a>"},
+                    Row{"1 &lt; 2 &gt; 1 &amp; \"'", "1 &lt; 2 &gt; 1 &amp; \"'"}, Row{"a&nbsp;b", "a&nbsp;b"},
+                    Row{"<!-- c -->", "<!-- c -->"}, Row{"<script>a<b&&c</script>", "<script>a<b&&c</script>"},
+                    Row{"<style>a>b</style>", "<style>a>b</style>"}, Row{"<xmp><b></xmp>", "<xmp><b></xmp>"},
+                    Row{"<textarea>a<b></textarea>", "<textarea>a&lt;b&gt;</textarea>"},
+                    Row{"<iframe>a<b></iframe>", "<iframe>a<b></iframe>"},
+                    Row{"<template><i>x</template>", "<template><i>x</i></template>"},
+                    Row{"<input disabled>", "<input disabled=\"\" />"},
+                    Row{"<svg viewbox=1><g/></svg>", "<svg viewBox=\"1\"><g></g></svg>"},
                     Row{"\xE2\x82\xAC", "\xE2\x82\xAC"}));
 
 TEST(Serializer, TheDocumentElementHasNoDoctypeAndNoCommentsAround) {
   TestPage page("a");
   page.document.setTitle("T");
   page.document.gateway().Insert(page.document.root(), page.document.htmlNode(), page.document.CreateComment("c"));
-  EXPECT_EQ(page.document.documentElement().outerHTML(),
-            "<html><head><title>T</title></head><body>a</body></html>");
+  EXPECT_EQ(page.document.documentElement().outerHTML(), "<html><head><title>T</title></head><body>a</body></html>");
 }
 
 TEST(Serializer, NoscriptIsRawOnlyWhereScriptsRun) {

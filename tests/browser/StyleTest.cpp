@@ -9,7 +9,9 @@ namespace {
 QString Size(const char* style, bool quirks = true) {
   return StyleDeclarations::Parse(QString::fromLatin1(style), quirks).Value("font-size");
 }
-QString Family(const char* style) { return StyleDeclarations::Parse(QString::fromLatin1(style), true).Value("font-family"); }
+QString Family(const char* style) {
+  return StyleDeclarations::Parse(QString::fromLatin1(style), true).Value("font-family");
+}
 
 QString After(const char* style, const char* property, const char* value) {
   StyleDeclarations declarations = StyleDeclarations::Parse(QString::fromLatin1(style), true);

@@ -3,7 +3,9 @@
 #include "HtmlParser.h"
 #include "Serializer.h"
 
-ReplicaPage::ReplicaPage(const HTMLDocument& document) { Add(document.root()); }
+ReplicaPage::ReplicaPage(const HTMLDocument& document) {
+  Add(document.root());
+}
 
 void ReplicaPage::Add(const Node* subtree) {
   for (const Node* node = subtree; node; node = NextInTree(node, subtree)) {
@@ -23,7 +25,9 @@ void ReplicaPage::Inserted(const Node* subtree) {
   siblings.insert(place, subtree->id);
 }
 
-void ReplicaPage::Removed(const Node* parent, NodeId node) { std::erase(copies_[parent->id].children, node); }
+void ReplicaPage::Removed(const Node* parent, NodeId node) {
+  std::erase(copies_[parent->id].children, node);
+}
 
 void ReplicaPage::AttributeSet(const Node* element, const QString& name, const QString& value) {
   auto& attributes = copies_[element->id].attributes;
@@ -130,7 +134,9 @@ TestPage::TestPage(const QString& bodyContent) {
   document.SetPage(page.get());
 }
 
-std::shared_ptr<HTMLTxtRange> TestPage::Range() { return std::make_shared<HTMLTxtRange>(document, marked); }
+std::shared_ptr<HTMLTxtRange> TestPage::Range() {
+  return std::make_shared<HTMLTxtRange>(document, marked);
+}
 
 Node* TestPage::Find(const QString& tagName, int index) const {
   for (Node* node = document.root(); node; node = NextInTree(node))
@@ -144,7 +150,9 @@ Node* TestPage::Text(const QString& data) const {
   return nullptr;
 }
 
-QString TestPage::Body() const { return InnerHtml(document.bodyNode(), false); }
+QString TestPage::Body() const {
+  return InnerHtml(document.bodyNode(), false);
+}
 
 namespace {
 
@@ -156,7 +164,8 @@ void ShowNode(const Node* node, const LiveRange& range, QString& out) {
   if (node->IsText()) {
     for (int at = 0; at <= node->Length(); ++at) {
       mark(BoundaryPoint::InText(const_cast<Node*>(node), at));
-      if (at < node->Length()) out += node->data[at] == QChar(0xA0) ? QStringLiteral("&nbsp;") : QString(node->data[at]);
+      if (at < node->Length())
+        out += node->data[at] == QChar(0xA0) ? QStringLiteral("&nbsp;") : QString(node->data[at]);
     }
     return;
   }

@@ -54,7 +54,7 @@ class TestPage {
   std::unique_ptr<ReplicaPage> page;
   LiveRange marked;
 
-  std::shared_ptr<HTMLTxtRange> Range();                   // at the marks
+  std::shared_ptr<HTMLTxtRange> Range();                    // at the marks
   Node* Find(const QString& tagName, int index = 0) const;  // null when there is none
   HTMLElement Element(const QString& tagName, int index = 0) const { return HTMLElement(Find(tagName, index)); }
   Node* Text(const QString& data) const;  // the text node that contains this

@@ -34,7 +34,9 @@ int CountSteps(const QString& html) {
   return count;
 }
 
-TEST(TextWalker, EveryPlaceOfALine) { EXPECT_EQ(AllSteps(TestPage("ab")), "^ab a^b ab^"); }
+TEST(TextWalker, EveryPlaceOfALine) {
+  EXPECT_EQ(AllSteps(TestPage("ab")), "^ab a^b ab^");
+}
 
 struct Count {
   const char* html;
@@ -43,21 +45,28 @@ struct Count {
 
 class CountCharacters : public testing::TestWithParam<Count> {};
 
-TEST_P(CountCharacters, Forward) { EXPECT_EQ(CountSteps(QString::fromUtf8(GetParam().html)), GetParam().characters); }
+TEST_P(CountCharacters, Forward) {
+  EXPECT_EQ(CountSteps(QString::fromUtf8(GetParam().html)), GetParam().characters);
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, CountCharacters,
-    testing::Values(Count{"", 0}, Count{"abc", 3}, Count{"\xF0\x9F\x98\x80", 1}, Count{"a\xF0\x9F\x98\x80" "b", 3},
-                    Count{"a&nbsp;b", 3}, Count{"a  b", 4}, Count{"a  ", 3}, Count{"  a", 3}, Count{"a<br>b", 3},
-                    Count{"a<br><br>b", 4}, Count{"a<img>b", 3}, Count{"a<hr>b", 3}, Count{"a<input>b", 3},
-                    Count{"<iframe>xyz</iframe>", 1}, Count{"<object>xyz</object>", 1}, Count{"<select><option>x</select>", 1},
-                    Count{"a<b>b</b><i>c</i>", 3}, Count{"a\nb", 3}, Count{"a \n  b", 3}, Count{"a\r\n\tb", 3},
-                    Count{"a<b>\n</b>b", 3}, Count{"\na", 1}, Count{"a\n", 1}, Count{"a\n<br>\nb", 3},
-                    Count{"a<!--xyz-->b", 2}, Count{"a<script>xyz</script>b", 2}, Count{"a<style>xyz</style>b", 2},
-                    Count{"<pre>a\n\nb</pre>", 6}));  // the edges of PRE are two of them
+INSTANTIATE_TEST_SUITE_P(Cases, CountCharacters,
+                         testing::Values(Count{"", 0}, Count{"abc", 3}, Count{"\xF0\x9F\x98\x80", 1},
+                                         Count{"a\xF0\x9F\x98\x80"
+                                               "b",
+                                               3},
+                                         Count{"a&nbsp;b", 3}, Count{"a  b", 4}, Count{"a  ", 3}, Count{"  a", 3},
+                                         Count{"a<br>b", 3}, Count{"a<br><br>b", 4}, Count{"a<img>b", 3},
+                                         Count{"a<hr>b", 3}, Count{"a<input>b", 3}, Count{"<iframe>xyz</iframe>", 1},
+                                         Count{"<object>xyz</object>", 1}, Count{"<select><option>x</select>", 1},
+                                         Count{"a<b>b</b><i>c</i>", 3}, Count{"a\nb", 3}, Count{"a \n  b", 3},
+                                         Count{"a\r\n\tb", 3}, Count{"a<b>\n</b>b", 3}, Count{"\na", 1},
+                                         Count{"a\n", 1}, Count{"a\n<br>\nb", 3}, Count{"a<!--xyz-->b", 2},
+                                         Count{"a<script>xyz</script>b", 2}, Count{"a<style>xyz</style>b", 2},
+                                         Count{"<pre>a\n\nb</pre>", 6}));  // the edges of PRE are two of them
 
 TEST(TextWalker, EdgesOfBlocksAndCells) {
-  EXPECT_EQ(AllSteps(TestPage("a<p>b</p>c")), "^a<p>b</p>c a^<p>b</p>c a<p>^b</p>c a<p>b^</p>c a<p>b</p>^c a<p>b</p>c^");
+  EXPECT_EQ(AllSteps(TestPage("a<p>b</p>c")),
+            "^a<p>b</p>c a^<p>b</p>c a<p>^b</p>c a<p>b^</p>c a<p>b</p>^c a<p>b</p>c^");
   // Between two paragraphs is one step, with the line ends of the source too.
   EXPECT_EQ(CountSteps("a<p>b</p><p>c</p>d"), CountSteps("a<p>b</p>\n\n<p>c</p>\nd"));
   const QString cells = AllSteps(TestPage("<table><tr><td>a</td><td></td><td>b</td></tr></table>"));
@@ -75,17 +84,44 @@ TEST(TextWalker, AnEmptyBlockIsAPlace) {
 }
 
 TEST(TextWalker, BackwardFromTheMiddleOfASurrogatePair) {
-  TestPage page(QString::fromUtf8("a\xF0\x9F\x98\x80" "b"));
+  TestPage page(
+      QString::fromUtf8("a\xF0\x9F\x98\x80"
+                        "b"));
   Node* const text = page.Text("a");
-  EXPECT_TRUE(*StepBackward(BoundaryPoint::InText(text, 3), page.document.bodyNode()) == BoundaryPoint::InText(text, 1));
+  EXPECT_TRUE(*StepBackward(BoundaryPoint::InText(text, 3), page.document.bodyNode()) ==
+              BoundaryPoint::InText(text, 1));
   EXPECT_TRUE(*StepForward(BoundaryPoint::InText(text, 1), page.document.bodyNode()) == BoundaryPoint::InText(text, 3));
 }
 
 QString RandomHtml(std::mt19937& random) {
-  static const char* const pieces[] = {"a",    "b",      " ",       "  ",     "\n",      "\n  ",       "&nbsp;", "<br>",
-                                       "<img>", "<b>",   "</b>",    "<p>",    "</p>",    "<font>",     "</font>", "<div>",
-                                       "</div>", "<table><tr><td>", "</td><td>", "</td></tr></table>", "<ul><li>", "</ul>",
-                                       "<!--c-->", "<script>s</script>", "<hr>", "<pre>", "</pre>", "<li>",
+  static const char* const pieces[] = {"a",
+                                       "b",
+                                       " ",
+                                       "  ",
+                                       "\n",
+                                       "\n  ",
+                                       "&nbsp;",
+                                       "<br>",
+                                       "<img>",
+                                       "<b>",
+                                       "</b>",
+                                       "<p>",
+                                       "</p>",
+                                       "<font>",
+                                       "</font>",
+                                       "<div>",
+                                       "</div>",
+                                       "<table><tr><td>",
+                                       "</td><td>",
+                                       "</td></tr></table>",
+                                       "<ul><li>",
+                                       "</ul>",
+                                       "<!--c-->",
+                                       "<script>s</script>",
+                                       "<hr>",
+                                       "<pre>",
+                                       "</pre>",
+                                       "<li>",
                                        "\xF0\x9F\x98\x80"};
   QString html;
   for (int count = int(random() % 25); count > 0; --count)
@@ -114,8 +150,8 @@ TEST(TextWalker, ForwardAndBackwardAgreeOnRandomPages) {
       const auto back = StepBackward(*next, body);
       ASSERT_TRUE(back) << html.toStdString() << "\n" << page.Show(*next).toStdString();
       ASSERT_TRUE(AreEquivalent(at, *back, page.document.order()))
-          << html.toStdString() << "\nfrom " << page.Show(at).toStdString() << "\nto   " << page.Show(*next).toStdString()
-          << "\nback " << page.Show(*back).toStdString();
+          << html.toStdString() << "\nfrom " << page.Show(at).toStdString() << "\nto   "
+          << page.Show(*next).toStdString() << "\nback " << page.Show(*back).toStdString();
       const auto again = StepForward(*back, body);
       ASSERT_TRUE(again && AreEquivalent(*next, *again, page.document.order()))
           << html.toStdString() << "\nto    " << page.Show(*next).toStdString() << "\nback  "

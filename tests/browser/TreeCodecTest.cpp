@@ -10,8 +10,11 @@ namespace {
 
 TEST(TreeCodec, ATreeComesBackAsItWas) {
   HTMLDocument document;
-  ParseDocument("<!DOCTYPE html PUBLIC 'p' 's'><!--c--><p id=x>a&nbsp;<svg viewBox=1><g/></svg><math><mi>m</math><template>t<template>u"
-                "</template></template><br>b", document);
+  ParseDocument(
+      "<!DOCTYPE html PUBLIC 'p' 's'><!--c--><p id=x>a&nbsp;<svg "
+      "viewBox=1><g/></svg><math><mi>m</math><template>t<template>u"
+      "</template></template><br>b",
+      document);
   QJsonArray wire;
   EncodeTree(document.root(), wire);
   int from = 0;
@@ -35,7 +38,8 @@ TEST(TreeCodec, WhatIsNoTreeIsRefused) {
     int from = 0;
     EXPECT_EQ(DecodeTree(cut, from), nullptr) << length;
   }
-  const QJsonArray nonsense[] = {{}, {7, 1}, {"x"}, {1, 5, 3}, {1, 1, "b", -1, 0}, {3, 1e300, "x"}, {3, 2147483647, "x"}};
+  const QJsonArray nonsense[] = {
+      {}, {7, 1}, {"x"}, {1, 5, 3}, {1, 1, "b", -1, 0}, {3, 1e300, "x"}, {3, 2147483647, "x"}};
   for (const QJsonArray& one : nonsense) {
     int from = 0;
     Node* const tree = DecodeTree(one, from);

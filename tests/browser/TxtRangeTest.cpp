@@ -125,15 +125,9 @@ TEST(TxtRange, MoveToElementTextCoversTheTags) {
 }
 
 TEST(TxtRange, PastingNothingOverAnElementRemovesIt) {
-  const QStringList contents = {"<font></font>",
-                                "<font>a</font>",
-                                "<table></table>",
-                                "<table><tr><td></td></tr></table>",
-                                "<p></p>",
-                                "<img>",
-                                "<font> </font>",
-                                "<font>\n</font>",
-                                "<span><font></font></span>"};
+  const QStringList contents = {
+      "<font></font>", "<font>a</font>", "<table></table>", "<table><tr><td></td></tr></table>", "<p></p>",
+      "<img>",         "<font> </font>", "<font>\n</font>", "<span><font></font></span>"};
   for (const QString& content : contents) {
     TestPage page("1" + content + "2");
     const auto range = page.document.body().createTextRange();
@@ -315,12 +309,13 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, ReadRange,
     testing::Values(Reading{"a^b^c", "b", "b"}, Reading{"^a<br>b^", "a\r\nb", "a<br />b"},
                     Reading{"^&nbsp;^", "\xC2\xA0", "&nbsp;"}, Reading{"^a<img>b^", "ab", "a<img />b"},
-                    Reading{"<p>^a</p><p>b^</p>", "a\r\nb", "<p>a</p><p>b</p>"},
-                    Reading{"<p>a^</p><p>^b</p>", "", ""}, Reading{"^a\n  b^", "a b", "a\n  b"},
+                    Reading{"<p>^a</p><p>b^</p>", "a\r\nb", "<p>a</p><p>b</p>"}, Reading{"<p>a^</p><p>^b</p>", "", ""},
+                    Reading{"^a\n  b^", "a b", "a\n  b"},
                     Reading{"<table><tr><td>a^b</td><td>c^d</td></tr></table>", "b\r\nc", "<td>b</td><td>c</td>"},
                     Reading{"<table><tr><td>a^</td><td>^b</td></tr></table>", "", ""},
                     Reading{"<font>a^b<b>c</b></font><i>d^e</i>", "bcd", "<font>b<b>c</b></font><i>d</i>"},
-                    Reading{"a^<br>^b", "\r\n", "<br />"}, Reading{"a^<script>x()</script>b^", "b", "<script>x()</script>b"},
+                    Reading{"a^<br>^b", "\r\n", "<br />"},
+                    Reading{"a^<script>x()</script>b^", "b", "<script>x()</script>b"},
                     Reading{"a^b<button>c^d</button>e", "b", "b<button>c</button>"}));
 
 }  // namespace
