@@ -1,5 +1,7 @@
 #include "TestPage.h"
 
+#include <algorithm>
+
 #include "HtmlParser.h"
 #include "Serializer.h"
 
