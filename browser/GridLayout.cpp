@@ -120,6 +120,10 @@ GridLayout::Hit GridLayout::At(QPoint point) const {
       hit.element = line.block;
       if (visible == 0) {
         hit.caret = line.cells.empty() ? BoundaryPoint::AtEnd(line.block) : BoundaryPoint::Before(line.cells[0].node);
+      } else if (point.x() < margin) {
+        const Cell& first = line.cells[0];
+        hit.caret = first.node->IsText() ? BoundaryPoint::InText(first.node, first.offset)
+                                         : BoundaryPoint::Before(first.node);
       } else {
         const Cell& last = line.cells[visible - 1];
         hit.caret = last.node->IsText() ? BoundaryPoint::InText(last.node, last.offset + last.length)

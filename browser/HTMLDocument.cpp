@@ -115,7 +115,7 @@ Node* HTMLDocument::CreateComment(const QString& data) {
 
 Node* HTMLDocument::FindNode(NodeId id) const {
   const auto& nodes = id > 0 ? pageNodes_ : modelNodes_;
-  const auto index = std::size_t(id > 0 ? id : -id);
+  const auto index = std::size_t(id > 0 ? id : -std::int64_t(id));
   return index < nodes.size() ? nodes[index] : nullptr;
 }
 

@@ -6,6 +6,17 @@
 #include "Serializer.h"
 #include "TextWalker.h"
 
+namespace {
+
+// `point`, or where it is outside of `body` the end of `body` that is nearer to it.
+BoundaryPoint WithinBody(const HTMLDocument& document, const BoundaryPoint& point, Node* body) {
+  if (body->Contains(point.container)) return point;
+  const BoundaryPoint start = BoundaryPoint::AtStart(body);
+  return ComparePoints(document.order(), point, start) < 0 ? start : BoundaryPoint::AtEnd(body);
+}
+
+}  // namespace
+
 HTMLTxtRange::HTMLTxtRange(HTMLDocument& document, const LiveRange& range)
     : document_(document.Alive()), range_(range) {
   document.AddRange(&range_);
@@ -53,7 +64,7 @@ void HTMLTxtRange::move(const QString& unit, int count) {
   HTMLDocument* const doc = document();
   Node* const body = doc ? doc->bodyNode() : nullptr;
   if (!body) return;
-  BoundaryPoint at = count > 0 ? range_.end : range_.start;
+  BoundaryPoint at = WithinBody(*doc, count > 0 ? range_.end : range_.start, body);
   if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
     if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
   } else if (unit.compare(u"character", Qt::CaseInsensitive) == 0) {
@@ -70,7 +81,7 @@ void HTMLTxtRange::moveEnd(const QString& unit, int count) {
   HTMLDocument* const doc = document();
   Node* const body = doc ? doc->bodyNode() : nullptr;
   if (!body) return;
-  BoundaryPoint at = range_.end;
+  BoundaryPoint at = WithinBody(*doc, range_.end, body);
   if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
     if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
   } else {

@@ -71,6 +71,14 @@ const Tag* TagOf(const GumboElement& element) {
   return Tag::Of(text, space);
 }
 
+// Unlike QString::fromUtf8 it keeps a byte order mark, which in the middle of a page is a character.
+QString FromUtf8(const char* text) {
+  static constexpr char mark[] = "\xEF\xBB\xBF";
+  QString result;
+  for (; qstrncmp(text, mark, 3) == 0; text += 3) result += QChar(0xFEFF);
+  return result + QString::fromUtf8(text);
+}
+
 class TreeMaker {
  public:
   explicit TreeMaker(int depth) : depth_(depth) {}
@@ -96,8 +104,9 @@ class TreeMaker {
       Node* const previous = parent ? parent->lastChild : lastTop;
       const bool isText = child->type == GUMBO_NODE_TEXT || child->type == GUMBO_NODE_WHITESPACE ||
                           child->type == GUMBO_NODE_CDATA;
+      if (isText && *child->v.text.text == 0) continue;
       if (isText && previous && previous->IsText()) {
-        previous->data += QString::fromUtf8(child->v.text.text);
+        previous->data += FromUtf8(child->v.text.text);
         continue;
       }
       Node* const node = Make(*child);
@@ -140,12 +149,12 @@ class TreeMaker {
       case GUMBO_NODE_WHITESPACE:
       case GUMBO_NODE_CDATA: {
         Node* node = new Node(Node::Type::Text);
-        node->data = QString::fromUtf8(source.v.text.text);
+        node->data = FromUtf8(source.v.text.text);
         return node;
       }
       case GUMBO_NODE_COMMENT: {
         Node* node = new Node(Node::Type::Comment);
-        node->data = QString::fromUtf8(source.v.text.text);
+        node->data = FromUtf8(source.v.text.text);
         return node;
       }
       case GUMBO_NODE_DOCUMENT: break;
@@ -163,13 +172,33 @@ class TreeMaker {
                            : attribute->attr_namespace == GUMBO_ATTR_NAMESPACE_XMLNS ? "xmlns:"
                                                                                      : nullptr;
       if (prefix && name != u"xmlns" && !name.startsWith(QLatin1String(prefix))) name.prepend(QLatin1String(prefix));
-      node.attributes.push_back({name, QString::fromUtf8(attribute->value)});
+      node.attributes.push_back({name, FromUtf8(attribute->value)});
     }
   }
 
   int depth_;
   int templates_ = 0;
 };
+
+// Where the document type stands in a page that has one: behind nothing but white space and comments.
+qsizetype DoctypeOffset(const QByteArray& html) {
+  qsizetype at = 0;
+  while ((at = html.indexOf('<', at)) >= 0) {
+    if (html.mid(at, 9).compare("<!doctype", Qt::CaseInsensitive) == 0) return at;
+    if (html.mid(at, 4) != "<!--") {
+      at = html.indexOf('>', at);
+    } else if (html.mid(at + 4, 1) == ">" || html.mid(at + 4, 2) == "->") {
+      at += 4;
+    } else {
+      const qsizetype plain = html.indexOf("-->", at + 4);
+      const qsizetype other = html.indexOf("--!>", at + 4);
+      at = other >= 0 && (plain < 0 || other < plain) ? other + 3 : plain;
+    }
+    if (at < 0) break;
+    ++at;
+  }
+  return 0;
+}
 
 class Parse {
  public:
@@ -202,7 +231,7 @@ class Parse {
 
 std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int depth) {
   std::vector<Node*> nodes;
-  if (html.isEmpty()) return nodes;
+  if (html.isEmpty() && context != Known().html) return nodes;  // HTML always gets HEAD and BODY
   if (!html.contains(u'<') && !html.contains(u'&') && !html.contains(QChar(0)) && !html.contains(u'\r') &&
       (!context || (!context->isTablePart && !context->isHidden && !context->isRawText && context != Known().html &&
                     context != Known().pre && context != Known().textarea))) {
@@ -233,7 +262,7 @@ void ParseDocument(const QString& html, HTMLDocument& document) {
     type->identifiers = {QString::fromUtf8(source.public_identifier), QString::fromUtf8(source.system_identifier)};
     document.root()->Link(type, nullptr);
     // The parser doesn't tell where it stood, and comments may come before it.
-    typeOffset = unsigned(parse.text().toLower().indexOf("<!doctype"));
+    typeOffset = unsigned(DoctypeOffset(parse.text()));
   }
   document.SetQuirks(source.doc_type_quirks_mode == GUMBO_DOCTYPE_QUIRKS);
   unsigned index = 0;

@@ -40,6 +40,7 @@ QString NormalizeLegacyColor(const QString& value) {
   bool isName = !text.isEmpty();
   for (const QChar c : text) isName = isName && c.unicode() < 128 && c.isLetter();
   if (isName) {
+    if (text.compare(u"rebeccapurple", Qt::CaseInsensitive) == 0) return QStringLiteral("#663399");  // Qt lacks it
     const QColor named(text);
     if (named.isValid()) return Hex(named.red(), named.green(), named.blue());
   }

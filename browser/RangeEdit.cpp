@@ -1,6 +1,8 @@
 #include "RangeEdit.h"
 
+#include <algorithm>
 #include <cassert>
+#include <iterator>
 
 #include "HTMLDocument.h"
 #include "TextWalker.h"
@@ -28,6 +30,16 @@ void CutText(Gateway& gateway, Node* text, int from, int to) {
   }
 }
 
+// What gives a table its form. The walk of a deletion meets these only where the TABLE around them isn't removed.
+bool IsFormOfTable(const Node* node) {
+  if (!node->IsElement() || node->tag == Known().table) return false;
+  static const Tag* const cells[] = {Known().td, Tag::Of(QStringLiteral("th")), Tag::Of(QStringLiteral("caption")),
+                                     Tag::Of(QStringLiteral("colgroup")), Tag::Of(QStringLiteral("col"))};
+  return node->tag->isTablePart || std::find(std::begin(cells), std::end(cells), node->tag) != std::end(cells);
+}
+
+bool IsTablePart(const Node* node) { return node->IsElement() && node->tag->isTablePart; }
+
 }  // namespace
 
 void DeleteContent(HTMLDocument& document, LiveRange& range) {
@@ -39,6 +51,8 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
     if (first == last && first->IsText()) {
       CutText(gateway, first, range.start.offset, range.end.offset);
     } else {
+      // Cells and rows go only where the range was set round them as a whole.
+      const bool keepsForm = !IsTablePart(first) || !IsTablePart(last);
       Node* const stop = last->IsText() ? last : NodeBehind(range.end);
       const int lastOffset = range.end.offset;
       Node* node = NodeBehind(range.start);
@@ -47,7 +61,11 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
         CutText(gateway, first, range.start.offset, first->Length());
       }
       while (node && node != stop) {
-        if (node->Contains(last)) {
+        if (node->tag == Known().head) {  // a page keeps its HEAD and BODY
+          node = NextSkippingChildren(node);
+          continue;
+        }
+        if (node->Contains(last) || node->tag == Known().body || (keepsForm && IsFormOfTable(node))) {
           node = NextInTree(node);
           continue;
         }

@@ -8,8 +8,9 @@
 class HTMLDocument;
 
 // Deletes the content of `range`, which is one of the document's live ranges, and collapses it to its start. Elements
-// go only when both their tags lie inside; a range over nothing but edges of blocks and cells deletes nothing. Texts
-// that come to stand side by side become one.
+// go only when both their tags lie inside, and of a table that lies inside in part the rows and cells stay, emptied,
+// unless the range was set round them; a range over nothing but edges of blocks and cells deletes nothing. Texts that
+// come to stand side by side become one.
 void DeleteContent(HTMLDocument& document, LiveRange& range);
 
 // Puts detached nodes in at `at` and returns the place behind the last of them: inside the text when that is a text,

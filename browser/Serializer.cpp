@@ -65,7 +65,8 @@ class Writer {
       } else {
         Leaf(node);
       }
-      if (node->firstChild) {
+      // What a script has put into a void element has no form as text.
+      if (node->firstChild && !(node->IsElement() && node->tag->isVoid)) {
         node = node->firstChild;
         continue;
       }

@@ -155,7 +155,12 @@ void StyleDeclarations::Set(const QString& property, const QString& value) {
       std::any_of(first, declarations_.end(), [](const Declaration& d) { return d.property == u"font"; });
   if (value.isEmpty() || first == declarations_.end() || shadowed) {
     std::erase_if(declarations_, isProperty);
-    if (!value.isEmpty()) declarations_.push_back({property, value, false});
+    // It has to be as important as a shorthand that it is to win over.
+    const bool important =
+        property.startsWith(u"font-") && std::any_of(declarations_.begin(), declarations_.end(), [](const Declaration& d) {
+          return d.property == u"font" && d.important;
+        });
+    if (!value.isEmpty()) declarations_.push_back({property, value, important});
     return;
   }
   *first = {property, value, false};

@@ -80,6 +80,11 @@ bool IsPassedOver(const Node* node) {
   return !node->IsText() && (!node->IsElement() || node->tag->isHidden);
 }
 
+// Whether `end` is in the middle of something that a reader takes as one thing or doesn't see.
+bool EndsInside(const Node* node, const BoundaryPoint& end) {
+  return node->Contains(end.container) && (end.container != node || end.before);
+}
+
 class Stepper {
  public:
   Stepper(const BoundaryPoint& from, const Node* body) : at_(from), body_(body) {}
@@ -234,6 +239,8 @@ QString TextBetween(const LiveRange& range) {
       addText(node, 0, node == last ? range.end.offset : node->Length());
       if (node == last) break;
       node = NextSkippingChildren(node);
+    } else if ((IsPassedOver(node) || IsLeafOfText(node)) && EndsInside(node, range.end)) {
+      break;
     } else if (IsPassedOver(node)) {
       node = NextSkippingChildren(node);
     } else if (IsLeafOfText(node)) {
@@ -280,6 +287,7 @@ bool SpansContent(const LiveRange& range) {
       continue;
     }
     if (IsPassedOver(node)) {
+      if (EndsInside(node, range.end)) break;
       node = NextSkippingChildren(node);
       continue;
     }

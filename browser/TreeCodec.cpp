@@ -1,9 +1,13 @@
 #include "TreeCodec.h"
 
+#include <utility>
+
 namespace {
 
 enum Kind { HtmlElement = 1, SvgElement = 2, TextNode = 3, MathElement = 4, CommentNode = 8, DocumentNode = 9,
             DoctypeNode = 10, FragmentNode = 11 };
+
+constexpr NodeId largestId = 1 << 26;  // the document keeps a table by id
 
 int CountChildren(const Node* node) {
   int count = 0;
@@ -63,7 +67,7 @@ struct Reader {
   }
   int Number() {
     const QJsonValue value = Next();
-    broken = broken || !value.isDouble();
+    broken = broken || !value.isDouble() || value.toInt() != value.toDouble();
     return value.toInt();
   }
   QString Text() {
@@ -77,6 +81,7 @@ struct Reader {
     children = 0;
     const int kind = Number();
     const NodeId id = Number();
+    broken = broken || id > largestId || id < -largestId;
     if (broken) return nullptr;
     Node* node = known ? known(id) : nullptr;
     const auto make = [&](Node::Type type) {
@@ -169,7 +174,7 @@ Node* DecodeTree(const QJsonArray& in, int& from, const KnownNode& known) {
       Node* const done = levels.back().node;
       levels.pop_back();
       if (done->tag == Known().templateTag) {
-        if (done->content) DestroyTree(done->content);
+        if (Node* old = std::exchange(done->content, nullptr)) DestroyTree(old);  // of a node that was known
         done->content = DecodeTree(in, from, known);
         if (!done->content) {
           DestroyTree(top);

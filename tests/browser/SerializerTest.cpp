@@ -1,0 +1,132 @@
+#include "Serializer.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "BoundaryPoint.h"
+#include "QtPrinters.h"
+#include "TestPage.h"
+
+namespace {
+
+struct Row {
+  const char* html;
+  const char* written;
+};
+
+class Serialise : public testing::TestWithParam<Row> {};
+
+TEST_P(Serialise, Body) {
+  EXPECT_EQ(TestPage(QString::fromUtf8(GetParam().html)).Body(), QString::fromUtf8(GetParam().written));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Serialise,
+    testing::Values(Row{"<B>a</B>", "<b>a</b>"}, Row{"<img SRC=x.png>", "<img src=\"x.png\" />"},
+                    Row{"a<br>b", "a<br />b"}, Row{"<hr>", "<hr />"},
+                    Row{"<img style='a:b' src=x id=i>", "<img src=\"x\" id=\"i\" style=\"a:b\" />"},
+                    Row{"<p STYLE='a:b' align=left>", "<p align=\"left\" style=\"a:b\"></p>"},
+                    Row{"<a href='a&amp;b\"c<>'>", "<a href=\"a&amp;b&quot;c<>\"></a>"},
+                    Row{"<a title='x&nbsp;y'>", "<a title=\"x&nbsp;y\"></a>"},
+                    Row{"1 &lt; 2 &gt; 1 &amp; \"'", "1 &lt; 2 &gt; 1 &amp; \"'"}, Row{"a&nbsp;b", "a&nbsp;b"},
+                    Row{"<!-- c -->", "<!-- c -->"}, Row{"<script>a<b&&c</script>", "<script>a<b&&c</script>"},
+                    Row{"<style>a>b</style>", "<style>a>b</style>"}, Row{"<xmp><b></xmp>", "<xmp><b></xmp>"},
+                    Row{"<textarea>a<b></textarea>", "<textarea>a&lt;b&gt;</textarea>"},
+                    Row{"<iframe>a<b></iframe>", "<iframe>a<b></iframe>"},
+                    Row{"<template><i>x</template>", "<template><i>x</i></template>"},
+                    Row{"<input disabled>", "<input disabled=\"\" />"},
+                    Row{"<svg viewbox=1><g/></svg>", "<svg viewBox=\"1\"><g></g></svg>"},
+                    Row{"\xE2\x82\xAC", "\xE2\x82\xAC"}));
+
+TEST(Serializer, TheDocumentElementHasNoDoctypeAndNoCommentsAround) {
+  TestPage page("a");
+  page.document.setTitle("T");
+  page.document.gateway().Insert(page.document.root(), page.document.htmlNode(), page.document.CreateComment("c"));
+  EXPECT_EQ(page.document.documentElement().outerHTML(), "<html><head><title>T</title></head><body>a</body></html>");
+}
+
+TEST(Serializer, NoscriptIsRawOnlyWhereScriptsRun) {
+  TestPage page("<noscript id=n></noscript>");
+  Node* const element = page.Find("NOSCRIPT");
+  page.document.gateway().Insert(element, nullptr, page.document.CreateText("<b>"));
+  EXPECT_EQ(InnerHtml(element, true), "<b>");
+  EXPECT_EQ(InnerHtml(element, false), "&lt;b&gt;");
+}
+
+TEST(Serializer, ABlankStandsBehindEveryPictureName) {
+  const TestPage page("<img src=a.png><img style='border:0' src=b.png><img src=c.png width=1>");
+  for (const char* name : {"a.png", "b.png", "c.png"})
+    EXPECT_TRUE(page.Body().contains(QString::fromLatin1(name) + "\" ")) << name;
+}
+
+TEST(Serializer, ADeepPageDoesNotNeedTheStack) {
+  TestPage page("");
+  Node* const top = page.document.CreateElement(Known().b);
+  Node* inner = top;
+  for (int depth = 0; depth < 200000; ++depth) {
+    Node* const next = page.document.CreateElement(Known().b);
+    inner->Link(next, nullptr);
+    inner = next;
+  }
+  page.document.gateway().Insert(page.document.bodyNode(), nullptr, top);
+  EXPECT_EQ(page.Body().size(), 200001 * 7);
+}
+
+// A clone of what a range covers, cut out by the definition of the DOM standard: node by node, by recursion.
+QString SlowRangeHtml(const Node* node, const LiveRange& range, const TreeOrder& order, bool isCommon) {
+  const auto isCovered = [&](const BoundaryPoint& from, const BoundaryPoint& to) {
+    return ComparePoints(order, range.start, from) <= 0 && ComparePoints(order, to, range.end) <= 0;
+  };
+  Node* const n = const_cast<Node*>(node);
+  if (!isCommon && isCovered(BoundaryPoint::Before(n), BoundaryPoint::Behind(n))) return OuterHtml(node, false);
+  if (node->IsText()) {
+    QString data;
+    for (int at = 0; at < node->Length(); ++at)
+      if (isCovered(BoundaryPoint::InText(n, at), BoundaryPoint::InText(n, at + 1))) data += node->data[at];
+    Node copy(Node::Type::Text);
+    copy.data = data;
+    return OuterHtml(&copy, false);
+  }
+  if (!isCommon && !node->Contains(range.start.container) && !node->Contains(range.end.container)) return {};
+  QString inner;
+  for (const Node* child = node->firstChild; child; child = child->next)
+    inner += SlowRangeHtml(child, range, order, false);
+  if (isCommon || !node->IsElement()) return inner;
+  QString outer = OuterHtml(node, false);
+  const qsizetype startTagEnd = outer.indexOf(u'>') + 1;
+  return outer.left(startTagEnd) + inner + (node->tag->isVoid ? QString() : "</" + node->tag->localName + '>');
+}
+
+TEST(Serializer, PartialRangesAreCutAsByHand) {
+  std::mt19937 random(3);
+  const char* const pages[] = {
+      "ab<b>cd<i>ef</i>gh</b>ij<img><p>kl</p><p></p>mn",
+      "<table><tr><td>a</td><td><font size=1>b</font></td></tr><tr><td></td></tr></table>x&nbsp;&amp;<br>",
+      "<div><div><div>x</div>y</div>z</div><!--c--><ul><li>1<li>2</ul>",
+  };
+  for (const char* html : pages) {
+    const TestPage page(QString::fromLatin1(html));
+    std::vector<BoundaryPoint> points;
+    Node* const body = page.document.bodyNode();
+    for (Node* node = body; node; node = NextInTree(node, body)) {
+      if (node->IsText()) {
+        for (int at = 0; at <= node->Length(); ++at) points.push_back(BoundaryPoint::InText(node, at));
+      } else if (node->IsElement()) {
+        for (Node* child = node->firstChild; child; child = child->next) points.push_back(BoundaryPoint::Before(child));
+        points.push_back(BoundaryPoint::AtEnd(node));
+      }
+    }
+    for (const BoundaryPoint& a : points)
+      for (const BoundaryPoint& b : points) {
+        if (ComparePoints(page.document.order(), a, b) > 0) continue;
+        const Node* common = a.container;
+        while (!common->Contains(b.container)) common = common->parent;
+        const LiveRange range{a, b};
+        ASSERT_EQ(RangeHtml(range, false), SlowRangeHtml(common, range, page.document.order(), true))
+            << page.Show(range).toStdString();
+      }
+  }
+}
+
+}  // namespace

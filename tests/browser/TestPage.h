@@ -1,0 +1,66 @@
+// Pages for tests: made from HTML with places marked in it, shown with places marked, and checked for soundness.
+#pragma once
+
+#include <QHash>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+#include "HTMLDocument.h"
+#include "HTMLTxtRange.h"
+#include "LivePage.h"
+
+// A live page that does nothing but what it is told, so that a test can see whether it would end up like the model.
+class ReplicaPage : public LivePage {
+ public:
+  explicit ReplicaPage(const HTMLDocument& document);
+
+  void Inserted(const Node* subtree) override;
+  void Removed(const Node* parent, NodeId node) override;
+  void AttributeSet(const Node* element, const QString& name, const QString& value) override;
+  void AttributeRemoved(const Node* element, const QString& name) override;
+  void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
+  void ShowSelection(const LiveRange* range) override { selectionShown = range != nullptr; }
+  void TakesKeys(bool) override {}
+  void Measure(const BoundaryPoint&, Answer answer) override { answer(position); }
+
+  // Where this page and the model differ; empty when they don't.
+  QString DifferenceTo(const HTMLDocument& document) const;
+
+  bool selectionShown = false;
+  std::optional<QPoint> position;
+
+ private:
+  struct Copy {
+    QString name;  // of an element; "#" for anything else
+    QString data;
+    std::vector<std::pair<QString, QString>> attributes;
+    std::vector<NodeId> children;
+  };
+  void Add(const Node* subtree);
+  QHash<NodeId, Copy> copies_;
+};
+
+// What must hold of every document at all times, as a list of what doesn't. `pageMayHaveTexts`: scripts of the page
+// have changed it, so that texts may be empty or stand side by side.
+QStringList ProblemsOf(HTMLDocument& document, bool pageMayHaveTexts = false);
+
+class TestPage {
+ public:
+  // A page with this BODY content. "^" marks places: one for a collapsed range, two for its ends.
+  explicit TestPage(const QString& bodyContent);
+
+  HTMLDocument document;
+  std::unique_ptr<ReplicaPage> page;
+  LiveRange marked;
+
+  std::shared_ptr<HTMLTxtRange> Range();                    // at the marks
+  Node* Find(const QString& tagName, int index = 0) const;  // null when there is none
+  HTMLElement Element(const QString& tagName, int index = 0) const { return HTMLElement(Find(tagName, index)); }
+  Node* Text(const QString& data) const;  // the text node that contains this
+  QString Body() const;                   // content of BODY
+  // Content of BODY, tags without attributes, with "^" at the range's places.
+  QString Show(const LiveRange& range) const;
+  QString Show(const BoundaryPoint& point) const { return Show(LiveRange{point, point}); }
+  QStringList Problems();
+};

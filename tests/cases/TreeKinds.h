@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// fragments, documents.
+void RegisterTreeKinds(KindTable& table);
