@@ -7,6 +7,7 @@
 #include "CoreKinds.h"
 #include "KindTable.h"
 #include "PackKinds.h"
+#include "PageViewKinds.h"
 
 namespace {
 
@@ -73,5 +74,6 @@ int main(int argc, char** argv) {
   KindTable table;
   RegisterCoreKinds(table);
   RegisterPackKinds(table);
+  RegisterPageViewKinds(table);
   return Run(table, QApplication::arguments());
 }
