@@ -20,7 +20,9 @@ namespace {
 
 // Number of UTF-16 units that the first `characters` characters of a text take.
 int UnitsOf(const QString& text, int characters) {
-  return int(QString::fromUcs4(text.toUcs4().left(characters).constData(), characters).size());
+  int units = 0;
+  while (characters-- > 0 && units < text.size()) units += text[units].isHighSurrogate() ? 2 : 1;
+  return units;
 }
 
 CaseOutcome PlayKeys(const QJsonObject& one) {

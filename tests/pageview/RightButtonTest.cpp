@@ -30,7 +30,7 @@ void Send(QWidget& window, QEvent::Type type, Qt::MouseButton button) {
 
 void RightClickOn(QWidget& window) {
   Send(window, QEvent::MouseButtonPress, Qt::RightButton);
-  QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(5, 5));
+  QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint(5, 5));
   QApplication::sendEvent(&window, &menu);
   Send(window, QEvent::MouseButtonRelease, Qt::RightButton);
 }
