@@ -108,11 +108,15 @@ TEST_F(MainWindow, AToolLightsUpUnderTheMouseAndTheOneBeforeGoesPlain) {
   EXPECT_EQ(Plain, LookOf(3));
   EXPECT_EQ(Framed, LookOf(5));
   EXPECT_EQ(5, Web().HoverTool);
+  // Off the edge of the picture the strip has the mouse.
+  Mouse(*Web().FrTool, QEvent::MouseMove, Qt::NoButton, {2, 2});
+  EXPECT_EQ(Plain, LookOf(5));
 }
 
 TEST_F(MainWindow, TheStripAndTheWindowPutOutTheLight) {
   for (QWidget* around : {static_cast<QWidget*>(Web().FrTool), static_cast<QWidget*>(Web().FrTool2), Web().Client()}) {
     Mouse(*Web().ImTool[3], QEvent::MouseMove);
+    ASSERT_EQ(ToolButton::Look::Framed, LookOf(3));
     Mouse(*around, QEvent::MouseMove);
     EXPECT_EQ(ToolButton::Look::Plain, LookOf(3));
     EXPECT_EQ(-1, Web().HoverTool);

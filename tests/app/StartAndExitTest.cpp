@@ -14,7 +14,7 @@ class StartAndExit : public ProgramTest {
   }
 };
 
-QStringList Names(const QSignalSpy& spy) {
+QStringList NamesIn(const QSignalSpy& spy) {
   QStringList names;
   for (const auto& arguments : spy) names.append(arguments[0].toString());
   return names;
@@ -25,12 +25,12 @@ TEST_F(StartAndExit, WindowsAreMadeAndReleasedInTheirOrder) {
   QSignalSpy released(&run_.modMain, &ModMain::WindowReleased);
   ASSERT_TRUE(run_.Start());
   EXPECT_EQ(QStringList({"FSplash", "FSets", "FWeb", "FPic", "FTools", "fBitmap", "fIconMaker", "FOps", "FTip"}),
-            Names(made));
+            NamesIn(made));
   EXPECT_EQ(0, released.size());
   Exit({MessageAnswer::No});
   EXPECT_TRUE(run_.ended);
   EXPECT_EQ(QStringList({"FTip", "FOps", "FSplash", "FPic", "FWeb", "FTools", "fBitmap", "fIconMaker", "FSets"}),
-            Names(released));
+            NamesIn(released));
 }
 
 TEST_F(StartAndExit, TheStartShowsTheMainWindowWithABlankPage) {
