@@ -60,8 +60,9 @@ TEST_F(Pages, AMissingFileIsMadeFromTheBlankPageAndStamped) {
 
 TEST_F(Pages, ANewPageIsStampedWithTheFieldsOfThePageSeenBefore) {
   const QString path = run_.PathInApp("card/wgcard.html");
-  ASSERT_TRUE(PutFile(path, "<HTML><BODY TEXT=\"#AA0000\" LINK=\"#00AA00\" BGCOLOR=\"#0000AA\" "
-                            "STYLE=\"font-family: Tahoma; font-size: large\">x</BODY></HTML>"));
+  ASSERT_TRUE(PutFile(path,
+                      "<HTML><BODY TEXT=\"#AA0000\" LINK=\"#00AA00\" BGCOLOR=\"#0000AA\" "
+                      "STYLE=\"font-family: Tahoma; font-size: large\">x</BODY></HTML>"));
   Load(path);
   run_.Choose("mNewPage");
   ASSERT_EQ(2, run_.program().CurPageNo);

@@ -51,7 +51,9 @@ QJsonValue RawAttribute(const Node* node, const QString& name) {
   return attribute ? QJsonValue(attribute->value.isNull() ? QString("") : attribute->value) : QJsonValue();
 }
 
-QJsonValue Declared(const QString& value) { return value.isEmpty() ? QJsonValue() : QJsonValue(value); }
+QJsonValue Declared(const QString& value) {
+  return value.isEmpty() ? QJsonValue() : QJsonValue(value);
+}
 
 CaseOutcome PlayStamp(const QJsonObject& one) {
   PageOnView page;
@@ -173,8 +175,8 @@ class CommandRun {
     const FWeb* const web = run_.modMain.Web();
     equal("box", web ? web->BoxPage->currentIndex() : -1);
     equal("busy", web && web->Busy);
-    equal("view", web && !web->jWB->Source().isEmpty() ? QJsonValue(ShownLetters(*web->jWB->WBDocument()))
-                                                       : QJsonValue());
+    equal("view",
+          web && !web->jWB->Source().isEmpty() ? QJsonValue(ShownLetters(*web->jWB->WBDocument())) : QJsonValue());
   }
 
  private:

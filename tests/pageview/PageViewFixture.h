@@ -10,7 +10,7 @@
 // A page view whose document gets events on elements named by their id; "" is BODY.
 class PageViewTest : public ::testing::Test {
  protected:
-  static constexpr QPoint mouse{40, 60};       // pixels
+  static constexpr QPoint mouse{40, 60};  // pixels
   static constexpr QPoint caretCorner{17, 33};
 
   HTMLElement Named(const QString& id) {
