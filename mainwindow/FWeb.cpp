@@ -257,6 +257,14 @@ bool FWeb::eventFilter(QObject* watched, QEvent* event) {
   return QMainWindow::eventFilter(watched, event);
 }
 
+// Coming back from the task bar is a resize too, although the size is that of before.
+void FWeb::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange && FrCaret &&
+      static_cast<QWindowStateChangeEvent*>(event)->oldState().testFlag(Qt::WindowMinimized))
+    LayOut();
+}
+
 void FWeb::closeEvent(QCloseEvent* event) {
   event->setAccepted(closing_);
   if (!closing_) emit ExitRequested();

@@ -86,6 +86,7 @@ class FWeb : public QMainWindow {
   void IconEditorRequested();
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -72,15 +72,18 @@ void OpenProjectPanel::OnClick(int Index) {
   }
 }
 
+// The list makes its first row the current one as soon as it gets the focus; that selects nothing.
+bool OpenProjectPanel::HasSelection() const { return !BoxProj->selectedItems().isEmpty(); }
+
 QString OpenProjectPanel::SelectedPath(QString& name) const {
-  name = TrimBlanks(BoxProj->currentItem()->text());
+  name = TrimBlanks(BoxProj->selectedItems().first()->text());
   return PathRules::Join(PathRules::Join(program_.AppPath, QStringLiteral("saved")), name);
 }
 
 void OpenProjectPanel::Open() {
   Dialogs& dialogs = program_.platform.dialogs;
   QString name;
-  if (BoxProj->currentRow() < 0 || !program_.Files.FolderExists(SelectedPath(name))) {
+  if (!HasSelection() || !program_.Files.FolderExists(SelectedPath(name))) {
     dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
     return;
   }
@@ -90,7 +93,7 @@ void OpenProjectPanel::Open() {
 
 void OpenProjectPanel::Delete() {
   Dialogs& dialogs = program_.platform.dialogs;
-  if (BoxProj->currentRow() < 0) {
+  if (!HasSelection()) {
     dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
     return;
   }
@@ -103,5 +106,5 @@ void OpenProjectPanel::Delete() {
     return;
   program_.Files.Attributes().Clear(path);
   program_.Files.RemoveTree(path);
-  delete BoxProj->takeItem(BoxProj->currentRow());
+  delete BoxProj->selectedItems().first();
 }

@@ -29,6 +29,7 @@ class OpenProjectPanel : public QFrame {
   void OnClick(int Index);
   void Open();
   void Delete();
+  bool HasSelection() const;
   QString SelectedPath(QString& name) const;
 
   Program& program_;

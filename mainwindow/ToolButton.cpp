@@ -33,6 +33,7 @@ void ToolButton::paintEvent(QPaintEvent*) {
 void ToolButton::mouseMoveEvent(QMouseEvent* event) {
   emit MouseMoved();
   QAbstractButton::mouseMoveEvent(event);
+  event->accept();  // the strip below would put the light out again
 }
 
 void ToolButton::mousePressEvent(QMouseEvent* event) {

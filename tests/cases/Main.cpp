@@ -7,6 +7,7 @@
 #include "CoreKinds.h"
 #include "KindTable.h"
 #include "PackKinds.h"
+#include "PageViewKinds.h"
 #include "TreeKinds.h"
 
 namespace {
@@ -74,6 +75,7 @@ int main(int argc, char** argv) {
   KindTable table;
   RegisterCoreKinds(table);
   RegisterPackKinds(table);
+  RegisterPageViewKinds(table);
   RegisterTreeKinds(table);
   return Run(table, QApplication::arguments());
 }

@@ -1,0 +1,235 @@
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QMouseEvent>
+
+#include "ProgramFixture.h"
+#include "Swatch.h"
+#include "ToolButton.h"
+#include "Twips.h"
+#include "WorkWindow.h"
+
+namespace {
+
+void Mouse(QWidget& widget, QEvent::Type type, Qt::MouseButton button = Qt::NoButton, QPointF at = {5, 5}) {
+  const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
+  QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+}
+
+class MainWindow : public ProgramTest {
+ protected:
+  MainWindow() {
+    EXPECT_TRUE(run_.Start());
+    Web().showNormal();
+    run_.Settle();
+  }
+  void Resize(int width, int height) {
+    Web().resize(width, height);
+    run_.Settle();
+    EXPECT_EQ(QSize(width, height), Web().size());
+  }
+  void ClickHead() { Mouse(*Web().FrWork, QEvent::MouseButtonPress, Qt::LeftButton, {60, 6}); }
+  QPoint CaretInView() { return Web().FrCaret->pos() - View().pos(); }
+  ToolButton::Look LookOf(int index) { return Web().ImTool[std::size_t(index)]->look(); }
+};
+
+TEST_F(MainWindow, EverythingStandsByTheResizeRules) {
+  for (const QSize size : {QSize(1001, 701), QSize(801, 601), QSize(481, 361), QSize(241, 301)}) {
+    Resize(size.width(), size.height());
+    const int width = Web().Client()->width();
+    const int height = Web().Client()->height();
+    EXPECT_EQ(size.width(), width);
+    EXPECT_EQ(QPoint(0, 1), Web().FrTool->pos());
+    EXPECT_EQ(QRect(0, 0, width, 51), Web().FrTool2->geometry());
+    EXPECT_EQ(width, Web().LnTool2->width());
+    EXPECT_EQ(QPoint(width - 453, 1), Web().FrFont->pos());
+    EXPECT_EQ(453, Web().FrFont->width());
+    EXPECT_EQ(QRect(0, 51, width, height - 51), View().geometry());
+    EXPECT_EQ(QRect((width - 357) / 2, height - 189, 357, 189), Web().FrWork->geometry());
+  }
+}
+
+TEST_F(MainWindow, TheWorkWindowGoesDownAndUp) {
+  Resize(801, 601);
+  const int height = Web().Client()->height();
+  ClickHead();
+  EXPECT_EQ(QPoint(222, height - 24), Web().FrWork->pos());
+  EXPECT_EQ("5", Web().FrWork->UpCaption());
+  ClickHead();
+  EXPECT_EQ(QPoint(222, height - 189), Web().FrWork->pos());
+  EXPECT_EQ("6", Web().FrWork->UpCaption());
+}
+
+TEST_F(MainWindow, AfterAResizeTheFirstClickOnlyFlipsTheCaption) {
+  Resize(801, 601);
+  ClickHead();
+  Resize(901, 601);
+  const int up = Web().Client()->height() - 189;
+  EXPECT_EQ(up, Web().FrWork->y());
+  EXPECT_EQ("5", Web().FrWork->UpCaption());
+  ClickHead();
+  EXPECT_EQ(up, Web().FrWork->y());
+  EXPECT_EQ("6", Web().FrWork->UpCaption());
+  ClickHead();
+  EXPECT_EQ(up + 189 - 24, Web().FrWork->y());
+  EXPECT_EQ("5", Web().FrWork->UpCaption());
+}
+
+TEST_F(MainWindow, RestoringFromMinimisedBringsTheWorkWindowUp) {
+  Resize(801, 601);
+  ClickHead();
+  Web().showMinimized();
+  run_.Settle();
+  const QPoint lowered = Web().FrWork->pos();
+  Web().RaiseWorkWindow();
+  EXPECT_EQ(lowered, Web().FrWork->pos());
+  Web().showNormal();
+  run_.Settle();
+  EXPECT_EQ(Web().Client()->height() - 189, Web().FrWork->y());
+  EXPECT_EQ("5", Web().FrWork->UpCaption());
+}
+
+TEST_F(MainWindow, AClickBesideTheHeadMovesNothing) {
+  Resize(801, 601);
+  const QPoint before = Web().FrWork->pos();
+  Mouse(*Web().FrWork, QEvent::MouseButtonPress, Qt::LeftButton, {60, 100});
+  Mouse(*Web().FrWork, QEvent::MouseButtonPress, Qt::RightButton, {60, 6});
+  EXPECT_EQ(before, Web().FrWork->pos());
+}
+
+TEST_F(MainWindow, AToolLightsUpUnderTheMouseAndTheOneBeforeGoesPlain) {
+  using enum ToolButton::Look;
+  EXPECT_EQ(-1, Web().HoverTool);
+  Mouse(*Web().ImTool[3], QEvent::MouseMove);
+  EXPECT_EQ(Framed, LookOf(3));
+  EXPECT_EQ(3, Web().HoverTool);
+  Mouse(*Web().ImTool[5], QEvent::MouseMove);
+  EXPECT_EQ(Plain, LookOf(3));
+  EXPECT_EQ(Framed, LookOf(5));
+  EXPECT_EQ(5, Web().HoverTool);
+  // Off the edge of the picture the strip has the mouse.
+  Mouse(*Web().FrTool, QEvent::MouseMove, Qt::NoButton, {2, 2});
+  EXPECT_EQ(Plain, LookOf(5));
+}
+
+TEST_F(MainWindow, TheStripAndTheWindowPutOutTheLight) {
+  for (QWidget* around : {static_cast<QWidget*>(Web().FrTool), static_cast<QWidget*>(Web().FrTool2), Web().Client()}) {
+    Mouse(*Web().ImTool[3], QEvent::MouseMove);
+    ASSERT_EQ(ToolButton::Look::Framed, LookOf(3));
+    Mouse(*around, QEvent::MouseMove);
+    EXPECT_EQ(ToolButton::Look::Plain, LookOf(3));
+    EXPECT_EQ(-1, Web().HoverTool);
+  }
+}
+
+TEST_F(MainWindow, AToolIsRaisedWhilePressedAndPlainAfterIt) {
+  Mouse(*Web().ImTool[3], QEvent::MouseMove);
+  Mouse(*Web().ImTool[3], QEvent::MouseButtonPress, Qt::LeftButton);
+  EXPECT_EQ(ToolButton::Look::Raised, LookOf(3));
+  Mouse(*Web().ImTool[3], QEvent::MouseButtonRelease, Qt::LeftButton);
+  EXPECT_EQ(ToolButton::Look::Plain, LookOf(3));
+}
+
+TEST_F(MainWindow, AToolRunsItsCommand) {
+  run_.Type("saved");
+  Web().ImTool[3]->click();
+  EXPECT_TRUE(FileIn("card/wgcard.html").contains("saved"));
+  Web().ImTool[0]->click();
+  run_.Settle();
+  EXPECT_EQ(2, run_.program().CurPageNo);
+  Web().ImTool[4]->click();
+  run_.Settle();
+  EXPECT_EQ(1, run_.program().CurPageNo);
+  EXPECT_EQ(QStringList{"wgcard.html"}, Names("card"));
+}
+
+TEST_F(MainWindow, TheCaretBarShowsWhereAClickPutsTheInsertionPoint) {
+  EXPECT_TRUE(Web().FrCaret->isHidden());
+  EXPECT_EQ(QSize(1, 17), Web().FrCaret->size());
+  for (const char* tag : {"FONT", "A", "B", "BODY", "STRONG"}) {
+    Web().FrCaret->hide();
+    emit View().Click(tag, 0, 0, 150, 300);
+    EXPECT_FALSE(Web().FrCaret->isHidden()) << tag;
+    EXPECT_EQ(QPoint(10, 20), CaretInView()) << tag;
+  }
+  for (const char* tag : {"IMG", "TD", "TR", "TABLE", "", "P"}) {
+    Web().FrCaret->show();
+    emit View().Click(tag, 0, 0, -1, -1);
+    EXPECT_TRUE(Web().FrCaret->isHidden()) << tag;
+  }
+}
+
+TEST_F(MainWindow, KeysMoveTheCaretBarWithoutShowingOrHidingIt) {
+  Web().FrCaret->hide();
+  emit View().KeyPress("x", 450, 600);
+  EXPECT_TRUE(Web().FrCaret->isHidden());
+  EXPECT_EQ(QPoint(30, 40), CaretInView());
+  Web().FrCaret->show();
+  emit View().KeyPress("", 0, 0);
+  EXPECT_FALSE(Web().FrCaret->isHidden());
+  EXPECT_EQ(QPoint(0, 0), CaretInView());
+}
+
+TEST_F(MainWindow, DoubleClickAndRightClickHideTheCaretBar) {
+  Web().FrCaret->show();
+  emit View().DoubleClick("BODY");
+  EXPECT_TRUE(Web().FrCaret->isHidden());
+  Web().FrCaret->show();
+  emit View().RightClick();
+  EXPECT_TRUE(Web().FrCaret->isHidden());
+}
+
+TEST_F(MainWindow, WhileBusyClicksAndRightClicksLeaveTheCaretBarAlone) {
+  Web().Busy = true;
+  Web().FrCaret->show();
+  emit View().RightClick();
+  emit View().Click("IMG", 0, 0, -1, -1);
+  EXPECT_FALSE(Web().FrCaret->isHidden());
+  Web().FrCaret->hide();
+  emit View().Click("FONT", 0, 0, 150, 300);
+  EXPECT_TRUE(Web().FrCaret->isHidden());
+  emit View().KeyPress("", 450, 600);
+  EXPECT_EQ(QPoint(30, 40), CaretInView());
+  Web().FrCaret->show();
+  emit View().DoubleClick("FONT");
+  EXPECT_TRUE(Web().FrCaret->isHidden());
+}
+
+TEST_F(MainWindow, TheCaretBarFollowsTyping) {
+  run_.Type("abc");
+  EXPECT_FALSE(Web().FrCaret->isHidden());
+  EXPECT_EQ(QPoint(8 + 3 * 8, 8), CaretInView());
+}
+
+TEST_F(MainWindow, TheHoverLabelNamesWhatTheMouseIsOn) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"FONT", "Text Block"}, {"B", "Text Block"}, {"STRONG", "Text Block"}, {"font", "Text Block"},
+      {"IMG", "Picture"},     {"TD", "Table"},     {"TR", "Table"},          {"TABLE", "Table"},
+      {"BODY", "Page"},       {"P", ""},           {"FONT B", ""},           {"", ""},
+  };
+  for (const auto& [tag, caption] : rows) {
+    Web().FrWork->LabHover->setText("before");
+    emit View().ElementHover(tag);
+    EXPECT_EQ(caption, Web().FrWork->LabHover->text()) << tag;
+  }
+}
+
+TEST_F(MainWindow, OverALinkTheHoverLabelTellsTheAddressOfTheCurrentElement) {
+  run_.browser->SetHtml(PageAround("<A id='one' href='one.html'>one</A><A id='two' href='two.html'>two</A>"));
+  emit View().ElementHover("A");
+  EXPECT_EQ("", Web().FrWork->LabHover->text());
+  View().SetCurrentElement(ElementById(*View().WBDocument(), "one"));
+  run_.browser->MouseOver(QPoint(8 + 4 * 8, 12));
+  EXPECT_EQ("one.html", Web().FrWork->LabHover->text());
+}
+
+TEST_F(MainWindow, TheListsStartAtTheirDesignValues) {
+  EXPECT_EQ(0, Web().BoxFace->currentIndex());
+  EXPECT_EQ(2, Web().BoxSize->currentIndex());
+  EXPECT_EQ(0, Web().BoxPage->currentIndex());
+  EXPECT_EQ(30, Web().BoxPage->count());
+  EXPECT_EQ(0, Web().BoxColor[0]->Color());
+}
+
+}  // namespace

@@ -1,0 +1,71 @@
+// The whole program on the headless component, in a scratch folder, with scripted dialogs.
+#pragma once
+
+#include <QAction>
+#include <QCoreApplication>
+
+#include "FOps.h"
+#include "FWeb.h"
+#include "ModMain.h"
+#include "PageOnView.h"
+
+// The letters a to z that a page's body shows.
+inline QString ShownLetters(const HTMLDocument& document) {
+  QString letters;
+  const Node* const body = document.bodyNode();
+  for (const Node* node = body; node; node = NextInTree(node, body)) {
+    if (!node->IsText()) continue;
+    for (const QChar c : node->data)
+      if (c >= u'a' && c <= u'z') letters.append(c);
+  }
+  return letters;
+}
+
+class RunningProgram {
+ public:
+  TestProgram test;
+  HeadlessWebBrowser* browser = nullptr;
+  ModMain modMain{test.program, MakeHeadless(browser)};
+  bool ended = false;
+
+  RunningProgram() {
+    QObject::connect(&modMain, &ModMain::Ended, &modMain, [this] { ended = true; });
+  }
+
+  bool Start() {
+    const bool started = modMain.Main();
+    Settle();
+    return started;
+  }
+
+  // Lets pending loads and the end of the program happen. Nothing here takes time: all of it is posted.
+  void Settle() {
+    for (int pass = 0; pass < 5; ++pass) {
+      QCoreApplication::sendPostedEvents();
+      QCoreApplication::processEvents();
+    }
+  }
+
+  Program& program() { return test.program; }
+  ScriptedDialogs& Dialogs() { return test.platform.dialogs; }
+  FWeb& Web() { return *modMain.Web(); }
+  WBUC& View() { return *Web().jWB; }
+
+  // Chooses an entry of the menu bar; false when there is none of that name.
+  bool Choose(const QString& name) {
+    auto* const action = Web().findChild<QAction*>(name);
+    if (!action) return false;
+    action->trigger();
+    Settle();
+    return true;
+  }
+
+  // Types letters behind the last one of the page in view, as the user does: a click below the text, then keys.
+  void Type(const QString& letters) {
+    browser->Click(QPoint(600, 20000));
+    for (const QChar letter : letters) browser->KeyUp(letter.toUpper().unicode());
+    Settle();
+  }
+
+  QString PathInApp(const QString& name) const { return test.program.AppPath + u'/' + name; }
+};
