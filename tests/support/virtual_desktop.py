@@ -13,6 +13,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zlib
 
 NEEDED = ("Xvfb", "openbox", "xdotool", "import", "setxkbmap")
 
@@ -163,6 +164,17 @@ class Desktop:
         """The id of the window that has the keys, once that window is the one."""
         return wait_for(what, lambda: (lambda now: now and condition(now) and now)(self.active()), seconds)
 
+    def settle(self, quiet=0.6, seconds=20):
+        """Waits until the picture has been the same for a while."""
+        state = {"picture": None, "since": 0.0}
+
+        def is_still():
+            picture = zlib.crc32(self.frame)
+            if picture != state["picture"]:
+                state.update(picture=picture, since=time.monotonic())
+            return time.monotonic() - state["since"] > quiet
+        wait_for("the picture stands still", is_still, seconds, 0.05)
+
     def shot(self, file):
         os.makedirs(os.path.dirname(file), exist_ok=True)
         self.call("import", "-window", "root", file)
@@ -173,7 +185,16 @@ class Desktop:
         self.call("xdotool", "mousemove", str(x), str(y), "click", "1")
 
     def keys(self, *names):
-        self.call("xdotool", "key", "--delay", "40", *names)
+        """Presses and releases keys one after the other. A modifier goes up behind its key, as with a hand."""
+        command = ["xdotool"]
+        for name in names:
+            *modifiers, key = name.split("+")
+            for modifier in modifiers:
+                command += ["keydown", modifier]
+            command += ["key", "--delay", "20", key]
+            for modifier in reversed(modifiers):
+                command += ["keyup", modifier]
+        self.call(*command)
 
 
 class Corvane:
@@ -210,12 +231,13 @@ class Corvane:
         return wait_for("the page answers a click", answered, 40)
 
     def save(self, number=1):
-        """Page > Save Current, by the keys of the menus; gives the bytes that were saved."""
+        """Page > Save Current, with the mouse; gives the bytes that were saved."""
         path = self.card("wgcard.html" if number == 1 else "Page%d.html" % number)
         before = os.stat(path).st_mtime_ns if os.path.isfile(path) else 0
-        self.desktop.keys("alt+p", "s")
+        self.desktop.click(59, 28)
+        self.desktop.settle(0.3)
+        self.desktop.click(75, 74)
         wait_for("the page is saved", lambda: os.path.isfile(path) and os.stat(path).st_mtime_ns != before)
-        # Its end is written last.
         return wait_for("the file is whole", lambda: (lambda data: data and data.rstrip().endswith(b"</html>")
                                                       and data)(read(path)))
 
