@@ -40,9 +40,9 @@ KEYS = (["shift+h", "e", "l", "l", "o", "x", "BackSpace", "space"]
         + ["shift+apostrophe", "f", "r", "i", "e", "n", "d", "s", "shift+apostrophe"])
 # A Return leaves a blank behind the insertion point, so there are two of them at the second one; Delete takes one away.
 BODY = ("Hello " + "&lt;World&gt;" + "<br />" + "&amp; " + '<br clear="all" />' + NBSP + '"friends"' + NBSP)
-# The head and the body's tag of a page that the program made with the values of a first start.
+# The head and the body's tag of a page that the program made with the values of a first start: size 3 is `small`.
 HEAD = ('<html><head><title></title></head><body bgcolor="#FFFFFF" text="#000000" link="#0000FF" vlink="#0000FF"'
-        ' style="font-size: 12pt; font-family: Arial, Helvetica">')
+        ' style="font-size: small; font-family: Arial, Helvetica;">')
 PAGE = (HEAD + BODY + "</body></html>").encode("ascii")
 SEEN = ["Hello <World>", "&", '"friends"']
 
