@@ -23,6 +23,8 @@ const corvane = (() => {
   let takesKeys = false;
   let observer = null;
   let lastUp = null;
+  const templateOf = new WeakMap();  // by the fragment with its content
+  const watched = {subtree: true, childList: true, attributes: true, characterData: true};
   let complete = false;
 
   const send = (...message) => {
@@ -64,6 +66,11 @@ const corvane = (() => {
     known.delete(id);
   });
 
+  const watchContent = template => {
+    templateOf.set(template.content, template);
+    if (observer) observer.observe(template.content, watched);
+  };
+
   // The flat form of a tree; every node in it becomes known.
   const describe = (root, out, introduced) => {
     const one = node => {
@@ -87,7 +94,11 @@ const corvane = (() => {
       }
     };
     const isTemplate = node => node.nodeType === 1 && node.localName === 'template' && node.namespaceURI === HTML;
-    const leave = node => { if (isTemplate(node)) describe(node.content, out, introduced); };
+    const leave = node => {
+      if (!isTemplate(node)) return;
+      watchContent(node);
+      describe(node.content, out, introduced);
+    };
     let node = root;
     for (;;) {
       if (one(node) && node.firstChild) {
@@ -167,8 +178,10 @@ const corvane = (() => {
       levels.push({node, left: children});
       while (levels.length && levels[levels.length - 1].left <= 0) {
         const done = levels.pop().node;
-        if (done.nodeType === 1 && done.localName === 'template' && done.namespaceURI === HTML)
+        if (done.nodeType === 1 && done.localName === 'template' && done.namespaceURI === HTML) {
           done.content.appendChild(build(flat, position));
+          watchContent(done);
+        }
       }
     } while (levels.length);
     return top;
@@ -247,15 +260,26 @@ const corvane = (() => {
 
   // --- changes by the page's scripts
 
-  const touched = () => ({children: new Set(), attributes: new Set(), data: new Set()});
+  const touched = () => ({children: new Set(), attributes: new Set(), data: new Set(), added: new Set()});
   const collect = (records, into) => {
     for (const record of records) {
-      if (record.type === 'childList') into.children.add(record.target);
-      else if (record.type === 'attributes') into.attributes.add(record.target);
+      // What lies in a template is told with the template as a whole.
+      let template = templateOf.get(record.target.getRootNode());
+      if (template) {
+        for (let outer; (outer = templateOf.get(template.getRootNode())); template = outer);
+        known.delete(idOf.get(template));
+        if (template.parentNode) into.children.add(template.parentNode);
+        continue;
+      }
+      if (record.type === 'childList') {
+        into.children.add(record.target);
+        for (const node of record.addedNodes) into.added.add(node);
+      } else if (record.type === 'attributes') into.attributes.add(record.target);
       else into.data.add(record.target);
     }
   };
-  const report = into => {
+  // `again`: the program may have deleted what the page moved elsewhere, so that is told whole.
+  const report = (into, again) => {
     const introduced = [];
     const message = {children: [], attributes: [], data: []};
     const isKnown = node => node.isConnected && known.has(idOf.get(node));
@@ -264,7 +288,7 @@ const corvane = (() => {
       const list = [idOf.get(parent)];
       for (const child of parent.childNodes) {
         const id = idOf.get(child);
-        if (id !== undefined && known.has(id)) {
+        if (id !== undefined && known.has(id) && !(again && into.added.has(child))) {
           list.push(id);
         } else {
           const flat = [];
@@ -350,9 +374,9 @@ const corvane = (() => {
     if (!unheard.length) return;
     for (const old of unheard) {
       for (const id of old.introduced) known.delete(id);
-      for (const kind of ['children', 'attributes', 'data']) for (const node of old.touched[kind]) into[kind].add(node);
+      for (const kind of ['children', 'attributes', 'data', 'added']) for (const node of old.touched[kind]) into[kind].add(node);
     }
-    report(into);
+    report(into, true);
   };
 
   const select = (number, start, end) => {
@@ -429,6 +453,7 @@ const corvane = (() => {
   listen('click', event => {
     event.preventDefault();
     if (!event.isTrusted || event.detail === 0) return;
+    takesKeys = true;  // until the program, which knows, says otherwise: a key may be faster than it
     tell('click', event, lastUp && lastUp.isConnected ? lastUp : event.target, true);
   });
   listen('dblclick', event => {
@@ -461,7 +486,7 @@ const corvane = (() => {
 
   const observe = () => {
     observer = new MutationObserver(tellForeign);
-    observer.observe(document, {subtree: true, childList: true, attributes: true, characterData: true});
+    observer.observe(document, watched);
   };
   const tree = () => {
     const flat = [];
@@ -480,11 +505,12 @@ const corvane = (() => {
     nodeById.clear();
     known.clear();
     const type = document.doctype;
-    const page = build(flat, {at: 0});
+    while (document.lastChild) document.removeChild(document.lastChild);
     register(document, flat[1]);
     known.add(flat[1]);
-    while (document.lastChild) document.removeChild(document.lastChild);
-    for (const node of [...page.childNodes]) {
+    const position = {at: 3};
+    for (let count = flat[2]; count > 0; --count) {
+      const node = build(flat, position);
       if (node.nodeType === 10 && type) {
         register(type, idOf.get(node));
         document.appendChild(type);

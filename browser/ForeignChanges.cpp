@@ -73,30 +73,29 @@ class Changes {
 
   void Arrange(Node* parent, const QJsonArray& list) {
     if (parent->IsText()) return;
-    Node* cursor = parent->firstChild;
+    Node* last = nullptr;  // the child placed last; building the next one may move anything else
+    const auto next = [&] { return last && last->parent == parent ? last->next : last ? nullptr : parent->firstChild; };
     for (int i = 1; i < list.size(); ++i) {
       Node* node = nullptr;
       if (list.at(i).isDouble()) {
         const NodeId id = list.at(i).toInt();
-        if (cursor && cursor->id == id) {
-          cursor = cursor->next;
+        if (Node* there = next(); there && there->id == id) {
+          last = there;
           continue;
         }
         node = Find(id);
         if (!node || node->Contains(parent)) continue;
-        if (node->IsAttached() || node->parent) {
-          if (node == cursor) cursor = cursor->next;
-          Park(node);
-        }
+        if (node->IsAttached() || node->parent) Park(node);
       } else {
         node = Build(list.at(i).toArray());
         if (!node) continue;
       }
       if (parent->IsAttached()) {
-        document_.gateway().Insert(parent, cursor, node, Gateway::Origin::Page);
+        document_.gateway().Insert(parent, next(), node, Gateway::Origin::Page);
       } else {
-        parent->Link(node, cursor);
+        parent->Link(node, next());
       }
+      last = node;
     }
   }
 

@@ -360,6 +360,11 @@ void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
     message.Caret(PointOf(caret.at(0).toInt(), caret.at(1).toInt(), applied_),
                   QPoint(pixels(caret.at(2)), pixels(caret.at(3))));
   document_->Dispatch(std::move(message));
+  if (*type == EventType::Click && load_ == Load::Done) {
+    // The bridge takes a click for one that places the insertion point until it hears otherwise.
+    Post({QStringLiteral("keys"), takesKeys_});
+    ScheduleFlush();
+  }
 }
 
 void HostedWebBrowser::ReceiveMeasure(const QJsonArray& message) {
@@ -400,6 +405,13 @@ void HostedWebBrowser::RendererDied() {
 // A page without content, in the right mode and place; the model follows when its bridge reports.
 void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
+  // The channel of a page whose renderer died doesn't always come back, so the page is a new one too.
+  const bool focused = view_->hasFocus() || (view_->focusProxy() && view_->focusProxy()->hasFocus());
+  QWebEnginePage* const dead = page_;
+  dead->disconnect(this);
+  SetUpPage();
+  dead->deleteLater();
+  if (focused) view_->setFocus();
   const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
   page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
 }

@@ -46,10 +46,6 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void RunPageScript(const QString& script);
   QWebEnginePage* enginePage() const { return page_; }
 
- signals:
-  // The page is back after its renderer had died.
-  void Recovered();
-
  private:
   enum class Load { None, Pending, Recovering, Done };
 

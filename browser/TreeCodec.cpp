@@ -169,6 +169,7 @@ Node* DecodeTree(const QJsonArray& in, int& from, const KnownNode& known) {
       Node* const done = levels.back().node;
       levels.pop_back();
       if (done->tag == Known().templateTag) {
+        if (done->content) DestroyTree(done->content);
         done->content = DecodeTree(in, from, known);
         if (!done->content) {
           DestroyTree(top);

@@ -39,6 +39,8 @@ class WebBrowser : public QObject {
   void BeforeNavigate2(const QString& url);
   // Once for each navigation of the main frame: the document is complete, or there is none.
   void DocumentComplete();
+  // The same document is in view again after its renderer had died; Widget()'s inside is a new one.
+  void Recovered();
 };
 
 using WebBrowserFactory = std::function<std::unique_ptr<WebBrowser>(QWidget* parent)>;

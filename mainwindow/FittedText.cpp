@@ -12,7 +12,11 @@ QFont FontForHeight(const QWidget* widget, int height, int padding) {
 
 void FittedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setFont(FontForHeight(this, height()));
+  QFont font = FontForHeight(this, height());
+  // A little smaller rather than cut.
+  for (int pixels = QFontInfo(font).pixelSize(); pixels > 9 && QFontMetrics(font).horizontalAdvance(text()) > width();)
+    font.setPixelSize(--pixels);
+  painter.setFont(font);
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
   const QString shown = painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
   setToolTip(shown == text() ? QString() : text());

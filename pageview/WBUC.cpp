@@ -10,6 +10,10 @@ WBUC::WBUC(Program& program, const WebBrowserFactory& makeBrowser, QWidget* pare
     : QWidget(parent), program_(program), WB2_(makeBrowser(this)) {
   connect(WB2_.get(), &WebBrowser::BeforeNavigate2, this, &WBUC::UnHook);
   connect(WB2_.get(), &WebBrowser::DocumentComplete, this, &WBUC::OnDocumentComplete);
+  connect(WB2_.get(), &WebBrowser::Recovered, this, [this] {
+    UnHook();
+    if (program_.Compat4On) HookBrowserWindow();
+  });
   connect(&hook_, &RightButtonHook::Released, this, &WBUC::RightClick);
   connect(&keyPresses_, &KeyPressQueue::KeyPress, this, [this](const QString& sKey, QPoint position) {
     emit KeyPress(sKey, PixelsToTwips(position.x()), PixelsToTwips(position.y()));

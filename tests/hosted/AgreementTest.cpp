@@ -1,0 +1,194 @@
+// Model and live page say the same after any series of edits, changes by the page's scripts and deaths of the renderer.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QWebEnginePage>
+#include <csignal>
+#include <random>
+
+#include "HTMLTxtRange.h"
+#include "HostedPage.h"
+
+namespace {
+
+const char page[] =
+    "<HTML><HEAD><TITLE>t</TITLE></HEAD><BODY BGCOLOR=\"#FFFFFF\"><FONT SIZE=3 COLOR=\"#000000\">one two</FONT><BR>"
+    "<TABLE BORDER=1><TR><TD><FONT>cell</FONT></TD><TD><B>bold</B></TD></TR></TABLE><P>par</P>"
+    "<IMG SRC=\"x.gif\" ALT=\"&quot;a&quot;\"><A HREF=\"y.html\">link</A> tail &amp; end</BODY></HTML>";
+
+class RandomEditor {
+ public:
+  RandomEditor(HostedPage& hosted, unsigned seed) : hosted_(hosted), random_(seed) {}
+
+  void One() {
+    const int kind = Below(100);
+    if (kind < 35) {
+      Paste(Text());
+    } else if (kind < 50) {
+      Paste(Markup());
+    } else if (kind < 65) {
+      Delete();
+    } else if (kind < 72) {
+      RemoveElement();
+    } else if (kind < 80) {
+      SetAttribute();
+    } else if (kind < 85) {
+      if (HTMLElement element = AnyElement()) element.insertAdjacentHTML(QStringLiteral("AfterEnd"), Markup());
+    } else {
+      PageScript();
+    }
+  }
+
+ private:
+  int Below(int bound) { return int(random_() % unsigned(bound)); }
+
+  QString Text() {
+    static const QStringList texts = {QStringLiteral("a"), QStringLiteral("&nbsp;"), QStringLiteral("x &amp; y"),
+                                      QStringLiteral("\u00e4\u4e2d\U0001F600"), QStringLiteral(" ")};
+    return texts[Below(int(texts.size()))];
+  }
+  QString Markup() {
+    static const QStringList pieces = {
+        QStringLiteral("<BR>"), QStringLiteral("<FONT COLOR=\"#FF0000\">red</FONT>"),
+        QStringLiteral("<TABLE><TR><TD>n</TD></TR></TABLE>"), QStringLiteral("t<B>b</B>u"),
+        QStringLiteral("<IMG SRC=\"p.png\">"), QStringLiteral("<P>p<I>i</I></P>"),
+        QStringLiteral("<SCRIPT>document.title='ran'</SCRIPT>"), QStringLiteral("<svg><path d=\"M0 0\"/></svg>"),
+        QStringLiteral("<!--c-->"), QStringLiteral("<template><b>in</b></template>"),
+        QStringLiteral("<DIV STYLE=\"color:red\" title='a\"b'>d</DIV>")};
+    return pieces[Below(int(pieces.size()))];
+  }
+
+  HTMLElement AnyElement() {
+    const HTMLElementCollection all = hosted_.document().body().all();
+    const int length = all.length();
+    return length == 0 ? HTMLElement() : all.item(Below(length));
+  }
+
+  std::shared_ptr<HTMLTxtRange> AnyRange(int steps) {
+    auto range = hosted_.document().body().createTextRange();
+    if (const HTMLElement element = AnyElement()) range->moveToElementText(element);
+    range->move(QStringLiteral("character"), Below(9) - 4);
+    range->moveEnd(QStringLiteral("character"), Below(steps));
+    return range;
+  }
+
+  void Paste(const QString& html) { AnyRange(3)->pasteHTML(html); }
+  void Delete() { AnyRange(12)->pasteHTML(QString()); }
+  void RemoveElement() {
+    if (hosted_.document().body().all().length() < 30) return;
+    if (HTMLElement element = AnyElement()) element.setOuterHTML(QString());
+  }
+  void SetAttribute() {
+    if (HTMLElement element = AnyElement()) {
+      if (Below(3) == 0) {
+        element.removeAttribute(QStringLiteral("title"));
+      } else {
+        element.setAttribute(QStringLiteral("title"), Text() + QString::number(Below(100)));
+      }
+    }
+  }
+
+  // Not waited for: it meets the program's own batches on the way.
+  void PageScript() {
+    static const QStringList scripts = {
+        QStringLiteral("el.appendChild(document.createTextNode('js' + n))"),
+        QStringLiteral("el.remove()"),
+        QStringLiteral("el.setAttribute('data-n', n)"),
+        QStringLiteral("if (text) text.data = text.data.slice(0, n % 5) + 'T' + text.data.slice(n % 5)"),
+        QStringLiteral("if (text) text.data = ''"),
+        QStringLiteral("if (!el.contains(other)) other.appendChild(el)"),
+        QStringLiteral("if (other !== el && !other.contains(el)) el.insertBefore(other, el.firstChild)"),
+        QStringLiteral("const w = document.createElement('i'); el.replaceWith(w); w.appendChild(el)"),
+        QStringLiteral("el.innerHTML = '<u>new</u> ' + n"),
+        QStringLiteral("el.normalize()"),
+        QStringLiteral("el.append('x', document.createElement('hr'), 'y')")};
+    hosted_.browser().RunPageScript(
+        QStringLiteral("(() => { const all = [...document.body.querySelectorAll('*')]; if (!all.length) return;"
+                       "const n = %1, el = all[n % all.length], other = all[(n * 7 + 3) % all.length];"
+                       "const walker = document.createTreeWalker(el, NodeFilter.SHOW_TEXT), text = walker.nextNode();"
+                       "if (all.length > 400) { el.remove(); return; } try { %2 } catch (e) {} })()")
+            .arg(Below(100000))
+            .arg(scripts[Below(int(scripts.size()))]));
+  }
+
+  HostedPage& hosted_;
+  std::mt19937 random_;
+};
+
+int Operations() {
+  const int wanted = qEnvironmentVariableIntValue("CORVANE_RANDOM_OPERATIONS");
+  return wanted > 0 ? wanted : 2000;
+}
+
+}  // namespace
+
+TEST(Agreement, RandomEditsPageScriptsAndKilledRenderers) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  RandomEditor editor(hosted, 20261121);
+  const int operations = Operations();
+  const int killEvery = std::max(700, operations / 20);
+  for (int i = 1; i <= operations; ++i) {
+    editor.One();
+    if (i % 7 == 0) QCoreApplication::processEvents();
+    if (i % 50 == 0) {
+      const QString live = hosted.LiveHtml();
+      ASSERT_EQ(hosted.ModelHtml().toStdString(), live.toStdString()) << "after operation " << i;
+    }
+    if (i % killEvery == 0) {
+      const QString before = hosted.ModelHtml();
+      ASSERT_TRUE(hosted.KillRenderer()) << "after operation " << i;
+      EXPECT_EQ(hosted.LiveHtml().toStdString(), before.toStdString()) << "after operation " << i;
+    }
+  }
+  EXPECT_FALSE(hosted.document().title().contains(QStringLiteral("ran")));
+}
+
+TEST(Agreement, LoadedPageEqualsTheLiveOne) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  const QString live = hosted.LiveHtml();
+  EXPECT_FALSE(live.isEmpty());
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), live.toStdString());
+}
+
+TEST(Agreement, HandlesStayValidWhenTheRendererDies) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  HTMLElement font = hosted.document().body().children().item(0);
+  ASSERT_EQ(font.tagName(), QStringLiteral("FONT"));
+  auto range = hosted.document().body().createTextRange();
+  range->moveToElementText(font);
+  ASSERT_TRUE(hosted.KillRenderer());
+  font.setAttribute(QStringLiteral("color"), QStringLiteral("#00FF00"));
+  range->move(QStringLiteral("character"), 1);
+  range->pasteHTML(QStringLiteral("kept"));
+  const QString live = hosted.LiveHtml();
+  EXPECT_TRUE(live.contains(QStringLiteral("#00FF00")));
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), live.toStdString());
+}
+
+TEST(Agreement, EditsMadeWhileThereIsNoRendererArrive) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  bool back = false;
+  QObject::connect(&hosted.browser(), &HostedWebBrowser::Recovered, [&back] { back = true; });
+  bool died = false;
+  QObject::connect(hosted.browser().enginePage(), &QWebEnginePage::renderProcessTerminated, [&died] { died = true; });
+  ::kill(pid_t(hosted.browser().enginePage()->renderProcessPid()), SIGKILL);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return died; }));
+  hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), QStringLiteral("<B>late</B>"));
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return back; }));
+  const QString live = hosted.LiveHtml();
+  EXPECT_TRUE(live.contains(QStringLiteral("<b>late</b>")));
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), live.toStdString());
+}
+
+TEST(Agreement, PastedScriptsDontRun) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  hosted.document().body().insertAdjacentHTML(
+      QStringLiteral("BeforeEnd"), QStringLiteral("<SCRIPT>document.body.setAttribute('ran', '1')</SCRIPT>"));
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  EXPECT_EQ(hosted.ScriptText(QStringLiteral("String(document.body.hasAttribute('ran'))")), QStringLiteral("false"));
+}

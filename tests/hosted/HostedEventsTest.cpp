@@ -1,0 +1,230 @@
+// Real mouse and key events in the real engine.
+#include <gtest/gtest.h>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWebEnginePage>
+
+#include "HostedPage.h"
+#include "TestPlatform.h"
+#include "WBUC.h"
+
+namespace {
+
+// The page view on the hosted component, in a window of its own.
+class PageView {
+ public:
+  PageView()
+      : view([this](QWidget* parent) {
+          auto made = std::make_unique<HostedWebBrowser>(parent);
+          browser = made.get();
+          return made;
+        }) {}
+
+  struct Window {
+    Window(Program& program, const WebBrowserFactory& factory) : jWB(program, factory) {
+      jWB.resize(800, 600);
+      jWB.show();
+    }
+    WBUC jWB;
+  };
+
+  bool Load(const QByteArray& html, bool isNew = false) {
+    const QString path = test.Path(QStringLiteral("page.html"));
+    if (!PutFile(path, html)) return false;
+    if (!window) window = std::make_unique<Window>(test.program, view);
+    QSignalSpy complete(&window->jWB, &WBUC::DocComplete);
+    window->jWB.Navo(path, isNew);
+    return HostedPage::WaitFor([&] { return complete.count() > 0 && window->jWB.DocReady(); });
+  }
+
+  QWidget* Input() {
+    QWidget* const widget = browser->Widget();
+    return widget->focusProxy() ? widget->focusProxy() : widget;
+  }
+
+  QString Text(const QString& expression) {
+    QString text;
+    bool ran = false;
+    browser->enginePage()->runJavaScript(expression, [&](const QVariant& value) {
+      text = value.toString();
+      ran = true;
+    });
+    HostedPage::WaitFor([&] { return ran; });
+    return text;
+  }
+
+  QPoint PointOf(const QString& element, int offset) {
+    const QStringList parts = Text(QStringLiteral(
+                                       "(() => { const t = document.querySelector('%1').firstChild, r = "
+                                       "document.createRange(); r.setStart(t, %2); r.setEnd(t, %2 + 1);"
+                                       "const b = r.getBoundingClientRect(); return [b.left + 1, b.top + b.height / 2]"
+                                       ".join(); })()")
+                                       .arg(element)
+                                       .arg(offset))
+                                  .split(u',');
+    return parts.size() == 2 ? QPoint(int(parts[0].toDouble()), int(parts[1].toDouble())) : QPoint();
+  }
+  QPoint CenterOf(const QString& element) {
+    const QStringList parts =
+        Text(QStringLiteral("(() => { const b = document.querySelector('%1').getBoundingClientRect();"
+                            "return [b.left + b.width / 2, b.top + b.height / 2].join(); })()")
+                 .arg(element))
+            .split(u',');
+    return parts.size() == 2 ? QPoint(int(parts[0].toDouble()), int(parts[1].toDouble())) : QPoint();
+  }
+
+  bool Click(QPoint point) {
+    QSignalSpy clicks(&window->jWB, &WBUC::Click);
+    QTest::mouseClick(Input(), Qt::LeftButton, {}, point);
+    return HostedPage::WaitFor([&] { return clicks.count() == 1; }, 5000);
+  }
+
+  // As the window system delivers it.
+  void DoubleClick(QPoint point) {
+    const auto send = [&](QEvent::Type type, Qt::MouseButtons buttons) {
+      QMouseEvent event(type, QPointF(point), Input()->mapToGlobal(QPointF(point)), Qt::LeftButton, buttons, {});
+      QCoreApplication::sendEvent(Input(), &event);
+    };
+    send(QEvent::MouseButtonPress, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, {});
+    send(QEvent::MouseButtonDblClick, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, {});
+  }
+
+  bool Key(Qt::Key key, const QString& text = {}, Qt::KeyboardModifiers modifiers = {}) {
+    QSignalSpy keys(&window->jWB, &WBUC::KeyPress);
+    QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
+    QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
+    QCoreApplication::sendEvent(Input(), &press);
+    QCoreApplication::sendEvent(Input(), &release);
+    return HostedPage::WaitFor([&] { return keys.count() == 1; }, 5000);
+  }
+
+  WBUC& jWB() { return window->jWB; }
+  QString Body() { return jWB().WBDocument()->body().outerHTML().section(u'>', 1).chopped(7); }
+
+  TestProgram test;
+  HostedWebBrowser* browser = nullptr;
+  WebBrowserFactory view;
+  std::unique_ptr<Window> window;
+};
+
+const char blocks[] =
+    "<HTML><HEAD><TITLE></TITLE></HEAD><BODY BGCOLOR=\"#FFFFFF\"><FONT ID=a SIZE=4>first block</FONT><BR>"
+    "<FONT ID=b SIZE=4>second <B ID=c>bold</B></FONT><BR><TABLE ID=t BORDER=1 WIDTH=300 HEIGHT=80><TR><TD ID=d>"
+    "<FONT ID=e>cell</FONT></TD><TD ID=f><IMG ID=g WIDTH=20 HEIGHT=20></TD></TR></TABLE>"
+    "<A ID=l HREF=\"other.html\">a link</A></BODY></HTML>";
+
+}  // namespace
+
+TEST(HostedEvents, ClickPlacesTheInsertionPointAndKeysGoIn) {
+  PageView page;
+  ASSERT_TRUE(page.Load(blocks));
+  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#a"), 6)));
+  EXPECT_EQ(page.jWB().CurrentElement().id(), QStringLiteral("a"));
+  ASSERT_TRUE(page.jWB().HasCurrentTextRange());
+  ASSERT_TRUE(page.Key(Qt::Key_X, QStringLiteral("x")));
+  ASSERT_TRUE(page.Key(Qt::Key_Space, QStringLiteral(" ")));
+  ASSERT_TRUE(page.Key(Qt::Key_Y, QStringLiteral("Y"), Qt::ShiftModifier));
+  EXPECT_TRUE(page.Body().startsWith(QStringLiteral("<font id=\"a\" size=\"4\">first x Yblock</font>")));
+  EXPECT_EQ(page.Text(QStringLiteral("document.querySelector('#a').textContent")), QStringLiteral("first x Yblock"));
+}
+
+TEST(HostedEvents, KeyPressTellsWhereTheCaretIs) {
+  PageView page;
+  ASSERT_TRUE(page.Load(blocks));
+  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#a"), 0)));
+  QSignalSpy keys(&page.jWB(), &WBUC::KeyPress);
+  ASSERT_TRUE(page.Key(Qt::Key_M, QStringLiteral("m")));
+  const QString expected = page.Text(QStringLiteral(
+      "(() => { const r = document.createRange(); r.setStart(document.querySelector('#a').firstChild, 1);"
+      "r.collapse(true); const b = r.getClientRects()[0]; return Math.round(b.left) + ',' + Math.round(b.top); })()"));
+  EXPECT_EQ(keys[0][0].toString(), QStringLiteral("m"));
+  EXPECT_EQ(QStringLiteral("%1,%2").arg(keys[0][1].toInt() / 15).arg(keys[0][2].toInt() / 15), expected);
+}
+
+TEST(HostedEvents, DoubleClickSelectsTheBlockAndMarksNothingInThePage) {
+  PageView page;
+  ASSERT_TRUE(page.Load(blocks));
+  const QString before = page.jWB().Source();
+  QSignalSpy doubles(&page.jWB(), &WBUC::DoubleClick);
+  const QPoint point = page.PointOf(QStringLiteral("#a"), 3);
+  page.DoubleClick(point);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return doubles.count() > 0; }, 5000));
+  EXPECT_EQ(doubles.last()[0].toString(), QStringLiteral("FONT"));
+  EXPECT_EQ(page.jWB().IfSelection(), WBUC::ElementSelected);
+  EXPECT_TRUE(HostedPage::WaitFor(
+      [&] { return page.Text(QStringLiteral("String(getSelection())")) == u"first block"; }, 5000));
+  EXPECT_EQ(page.jWB().Source(), before);
+}
+
+TEST(HostedEvents, DragSelectsTextAndIfSelectionIsOne) {
+  PageView page;
+  ASSERT_TRUE(page.Load(blocks));
+  QSignalSpy clicks(&page.jWB(), &WBUC::Click);
+  const QPoint from = page.PointOf(QStringLiteral("#a"), 2);
+  const QPoint to = page.PointOf(QStringLiteral("#b"), 4);
+  QTest::mousePress(page.Input(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(page.Input(), (from + to) / 2);
+  QTest::mouseMove(page.Input(), to);
+  QTest::mouseRelease(page.Input(), Qt::LeftButton, {}, to);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }, 5000));
+  EXPECT_EQ(clicks[0][0].toString(), QStringLiteral("FONT"));  // the element under the pointer, not the page
+  EXPECT_EQ(page.jWB().CurrentElement().id(), QStringLiteral("b"));
+  EXPECT_EQ(page.jWB().IfSelection(), WBUC::TextSelected);
+}
+
+TEST(HostedEvents, RightButtonRaisesRightClickOnceOnBothRoads) {
+  for (const bool compat : {false, true}) {
+    PageView page;
+    page.test.program.Compat4On = compat;
+    ASSERT_TRUE(page.Load(blocks));
+    EXPECT_EQ(page.jWB().IsHooked(), compat);
+    QSignalSpy rights(&page.jWB(), &WBUC::RightClick);
+    QTest::mouseClick(page.Input(), Qt::RightButton, {}, page.PointOf(QStringLiteral("#a"), 3));
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return rights.count() > 0; }, 5000));
+    page.Text(QStringLiteral("'settled'"));  // whatever else the click does has arrived by then
+    EXPECT_EQ(rights.count(), 1) << compat;
+  }
+}
+
+TEST(HostedEvents, LinksAreNeverFollowed) {
+  PageView page;
+  ASSERT_TRUE(page.Load(blocks));
+  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#l"), 2)));
+  EXPECT_EQ(page.jWB().CurrentElementTag(), QStringLiteral("A"));
+  EXPECT_TRUE(page.Text(QStringLiteral("location.href")).endsWith(QStringLiteral("page.html")));
+}
+
+TEST(HostedEvents, CellsTakeTextOnlyWithAFontOfTheirOwn) {
+  PageView page;
+  ASSERT_TRUE(page.Load(blocks));
+  QSignalSpy clicks(&page.jWB(), &WBUC::Click);
+  ASSERT_TRUE(page.Click(page.CenterOf(QStringLiteral("#d")) + QPoint(50, 20)));
+  EXPECT_EQ(page.jWB().CurrentElement().id(), QStringLiteral("e"));
+  EXPECT_TRUE(page.jWB().HasCurrentTextRange());
+  ASSERT_TRUE(page.Click(page.CenterOf(QStringLiteral("#f")) + QPoint(40, 20)));
+  EXPECT_EQ(clicks.last()[0].toString(), QStringLiteral("TD"));
+  EXPECT_FALSE(page.jWB().HasCurrentTextRange());
+}
+
+TEST(HostedEvents, SpaceDoesntScrollWhileTyping) {
+  PageView page;
+  QByteArray longPage = "<HTML><BODY><FONT ID=a>start</FONT>";
+  for (int i = 0; i < 200; ++i) longPage += "<BR>line";
+  ASSERT_TRUE(page.Load(longPage + "</BODY></HTML>"));
+  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#a"), 2)));
+  ASSERT_TRUE(page.Key(Qt::Key_Space, QStringLiteral(" ")));
+  EXPECT_EQ(page.Text(QStringLiteral("String(scrollY)")), QStringLiteral("0"));
+}
+
+TEST(HostedEvents, ClickBelowATableAtTheEndStandsBehindIt) {
+  PageView page;
+  ASSERT_TRUE(page.Load("<HTML><BODY>text<TABLE ID=t BORDER=1><TR><TD><FONT>cell</FONT></TD></TR></TABLE></BODY></HTML>"));
+  ASSERT_TRUE(page.Click(QPoint(400, 400)));
+  ASSERT_TRUE(page.Key(Qt::Key_Z, QStringLiteral("z")));
+  EXPECT_TRUE(page.Body().endsWith(QStringLiteral("</table>z")));
+}

@@ -1,0 +1,91 @@
+// Loading: missing, odd and huge page files, quick successions, and what stays off the network.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QTcpServer>
+
+#include "HostedPage.h"
+
+TEST(HostedLoad, MissingFileGivesNoDocumentAndTheNextPageLoads) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>here</BODY>"));
+  EXPECT_FALSE(hosted.Load(hosted.Folder() + QStringLiteral("/nowhere.html")));
+  EXPECT_EQ(hosted.browser().Document(), nullptr);
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>"));
+  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("back")));
+}
+
+TEST(HostedLoad, EmptyAndBinaryFilesGiveDocumentsThatAgree) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(""));
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  QByteArray binary;
+  for (int i = 0; i < 5000; ++i) binary += char((i * 7919) >> 3);
+  ASSERT_TRUE(hosted.LoadHtml(binary));
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), hosted.LiveHtml().toStdString());
+}
+
+TEST(HostedLoad, HugeFileLoadsAndIsWhole) {
+  HostedPage hosted;
+  QByteArray html = "<HTML><BODY>";
+  int count = 0;
+  while (html.size() < 20 * 1000 * 1000) {
+    html += "<FONT SIZE=3>A paragraph of text that is neither short nor long, number " + QByteArray::number(++count) +
+            ", and it repeats itself as such paragraphs do in a page that somebody pasted together.</FONT><BR>";
+  }
+  html += "</BODY></HTML>";
+  ASSERT_TRUE(hosted.LoadHtml(html));
+  EXPECT_EQ(hosted.document().body().children().length(), 2 * count);
+}
+
+TEST(HostedLoad, OfTwoLoadsInARowOnlyTheSecondCounts) {
+  HostedPage hosted;
+  const QString first = hosted.File(QStringLiteral("first.html"), "<BODY>first</BODY>");
+  const QString second = hosted.File(QStringLiteral("second.html"), "<BODY>second</BODY>");
+  int completes = 0;
+  QObject::connect(&hosted.browser(), &WebBrowser::DocumentComplete, [&] { ++completes; });
+  hosted.browser().Navigate(first, 14);
+  hosted.browser().Navigate(second, 14);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return completes > 0; }));
+  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("second")));
+  hosted.LiveHtml();
+  EXPECT_EQ(completes, 1);
+}
+
+TEST(HostedLoad, NamesWithOddCharactersLoad) {
+  HostedPage hosted;
+  for (const char* name : {"with blank.html", "hash#100%.html", "\xc3\xbcml\xc3\xa4ut.html", "it's [1].html"})
+    EXPECT_TRUE(hosted.Load(hosted.File(QString::fromUtf8(name), "<BODY>x</BODY>"))) << name;
+}
+
+TEST(HostedLoad, OfflineKeepsThePageOffTheNetwork) {
+  QTcpServer server;
+  ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+  int connections = 0;
+  QObject::connect(&server, &QTcpServer::newConnection, [&] { ++connections; });
+  const QByteArray html = "<BODY><IMG SRC=\"http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/a.gif\">x</BODY>";
+  HostedPage hosted;
+  hosted.browser().SetOffline(true);
+  ASSERT_TRUE(hosted.LoadHtml(html));
+  EXPECT_EQ(connections, 0);
+}
+
+TEST(HostedLoad, PageScriptsRunAndTheirWorkIsInTheModel) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY><SCRIPT>document.write('<B>written</B>')</SCRIPT></BODY>"));
+  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("<b>written</b>")));
+  hosted.Script(QStringLiteral("document.body.append('later')"));
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), hosted.LiveHtml().toStdString());
+  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("later")));
+}
+
+TEST(HostedLoad, ADoctypePageIsInStandardsModeBeforeAndAfterItsRendererDied) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<!DOCTYPE html><HTML><BODY>x</BODY></HTML>"));
+  EXPECT_FALSE(hosted.document().quirks());
+  ASSERT_TRUE(hosted.KillRenderer());
+  EXPECT_EQ(hosted.ScriptText(QStringLiteral("document.compatMode")), QStringLiteral("CSS1Compat"));
+  const QString live = hosted.LiveHtml();
+  EXPECT_TRUE(live.contains(QStringLiteral("x</body>")));
+  EXPECT_EQ(hosted.ModelHtml(), live);
+}

@@ -1,0 +1,109 @@
+#include "HostedPage.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+#include <QWebEnginePage>
+#include <QWebEngineView>
+#include <csignal>
+
+#include "Serializer.h"
+#include "TreeCodec.h"
+
+HostedPage::HostedPage() : browser_(new HostedWebBrowser(&window_)) {
+  window_.resize(800, 600);
+  browser_->Widget()->setGeometry(0, 0, 800, 600);
+  window_.show();
+}
+
+HostedPage::~HostedPage() { delete browser_; }
+
+QString HostedPage::File(const QString& name, const QByteArray& bytes) {
+  QFile file(scratch_.filePath(name));
+  if (!file.open(QIODevice::WriteOnly)) qFatal("no scratch file");
+  file.write(bytes);
+  return file.fileName();
+}
+
+bool HostedPage::WaitFor(const std::function<bool()>& done, int ms) {
+  QElapsedTimer timer;
+  timer.start();
+  while (!done() && timer.elapsed() < ms) {
+    QTimer wake;  // so that the wait ends even when nothing happens
+    wake.setSingleShot(true);
+    wake.start(20);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  return done();
+}
+
+bool HostedPage::Load(const QString& path) {
+  bool complete = false;
+  const auto connection =
+      QObject::connect(browser_, &WebBrowser::DocumentComplete, browser_, [&complete] { complete = true; });
+  browser_->Navigate(path, 14);
+  WaitFor([&] { return complete; });
+  QObject::disconnect(connection);
+  return complete && browser_->Document();
+}
+
+void HostedPage::Script(const QString& script) {
+  bool ran = false;
+  browser_->enginePage()->runJavaScript(script + QStringLiteral("\n;0"), [&ran](const QVariant&) { ran = true; });
+  WaitFor([&] { return ran; });
+}
+
+QString HostedPage::ScriptText(const QString& expression) {
+  QString text;
+  bool ran = false;
+  browser_->enginePage()->runJavaScript(expression, [&](const QVariant& value) {
+    text = value.toString();
+    ran = true;
+  });
+  WaitFor([&] { return ran; });
+  return text;
+}
+
+QString HostedPage::LiveHtml() {
+  QString html;
+  bool told = false;
+  browser_->TellTree([&](const QJsonArray& flat) {
+    int from = 0;
+    Node* const tree = DecodeTree(flat, from);
+    for (const Node* child = tree ? tree->firstChild : nullptr; child; child = child->next)
+      if (child->IsElement()) html = OuterHtml(child, true);
+    if (tree) DestroyTree(tree);
+    told = true;
+  });
+  WaitFor([&] { return told; });
+  return html;
+}
+
+QString HostedPage::ModelHtml() { return document().documentElement().outerHTML(); }
+
+bool HostedPage::KillRenderer() {
+  bool back = false;
+  const auto connection =
+      QObject::connect(browser_, &HostedWebBrowser::Recovered, browser_, [&back] { back = true; });
+  ::kill(pid_t(browser_->enginePage()->renderProcessPid()), SIGKILL);
+  WaitFor([&] { return back; });
+  QObject::disconnect(connection);
+  return back;
+}
+
+QWidget* HostedPage::Input() {
+  QWidget* const view = browser_->Widget();
+  return view->focusProxy() ? view->focusProxy() : view;
+}
+
+QPoint HostedPage::PointOf(const QString& jsNode, int offset) {
+  const QString answer = ScriptText(
+      QStringLiteral("(() => { const r = document.createRange(); r.setStart(%1, %2); r.setEnd(%1, %2 + 1);"
+                     "const b = r.getBoundingClientRect(); return [b.left + 1, b.top + b.height / 2].join(); })()")
+          .arg(jsNode)
+          .arg(offset));
+  const QStringList parts = answer.split(u',');
+  return parts.size() == 2 ? QPoint(int(parts[0].toDouble()), int(parts[1].toDouble())) : QPoint(-1, -1);
+}

@@ -1,0 +1,55 @@
+// A hosted page in a shown window, with what a test does to it: loads, real mouse and key events, waiting for the
+// engine's answers with a bound, and the comparison of model and live page.
+#pragma once
+
+#include <QPoint>
+#include <QString>
+#include <QTemporaryDir>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "HTMLDocument.h"
+#include "HostedWebBrowser.h"
+
+class HostedPage {
+ public:
+  static constexpr int patienceMs = 90000;
+
+  HostedPage();
+  ~HostedPage();
+
+  HostedWebBrowser& browser() { return *browser_; }
+  HTMLDocument& document() { return *browser_->Document(); }
+  QWidget& window() { return window_; }
+
+  // A page file in a scratch folder.
+  QString File(const QString& name, const QByteArray& bytes);
+  QString Folder() const { return scratch_.path(); }
+  // Loads a file and waits; false when no document came.
+  bool Load(const QString& path);
+  bool LoadHtml(const QByteArray& html) { return Load(File(QStringLiteral("page.html"), html)); }
+
+  static bool WaitFor(const std::function<bool()>& done, int ms = patienceMs);
+
+  // Runs a script of the page's own and waits until it has run.
+  void Script(const QString& script);
+  QString ScriptText(const QString& expression);
+
+  // The live page's tree, written by the model's own serialiser; waits until all that is under way has arrived.
+  QString LiveHtml();
+  QString ModelHtml();
+
+  // Kills the renderer and waits until the page is back.
+  bool KillRenderer();
+
+  // What takes the engine's input.
+  QWidget* Input();
+  // Middle left of the character at `offset` of a text, as the engine lays it out.
+  QPoint PointOf(const QString& jsNode, int offset);
+
+ private:
+  QTemporaryDir scratch_;
+  QWidget window_;
+  HostedWebBrowser* browser_;
+};
