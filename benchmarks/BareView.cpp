@@ -1,0 +1,16 @@
+// A window with nothing but the browser engine in it: what a start of the program is compared with.
+#include <QApplication>
+#include <QMainWindow>
+#include <QUrl>
+#include <QWebEngineView>
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  if (argc != 2) return 2;
+  QMainWindow window;
+  auto* view = new QWebEngineView;
+  window.setCentralWidget(view);
+  view->load(QUrl::fromLocalFile(QString::fromLocal8Bit(argv[1])));
+  window.showMaximized();
+  return QApplication::exec();
+}

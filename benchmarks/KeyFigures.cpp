@@ -1,0 +1,297 @@
+// How long a typed key takes, on pages of three sizes: ours from the key's release until the page view raises KeyPress,
+// when the model and the live page have changed and the insertion point's place is back. The peer is a bare view of the
+// same engine with the same page, editable by the engine itself, from the key's press until the program hears of the
+// change. A second line for each size lets the peer's page send what it has become, as this program always has it.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QWebEngineView>
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+#include "BridgePort.h"
+#include "HostedWebBrowser.h"
+#include "TestPlatform.h"
+#include "WBUC.h"
+
+namespace {
+
+constexpr int kKeys = 200;  // of each
+constexpr int kBlock = 20;  // ours and the peer's by turns
+constexpr int kPatience = 20000;
+constexpr int kWarmUp = 10;
+
+// Blocks of text as this editor makes them; the same bytes every time.
+QByteArray MakePage(int size) {
+  static const char* const faces[] = {"Arial, Helvetica", "Verdana, Arial, Helvetica", "Times New Roman"};
+  static const char* const colors[] = {"#000000", "#003366", "#993300", "#336633"};
+  QByteArray page =
+      "<html><head><title>Letter</title></head><body bgcolor=\"#FFFFFF\" text=\"#000000\" link=\"#0000FF\" "
+      "vlink=\"#0000FF\" style=\"font-size: 12pt; font-family: Arial, Helvetica\">";
+  for (int block = 0; page.size() < size; ++block) {
+    page += QByteArray("<FONT FACE=\"") + faces[block % 3] + "\" SIZE=3 COLOR=\"" + colors[block % 4] +
+            "\">Dear friends, this is part " + QByteArray::number(block) +
+            " of a long letter. The <B>garden</B> is in flower, and everybody sends greetings.</FONT><BR>";
+    if (block % 12 == 11)
+      page +=
+          "<TABLE BORDER=1 "
+          "WIDTH=300><TR><TD>Monday</TD><TD>Rain</TD></TR><TR><TD>Tuesday</TD><TD>Sun</TD></TR></TABLE><BR>";
+  }
+  return page + "</body></html>";
+}
+
+// Runs until `done`; the program ends where that never comes, as no figure would be honest.
+class Wait {
+ public:
+  void Done() { loop_.quit(); }
+  void Run(const char* what) {
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop_, [what] {
+      std::fprintf(stderr, "never came: %s\n", what);
+      std::exit(1);
+    });
+    limit.start(kPatience);
+    loop_.exec();
+  }
+
+ private:
+  QEventLoop loop_;
+};
+
+void Pause(int ms) {
+  QEventLoop loop;
+  QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+void Click(QWidget* widget, QPointF at) {
+  const QPointF global = widget->mapToGlobal(at);
+  QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+  QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(widget, &press);
+  QApplication::sendEvent(widget, &release);
+}
+
+void SendKey(QWidget* widget, QEvent::Type type) {
+  QKeyEvent event(type, Qt::Key_E, Qt::NoModifier, 26, 0x65, 0, QStringLiteral("e"));
+  QApplication::sendEvent(widget, &event);
+}
+
+class Ours {
+ public:
+  Ours(TestProgram& test, const QString& file) {
+    view_ = new WBUC(test.program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });
+    view_->resize(900, 700);
+    view_->show();
+    Wait ready;
+    QObject::connect(view_, &WBUC::DocComplete, view_, [&] {
+      if (view_->Location() == file) ready.Done();
+    });
+    QTimer::singleShot(0, view_, [&] { view_->Navo(file, false); });
+    ready.Run("our page");
+    view_->disconnect(SIGNAL(DocComplete()));
+    auto& browser = static_cast<HostedWebBrowser&>(view_->Browser());
+    browser.RunPageScript(QStringLiteral("scrollTo(0, document.body.scrollHeight / 2)"));
+    Pause(500);
+    keys_ = browser.Widget()->focusProxy();
+    keys_->setFocus();
+    for (int y = 350; !view_->HasCurrentTextRange() && y < 600; y += 7) {
+      Click(keys_, {200, double(y)});
+      Pause(600);
+    }
+    if (!view_->HasCurrentTextRange()) {
+      std::fprintf(stderr, "our page takes no click\n");
+      std::exit(1);
+    }
+    before_ = view_->Source().size();
+    // Behind the program's own connection, so what a message leads to in the model is over.
+    QObject::connect(browser.enginePage()->findChild<BridgePort*>(), &BridgePort::Received, view_,
+                     [this](const QJsonArray& message) {
+                       if (message.at(1).toString() == u"event") workedMs_ = double(clock_.nsecsElapsed()) / 1e6;
+                     });
+  }
+  ~Ours() { delete view_; }
+
+  double Key() {
+    double ms = 0;
+    Wait raised;
+    const auto connection = QObject::connect(view_, &WBUC::KeyPress, view_, [&] {
+      ms = double(clock_.nsecsElapsed()) / 1e6;
+      raised.Done();
+    });
+    SendKey(keys_, QEvent::KeyPress);
+    clock_.start();
+    SendKey(keys_, QEvent::KeyRelease);
+    raised.Run("our key");
+    QObject::disconnect(connection);
+    ++count_;
+    worked_.push_back(workedMs_);
+    return ms;
+  }
+
+  // The part of each key until the model has changed; the rest is the live page's change and the place in it.
+  const std::vector<double>& Worked() const { return worked_; }
+
+  bool HasThemAll() const { return view_->Source().size() == before_ + count_; }
+
+ private:
+  WBUC* view_;
+  QWidget* keys_ = nullptr;
+  QElapsedTimer clock_;
+  double workedMs_ = 0;
+  std::vector<double> worked_;
+  qsizetype before_ = 0;
+  int count_ = 0;
+};
+
+// A message of the console is the shortest way from a page to the program.
+class PeerPage : public QWebEnginePage {
+ public:
+  using QWebEnginePage::QWebEnginePage;
+  std::function<void(const QString&)> Said;
+
+ protected:
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int, const QString&) override {
+    if (Said) Said(message);
+  }
+};
+
+class Peer {
+ public:
+  Peer(const QString& file, bool whole) {
+    page_ = new PeerPage(&view_);
+    view_.setPage(page_);
+    view_.resize(900, 700);
+    view_.show();
+    Wait ready;
+    QObject::connect(page_, &QWebEnginePage::loadFinished, &view_, [&](bool good) {
+      if (good) ready.Done();
+    });
+    page_->load(QUrl::fromLocalFile(file));
+    ready.Run("the peer's page");
+    keys_ = view_.focusProxy();
+    keys_->setFocus();
+    const QString script =
+        QStringLiteral(
+            "document.body.contentEditable = true; document.body.focus();"
+            "addEventListener('input', () => console.log(%1));"
+            "{ const blocks = document.getElementsByTagName('font');"
+            "  const text = blocks[blocks.length >> 1].firstChild;"
+            "  getSelection().collapse(text, text.length >> 1);"
+            "  text.parentNode.scrollIntoView({block: 'center'}); }")
+            .arg(whole ? QStringLiteral("document.documentElement.outerHTML") : QStringLiteral("'changed'"));
+    Wait scripted;
+    page_->runJavaScript(script, [&](const QVariant&) { scripted.Done(); });
+    scripted.Run("the peer's script");
+    Pause(500);
+  }
+
+  // What the engine alone takes to lay the page out again behind a changed letter: part of every key of both.
+  double Layout() {
+    Wait measured;
+    double ms = 0;
+    page_->runJavaScript(
+        QStringLiteral(
+            "(() => { const at = getSelection().anchorNode, times = [];"
+            "for (let i = 0; i < 21; ++i) { const range = document.createRange(); const begin = performance.now();"
+            "at.insertData(0, 'e'); range.setStart(at, 1); range.getClientRects();"
+            "times.push(performance.now() - begin); }"
+            "return times.sort((a, b) => a - b)[10]; })()"),
+        [&](const QVariant& result) {
+          ms = result.toDouble();
+          measured.Done();
+        });
+    measured.Run("the layout");
+    return ms;
+  }
+
+  double Key() {
+    QElapsedTimer clock;
+    double ms = 0;
+    Wait said;
+    page_->Said = [&](const QString&) {
+      ms = double(clock.nsecsElapsed()) / 1e6;
+      said.Done();
+    };
+    clock.start();
+    SendKey(keys_, QEvent::KeyPress);
+    said.Run("the peer's key");
+    SendKey(keys_, QEvent::KeyRelease);
+    page_->Said = nullptr;
+    return ms;
+  }
+
+ private:
+  QWebEngineView view_;
+  PeerPage* page_;
+  QWidget* keys_ = nullptr;
+};
+
+double Quantile(std::vector<double> values, double part) {
+  std::sort(values.begin(), values.end());
+  return values[std::min(values.size() - 1, std::size_t(part * double(values.size())))];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  struct Row {
+    const char* name;
+    int size;
+    double bound;
+  };
+  static const Row rows[] = {{"key_1k", 1200, 1.0}, {"key_36k", 36000, 0.5}, {"key_359k", 359000, 0.1}};
+  bool good = true;
+  for (const Row& row : rows) {
+    TestProgram test;
+    const QString file = test.Path(QStringLiteral("page.html"));
+    if (!PutFile(file, MakePage(row.size))) return 1;
+    std::vector<double> ours, notice, whole;
+    double layout = 0;
+    double model = 0;
+    {
+      Ours own(test, file);
+      Peer told(file, false);
+      Peer sent(file, true);
+      for (int i = 0; i < kWarmUp; ++i) own.Key(), told.Key(), sent.Key();
+      // The last key of the one before still paints when its turn has ended; that is nobody's time.
+      const auto block = [](auto& side, std::vector<double>& times) {
+        Pause(150);
+        side.Key();
+        for (int i = 0; i < kBlock; ++i) times.push_back(side.Key());
+      };
+      for (int done = 0; done < kKeys; done += kBlock) {
+        block(own, ours);
+        block(told, notice);
+        block(sent, whole);
+      }
+      layout = told.Layout();
+      model = Quantile(own.Worked(), 0.5);
+      if (!own.HasThemAll()) {
+        std::fprintf(stderr, "%s: keys are missing in our page\n", row.name);
+        good = false;
+      }
+    }
+    const auto print = [&](const char* ending, const std::vector<double>& peer) {
+      const double own = Quantile(ours, 0.5);
+      const double other = Quantile(peer, 0.5);
+      std::printf(
+          "BENCH name=%s%s ours=%.3f peer=%.3f ratio=%.3f unit=ms p99=%.3f peerp99=%.3f layout=%.3f model=%.3f\n",
+          row.name, ending, own, other, own / other, Quantile(ours, 0.99), Quantile(peer, 0.99), layout, model);
+      std::fflush(stdout);
+      return own / other;
+    };
+    if (print("", notice) > row.bound) good = false;
+    print("_source", whole);
+  }
+  return good ? 0 : 1;
+}
