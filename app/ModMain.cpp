@@ -20,7 +20,9 @@
 ModMain::ModMain(Program& program, WebBrowserFactory makeBrowser)
     : program_(program), makeBrowser_(std::move(makeBrowser)) {}
 
-ModMain::~ModMain() { ReleaseWindows(); }
+ModMain::~ModMain() {
+  ReleaseWindows();
+}
 
 bool ModMain::Main() {
   program_.AppStarted = false;
@@ -69,8 +71,8 @@ void ModMain::Connect() {
 bool ModMain::AskAboutSaving() {
   Dialogs& dialogs = program_.platform.dialogs;
   if (program_.ProjectName != u"Project1") {
-    const auto answer = dialogs.ShowMessage(web_.get(), StringText(FixedText::SaveChangesToPage),
-                                            MessageIcon::Question, MessageButtons::YesNoCancel);
+    const auto answer = dialogs.ShowMessage(web_.get(), StringText(FixedText::SaveChangesToPage), MessageIcon::Question,
+                                            MessageButtons::YesNoCancel);
     if (answer == MessageAnswer::Yes) web_->SavePage(program_.CurPageNo, false);
     return answer != MessageAnswer::Cancel;
   }

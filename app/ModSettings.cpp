@@ -14,7 +14,9 @@
 
 namespace {
 
-int WholeOrZero(const QString& text) { return ToInteger32(text).value_or(0); }
+int WholeOrZero(const QString& text) {
+  return ToInteger32(text).value_or(0);
+}
 
 }  // namespace
 
@@ -70,7 +72,6 @@ void LoadPackSettings(Program& program) {
   int number = ToInteger16(Settings::Get(store, Settings::CurIconNum)).value_or(0);
   if (number > 10 || number < 0) number = 0;
   const QString icons = PathRules::Join(program.AppPath, QStringLiteral("icons"));
-  if (number == 10 &&
-      !program.Files.FileExists(PathRules::Join(icons, Settings::Get(store, Settings::CustomIcon))))
+  if (number == 10 && !program.Files.FileExists(PathRules::Join(icons, Settings::Get(store, Settings::CustomIcon))))
     program.CurIconName = QStringLiteral("WP");
 }

@@ -21,8 +21,7 @@ GridLayout::GridLayout(const HTMLDocument& document) : body_(document.bodyNode()
       const bool structure = node->parent->tag->isTablePart;
       for (int at = 0; at < node->Length() && !structure; ++at) {
         const bool pair = node->data[at].isHighSurrogate() && at + 1 < node->Length();
-        if (node->data[at] != u'\n' && node->data[at] != u'\r')
-          lines_.back().cells.push_back({node, at, pair ? 2 : 1});
+        if (node->data[at] != u'\n' && node->data[at] != u'\r') lines_.back().cells.push_back({node, at, pair ? 2 : 1});
         at += pair;
       }
     } else if (node->IsElement() && !node->tag->isHidden) {
@@ -103,8 +102,8 @@ GridLayout::Hit GridLayout::At(QPoint point) const {
   const int column = point.x() < margin ? 0 : (point.x() - margin) / cellWidth;
   if (point.y() < margin || row < int(lines_.size())) {
     const Line& line = lines_[std::size_t(std::max(row, 0))];
-    const auto visible = std::size_t(std::count_if(line.cells.begin(), line.cells.end(),
-                                                   [](const Cell& cell) { return cell.length > 0; }));
+    const auto visible = std::size_t(
+        std::count_if(line.cells.begin(), line.cells.end(), [](const Cell& cell) { return cell.length > 0; }));
     if (std::size_t(column) < visible && point.x() >= margin) {
       const Cell& cell = line.cells[std::size_t(column)];
       // The nearer side of the character.
@@ -122,8 +121,8 @@ GridLayout::Hit GridLayout::At(QPoint point) const {
         hit.caret = line.cells.empty() ? BoundaryPoint::AtEnd(line.block) : BoundaryPoint::Before(line.cells[0].node);
       } else if (point.x() < margin) {
         const Cell& first = line.cells[0];
-        hit.caret = first.node->IsText() ? BoundaryPoint::InText(first.node, first.offset)
-                                         : BoundaryPoint::Before(first.node);
+        hit.caret =
+            first.node->IsText() ? BoundaryPoint::InText(first.node, first.offset) : BoundaryPoint::Before(first.node);
       } else {
         const Cell& last = line.cells[visible - 1];
         hit.caret = last.node->IsText() ? BoundaryPoint::InText(last.node, last.offset + last.length)

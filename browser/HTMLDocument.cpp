@@ -47,11 +47,21 @@ Node* HTMLDocument::htmlNode() const {
   return nullptr;
 }
 
-Node* HTMLDocument::bodyNode() const { return ChildElement(htmlNode(), Known().body); }
-Node* HTMLDocument::headNode() const { return ChildElement(htmlNode(), Known().head); }
-HTMLElement HTMLDocument::documentElement() const { return HTMLElement(htmlNode()); }
-HTMLBodyElement HTMLDocument::body() const { return HTMLBodyElement(bodyNode()); }
-HTMLElementCollection HTMLDocument::all() const { return HTMLElementCollection(this); }
+Node* HTMLDocument::bodyNode() const {
+  return ChildElement(htmlNode(), Known().body);
+}
+Node* HTMLDocument::headNode() const {
+  return ChildElement(htmlNode(), Known().head);
+}
+HTMLElement HTMLDocument::documentElement() const {
+  return HTMLElement(htmlNode());
+}
+HTMLBodyElement HTMLDocument::body() const {
+  return HTMLBodyElement(bodyNode());
+}
+HTMLElementCollection HTMLDocument::all() const {
+  return HTMLElementCollection(this);
+}
 
 QString HTMLDocument::title() const {
   const Node* title = ChildElement(headNode(), Known().title);
@@ -73,7 +83,9 @@ void HTMLDocument::setTitle(const QString& text) {
   if (!text.isEmpty()) gateway_.Insert(title, nullptr, CreateText(text));
 }
 
-QString HTMLDocument::bgColor() const { return body().getAttribute(QStringLiteral("bgcolor")); }
+QString HTMLDocument::bgColor() const {
+  return body().getAttribute(QStringLiteral("bgcolor"));
+}
 
 void HTMLDocument::setBgColor(const QString& color) {
   if (Node* body = bodyNode()) WriteColor(gateway_, body, QStringLiteral("bgcolor"), color);
@@ -83,14 +95,27 @@ bool HTMLDocument::Dispatch(HTMLEventObj event) {
   window_.event_ = std::move(event);
   if (!events_) return true;
   switch (window_.event_.type()) {
-    case EventType::Click: return events_->onclick();
-    case EventType::DoubleClick: return events_->ondblclick();
-    case EventType::ContextMenu: return events_->oncontextmenu();
-    case EventType::KeyUp: events_->onkeyup(); break;
-    case EventType::MouseDown: events_->onmousedown(); break;
-    case EventType::MouseUp: events_->onmouseup(); break;
-    case EventType::MouseOut: events_->onmouseout(); break;
-    case EventType::MouseOver: events_->onmouseover(); break;
+    case EventType::Click:
+      return events_->onclick();
+    case EventType::DoubleClick:
+      return events_->ondblclick();
+    case EventType::ContextMenu:
+      return events_->oncontextmenu();
+    case EventType::KeyUp:
+      events_->onkeyup();
+      break;
+    case EventType::MouseDown:
+      events_->onmousedown();
+      break;
+    case EventType::MouseUp:
+      events_->onmouseup();
+      break;
+    case EventType::MouseOut:
+      events_->onmouseout();
+      break;
+    case EventType::MouseOver:
+      events_->onmouseover();
+      break;
   }
   return true;
 }

@@ -11,13 +11,19 @@
 namespace {
 
 // The document in whose tree the element stands; null for none and for a removed element.
-HTMLDocument* DocumentOf(const Node* node) { return node && node->IsAttached() ? node->document : nullptr; }
+HTMLDocument* DocumentOf(const Node* node) {
+  return node && node->IsAttached() ? node->document : nullptr;
+}
 
 }  // namespace
 
-QString HTMLElement::tagName() const { return node_ ? node_->tag->tagName : QString(); }
+QString HTMLElement::tagName() const {
+  return node_ ? node_->tag->tagName : QString();
+}
 
-QString HTMLElement::id() const { return getAttribute(QStringLiteral("id")); }
+QString HTMLElement::id() const {
+  return getAttribute(QStringLiteral("id"));
+}
 
 HTMLElement HTMLElement::parentElement() const {
   return node_ && node_->parent && node_->parent->IsElement() ? HTMLElement(node_->parent) : HTMLElement();
@@ -83,7 +89,9 @@ bool HTMLElement::removeAttribute(const QString& name, int) {
   return true;
 }
 
-HTMLStyle HTMLElement::style() const { return HTMLStyle(*this); }
+HTMLStyle HTMLElement::style() const {
+  return HTMLStyle(*this);
+}
 
 std::shared_ptr<HTMLTxtRange> HTMLBodyElement::createTextRange() const {
   HTMLDocument* const document = DocumentOf(node_.get());
@@ -92,10 +100,18 @@ std::shared_ptr<HTMLTxtRange> HTMLBodyElement::createTextRange() const {
       *document, LiveRange{BoundaryPoint::AtStart(node_.get()), BoundaryPoint::AtEnd(node_.get())});
 }
 
-QString HTMLBodyElement::text() const { return getAttribute(QStringLiteral("text")); }
-QString HTMLBodyElement::link() const { return getAttribute(QStringLiteral("link")); }
-QString HTMLBodyElement::vLink() const { return getAttribute(QStringLiteral("vlink")); }
-QString HTMLBodyElement::background() const { return getAttribute(QStringLiteral("background")); }
+QString HTMLBodyElement::text() const {
+  return getAttribute(QStringLiteral("text"));
+}
+QString HTMLBodyElement::link() const {
+  return getAttribute(QStringLiteral("link"));
+}
+QString HTMLBodyElement::vLink() const {
+  return getAttribute(QStringLiteral("vlink"));
+}
+QString HTMLBodyElement::background() const {
+  return getAttribute(QStringLiteral("background"));
+}
 
 void HTMLBodyElement::setText(const QString& color) {
   if (HTMLDocument* document = DocumentOf(node_.get()))
@@ -112,7 +128,9 @@ void HTMLBodyElement::setVLink(const QString& color) {
     WriteColor(document->gateway(), node_.get(), QStringLiteral("vlink"), color);
 }
 
-void HTMLBodyElement::setBackground(const QString& picture) { setAttribute(QStringLiteral("background"), picture); }
+void HTMLBodyElement::setBackground(const QString& picture) {
+  setAttribute(QStringLiteral("background"), picture);
+}
 
 int HTMLElementCollection::length() const {
   if (document_) return document_->order().ElementCount();
@@ -145,7 +163,8 @@ namespace {
 
 StyleDeclarations StyleOf(const Node* node) {
   const Attribute* attribute = node->FindAttribute(QStringLiteral("style"));
-  return StyleDeclarations::Parse(attribute ? attribute->value : QString(), !node->document || node->document->quirks());
+  return StyleDeclarations::Parse(attribute ? attribute->value : QString(),
+                                  !node->document || node->document->quirks());
 }
 
 }  // namespace
@@ -159,9 +178,15 @@ QString HTMLStyle::fontSize() const {
 QString HTMLStyle::textAlign() const {
   return element_ ? StyleOf(element_.node()).Value(QStringLiteral("text-align")) : QString();
 }
-void HTMLStyle::setFontFamily(const QString& value) { Set(QStringLiteral("font-family"), value); }
-void HTMLStyle::setFontSize(const QString& value) { Set(QStringLiteral("font-size"), value); }
-void HTMLStyle::setTextAlign(const QString& value) { Set(QStringLiteral("text-align"), value); }
+void HTMLStyle::setFontFamily(const QString& value) {
+  Set(QStringLiteral("font-family"), value);
+}
+void HTMLStyle::setFontSize(const QString& value) {
+  Set(QStringLiteral("font-size"), value);
+}
+void HTMLStyle::setTextAlign(const QString& value) {
+  Set(QStringLiteral("text-align"), value);
+}
 
 void HTMLStyle::Set(const QString& property, const QString& value) {
   if (!element_) return;

@@ -4,9 +4,13 @@
 #include "HTMLTxtRange.h"
 #include "LivePage.h"
 
-HTMLSelectionObject::HTMLSelectionObject(HTMLDocument& document) : document_(document) { document_.AddRange(&range_); }
+HTMLSelectionObject::HTMLSelectionObject(HTMLDocument& document) : document_(document) {
+  document_.AddRange(&range_);
+}
 
-HTMLSelectionObject::~HTMLSelectionObject() { document_.RemoveRange(&range_); }
+HTMLSelectionObject::~HTMLSelectionObject() {
+  document_.RemoveRange(&range_);
+}
 
 QString HTMLSelectionObject::type() const {
   return range_.start && !range_.IsCollapsed() ? QStringLiteral("Text") : QStringLiteral("None");

@@ -15,7 +15,7 @@ class HTMLSelectionObject {
   explicit HTMLSelectionObject(HTMLDocument& document);
   ~HTMLSelectionObject();
 
-  QString type() const;  // "Text" where something is selected, else "None"
+  QString type() const;                         // "Text" where something is selected, else "None"
   std::shared_ptr<HTMLTxtRange> createRange();  // collapsed where nothing is selected: at the caret, else at the start
   void empty();
 

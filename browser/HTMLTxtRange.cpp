@@ -31,9 +31,13 @@ HTMLDocument* HTMLTxtRange::document() const {
   return alive ? *alive : nullptr;
 }
 
-void HTMLTxtRange::SetRange(const LiveRange& range) { range_ = range; }
+void HTMLTxtRange::SetRange(const LiveRange& range) {
+  range_ = range;
+}
 
-QString HTMLTxtRange::text() const { return document() ? TextBetween(range_) : QString(); }
+QString HTMLTxtRange::text() const {
+  return document() ? TextBetween(range_) : QString();
+}
 
 void HTMLTxtRange::setText(const QString& text) {
   HTMLDocument* const doc = document();
@@ -131,8 +135,7 @@ std::shared_ptr<HTMLTxtRange> HTMLTxtRange::duplicate() const {
 int HTMLTxtRange::compareEndPoints(const QString& how, const HTMLTxtRange& other) const {
   HTMLDocument* const doc = document();
   if (!doc || other.document() != doc) return 0;
-  const BoundaryPoint& mine =
-      how.startsWith(QLatin1String("End"), Qt::CaseInsensitive) ? range_.end : range_.start;
+  const BoundaryPoint& mine = how.startsWith(QLatin1String("End"), Qt::CaseInsensitive) ? range_.end : range_.start;
   const BoundaryPoint& theirs =
       how.endsWith(QLatin1String("End"), Qt::CaseInsensitive) ? other.range_.end : other.range_.start;
   const int order = ComparePoints(doc->order(), mine, theirs);

@@ -73,7 +73,6 @@ class HTMLTxtRange : public HTMLTextRangeMetrics, public std::enable_shared_from
   HTMLDocument* document() const;
 
  private:
-
   std::weak_ptr<HTMLDocument*> document_;
   LiveRange range_;
 };

@@ -18,9 +18,7 @@ class HeadlessWebBrowser::Page : public LivePage {
   void DataReplaced(const Node*, int, int, const QString&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool) override {}
-  void Measure(const BoundaryPoint& point, Answer answer) override {
-    answer(GridLayout(document_).PositionOf(point));
-  }
+  void Measure(const BoundaryPoint& point, Answer answer) override { answer(GridLayout(document_).PositionOf(point)); }
 
  private:
   HTMLDocument& document_;

@@ -22,12 +22,14 @@
 #include "TreeCodec.h"
 
 // Outside of any namespace, as the macro wants it.
-static void InitBridgeResources() { Q_INIT_RESOURCE(Bridge); }
+static void InitBridgeResources() {
+  Q_INIT_RESOURCE(Bridge);
+}
 
 namespace {
 
 constexpr quint32 bridgeWorld = QWebEngineScript::ApplicationWorld;
-constexpr int deathsInARow = 5;          // a page that kills every renderer isn't brought back for ever
+constexpr int deathsInARow = 5;  // a page that kills every renderer isn't brought back for ever
 constexpr qint64 rowOfDeathsMs = 10000;
 
 // Opens no windows and keeps what scripts log to itself.
@@ -39,7 +41,8 @@ class QuietPage : public QWebEnginePage {
   QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
   void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int line,
                                 const QString& source) override {
-    if (qEnvironmentVariableIsSet("CORVANE_CONSOLE")) qWarning("%s:%d: %s", qPrintable(source), line, qPrintable(message));
+    if (qEnvironmentVariableIsSet("CORVANE_CONSOLE"))
+      qWarning("%s:%d: %s", qPrintable(source), line, qPrintable(message));
   }
 };
 
@@ -58,10 +61,10 @@ std::optional<EventType> TypeOf(const QString& name) {
     const char* name;
     EventType type;
   };
-  constexpr Row rows[] = {{"click", EventType::Click},         {"dblclick", EventType::DoubleClick},
-                          {"keyup", EventType::KeyUp},         {"mousedown", EventType::MouseDown},
-                          {"mouseup", EventType::MouseUp},     {"mouseover", EventType::MouseOver},
-                          {"mouseout", EventType::MouseOut},   {"contextmenu", EventType::ContextMenu}};
+  constexpr Row rows[] = {{"click", EventType::Click},       {"dblclick", EventType::DoubleClick},
+                          {"keyup", EventType::KeyUp},       {"mousedown", EventType::MouseDown},
+                          {"mouseup", EventType::MouseUp},   {"mouseover", EventType::MouseOver},
+                          {"mouseout", EventType::MouseOut}, {"contextmenu", EventType::ContextMenu}};
   for (const Row& row : rows)
     if (name == QLatin1String(row.name)) return row.type;
   return std::nullopt;
@@ -112,15 +115,22 @@ void HostedWebBrowser::SetUpPage() {
   page_->setWebChannel(channel_, bridgeWorld);
   connect(port_, &BridgePort::Received, this, &HostedWebBrowser::Receive);
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
-  connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied,
-          Qt::QueuedConnection);
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
 }
 
-QWidget* HostedWebBrowser::Widget() { return view_; }
-void HostedWebBrowser::FocusPage() { view_->setFocus(); }
-bool HostedWebBrowser::Offline() const { return interceptor_->offline; }
-void HostedWebBrowser::SetOffline(bool offline) { interceptor_->offline = offline; }
+QWidget* HostedWebBrowser::Widget() {
+  return view_;
+}
+void HostedWebBrowser::FocusPage() {
+  view_->setFocus();
+}
+bool HostedWebBrowser::Offline() const {
+  return interceptor_->offline;
+}
+void HostedWebBrowser::SetOffline(bool offline) {
+  interceptor_->offline = offline;
+}
 
 void HostedWebBrowser::Navigate(const QString& url, int) {
   emit BeforeNavigate2(url);
@@ -429,7 +439,8 @@ void HostedWebBrowser::Adopt(const QString& token) {
   const LiveRange& selection = document_->selection().range();
   ++selectionNumber_;
   if (selection.start)
-    messages_.append(QJsonArray{QStringLiteral("select"), selectionNumber_, Encode(selection.start), Encode(selection.end)});
+    messages_.append(
+        QJsonArray{QStringLiteral("select"), selectionNumber_, Encode(selection.start), Encode(selection.end)});
   else
     messages_.append(QJsonArray{QStringLiteral("select"), selectionNumber_});
   Flush();
@@ -448,4 +459,6 @@ void HostedWebBrowser::TellTree(std::function<void(const QJsonArray&)> answer) {
   Flush();
 }
 
-void HostedWebBrowser::RunPageScript(const QString& script) { page_->runJavaScript(script, QWebEngineScript::MainWorld); }
+void HostedWebBrowser::RunPageScript(const QString& script) {
+  page_->runJavaScript(script, QWebEngineScript::MainWorld);
+}

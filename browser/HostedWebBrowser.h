@@ -91,17 +91,17 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
-  QString wanted_;         // path of the pending navigation
-  QString token_;          // of the page's bridge that is listened to
-  QString base_;           // URL of the page in view
+  QString wanted_;  // path of the pending navigation
+  QString token_;   // of the page's bridge that is listened to
+  QString base_;    // URL of the page in view
   QPoint scroll_;
 
   QJsonArray operations_;  // changes not yet posted
   QJsonArray messages_;    // not yet sent
   bool flushScheduled_ = false;
-  int batch_ = 0;          // number of the last batch sent
-  int applied_ = 0;        // the last one that the page is known to have carried out
-  int heard_ = 0;          // number of the last report of foreign changes
+  int batch_ = 0;    // number of the last batch sent
+  int applied_ = 0;  // the last one that the page is known to have carried out
+  int heard_ = 0;    // number of the last report of foreign changes
   int selectionNumber_ = 0;
   bool takesKeys_ = false;
 

@@ -102,8 +102,8 @@ class TreeMaker {
       const auto* child = static_cast<const GumboNode*>(level.children->data[level.next++]);
       Node* const parent = level.parent;
       Node* const previous = parent ? parent->lastChild : lastTop;
-      const bool isText = child->type == GUMBO_NODE_TEXT || child->type == GUMBO_NODE_WHITESPACE ||
-                          child->type == GUMBO_NODE_CDATA;
+      const bool isText =
+          child->type == GUMBO_NODE_TEXT || child->type == GUMBO_NODE_WHITESPACE || child->type == GUMBO_NODE_CDATA;
       if (isText && *child->v.text.text == 0) continue;
       if (isText && previous && previous->IsText()) {
         previous->data += FromUtf8(child->v.text.text);
@@ -157,7 +157,8 @@ class TreeMaker {
         node->data = FromUtf8(source.v.text.text);
         return node;
       }
-      case GUMBO_NODE_DOCUMENT: break;
+      case GUMBO_NODE_DOCUMENT:
+        break;
     }
     return nullptr;
   }
@@ -279,8 +280,9 @@ QString DecodePage(const QByteArray& bytes) {
   QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString text = utf8.decode(bytes);
   if (!utf8.hasError()) return text;
-  static const char16_t upper[] = u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
-                                  u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
+  static const char16_t upper[] =
+      u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
+      u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
   QString latin = QString::fromLatin1(bytes);
   for (QChar& c : latin)
     if (c.unicode() >= 0x80 && c.unicode() < 0xA0) c = QChar(upper[c.unicode() - 0x80]);

@@ -21,7 +21,9 @@ QString Hex(int red, int green, int blue) {
       .toUpper();
 }
 
-bool IsHtmlSpace(QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\f' || c == u'\r'; }
+bool IsHtmlSpace(QChar c) {
+  return c == u' ' || c == u'\t' || c == u'\n' || c == u'\f' || c == u'\r';
+}
 
 QString TrimHtmlSpace(const QString& text) {
   int from = 0;

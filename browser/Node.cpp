@@ -2,7 +2,9 @@
 
 #include <cassert>
 
-Node::~Node() { assert(references == 0); }
+Node::~Node() {
+  assert(references == 0);
+}
 
 const Attribute* Node::FindAttribute(const QString& name) const {
   for (const Attribute& attribute : attributes)
@@ -59,7 +61,9 @@ Node* LastDescendant(Node* node) {
   return node;
 }
 
-Node* PreviousInTree(const Node* node) { return node->previous ? LastDescendant(node->previous) : node->parent; }
+Node* PreviousInTree(const Node* node) {
+  return node->previous ? LastDescendant(node->previous) : node->parent;
+}
 
 void DestroyTree(Node* root) {
   // Not recursive: a page may nest as deep as it likes.

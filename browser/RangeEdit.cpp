@@ -38,7 +38,9 @@ bool IsFormOfTable(const Node* node) {
   return node->tag->isTablePart || std::find(std::begin(cells), std::end(cells), node->tag) != std::end(cells);
 }
 
-bool IsTablePart(const Node* node) { return node->IsElement() && node->tag->isTablePart; }
+bool IsTablePart(const Node* node) {
+  return node->IsElement() && node->tag->isTablePart;
+}
 
 }  // namespace
 

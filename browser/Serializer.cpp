@@ -40,7 +40,9 @@ class Writer {
 
   void Leaf(const Node* node) {
     switch (node->type) {
-      case Node::Type::Text: Text(node, 0, node->Length()); break;
+      case Node::Type::Text:
+        Text(node, 0, node->Length());
+        break;
       case Node::Type::Comment:
         out_ += u"<!--";
         out_ += node->data;
@@ -51,7 +53,8 @@ class Writer {
         out_ += node->data;
         out_ += u'>';
         break;
-      default: break;
+      default:
+        break;
     }
   }
 
@@ -95,7 +98,8 @@ class Writer {
   }
 
   bool IsRaw(const Node* parent) const {
-    return parent && parent->IsElement() && (parent->tag->isRawText || (scripting_ && parent->IsElement(Known().noscript)));
+    return parent && parent->IsElement() &&
+           (parent->tag->isRawText || (scripting_ && parent->IsElement(Known().noscript)));
   }
 
   void Escape(QStringView text, bool inAttribute) {
@@ -103,8 +107,12 @@ class Writer {
     for (qsizetype i = 0; i < text.size(); ++i) {
       QStringView entity;
       switch (text[i].unicode()) {
-        case '&': entity = u"&amp;"; break;
-        case 0xA0: entity = u"&nbsp;"; break;
+        case '&':
+          entity = u"&amp;";
+          break;
+        case 0xA0:
+          entity = u"&nbsp;";
+          break;
         case '"':
           if (inAttribute) entity = u"&quot;";
           break;

@@ -45,19 +45,19 @@ bool IsNumber(const QString& text) {
 
 // One size as CSSOM serialises it, or "" when CSS refuses it.
 QString FontSizeValue(const QString& written, bool quirks) {
-  static const QStringList words = {
-      QStringLiteral("xx-small"), QStringLiteral("x-small"),  QStringLiteral("small"),
-      QStringLiteral("medium"),   QStringLiteral("large"),    QStringLiteral("x-large"),
-      QStringLiteral("xx-large"), QStringLiteral("xxx-large"), QStringLiteral("smaller"),
-      QStringLiteral("larger"),   QStringLiteral("inherit"),  QStringLiteral("initial"),
-      QStringLiteral("unset"),    QStringLiteral("revert")};
+  static const QStringList words = {QStringLiteral("xx-small"), QStringLiteral("x-small"),   QStringLiteral("small"),
+                                    QStringLiteral("medium"),   QStringLiteral("large"),     QStringLiteral("x-large"),
+                                    QStringLiteral("xx-large"), QStringLiteral("xxx-large"), QStringLiteral("smaller"),
+                                    QStringLiteral("larger"),   QStringLiteral("inherit"),   QStringLiteral("initial"),
+                                    QStringLiteral("unset"),    QStringLiteral("revert")};
   static const QRegularExpression length(
       QStringLiteral("^[+]?(\\d+|\\d*\\.\\d+)(px|pt|pc|in|cm|mm|q|em|ex|ch|rem|vw|vh|vmin|vmax|%)$"));
   const QString value = written.trimmed().toLower();
   if (words.contains(value)) return value;
   const auto match = length.match(value);
   if (match.hasMatch()) return QString::number(match.captured(1).toDouble()) + match.captured(2);
-  if (IsNumber(value) && (quirks || value.toDouble() == 0)) return QString::number(value.toDouble()) + QLatin1String("px");
+  if (IsNumber(value) && (quirks || value.toDouble() == 0))
+    return QString::number(value.toDouble()) + QLatin1String("px");
   if (value.startsWith(u"calc(") && value.endsWith(u')')) return value;
   return {};
 }
@@ -75,10 +75,10 @@ QString FontFamilyValue(const QString& written) {
           QStringLiteral("^-?[A-Za-z_\\x{80}-\\x{10ffff}][-\\w\\x{80}-\\x{10ffff}]*"
                          "( -?[A-Za-z_\\x{80}-\\x{10ffff}][-\\w\\x{80}-\\x{10ffff}]*)*$"));
       if (!identifiers.match(family).hasMatch()) return {};  // one bad name makes the declaration invalid
-      static const QStringList keywords = {QStringLiteral("serif"),   QStringLiteral("sans-serif"),
-                                           QStringLiteral("cursive"), QStringLiteral("fantasy"),
+      static const QStringList keywords = {QStringLiteral("serif"),     QStringLiteral("sans-serif"),
+                                           QStringLiteral("cursive"),   QStringLiteral("fantasy"),
                                            QStringLiteral("monospace"), QStringLiteral("inherit"),
-                                           QStringLiteral("initial"), QStringLiteral("unset")};
+                                           QStringLiteral("initial"),   QStringLiteral("unset")};
       if (keywords.contains(family.toLower())) family = family.toLower();
     }
     families += family;
@@ -104,7 +104,8 @@ QString FontShorthandPart(const QString& shorthand, const QString& property, boo
 StyleDeclarations StyleDeclarations::Parse(const QString& text, bool quirks) {
   StyleDeclarations style;
   style.quirks_ = quirks;
-  static const QRegularExpression comment(QStringLiteral("/\\*.*?\\*/"), QRegularExpression::DotMatchesEverythingOption);
+  static const QRegularExpression comment(QStringLiteral("/\\*.*?\\*/"),
+                                          QRegularExpression::DotMatchesEverythingOption);
   QString bare = text;
   if (bare.contains(u"/*")) bare.remove(comment);
   for (const QString& part : SplitOutside(bare, u';')) {
@@ -156,10 +157,9 @@ void StyleDeclarations::Set(const QString& property, const QString& value) {
   if (value.isEmpty() || first == declarations_.end() || shadowed) {
     std::erase_if(declarations_, isProperty);
     // It has to be as important as a shorthand that it is to win over.
-    const bool important =
-        property.startsWith(u"font-") && std::any_of(declarations_.begin(), declarations_.end(), [](const Declaration& d) {
-          return d.property == u"font" && d.important;
-        });
+    const bool important = property.startsWith(u"font-") &&
+                           std::any_of(declarations_.begin(), declarations_.end(),
+                                       [](const Declaration& d) { return d.property == u"font" && d.important; });
     if (!value.isEmpty()) declarations_.push_back({property, value, important});
     return;
   }

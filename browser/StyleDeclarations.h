@@ -9,7 +9,7 @@ class StyleDeclarations {
   // `quirks`: font sizes may be bare numbers, which count as pixels.
   static StyleDeclarations Parse(const QString& text, bool quirks);
 
-  QString Value(const QString& property) const;  // "" when it isn't declared or its value isn't valid
+  QString Value(const QString& property) const;             // "" when it isn't declared or its value isn't valid
   void Set(const QString& property, const QString& value);  // in place, or at the end; "" removes
   QString Text() const;                                     // "a: b; c: d;"
 

@@ -2,8 +2,12 @@
 
 namespace {
 
-bool IsFormatting(QChar c) { return c == u'\n' || c == u'\r' || c == u'\t' || c == u'\f'; }
-bool IsBlank(QChar c) { return c == u' ' || IsFormatting(c); }
+bool IsFormatting(QChar c) {
+  return c == u'\n' || c == u'\r' || c == u'\t' || c == u'\f';
+}
+bool IsBlank(QChar c) {
+  return c == u' ' || IsFormatting(c);
+}
 
 bool KeepsWhiteSpace(const Node* text) {
   for (const Node* n = text->parent; n && n->IsElement(); n = n->parent)

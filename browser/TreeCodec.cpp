@@ -4,8 +4,16 @@
 
 namespace {
 
-enum Kind { HtmlElement = 1, SvgElement = 2, TextNode = 3, MathElement = 4, CommentNode = 8, DocumentNode = 9,
-            DoctypeNode = 10, FragmentNode = 11 };
+enum Kind {
+  HtmlElement = 1,
+  SvgElement = 2,
+  TextNode = 3,
+  MathElement = 4,
+  CommentNode = 8,
+  DocumentNode = 9,
+  DoctypeNode = 10,
+  FragmentNode = 11
+};
 
 constexpr NodeId largestId = 1 << 26;  // the document keeps a table by id
 
@@ -122,7 +130,8 @@ struct Reader {
         make(kind == DocumentNode ? Node::Type::Document : Node::Type::Fragment);
         children = Number();
         break;
-      default: broken = true;
+      default:
+        broken = true;
     }
     return node;
   }

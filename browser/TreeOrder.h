@@ -24,8 +24,8 @@ class TreeOrder {
   void Clear();
 
   int ElementCount() const;
-  int ElementIndex(const Node* element) const;  // -1 for a detached node
-  Node* ElementAt(int index) const;             // null outside 0 .. ElementCount() - 1
+  int ElementIndex(const Node* element) const;        // -1 for a detached node
+  Node* ElementAt(int index) const;                   // null outside 0 .. ElementCount() - 1
   bool IsBefore(const Node* a, const Node* b) const;  // both attached
 
  private:

@@ -13,9 +13,8 @@ struct Task {
   int width, height;  // twips
 };
 
-constexpr Task kTasks[] = {{"Make Web-Pack File", 6780, 4140},
-                           {"Open Saved Project", 6780, 4140},
-                           {"Email Current Page", 6780, 5940}};
+constexpr Task kTasks[] = {
+    {"Make Web-Pack File", 6780, 4140}, {"Open Saved Project", 6780, 4140}, {"Email Current Page", 6780, 5940}};
 
 }  // namespace
 

@@ -2,8 +2,8 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QLabel>
 #include <QFrame>
+#include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
 #include <cassert>
@@ -22,7 +22,9 @@
 #include "WorkWindow.h"
 
 // Outside of any namespace, as the macro wants it.
-static void InitToolResources() { Q_INIT_RESOURCE(Tools); }
+static void InitToolResources() {
+  Q_INIT_RESOURCE(Tools);
+}
 
 namespace {
 
@@ -58,9 +60,8 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   FrCaret->setAttribute(Qt::WA_TransparentForMouseEvents);
   Place(FrCaret, 780, 3600, 15, 260);
   FrCaret->hide();
-  connect(FrWork, &WorkWindow::HeadClicked, this, [this] {
-    FrWork->UpCaption() == u"6" ? LowerWorkWindow() : RaiseWorkWindow();
-  });
+  connect(FrWork, &WorkWindow::HeadClicked, this,
+          [this] { FrWork->UpCaption() == u"6" ? LowerWorkWindow() : RaiseWorkWindow(); });
   connect(jWB, &WBUC::Click, this, &FWeb::OnClick);
   connect(jWB, &WBUC::RightClick, this, [this] {
     if (!Busy) FrCaret->hide();
@@ -86,8 +87,9 @@ void FWeb::BuildMenus() {
       continue;
     }
     assert(menu);  // the table begins with a menu
-    QAction* const action =
-        QLatin1String(row.caption) == QLatin1String("-") ? menu->addSeparator() : menu->addAction(QString::fromLatin1(row.caption));
+    QAction* const action = QLatin1String(row.caption) == QLatin1String("-")
+                                ? menu->addSeparator()
+                                : menu->addAction(QString::fromLatin1(row.caption));
     action->setObjectName(name);
     if (row.command) connect(action, &QAction::triggered, this, row.command);
   }
@@ -172,7 +174,7 @@ void FWeb::BuildFontControls() {
       control->setFont(FontForHeight(control, control->height(), 3));
       control->setToolTip(QString::fromLatin1(row.toolTip));
       control->setAccessibleName(row.kind == FontRow::Kind::Button || !caption ? QString::fromLatin1(row.toolTip)
-                                                                                : caption->text());
+                                                                               : caption->text());
     }
   }
   QFont bold = bBold->font();
@@ -207,10 +209,16 @@ void FWeb::MakeWorkspace() {
   files.Attributes().Set(program_.CardPath, AttributeHidden);
 }
 
-void FWeb::SetCaption() { setWindowTitle(QStringLiteral("Corvane - ") + program_.ProjectName); }
+void FWeb::SetCaption() {
+  setWindowTitle(QStringLiteral("Corvane - ") + program_.ProjectName);
+}
 
-void FWeb::SavePage(int PageNo, bool Strip) { ::SavePage(program_, *jWB, PageNo, Strip); }
-void FWeb::LoadPage(const QString& PagePath) { ::LoadPage(program_, *jWB, PagePath); }
+void FWeb::SavePage(int PageNo, bool Strip) {
+  ::SavePage(program_, *jWB, PageNo, Strip);
+}
+void FWeb::LoadPage(const QString& PagePath) {
+  ::LoadPage(program_, *jWB, PagePath);
+}
 
 // Steps of the resize rules. There is no smallest size, and the Work Window comes up again without its caption knowing.
 void FWeb::LayOut() {
@@ -270,7 +278,9 @@ void FWeb::closeEvent(QCloseEvent* event) {
   if (!closing_) emit ExitRequested();
 }
 
-void FWeb::MoveCaret(int x, int y) { FrCaret->move(jWB->x() + TwipsToPixels(x), jWB->y() + TwipsToPixels(y)); }
+void FWeb::MoveCaret(int x, int y) {
+  FrCaret->move(jWB->x() + TwipsToPixels(x), jWB->y() + TwipsToPixels(y));
+}
 
 void FWeb::OnClick(const QString& sTag, int, int, int MouseXtr, int MouseYtr) {
   if (Busy) return;
@@ -298,9 +308,15 @@ void FWeb::OnElementHover(const QString& sTag) {
   FrWork->LabHover->setText(caption);
 }
 
-void FWeb::mExit() { emit ExitRequested(); }
-void FWeb::mPicEditor() { emit PicEditorRequested(); }
-void FWeb::mOpenIcoEd() { emit IconEditorRequested(); }
+void FWeb::mExit() {
+  emit ExitRequested();
+}
+void FWeb::mPicEditor() {
+  emit PicEditorRequested();
+}
+void FWeb::mOpenIcoEd() {
+  emit IconEditorRequested();
+}
 
 void FWeb::mMakePack() {
   emit HideToolsRequested();

@@ -45,7 +45,9 @@ void FWeb::mNewPage() {
   program_.CurPageNo = pages + 1;
 }
 
-void FWeb::mSavePage() { SavePage(program_.CurPageNo, false); }
+void FWeb::mSavePage() {
+  SavePage(program_.CurPageNo, false);
+}
 
 void FWeb::mRefresh() {
   SavePage(program_.CurPageNo, true);
@@ -98,9 +100,9 @@ void FWeb::mOpenFile() {
 void FWeb::mSavePageFil() {
   const BusyGuard guard(Busy);
   if (!guard) return;
-  const QString chosen = ShowSaveDialog(program_, this, QStringLiteral("Save Text to File"),
-                                        QStringLiteral("HTML Files(*.html)"), QStringLiteral("*.html"),
-                                        QStringLiteral("html"));
+  const QString chosen =
+      ShowSaveDialog(program_, this, QStringLiteral("Save Text to File"), QStringLiteral("HTML Files(*.html)"),
+                     QStringLiteral("*.html"), QStringLiteral("html"));
   if (chosen.isEmpty()) return;
   if (program_.Files.FileExists(chosen)) {
     if (program_.platform.dialogs.ShowMessage(this, StringText(105), MessageIcon::None, MessageButtons::OkCancel) !=

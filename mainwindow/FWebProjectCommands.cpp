@@ -14,7 +14,9 @@ namespace {
 
 const QString unsavedName = QStringLiteral("Project1");
 
-QString SavedFolder(const Program& program) { return PathRules::Join(program.AppPath, QStringLiteral("saved")); }
+QString SavedFolder(const Program& program) {
+  return PathRules::Join(program.AppPath, QStringLiteral("saved"));
+}
 
 }  // namespace
 

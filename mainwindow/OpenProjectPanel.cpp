@@ -66,14 +66,22 @@ void OpenProjectPanel::OnClick(int Index) {
   const BusyGuard guard(busy_);
   if (!guard) return;
   switch (Index) {
-    case 0: Open(); break;
-    case 1: emit HideRequested(); break;
-    case 2: Delete(); break;
+    case 0:
+      Open();
+      break;
+    case 1:
+      emit HideRequested();
+      break;
+    case 2:
+      Delete();
+      break;
   }
 }
 
 // The list makes its first row the current one as soon as it gets the focus; that selects nothing.
-bool OpenProjectPanel::HasSelection() const { return !BoxProj->selectedItems().isEmpty(); }
+bool OpenProjectPanel::HasSelection() const {
+  return !BoxProj->selectedItems().isEmpty();
+}
 
 QString OpenProjectPanel::SelectedPath(QString& name) const {
   name = TrimBlanks(BoxProj->selectedItems().first()->text());

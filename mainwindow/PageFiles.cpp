@@ -7,8 +7,8 @@
 #include "WBUC.h"
 
 QString PageFile(const Program& program, int number) {
-  return PathRules::Join(program.WorkPath, number == 1 ? QStringLiteral("wgcard.html")
-                                                       : QStringLiteral("Page%1.html").arg(number));
+  return PathRules::Join(program.WorkPath,
+                         number == 1 ? QStringLiteral("wgcard.html") : QStringLiteral("Page%1.html").arg(number));
 }
 
 int NextPageName(Program& program, QString& Name) {

@@ -21,7 +21,9 @@ WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
   LabHover->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-QRect WorkWindow::Head() const { return {0, 0, width(), TwipsToPixels(kHeadHeight)}; }
+QRect WorkWindow::Head() const {
+  return {0, 0, width(), TwipsToPixels(kHeadHeight)};
+}
 
 void WorkWindow::SetUpCaption(const QString& caption) {
   upCaption_ = caption;

@@ -18,7 +18,7 @@ class WorkWindow : public QFrame {
 
   QLabel* LabHover = nullptr;  // what the mouse is on
 
-  static constexpr int kWidth = 5355;   // twips
+  static constexpr int kWidth = 5355;  // twips
   static constexpr int kHeight = 2835;
   static constexpr int kHeadHeight = 255;
   static constexpr int kLowered = 360;  // what shows of a lowered window

@@ -53,9 +53,13 @@ void WBUC::LayOverAll() {
   if (QWidget* view = WB2_->Widget()) view->setGeometry(rect());
 }
 
-void WBUC::resizeEvent(QResizeEvent*) { LayOverAll(); }
+void WBUC::resizeEvent(QResizeEvent*) {
+  LayOverAll();
+}
 
-HTMLDocument* WBUC::WBDocument() const { return DocReady_ ? Doc_ : nullptr; }
+HTMLDocument* WBUC::WBDocument() const {
+  return DocReady_ ? Doc_ : nullptr;
+}
 
 void WBUC::Navo(const QString& sPath, bool isNew) {
   keyPresses_.Flush();
@@ -116,9 +120,13 @@ void WBUC::HookBrowserWindow() {
   hook_.Install(view && view->focusProxy() ? view->focusProxy() : view);
 }
 
-void WBUC::UnHook() { hook_.Remove(); }
+void WBUC::UnHook() {
+  hook_.Remove();
+}
 
-QString WBUC::Title() const { return DocReady_ ? Doc_->title() : QString(); }
+QString WBUC::Title() const {
+  return DocReady_ ? Doc_->title() : QString();
+}
 
 void WBUC::SetTitle(const QString& title) {
   if (DocReady_) Doc_->setTitle(title);
@@ -130,7 +138,9 @@ void WBUC::SetBGColor(const QString& color) {
   Doc_->setBgColor(color);
 }
 
-QString WBUC::BackPic() const { return DocReady_ ? Body_.getAttribute(QStringLiteral("Background"), 0) : QString(); }
+QString WBUC::BackPic() const {
+  return DocReady_ ? Body_.getAttribute(QStringLiteral("Background"), 0) : QString();
+}
 
 void WBUC::SetBackPic(const QString& picture) {
   if (!DocReady_) return;
@@ -141,7 +151,9 @@ void WBUC::SetBackPic(const QString& picture) {
   }
 }
 
-QString WBUC::BodyFontName() const { return DocReady_ ? values_.BodyFontName : QString(); }
+QString WBUC::BodyFontName() const {
+  return DocReady_ ? values_.BodyFontName : QString();
+}
 
 void WBUC::SetBodyFontName(const QString& name) {
   if (!DocReady_) return;
@@ -149,7 +161,9 @@ void WBUC::SetBodyFontName(const QString& name) {
   Body_.style().setFontFamily(name);
 }
 
-QString WBUC::BodyFontSize() const { return DocReady_ ? values_.BodyFontSize : QString(); }
+QString WBUC::BodyFontSize() const {
+  return DocReady_ ? values_.BodyFontSize : QString();
+}
 
 void WBUC::SetBodyFontSize(const QString& size) {
   if (!DocReady_) return;
@@ -157,7 +171,9 @@ void WBUC::SetBodyFontSize(const QString& size) {
   Body_.style().setFontSize(FontSizeMap(size));
 }
 
-QString WBUC::BodyFontColor() const { return DocReady_ ? values_.BodyFontColor : QString(); }
+QString WBUC::BodyFontColor() const {
+  return DocReady_ ? values_.BodyFontColor : QString();
+}
 
 void WBUC::SetBodyFontColor(const QString& color) {
   values_.BodyFontColor = color;
@@ -171,7 +187,9 @@ void WBUC::SetLinkColor(const QString& color) {
   Body_.setVLink(color);
 }
 
-QString WBUC::Source() const { return DocReady_ ? Doc_->documentElement().outerHTML() : QString(); }
+QString WBUC::Source() const {
+  return DocReady_ ? Doc_->documentElement().outerHTML() : QString();
+}
 
 QByteArray WBUC::SourceForFile() const {
   const HTMLElement root = DocReady_ ? Doc_->documentElement() : HTMLElement();

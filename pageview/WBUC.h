@@ -49,7 +49,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   // says otherwise.
   QString Title() const;
   void SetTitle(const QString& title);
-  QString Location() const { return Location_; }  // path last given to Navo
+  QString Location() const { return Location_; }       // path last given to Navo
   QString BGColor() const { return values_.BGColor; }  // always the stored one, never that of an opened page
   void SetBGColor(const QString& color);
   QString BackPic() const;
@@ -59,7 +59,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   QString BodyFontSize() const;
   void SetBodyFontSize(const QString& size);  // stored unchanged; the page gets FontSizeMap of it
   QString BodyFontColor() const;
-  void SetBodyFontColor(const QString& color);  // stored even while no document is ready
+  void SetBodyFontColor(const QString& color);             // stored even while no document is ready
   QString LinkColor() const { return values_.LinkColor; }  // the stored one
   void SetLinkColor(const QString& color);                 // for visited links too
   QString Source() const;                                  // the whole live page as HTML
@@ -70,7 +70,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
 
   // What the user works on.
   HTMLElement CurrentElement() const { return CurrentElement_; }
-  void SetCurrentElement(const HTMLElement& ObEl);  // none is ignored; SelElement isn't touched
+  void SetCurrentElement(const HTMLElement& ObEl);                  // none is ignored; SelElement isn't touched
   QString CurrentElementTag() const { return CurrentElementTag_; }  // upper case
   QString CurrentSelElementTag() const { return SelElement_.tagName(); }
   bool HasCurrentElement() const { return bool(CurrentElement_); }

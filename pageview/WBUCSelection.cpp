@@ -17,8 +17,8 @@ struct ClickRow {
 
 // Every other tag is something that the editor doesn't treat as an element at all; P, DIV and their like among them.
 constexpr ClickRow clickRows[] = {
-    {u"FONT", ClickRule::Text},   {u"B", ClickRule::Text},        {u"A", ClickRule::Text},
-    {u"STRONG", ClickRule::Text}, {u"IMG", ClickRule::Element},   {u"TR", ClickRule::Element},
+    {u"FONT", ClickRule::Text},     {u"B", ClickRule::Text},      {u"A", ClickRule::Text},
+    {u"STRONG", ClickRule::Text},   {u"IMG", ClickRule::Element}, {u"TR", ClickRule::Element},
     {u"TABLE", ClickRule::Element}, {u"TD", ClickRule::Cell},     {u"BODY", ClickRule::Page},
 };
 
@@ -171,8 +171,14 @@ void WBUC::Doc_onmouseup() {
   if (!program_.Compat4On && Event().button() == 2) emit RightClick();
 }
 
-bool WBUC::Doc_oncontextmenu() { return false; }
+bool WBUC::Doc_oncontextmenu() {
+  return false;
+}
 
-void WBUC::Doc_onmouseover() { emit ElementHover(Event().srcElement().tagName()); }
+void WBUC::Doc_onmouseover() {
+  emit ElementHover(Event().srcElement().tagName());
+}
 
-void WBUC::Doc_onmouseout() { emit ElementHover(QString()); }
+void WBUC::Doc_onmouseout() {
+  emit ElementHover(QString());
+}

@@ -48,13 +48,17 @@ class RandomEditor {
     return texts[Below(int(texts.size()))];
   }
   QString Markup() {
-    static const QStringList pieces = {
-        QStringLiteral("<BR>"), QStringLiteral("<FONT COLOR=\"#FF0000\">red</FONT>"),
-        QStringLiteral("<TABLE><TR><TD>n</TD></TR></TABLE>"), QStringLiteral("t<B>b</B>u"),
-        QStringLiteral("<IMG SRC=\"p.png\">"), QStringLiteral("<P>p<I>i</I></P>"),
-        QStringLiteral("<SCRIPT>document.title='ran'</SCRIPT>"), QStringLiteral("<svg><path d=\"M0 0\"/></svg>"),
-        QStringLiteral("<!--c-->"), QStringLiteral("<template><b>in</b></template>"),
-        QStringLiteral("<DIV STYLE=\"color:red\" title='a\"b'>d</DIV>")};
+    static const QStringList pieces = {QStringLiteral("<BR>"),
+                                       QStringLiteral("<FONT COLOR=\"#FF0000\">red</FONT>"),
+                                       QStringLiteral("<TABLE><TR><TD>n</TD></TR></TABLE>"),
+                                       QStringLiteral("t<B>b</B>u"),
+                                       QStringLiteral("<IMG SRC=\"p.png\">"),
+                                       QStringLiteral("<P>p<I>i</I></P>"),
+                                       QStringLiteral("<SCRIPT>document.title='ran'</SCRIPT>"),
+                                       QStringLiteral("<svg><path d=\"M0 0\"/></svg>"),
+                                       QStringLiteral("<!--c-->"),
+                                       QStringLiteral("<template><b>in</b></template>"),
+                                       QStringLiteral("<DIV STYLE=\"color:red\" title='a\"b'>d</DIV>")};
     return pieces[Below(int(pieces.size()))];
   }
 

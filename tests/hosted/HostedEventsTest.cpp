@@ -57,14 +57,14 @@ class PageView {
   }
 
   QPoint PointOf(const QString& element, int offset) {
-    const QStringList parts = Text(QStringLiteral(
-                                       "(() => { const t = document.querySelector('%1').firstChild, r = "
-                                       "document.createRange(); r.setStart(t, %2); r.setEnd(t, %2 + 1);"
-                                       "const b = r.getBoundingClientRect(); return [b.left + 1, b.top + b.height / 2]"
-                                       ".join(); })()")
-                                       .arg(element)
-                                       .arg(offset))
-                                  .split(u',');
+    const QStringList parts =
+        Text(QStringLiteral("(() => { const t = document.querySelector('%1').firstChild, r = "
+                            "document.createRange(); r.setStart(t, %2); r.setEnd(t, %2 + 1);"
+                            "const b = r.getBoundingClientRect(); return [b.left + 1, b.top + b.height / 2]"
+                            ".join(); })()")
+                 .arg(element)
+                 .arg(offset))
+            .split(u',');
     return parts.size() == 2 ? QPoint(int(parts[0].toDouble()), int(parts[1].toDouble())) : QPoint();
   }
   QPoint CenterOf(const QString& element) {
@@ -156,8 +156,8 @@ TEST(HostedEvents, DoubleClickSelectsTheBlockAndMarksNothingInThePage) {
   ASSERT_TRUE(HostedPage::WaitFor([&] { return doubles.count() > 0; }, 5000));
   EXPECT_EQ(doubles.last()[0].toString(), QStringLiteral("FONT"));
   EXPECT_EQ(page.jWB().IfSelection(), WBUC::ElementSelected);
-  EXPECT_TRUE(HostedPage::WaitFor(
-      [&] { return page.Text(QStringLiteral("String(getSelection())")) == u"first block"; }, 5000));
+  EXPECT_TRUE(
+      HostedPage::WaitFor([&] { return page.Text(QStringLiteral("String(getSelection())")) == u"first block"; }, 5000));
   EXPECT_EQ(page.jWB().Source(), before);
 }
 
@@ -223,7 +223,8 @@ TEST(HostedEvents, SpaceDoesntScrollWhileTyping) {
 
 TEST(HostedEvents, ClickBelowATableAtTheEndStandsBehindIt) {
   PageView page;
-  ASSERT_TRUE(page.Load("<HTML><BODY>text<TABLE ID=t BORDER=1><TR><TD><FONT>cell</FONT></TD></TR></TABLE></BODY></HTML>"));
+  ASSERT_TRUE(
+      page.Load("<HTML><BODY>text<TABLE ID=t BORDER=1><TR><TD><FONT>cell</FONT></TD></TR></TABLE></BODY></HTML>"));
   ASSERT_TRUE(page.Click(QPoint(400, 400)));
   ASSERT_TRUE(page.Key(Qt::Key_Z, QStringLiteral("z")));
   EXPECT_TRUE(page.Body().endsWith(QStringLiteral("</table>z")));

@@ -63,7 +63,8 @@ TEST(HostedLoad, OfflineKeepsThePageOffTheNetwork) {
   ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
   int connections = 0;
   QObject::connect(&server, &QTcpServer::newConnection, [&] { ++connections; });
-  const QByteArray html = "<BODY><IMG SRC=\"http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/a.gif\">x</BODY>";
+  const QByteArray html =
+      "<BODY><IMG SRC=\"http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/a.gif\">x</BODY>";
   HostedPage hosted;
   hosted.browser().SetOffline(true);
   ASSERT_TRUE(hosted.LoadHtml(html));

@@ -18,7 +18,9 @@ HostedPage::HostedPage() : browser_(new HostedWebBrowser(&window_)) {
   window_.show();
 }
 
-HostedPage::~HostedPage() { delete browser_; }
+HostedPage::~HostedPage() {
+  delete browser_;
+}
 
 QString HostedPage::File(const QString& name, const QByteArray& bytes) {
   QFile file(scratch_.filePath(name));
@@ -81,12 +83,13 @@ QString HostedPage::LiveHtml() {
   return html;
 }
 
-QString HostedPage::ModelHtml() { return document().documentElement().outerHTML(); }
+QString HostedPage::ModelHtml() {
+  return document().documentElement().outerHTML();
+}
 
 bool HostedPage::KillRenderer() {
   bool back = false;
-  const auto connection =
-      QObject::connect(browser_, &HostedWebBrowser::Recovered, browser_, [&back] { back = true; });
+  const auto connection = QObject::connect(browser_, &HostedWebBrowser::Recovered, browser_, [&back] { back = true; });
   ::kill(pid_t(browser_->enginePage()->renderProcessPid()), SIGKILL);
   WaitFor([&] { return back; });
   QObject::disconnect(connection);
