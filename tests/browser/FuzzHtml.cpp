@@ -127,9 +127,9 @@ class Maker {
   bool tidy_;
 };
 
-class Session {
+class Playground {
  public:
-  Session(std::mt19937& random, bool tidy) : make_(random, tidy), tidy_(tidy), page_(make_.Html(12).remove(u'^')) {
+  Playground(std::mt19937& random, bool tidy) : make_(random, tidy), tidy_(tidy), page_(make_.Html(12).remove(u'^')) {
     if (Node* body = page_.document.bodyNode()) {
       for (int count = 0; count < 4; ++count)
         ranges_.push_back(std::make_shared<HTMLTxtRange>(
@@ -256,8 +256,8 @@ int main(int argc, char** argv) {
   for (; iterations > 0 ? done < iterations : std::chrono::steady_clock::now() < end; ++done) {
     std::mt19937 random(seed * 1000003u + unsigned(done));
     if (argc > 3) std::fprintf(stderr, "iteration %ld\n", done);
-    Session session(random, done % 2 == 0);
-    for (int step = 0; step < 60 && session.HasBody() && !session.IsLarge(); ++step) session.Step();
+    Playground playground(random, done % 2 == 0);
+    for (int step = 0; step < 60 && playground.HasBody() && !playground.IsLarge(); ++step) playground.Step();
   }
   std::printf("%ld pages\n", done);
   return 0;
