@@ -23,7 +23,6 @@ const corvane = (() => {
   let takesKeys = false;
   let observer = null;
   let lastUp = null;
-  const held = new Set();  // codes of the keys that are down
   const templateOf = new WeakMap();  // by the fragment with its content
   const watched = {subtree: true, childList: true, attributes: true, characterData: true};
   let complete = false;
@@ -466,18 +465,12 @@ const corvane = (() => {
     if (event.isTrusted) tell('contextmenu', event, event.target, false);
   });
   for (const type of ['auxclick', 'dragstart', 'submit']) listen(type, event => event.preventDefault());
-  // A key that went down elsewhere, as one that picked an entry of a menu, is none of the page's when it comes up here.
   listen('keydown', event => {
-    if (!event.isTrusted) return;
-    held.add(event.keyCode);
-    if (takesKeys && event.keyCode === 32) event.preventDefault();
+    if (event.isTrusted && takesKeys && event.keyCode === 32) event.preventDefault();
   });
   listen('keyup', event => {
-    if (event.isTrusted && held.delete(event.keyCode)) tell('keyup', event, event.target, false);
+    if (event.isTrusted) tell('keyup', event, event.target, false);
   });
-  addEventListener('blur', event => {
-    if (event.target === window) held.clear();
-  }, true);
   for (const type of ['mouseover', 'mouseout'])
     listen(type, event => {
       if (event.isTrusted) tell(type, event, event.target, false);

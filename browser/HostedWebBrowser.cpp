@@ -1,8 +1,10 @@
 #include "HostedWebBrowser.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QKeyEvent>
 #include <QTimer>
 #include <QUrl>
 #include <QWebChannel>
@@ -92,6 +94,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
   view_->setContextMenuPolicy(Qt::PreventContextMenu);
   view_->setAcceptDrops(false);
   SetUpPage();
+  qApp->installEventFilter(this);
 }
 
 HostedWebBrowser::~HostedWebBrowser() {
@@ -117,6 +120,28 @@ void HostedWebBrowser::SetUpPage() {
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
+}
+
+bool HostedWebBrowser::eventFilter(QObject* watched, QEvent* event) {
+  const auto type = event->type();
+  if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride) return false;
+  if (!watched->isWidgetType()) return false;
+  const auto* key = static_cast<QKeyEvent*>(event);
+  const quint32 code = key->nativeScanCode() ? key->nativeScanCode() : quint32(key->key());
+  const QWidget* const page = view_->focusProxy();
+  if (type == QEvent::KeyRelease) {
+    if (watched != page || !keysElsewhere_.contains(code)) return false;
+    if (!key->isAutoRepeat()) keysElsewhere_.remove(code);
+    return true;
+  }
+  // What the page doesn't use goes on to the widgets around it. A key that is a shortcut is pressed nowhere.
+  const bool isPages = watched == page || static_cast<QWidget*>(watched)->isAncestorOf(page);
+  if (isPages && type == QEvent::KeyPress) {
+    keysElsewhere_.remove(code);
+  } else {
+    keysElsewhere_.insert(code);
+  }
+  return false;
 }
 
 QWidget* HostedWebBrowser::Widget() {

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QPoint>
+#include <QSet>
 #include <QString>
 #include <deque>
 #include <memory>
@@ -67,6 +68,9 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void ReceiveSelection(const QJsonArray& selection, int applied);
   void ReceiveMeasure(const QJsonArray& message);
 
+  // Keeps from the page the release of a key that went down elsewhere, as one that picked an entry of a menu.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
   void SetUpPage();
   void LoadFinished(bool good);
   void RendererDied();
@@ -119,6 +123,8 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   std::deque<Question> questions_;
   int questionNumber_ = 0;
   std::deque<std::pair<int, std::function<void(const QJsonArray&)>>> treeQuestions_;
+
+  QSet<quint32> keysElsewhere_;  // that are down, by scan code or key
 
   QElapsedTimer sinceDeath_;
   int deaths_ = 0;  // in quick succession
