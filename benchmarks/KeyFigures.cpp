@@ -128,6 +128,7 @@ class Ours {
       raised.Done();
     });
     SendKey(keys_, QEvent::KeyPress);
+    Pause(15);
     clock_.start();
     SendKey(keys_, QEvent::KeyRelease);
     raised.Run("our key");
@@ -267,7 +268,7 @@ int main(int argc, char** argv) {
       const auto block = [](auto& side, std::vector<double>& times) {
         Pause(150);
         side.Key();
-        for (int i = 0; i < kBlock; ++i) times.push_back(side.Key());
+        for (int i = 0; i < kBlock; ++i) Pause(40), times.push_back(side.Key());
       };
       for (int done = 0; done < kKeys; done += kBlock) {
         block(own, ours);

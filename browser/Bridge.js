@@ -203,15 +203,14 @@ const corvane = (() => {
     if (!child || child.parentNode !== container) return [container, container.childNodes.length];
     return [container, Array.prototype.indexOf.call(container.childNodes, child)];
   };
+  const range = document.createRange();  // one for all, as each that is alive costs time at every change
   const rectangleOf = node => {
     if (isElement(node)) return node.getClientRects().length ? node.getBoundingClientRect() : null;
-    const range = document.createRange();
     range.selectNode(node);
     const rectangles = range.getClientRects();
     return rectangles.length ? range.getBoundingClientRect() : null;
   };
   const positionOf = (container, offset) => {
-    const range = document.createRange();
     range.setStart(container, offset);
     range.collapse(true);
     const rectangles = range.getClientRects();
@@ -386,25 +385,26 @@ const corvane = (() => {
     const to = end && decode(end[0], end[1]);
     if (from && to) selection.setBaseAndExtent(from[0], from[1], to[0], to[1]); else selection.removeAllRanges();
   };
-  const measure = (number, id, rest) => {
+  const measure = (id, rest) => {
     const place = decode(id, rest);
-    if (!place || !place[0].isConnected) return send('measured', number);
-    const [x, y] = positionOf(place[0], place[1]);
-    send('measured', number, Math.round(x), Math.round(y));
+    return place && place[0].isConnected ? positionOf(place[0], place[1]).map(Math.round) : [];
   };
 
+  // Answers with the place that the last message asks for, if it does.
   const receive = messages => {
+    let place;
     for (const message of messages) {
       switch (message[0]) {
         case 'batch': apply(message[1], message[2], message[3]); break;
         case 'heard': reports = reports.filter(r => r.number > message[1]); break;
         case 'select': select(message[1], message[2], message[3]); break;
-        case 'measure': measure(message[1], message[2], message[3]); break;
+        case 'measure': place = measure(message[1], message[2]); break;
         case 'keys': takesKeys = message[1]; break;
         case 'adopt': adopt(message[1], message[2], message[3]); break;
         case 'tell': flush(); send('told', message[1], tree()); break;
       }
     }
+    return place;
   };
 
   // --- events

@@ -99,6 +99,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
 
 HostedWebBrowser::~HostedWebBrowser() {
   if (document_) document_->SetPage(nullptr);
+  questions_.clear();  // a page that goes answers what is still open
   // The profile has to outlive its page.
   view_->setPage(nullptr);
   delete page_;
@@ -229,11 +230,10 @@ void HostedWebBrowser::TakesKeys(bool on) {
 
 void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {
   if (load_ != Load::Done) return answer(std::nullopt);
-  QJsonArray message{QStringLiteral("measure"), ++questionNumber_};
-  for (const QJsonValue& part : Encode(point)) message.append(part);
-  questions_.push_back({questionNumber_, std::move(answer)});
-  Post(message);
-  Flush();
+  const QJsonArray place = Encode(point);
+  Post({QStringLiteral("measure"), place.at(0), place.at(1)});
+  questions_.push_back({++questionNumber_, std::move(answer)});
+  Flush(questionNumber_);
 }
 
 QJsonArray HostedWebBrowser::Encode(const BoundaryPoint& point) {
@@ -259,14 +259,16 @@ void HostedWebBrowser::ScheduleFlush() {
       Qt::QueuedConnection);
 }
 
-void HostedWebBrowser::Flush() {
+void HostedWebBrowser::Flush(int question) {
   Post({});
   if (messages_.isEmpty() || load_ != Load::Done) return;
   const QJsonArray messages = std::exchange(messages_, {});
-  page_->runJavaScript(QStringLiteral("corvane.receive(") +
-                           QString::fromUtf8(QJsonDocument(messages).toJson(QJsonDocument::Compact)) +
-                           QStringLiteral(")"),
-                       bridgeWorld);
+  const QString script = QStringLiteral("corvane.receive(") +
+                         QString::fromUtf8(QJsonDocument(messages).toJson(QJsonDocument::Compact)) +
+                         QStringLiteral(")");
+  if (question == 0) return page_->runJavaScript(script, bridgeWorld);
+  // The result comes back sooner than a message would.
+  page_->runJavaScript(script, bridgeWorld, [this, question](const QVariant& place) { Measured(question, place); });
 }
 
 void HostedWebBrowser::DropQuestions() {
@@ -283,8 +285,6 @@ void HostedWebBrowser::Receive(const QJsonArray& message) {
   if (token != token_ || !document_ || load_ != Load::Done) return;  // of a page that is no longer in view
   if (word == u"event") {
     ReceiveEvent(message.at(2).toObject());
-  } else if (word == u"measured") {
-    ReceiveMeasure(message);
   } else if (word == u"selection") {
     ReceiveSelection(message.at(2).toArray(), message.at(3).toInt());
   } else if (word == u"changes") {
@@ -402,16 +402,15 @@ void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
   }
 }
 
-void HostedWebBrowser::ReceiveMeasure(const QJsonArray& message) {
-  const int number = message.at(2).toInt();
-  while (!questions_.empty() && questions_.front().number <= number) {
-    Question question = std::move(questions_.front());
+void HostedWebBrowser::Measured(int question, const QVariant& place) {
+  const QVariantList parts = place.toList();
+  const double zoom = view_->zoomFactor();
+  const auto pixels = [zoom](const QVariant& value) { return int(std::nearbyint(value.toDouble() * zoom)); };
+  while (!questions_.empty() && questions_.front().number <= question) {
+    const Question asked = std::move(questions_.front());
     questions_.pop_front();
-    const bool answered = question.number == number && message.size() == 5;
-    const double zoom = view_->zoomFactor();
-    question.answer(answered ? std::optional(QPoint(int(std::nearbyint(message.at(3).toDouble() * zoom)),
-                                                    int(std::nearbyint(message.at(4).toDouble() * zoom))))
-                             : std::nullopt);
+    const bool answered = asked.number == question && parts.size() == 2;
+    asked.answer(answered ? std::optional(QPoint(pixels(parts[0]), pixels(parts[1]))) : std::nullopt);
   }
 }
 

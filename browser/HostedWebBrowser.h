@@ -66,7 +66,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void ReceiveChanges(const QJsonArray& message);
   void ReceiveEvent(const QJsonObject& event);
   void ReceiveSelection(const QJsonArray& selection, int applied);
-  void ReceiveMeasure(const QJsonArray& message);
+  void Measured(int question, const QVariant& place);
 
   // Keeps from the page the release of a key that went down elsewhere, as one that picked an entry of a menu.
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -80,7 +80,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   void AddOperation(const QJsonArray& operation);
   void Post(const QJsonArray& message);  // at the next flush, behind the changes so far
-  void Flush();
+  void Flush(int question = 0);  // the number of the one that the last message asks, if any
   void ScheduleFlush();
   void DropQuestions();
   BoundaryPoint PointOf(NodeId id, int rest, int applied) const;
