@@ -80,7 +80,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   void AddOperation(const QJsonArray& operation);
   void Post(const QJsonArray& message);  // at the next flush, behind the changes so far
-  void Flush(int question = 0);  // the number of the one that the last message asks, if any
+  void Flush(int question = 0);          // the number of the one that the last message asks, if any
   void ScheduleFlush();
   void DropQuestions();
   BoundaryPoint PointOf(NodeId id, int rest, int applied) const;
