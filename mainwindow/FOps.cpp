@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 
+#include "FWeb.h"
 #include "OpenProjectPanel.h"
 #include "PackPanel.h"
 #include "Twips.h"
@@ -18,7 +19,7 @@ constexpr Task kTasks[] = {
 
 }  // namespace
 
-FOps::FOps(Program& program, FWeb& web) {
+FOps::FOps(Program& program, FWeb& web) : web_(web) {
   setObjectName(QStringLiteral("FOps"));
   FrOps0 = new PackPanel(program, Busy, this);
   FrOps1 = new OpenProjectPanel(program, web, Busy, this);
@@ -43,6 +44,7 @@ void FOps::ShowOps(int Kind) {
   for (int kind = 0; kind < 3; ++kind) Panel(kind)->setVisible(kind == Kind);
   Panel(Kind)->setGeometry(rect());
   Panel(Kind)->raise();
+  if (!isVisible()) move(web_.geometry().center() - rect().center());
   show();
   raise();
   activateWindow();

@@ -30,4 +30,6 @@ class FOps : public QWidget {
 
  private:
   QWidget* Panel(int Kind) const;
+
+  FWeb& web_;
 };
