@@ -344,6 +344,35 @@ const corvane = (() => {
         forget(node);
         break;
       }
+      case 'wrap': {
+        const first = nodeById.get(operation[1]);
+        const last = nodeById.get(operation[2]);
+        const wrapper = build(operation[3], {at: 0});
+        if (!first || !first.parentNode) return forget(wrapper);
+        const parent = first.parentNode;
+        into.children.add(parent);
+        into.children.add(wrapper);
+        const together = last && last.parentNode === parent;
+        parent.insertBefore(wrapper, first);
+        for (let node = first; node;) {
+          const next = together && node !== last ? node.nextSibling : null;
+          wrapper.appendChild(node);
+          node = next;
+        }
+        break;
+      }
+      case 'unwrap': {
+        const element = nodeById.get(operation[1]);
+        if (!element) return;
+        const parent = element.parentNode;
+        if (parent) {
+          into.children.add(parent);
+          while (element.firstChild) parent.insertBefore(element.firstChild, element);
+          parent.removeChild(element);
+        }
+        forget(element);
+        break;
+      }
       case 'set': case 'unset': {
         const element = nodeById.get(operation[1]);
         if (!element) return;

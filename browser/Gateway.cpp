@@ -39,6 +39,53 @@ void Gateway::Remove(Node* subtree, Origin origin) {
   if (origin == Origin::Program && document_.page()) document_.page()->Removed(parent, id);
 }
 
+void Gateway::Wrap(Node* first, Node* last, Node* wrapper) {
+  Node* const parent = first->parent;
+  assert(parent->IsAttached() && !wrapper->parent && !wrapper->firstChild && last->parent == parent);
+  parent->Link(wrapper, first);
+  for (Node* node = first;;) {
+    Node* const next = node->next;
+    const bool isLast = node == last;
+    node->Unlink();
+    wrapper->Link(node, nullptr);
+    if (isLast) break;
+    node = next;
+  }
+  document_.AttachAlone(wrapper);
+  document_.ForEachPoint([&](BoundaryPoint& point) {
+    if (point.container != parent || !point.before || point.before->parent != wrapper) return;
+    if (point.before == first) {
+      point.before = wrapper;
+    } else {
+      point.container = wrapper;
+    }
+  });
+  if (document_.page()) document_.page()->Wrapped(wrapper);
+}
+
+void Gateway::Unwrap(Node* element) {
+  assert(element->IsAttached() && element->IsElement());
+  Node* const parent = element->parent;
+  Node* const next = element->next;
+  Node* const inFront = element->firstChild ? element->firstChild : next;
+  document_.ForEachPoint([&](BoundaryPoint& point) {
+    if (point.container == element) {
+      point = {parent, 0, point.before ? point.before : next};
+    } else if (point.container == parent && point.before == element) {
+      point.before = inFront;
+    }
+  });
+  document_.DetachAlone(element);
+  while (Node* child = element->firstChild) {
+    child->Unlink();
+    parent->Link(child, element);
+  }
+  element->Unlink();
+  const NodeId id = element->id;
+  document_.Discard(element);
+  if (document_.page()) document_.page()->Unwrapped(id);
+}
+
 void Gateway::SetAttribute(Node* element, const QString& name, const QString& value, Origin origin) {
   for (Attribute& attribute : element->attributes) {
     if (attribute.name.compare(name, Qt::CaseInsensitive) != 0) continue;

@@ -23,6 +23,11 @@ class Gateway {
   // Takes a subtree out without deleting it, because it will be put in again elsewhere; only ever the page's doing.
   void Take(Node* subtree);
 
+  // Puts a new element around siblings, or takes an element away and leaves what is in it. Ranges keep the text that
+  // they span.
+  void Wrap(Node* first, Node* last, Node* wrapper);
+  void Unwrap(Node* element);
+
   // Nothing happens when nothing would change.
   void SetAttribute(Node* element, const QString& name, const QString& value, Origin origin = Origin::Program);
   void RemoveAttribute(Node* element, const QString& name, Origin origin = Origin::Program);

@@ -157,6 +157,11 @@ void HTMLDocument::Enter(Node* node) {
   nodes[index] = node;
 }
 
+void HTMLDocument::Leave(Node* node) {
+  auto& nodes = node->id > 0 ? pageNodes_ : modelNodes_;
+  nodes[std::size_t(node->id > 0 ? node->id : -node->id)] = nullptr;
+}
+
 void HTMLDocument::TreeBuilt() {
   for (Node* node = root_; node; node = NextInTree(node)) Enter(node);
   order_.Rebuild(root_);
@@ -168,11 +173,18 @@ void HTMLDocument::Attach(Node* subtree) {
 }
 
 void HTMLDocument::Detach(Node* subtree) {
-  for (Node* node = subtree; node; node = NextInTree(node, subtree)) {
-    auto& nodes = node->id > 0 ? pageNodes_ : modelNodes_;
-    nodes[std::size_t(node->id > 0 ? node->id : -node->id)] = nullptr;
-  }
+  for (Node* node = subtree; node; node = NextInTree(node, subtree)) Leave(node);
   order_.Remove(subtree);
+}
+
+void HTMLDocument::AttachAlone(Node* element) {
+  Enter(element);
+  order_.InsertAlone(element);
+}
+
+void HTMLDocument::DetachAlone(Node* element) {
+  Leave(element);
+  order_.RemoveAlone(element);
 }
 
 void HTMLDocument::Discard(Node* subtree) {

@@ -67,6 +67,8 @@ class HTMLDocument {
   void Attach(Node* subtree);
   void Detach(Node* subtree);
   void Discard(Node* subtree);
+  void AttachAlone(Node* element);  // what is inside it has been in the tree before
+  void DetachAlone(Node* element);
 
   void AddRange(LiveRange* range) { ranges_.insert(range); }
   void RemoveRange(LiveRange* range) { ranges_.erase(range); }
@@ -83,6 +85,7 @@ class HTMLDocument {
 
  private:
   void Enter(Node* node);
+  void Leave(Node* node);
   void SweepDiscarded();
 
   Node* root_;

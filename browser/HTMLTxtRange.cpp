@@ -1,5 +1,6 @@
 #include "HTMLTxtRange.h"
 
+#include "FormatCommands.h"
 #include "HTMLDocument.h"
 #include "HtmlParser.h"
 #include "RangeEdit.h"
@@ -99,14 +100,15 @@ void HTMLTxtRange::moveEnd(const QString& unit, int count) {
   if (ComparePoints(doc->order(), range_.end, range_.start) < 0) range_.start = range_.end;
 }
 
-void HTMLTxtRange::moveToElementText(const HTMLElement& element) {
+bool HTMLTxtRange::moveToElementText(const HTMLElement& element) {
   Node* const node = element.node();
-  if (!document() || !node || !node->IsAttached() || node->document != document()) return;
+  if (!document() || !node || !node->IsAttached() || node->document != document()) return false;
   if (node->tag == Known().body || node->tag == Known().html || !node->parent) {
     range_ = {BoundaryPoint::AtStart(node), BoundaryPoint::AtEnd(node)};
   } else {
     range_ = {BoundaryPoint::Before(node), BoundaryPoint::Behind(node)};
   }
+  return true;
 }
 
 void HTMLTxtRange::moveToPoint(int x, int y) {
@@ -140,6 +142,18 @@ int HTMLTxtRange::compareEndPoints(const QString& how, const HTMLTxtRange& other
       how.endsWith(QLatin1String("End"), Qt::CaseInsensitive) ? other.range_.end : other.range_.start;
   const int order = ComparePoints(doc->order(), mine, theirs);
   return order < 0 ? -1 : order > 0 ? 1 : 0;
+}
+
+bool HTMLTxtRange::execCommand(const QString& name, bool, const QString& value) {
+  HTMLDocument* const doc = document();
+  if (!doc || !ExecCommand(*doc, range_, name, value)) return false;
+  select();
+  return true;
+}
+
+QString HTMLTxtRange::queryCommandValue(const QString& name) const {
+  const HTMLDocument* const doc = document();
+  return doc ? QueryCommandValue(*doc, range_.start, name) : QString();
 }
 
 void HTMLTxtRange::Measure(std::function<void()> done) {

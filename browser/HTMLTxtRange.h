@@ -52,8 +52,9 @@ class HTMLTxtRange : public HTMLTextRangeMetrics, public std::enable_shared_from
   void move(const QString& unit, int count);
   void moveEnd(const QString& unit, int count);
 
-  // Spans the element with its tags; BODY and HTML without them. Nothing for an element that is not in the page.
-  void moveToElementText(const HTMLElement& element);
+  // Spans the element with its tags; BODY and HTML without them. False, and the range stays, for an element that isn't
+  // in the page.
+  bool moveToElementText(const HTMLElement& element);
 
   // Collapses the range at the place nearest to a point of the view, in pixels. The point has to be that of the
   // current event; without an answer it is the end of BODY.
@@ -64,6 +65,12 @@ class HTMLTxtRange : public HTMLTextRangeMetrics, public std::enable_shared_from
 
   // "StartToEnd" and the like; compares that point of this range with that of the other. -1, 0 or 1.
   int compareEndPoints(const QString& how, const HTMLTxtRange& other) const;
+
+  // Formats the text of the range, which keeps it and selects it again; see FormatCommands.h for the commands. False
+  // when nothing has been changed. There is nothing to show for `showUI`.
+  bool execCommand(const QString& name, bool showUI, const QString& value);
+  // What a format command would find at the start of the range.
+  QString queryCommandValue(const QString& name) const;
 
   // Asks the live page where the range starts; offsetLeft and offsetTop hold the answer when `done` is called.
   void Measure(std::function<void()> done);

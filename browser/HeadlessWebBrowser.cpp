@@ -15,6 +15,8 @@ class HeadlessWebBrowser::Page : public LivePage {
   void Removed(const Node*, NodeId) override {}
   void AttributeSet(const Node*, const QString&, const QString&) override {}
   void AttributeRemoved(const Node*, const QString&) override {}
+  void Wrapped(const Node*) override {}
+  void Unwrapped(NodeId) override {}
   void DataReplaced(const Node*, int, int, const QString&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool) override {}

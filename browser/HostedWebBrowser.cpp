@@ -206,6 +206,16 @@ void HostedWebBrowser::AttributeRemoved(const Node* element, const QString& name
   AddOperation({QStringLiteral("unset"), element->id, name});
 }
 
+void HostedWebBrowser::Wrapped(const Node* wrapper) {
+  QJsonArray flat;
+  EncodeAlone(wrapper, flat);
+  AddOperation({QStringLiteral("wrap"), wrapper->firstChild->id, wrapper->lastChild->id, flat});
+}
+
+void HostedWebBrowser::Unwrapped(NodeId element) {
+  AddOperation({QStringLiteral("unwrap"), element});
+}
+
 void HostedWebBrowser::DataReplaced(const Node* text, int offset, int count, const QString& data) {
   AddOperation({QStringLiteral("data"), text->id, offset, count, data});
   edits_.push_back({batch_ + 1, text->id, offset, count, int(data.size())});

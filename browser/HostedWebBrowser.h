@@ -55,6 +55,8 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Removed(const Node* parent, NodeId node) override;
   void AttributeSet(const Node* element, const QString& name, const QString& value) override;
   void AttributeRemoved(const Node* element, const QString& name) override;
+  void Wrapped(const Node* wrapper) override;
+  void Unwrapped(NodeId element) override;
   void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
   void ShowSelection(const LiveRange* range) override;
   void TakesKeys(bool on) override;

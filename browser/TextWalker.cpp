@@ -1,5 +1,7 @@
 #include "TextWalker.h"
 
+#include <algorithm>
+
 namespace {
 
 bool IsFormatting(QChar c) {
@@ -257,6 +259,13 @@ QString TextBetween(const LiveRange& range) {
     }
   }
   return text;
+}
+
+bool ShowsOnPage(const Node* text) {
+  if (text->data.isEmpty()) return false;
+  if (!std::all_of(text->data.begin(), text->data.end(), IsBlank) || KeepsWhiteSpace(text)) return true;
+  if (text->parent && text->parent->IsElement() && text->parent->tag->isTablePart) return false;
+  return NeighbourOf(text, false) == Neighbour::Content && NeighbourOf(text, true) == Neighbour::Content;
 }
 
 bool SpansContent(const LiveRange& range) {

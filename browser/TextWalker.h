@@ -20,5 +20,9 @@ BoundaryPoint EndOfText(Node* body);
 // The text between two points: a BR and the edges of blocks and cells as CR LF, atomic elements as nothing.
 QString TextBetween(const LiveRange& range);
 
+// False for a text that takes no room of its own: empty, or white space at an edge of a block or in the structure of a
+// table.
+bool ShowsOnPage(const Node* text);
+
 // False when nothing lies between the points but edges of blocks and cells and white space that doesn't show.
 bool SpansContent(const LiveRange& range);

@@ -23,7 +23,7 @@ int CountChildren(const Node* node) {
   return count;
 }
 
-void EncodeOne(const Node* node, QJsonArray& out) {
+void EncodeOne(const Node* node, int children, QJsonArray& out) {
   switch (node->type) {
     case Node::Type::Element: {
       const Kind kinds[] = {HtmlElement, SvgElement, MathElement};
@@ -35,7 +35,7 @@ void EncodeOne(const Node* node, QJsonArray& out) {
         out.append(attribute.name);
         out.append(attribute.value);
       }
-      out.append(CountChildren(node));
+      out.append(children);
       break;
     }
     case Node::Type::Text:
@@ -55,7 +55,7 @@ void EncodeOne(const Node* node, QJsonArray& out) {
     case Node::Type::Fragment:
       out.append(node->type == Node::Type::Document ? DocumentNode : FragmentNode);
       out.append(node->id);
-      out.append(CountChildren(node));
+      out.append(children);
       break;
   }
 }
@@ -142,7 +142,7 @@ struct Reader {
 void EncodeTree(const Node* tree, QJsonArray& out) {
   const Node* node = tree;
   while (true) {
-    EncodeOne(node, out);
+    EncodeOne(node, CountChildren(node), out);
     if (node->firstChild) {
       node = node->firstChild;
       continue;
@@ -155,6 +155,10 @@ void EncodeTree(const Node* tree, QJsonArray& out) {
     }
     node = node->next;
   }
+}
+
+void EncodeAlone(const Node* element, QJsonArray& out) {
+  EncodeOne(element, 0, out);
 }
 
 Node* DecodeTree(const QJsonArray& in, int& from, const KnownNode& known) {

@@ -15,6 +15,9 @@
 
 void EncodeTree(const Node* tree, QJsonArray& out);
 
+// The element as one without children.
+void EncodeAlone(const Node* element, QJsonArray& out);
+
 // Reads one tree from `from` on, which is moved behind it. `known` may hand over a node that already exists under an
 // id, detached and without children. Null, with nothing left behind, when the array isn't a tree.
 using KnownNode = std::function<Node*(NodeId)>;

@@ -69,14 +69,21 @@ void TreeOrder::SplitWhereTooLong(std::size_t index) {
 }
 
 void TreeOrder::Insert(Node* subtree) {
+  std::vector<Node*> added;
+  for (Node* node = subtree; node; node = NextInTree(node, subtree)) added.push_back(node);
+  InsertBehind(PreviousInTree(subtree), added);
+}
+
+void TreeOrder::InsertAlone(Node* node) {
+  InsertBehind(PreviousInTree(node), {node});
+}
+
+void TreeOrder::InsertBehind(const Node* before, const std::vector<Node*>& added) {
   Renumber();
-  const Node* before = PreviousInTree(subtree);
   assert(before && before->chunk);
   OrderChunk& chunk = *before->chunk;
-  std::vector<Node*> added;
   int elements = 0;
-  for (Node* node = subtree; node; node = NextInTree(node, subtree)) {
-    added.push_back(node);
+  for (Node* node : added) {
     node->chunk = &chunk;
     elements += node->IsElement();
   }
@@ -87,12 +94,19 @@ void TreeOrder::Insert(Node* subtree) {
 }
 
 void TreeOrder::Remove(Node* subtree) {
-  assert(subtree);
-  Renumber();
   std::size_t count = 0;
   for (const Node* node = subtree; node; node = NextInTree(node, subtree)) ++count;
-  std::size_t index = std::size_t(subtree->chunk->ordinal);
-  std::size_t place = std::size_t(Place(subtree));
+  RemoveFrom(subtree, count);
+}
+
+void TreeOrder::RemoveAlone(Node* node) {
+  RemoveFrom(node, 1);
+}
+
+void TreeOrder::RemoveFrom(Node* first, std::size_t count) {
+  Renumber();
+  std::size_t index = std::size_t(first->chunk->ordinal);
+  std::size_t place = std::size_t(Place(first));
   while (count > 0) {
     OrderChunk& chunk = *chunks_[index];
     const std::size_t taken = std::min(count, chunk.nodes.size() - place);

@@ -19,8 +19,10 @@ struct OrderChunk {
 class TreeOrder {
  public:
   void Rebuild(Node* root);
-  void Insert(Node* subtree);  // already linked into its new place
-  void Remove(Node* subtree);  // still linked
+  void Insert(Node* subtree);    // already linked into its new place
+  void Remove(Node* subtree);    // still linked
+  void InsertAlone(Node* node);  // without what is inside it, which is in the order already
+  void RemoveAlone(Node* node);
   void Clear();
 
   int ElementCount() const;
@@ -31,6 +33,8 @@ class TreeOrder {
  private:
   using Chunks = std::vector<std::unique_ptr<OrderChunk>>;
   static int Place(const Node* node);
+  void InsertBehind(const Node* before, const std::vector<Node*>& added);
+  void RemoveFrom(Node* first, std::size_t count);  // and those behind it
   void Renumber() const;
   void SplitWhereTooLong(std::size_t index);
 

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QWidget>
+#include <array>
 #include <memory>
 
 #include "HTMLDocument.h"
@@ -82,6 +83,37 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   // An element selected by double click counts as long as it is set, whatever is highlighted.
   Selection IfSelection() const;
 
+  // Changing elements. Everything is taken out and put in as HTML text, so that what was there before is stale
+  // afterwards; nothing happens to a stale element. The clipboards are the control's own and live as long as it does;
+  // the system's is only read.
+  enum Origin { FromTextClip = 0, FromTagClip = 1, FromSystem = 2 };
+  void Cut();
+  void Copy();
+  void Paste(int iOrigin);  // SelElement is dropped in any case
+  void DeleteElement(const HTMLElement& ObSel);
+  void ReplaceElemHTML(const HTMLElement& Element1, const QString& sNewText);
+  void AddNewElement(const QString& sText);  // HTML, at the end of the page
+  void AddTable(const QString& sWide, const QString& sHigh, const QString& sBorder, const QString& sColor,
+                const QString& sHPos, const QString& sTDHPos, const QString& sTDVPos, const QString& sPadding);
+  void CreateLinkSel(const QString& sURL);
+
+  enum MoveResult { Moved = 0, NoElementSelected = 1, NotMovable = 2, NoNeighbour = 3 };
+  // Changes SelElement, a text block or picture, with the next one before (-1) or behind (1) it.
+  int MoveElementOneElement(int iDirection);
+  // Moves CurrentElement: 0 one space left, 1 one line up, 2 one space right, 3 one line down.
+  void MoveElementOneSpace(int iDirection);
+
+  // The font of text selected with the mouse. Nothing happens where an element is selected as a whole.
+  void SetSelColor(const QString& color);
+  void SetSelBackColor(const QString& color);
+  void SetSelFontFace(const QString& face);
+  void SetSelFontSize(const QString& size);  // "1" to "7"
+  void ToggleBold();
+  // Colour, face, size and background at the insertion point, and "*"; five empty texts where text is selected.
+  std::array<QString, 5> CurFontProps() const;
+  QString SelText() const;
+  void SetSelText(const QString& sNewText);  // HTML
+
   // Handlers of the document's events.
   bool Doc_onclick();
   bool Doc_ondblclick();
@@ -131,6 +163,8 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void SelectElementText(const HTMLElement& el);
   void SelectAsElement(const HTMLElement& el);
   void ClearSelection();
+
+  void FormatSelection(const QString& command, const QString& value);
 
   void BackspaceChar();
   void DeleteChar();

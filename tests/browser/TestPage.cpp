@@ -45,6 +45,29 @@ void ReplicaPage::AttributeRemoved(const Node* element, const QString& name) {
   std::erase_if(copies_[element->id].attributes, [&](const auto& one) { return one.first == name; });
 }
 
+void ReplicaPage::Wrapped(const Node* wrapper) {
+  Copy copy;
+  copy.name = wrapper->tag->localName;
+  for (const Attribute& attribute : wrapper->attributes) copy.attributes.emplace_back(attribute.name, attribute.value);
+  auto& siblings = copies_[wrapper->parent->id].children;
+  const auto from = std::find(siblings.begin(), siblings.end(), wrapper->firstChild->id);
+  const auto to = std::find(from, siblings.end(), wrapper->lastChild->id);
+  copy.children.assign(from, to + 1);
+  *from = wrapper->id;
+  siblings.erase(from + 1, to + 1);
+  copies_[wrapper->id] = copy;
+}
+
+void ReplicaPage::Unwrapped(NodeId element) {
+  const std::vector<NodeId> inside = copies_[element].children;
+  for (Copy& copy : copies_) {
+    const auto place = std::find(copy.children.begin(), copy.children.end(), element);
+    if (place == copy.children.end()) continue;
+    copy.children.insert(copy.children.erase(place), inside.begin(), inside.end());
+    return;
+  }
+}
+
 void ReplicaPage::DataReplaced(const Node* text, int offset, int count, const QString& data) {
   copies_[text->id].data.replace(offset, count, data);
 }
@@ -158,7 +181,7 @@ QString TestPage::Body() const {
 
 namespace {
 
-void ShowNode(const Node* node, const LiveRange& range, QString& out) {
+void ShowNode(const Node* node, const LiveRange& range, bool attributes, QString& out) {
   const auto mark = [&](const BoundaryPoint& here) {
     if (range.start == here) out += u'^';
     if (range.end == here && !range.IsCollapsed()) out += u'^';
@@ -175,11 +198,16 @@ void ShowNode(const Node* node, const LiveRange& range, QString& out) {
     out += "<!-->";
     return;
   }
-  if (node->tag != Known().body) out += u'<' + node->tag->localName + u'>';
+  if (node->tag != Known().body) {
+    out += u'<' + node->tag->localName;
+    if (attributes)
+      for (const Attribute& one : node->attributes) out += u' ' + one.name + "='" + one.value + u'\'';
+    out += u'>';
+  }
   for (Node* child = node->firstChild;; child = child->next) {
     mark({const_cast<Node*>(node), 0, child});
     if (!child) break;
-    ShowNode(child, range, out);
+    ShowNode(child, range, attributes, out);
   }
   if (node->tag != Known().body && !node->tag->isVoid) out += "</" + node->tag->localName + u'>';
 }
@@ -188,8 +216,38 @@ void ShowNode(const Node* node, const LiveRange& range, QString& out) {
 
 QString TestPage::Show(const LiveRange& range) const {
   QString out;
-  ShowNode(document.bodyNode(), range, out);
+  ShowNode(document.bodyNode(), range, false, out);
   return out;
+}
+
+QString DifferenceAfterSaving(const HTMLDocument& document) {
+  HTMLDocument read;
+  ParseDocument(DecodePage(FileHtml(document.htmlNode(), document.scripting())), read);
+  const Node* here = document.htmlNode();
+  const Node* there = read.htmlNode();
+  for (; here && there; here = NextInTree(here), there = NextInTree(there)) {
+    const bool same = here->type == there->type && here->tag == there->tag && here->data == there->data &&
+                      here->attributes.size() == there->attributes.size() && here->Depth() == there->Depth();
+    if (!same) break;
+    for (const Attribute& attribute : here->attributes) {
+      const Attribute* const other = there->FindAttribute(attribute.name);
+      if (!other || other->value != attribute.value) return "another attribute " + attribute.name;
+    }
+  }
+  const auto name = [](const Node* node) {
+    return !node ? QStringLiteral("the end") : node->IsElement() ? node->tag->localName : node->data;
+  };
+  return here || there ? name(here) + " is read as " + name(there) : QString();
+}
+
+QString TestPage::After(const LiveRange& range) {
+  QString shown;
+  ShowNode(document.bodyNode(), range, true, shown);
+  QStringList problems = Problems();
+  const QString read = DifferenceAfterSaving(document);
+  if (!read.isEmpty()) problems += "file: " + read;
+  for (const QString& problem : problems) shown += "\n" + problem;
+  return shown;
 }
 
 QStringList TestPage::Problems() {

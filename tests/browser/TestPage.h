@@ -19,6 +19,8 @@ class ReplicaPage : public LivePage {
   void Removed(const Node* parent, NodeId node) override;
   void AttributeSet(const Node* element, const QString& name, const QString& value) override;
   void AttributeRemoved(const Node* element, const QString& name) override;
+  void Wrapped(const Node* wrapper) override;
+  void Unwrapped(NodeId element) override;
   void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
   void ShowSelection(const LiveRange* range) override { selectionShown = range != nullptr; }
   void TakesKeys(bool) override {}
@@ -45,6 +47,9 @@ class ReplicaPage : public LivePage {
 // have changed it, so that texts may be empty or stand side by side.
 QStringList ProblemsOf(HTMLDocument& document, bool pageMayHaveTexts = false);
 
+// Where the page that a file of this document gives differs from it; empty when it doesn't.
+QString DifferenceAfterSaving(const HTMLDocument& document);
+
 class TestPage {
  public:
   // A page with this BODY content. "^" marks places: one for a collapsed range, two for its ends.
@@ -63,4 +68,9 @@ class TestPage {
   QString Show(const LiveRange& range) const;
   QString Show(const BoundaryPoint& point) const { return Show(LiveRange{point, point}); }
   QStringList Problems();
+
+  // For the end of an edit: content of BODY with attributes and with "^" at the range's places. What isn't in order
+  // follows: the model's own bookkeeping, a point or the selection in a wrong place, a live page that differs, a file
+  // that reads as another page.
+  QString After(const LiveRange& range);
 };

@@ -1,0 +1,61 @@
+#include "WorkOps.h"
+
+#include "Colors.h"
+#include "Numbers.h"
+#include "WBUC.h"
+
+namespace {
+
+const QString beforeEnd = QStringLiteral("BeforeEnd");
+const QString afterEnd = QStringLiteral("AfterEnd");
+
+// Difference of two values in the list of paddings.
+constexpr int paddingStep = 5;
+
+QString Read(const HTMLElement& element, const char* name) {
+  return element.getAttribute(QString::fromLatin1(name), 0);
+}
+
+}  // namespace
+
+void InsertPageHTML(WBUC& view, const QString& Html) {
+  HTMLElement current = view.CurrentElement();
+  const QString tag = view.CurrentElementTag();
+  if (!view.HasCurrentElement()) {
+    view.AddNewElement(Html);
+  } else if (tag == u"FONT" || tag == u"IMG") {
+    current.insertAdjacentHTML(afterEnd, Html);
+  } else if (tag == u"TD") {
+    current.insertAdjacentHTML(beforeEnd, Html);
+  } else if (tag == u"TABLE") {
+    HTMLElement cell = FirstCell(current);
+    (cell ? cell : current).insertAdjacentHTML(beforeEnd, Html);
+  } else {
+    view.AddNewElement(Html);
+  }
+}
+
+HTMLElement FirstCell(const HTMLElement& table) {
+  const Node* const root = table.node();
+  for (Node* node = root ? root->firstChild : nullptr; node; node = NextInTree(node, root))
+    if (node->IsElement() && node->tag->tagName == u"TD") return HTMLElement(node);
+  return {};
+}
+
+TableProps ReadTableProps(const HTMLElement& table) {
+  TableProps props;
+  props.Width = Read(table, "width");
+  props.Height = Read(table, "height");
+  const QString border = Read(table, "border");
+  props.HasNoBorder = border == u"0";
+  if (!props.HasNoBorder) props.Border = ToInteger32(border);
+  props.Color = HtmlToColor(Read(table, "bgColor"));
+  // Whole division cuts what is left over: the list has no 7, so 7 shows as 5.
+  if (const auto padding = ToInteger32(Read(table, "cellpadding"))) props.PaddingIndex = *padding / paddingStep;
+  props.Align = Read(table, "align");
+  if (const HTMLElement cell = FirstCell(table)) {
+    props.CellAlign = Read(cell, "align");
+    props.CellVAlign = Read(cell, "vAlign");
+  }
+  return props;
+}

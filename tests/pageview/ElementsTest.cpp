@@ -1,0 +1,430 @@
+#include <QClipboard>
+#include <QGuiApplication>
+
+#include "PageViewFixture.h"
+#include "StringTable.h"
+
+namespace {
+
+class Elements : public PageViewTest {
+ protected:
+  void Show(const QString& body) { page_.ShowBody(body); }
+
+  // Selects the text from a place in one element's own text to a place in another's, as a drag does.
+  void Select(const QString& from, int start, const QString& to, int end) {
+    Node* const first = TextOf(Named(from));
+    Node* const last = TextOf(Named(to));
+    ASSERT_TRUE(first && last);
+    Fire(EventType::MouseDown, from);
+    page_.Document().selection().Mirror({BoundaryPoint::InText(first, start), BoundaryPoint::InText(last, end)});
+    Fire(EventType::MouseUp, to);
+    Fire(EventType::Click, to);
+  }
+  void Select(const QString& id, int start, int end) { Select(id, start, id, end); }
+
+  void PutOnSystemClipboard(const QString& text) { QGuiApplication::clipboard()->setText(text); }
+};
+
+const QString two = "<font id='a'>one</font><font id='b'>two</font>";
+
+TEST_F(Elements, CutTakesSelectedTextAndPastePutsItAtTheInsertionPoint) {
+  Show(two);
+  Select("a", 1, 2);
+  view_.Cut();
+  EXPECT_EQ(Body(), "<font id=\"a\">oe</font><font id=\"b\">two</font>");
+  EXPECT_TRUE(view_.HasTextClip());
+  EXPECT_FALSE(view_.HasTagClip());
+  ASSERT_TRUE(page_.PutPoint("b", 3));
+  view_.Paste(WBUC::FromTextClip);
+  view_.Paste(WBUC::FromTextClip);
+  EXPECT_EQ(Body(), "<font id=\"a\">oe</font><font id=\"b\">twonn</font>");
+}
+
+TEST_F(Elements, PasteReplacesTheContentOfTheTextRange) {
+  Show(two);
+  Select("a", 0, 3);
+  view_.Copy();
+  Node* const text = TextOf(Named("b"));
+  view_.SetCurrentTextRange(std::make_shared<HTMLTxtRange>(
+      page_.Document(), LiveRange{BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)}));
+  view_.Paste(WBUC::FromTextClip);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">oneo</font>");
+}
+
+TEST_F(Elements, NothingSelectedIsNeitherCutNorCopied) {
+  Show(two);
+  Click("a");
+  view_.Cut();
+  view_.Copy();
+  EXPECT_FALSE(view_.HasTextClip());
+  EXPECT_FALSE(view_.HasTagClip());
+  view_.Paste(WBUC::FromTextClip);
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, CopyingTwiceKeepsTheLastOfEachKind) {
+  Show(two + "<img id='i'>");
+  DoubleClick("i");
+  view_.Copy();
+  Select("a", 0, 3);
+  view_.Copy();
+  Select("b", 0, 3);
+  view_.Copy();
+  Show("");
+  view_.Paste(WBUC::FromTextClip);
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(Body(), "two<img id=\"i\" />") << "the text clip doesn't disturb the tag clip";
+}
+
+TEST_F(Elements, CutOfAnElementStoresItAndLeavesCurrentElementStale) {
+  Show(two);
+  DoubleClick("a");
+  view_.Cut();
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font>");
+  EXPECT_EQ(view_.IfSelection(), WBUC::NothingSelected);
+  EXPECT_TRUE(view_.HasCurrentElement());
+  EXPECT_TRUE(view_.HasTagClip());
+}
+
+TEST_F(Elements, PastingACutElementAtOnceShowsNothingUntilAnotherClick) {
+  Show(two);
+  DoubleClick("a");
+  view_.Cut();
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font>");
+  Click("b");
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+TEST_F(Elements, PasteOfAnElementWithNothingCurrentGoesToTheEnd) {
+  Show(two);
+  DoubleClick("a");
+  view_.Copy();
+  Click("");  // into the page beside everything
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+TEST_F(Elements, PasteOfTextWhereNothingWasClickedGoesToTheEnd) {
+  Show(two);
+  Select("a", 0, 2);
+  view_.Copy();
+  view_.SetCurrentTextRange(nullptr);
+  view_.Paste(WBUC::FromTextClip);
+  EXPECT_TRUE(Body().endsWith("two</font>on")) << qPrintable(Body());
+}
+
+TEST_F(Elements, CutOfAnElementStoresItsTagsButCopyWhatIsHighlighted) {
+  Show(two);
+  DoubleClick("a");
+  // The highlight is changed from outside; the element stays selected.
+  page_.Document().selection().Mirror(
+      {BoundaryPoint::InText(TextOf(Named("b")), 0), BoundaryPoint::InText(TextOf(Named("b")), 2)});
+  view_.Copy();
+  EXPECT_EQ(view_.IfSelection(), WBUC::ElementSelected) << "Copy keeps the element selected";
+  view_.Cut();  // of which the highlight is none of the business
+  EXPECT_EQ(view_.IfSelection(), WBUC::TextSelected);
+  Click("b");
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+TEST_F(Elements, CopyOfAnElementWithAChangedHighlightTakesTheHighlight) {
+  Show(two);
+  DoubleClick("a");
+  page_.Document().selection().Mirror(
+      {BoundaryPoint::InText(TextOf(Named("b")), 0), BoundaryPoint::InText(TextOf(Named("b")), 2)});
+  view_.Copy();
+  Click("");
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_TRUE(Body().endsWith("two</font>tw")) << qPrintable(Body());
+}
+
+TEST_F(Elements, PasteDropsTheSelectedElementEvenWhenThereIsNothingToPaste) {
+  for (const int origin : {int(WBUC::FromTextClip), int(WBUC::FromTagClip), 7, -1}) {
+    Show(two);
+    DoubleClick("a");
+    view_.Paste(origin);
+    EXPECT_EQ(view_.IfSelection() == WBUC::ElementSelected, false) << origin;
+    EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+  }
+}
+
+TEST_F(Elements, SystemTextIsTakenAsHtmlAndNeverWritten) {
+  Show(two);
+  PutOnSystemClipboard("x<b>y</b> &amp; z");
+  Select("a", 0, 3);
+  view_.Copy();
+  DoubleClick("b");
+  view_.Cut();
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "x<b>y</b> &amp; z");
+  ASSERT_TRUE(page_.PutPoint("a", 3));
+  view_.Paste(WBUC::FromSystem);
+  EXPECT_EQ(Body(), "<font id=\"a\">onex<b>y</b> &amp; z</font>");
+  EXPECT_TRUE(view_.HasTextClip() && view_.HasTagClip());
+}
+
+TEST_F(Elements, WithoutADocumentPasteKeepsTheSelectedElement) {
+  Show(two);
+  DoubleClick("a");
+  view_.Copy();
+  view_.Navo("nowhere.html", false);
+  view_.Paste(WBUC::FromTagClip);
+  view_.AddNewElement("x");
+  view_.AddTable("1", "1", "1", "", "", "", "", "1");
+  view_.CreateLinkSel("u");
+  view_.ToggleBold();
+  EXPECT_EQ(view_.SelText(), "");
+  EXPECT_TRUE(view_.HasTagClip()) << "the clipboards live on across pages";
+}
+
+TEST_F(Elements, DeleteElementTakesTheElementWithItsTagsAndTouchesNoField) {
+  Show(two);
+  DoubleClick("b");
+  view_.DeleteElement(Named("a"));
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font>");
+  EXPECT_EQ(view_.IfSelection(), WBUC::ElementSelected);
+  view_.DeleteElement({});
+  const HTMLElement b = Named("b");
+  view_.DeleteElement(b);
+  EXPECT_EQ(Body(), "");
+  Show(two);
+  view_.DeleteElement(b);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>") << "a stale element takes nothing along";
+}
+
+TEST_F(Elements, ReplaceElemHtmlPutsHtmlInTheElementsPlace) {
+  Show(two);
+  view_.ReplaceElemHTML(Named("a"), "<i>x</i>y");
+  EXPECT_EQ(Body(), "<i>x</i>y<font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, NewElementsAndTablesGoToTheEndWhereverTheInsertionPointIs) {
+  Show(two);
+  Click("a");
+  ASSERT_TRUE(page_.PutPoint("a", 1));
+  view_.AddNewElement("<hr>");
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font><hr />");
+  view_.AddTable("100", "50", "1", "#FFFFFF", "Center", "Left", "Top", "5");
+  EXPECT_TRUE(Body().contains("<hr /><table align=\"Center\"")) << qPrintable(Body());
+}
+
+TEST_F(Elements, ATablesNumbersGoUnquotedAndItsWordsQuoted) {
+  Show("");
+  view_.StoredValues() = {"A B", "3 x=y", "#010203", "", ""};
+  view_.AddTable("100% a=1", "50 b=2", "1 c=3", "red d=4", "Left e=5", "Right f=6", "Top g=7", "5 h=8");
+  EXPECT_EQ(Body(),
+            "<table align=\"Left e=5\" width=\"100%\" a=\"1\" height=\"50\" b=\"2\" border=\"1\" c=\"3\" "
+            "bgcolor=\"red d=4\" cellpadding=\"5\" h=\"8\"><tbody><tr><td align=\"Right f=6\" valign=\"Top g=7\">"
+            "<font face=\"A B\" size=\"3\" x=\"y\" color=\"#010203\">&nbsp;</font></td></tr></tbody></table>");
+}
+
+TEST_F(Elements, LinkOfSelectedText) {
+  Show(two);
+  Select("a", 1, 3);
+  view_.CreateLinkSel("http://x/");
+  EXPECT_EQ(Body(), "<font id=\"a\">o<a href=\"http://x/\">ne</a></font><font id=\"b\">two</font>");
+  EXPECT_EQ(page_.Document().selection().createRange()->text(), "ne");
+}
+
+TEST_F(Elements, LinkWorksOnADoubleClickedTextBlockToo) {
+  Show(two);
+  DoubleClick("a");
+  view_.CreateLinkSel("u");
+  EXPECT_EQ(Body(), "<font id=\"a\"><a href=\"u\">one</a></font><font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, MoveOneElementChangesPlacesWithTheNeighbourAndSelectsNothing) {
+  Show(two);
+  DoubleClick("a");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::Moved);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
+  EXPECT_EQ(view_.IfSelection(), WBUC::NothingSelected);
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::NoElementSelected);
+  DoubleClick("a");
+  EXPECT_EQ(view_.MoveElementOneElement(-1), WBUC::Moved);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, AfterAMoveTheSpaceButtonsDoNothing) {
+  Show(two);
+  DoubleClick("a");
+  ASSERT_EQ(view_.MoveElementOneElement(1), WBUC::Moved);
+  for (int direction = 0; direction <= 3; ++direction) view_.MoveElementOneSpace(direction);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+TEST_F(Elements, MovingATextBlockPastAPictureInsideItLosesIt) {
+  Show("<font id='a'>one<img id='i'></font><font id='b'>two</font>");
+  DoubleClick("a");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::Moved);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, MovingBackTheFirstTextBlockInAnotherMovesItBeforeThatOne) {
+  Show("<font id='a'><font id='b'>two</font>one</font>");
+  DoubleClick("b");
+  EXPECT_EQ(view_.MoveElementOneElement(-1), WBUC::Moved);
+  EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+TEST_F(Elements, TablesAreNotMovable) {
+  Show("<table id='t'><tr><td id='c'><font>x</font></td></tr></table><font>y</font>");
+  DoubleClick("c");
+  EXPECT_EQ(view_.CurrentSelElementTag(), "TABLE");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::NotMovable);
+}
+
+TEST_F(Elements, TheNeighbourIsLookedForAmongTenElementsOfAnyKind) {
+  Show("<font id='a'>one</font>" + QString("<br>").repeated(9) + "<font id='b'>two</font>");
+  DoubleClick("a");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::Moved);
+  Show("<font id='a'>one</font>" + QString("<br>").repeated(10) + "<font id='b'>two</font>");
+  DoubleClick("a");
+  const QString before = Body();
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::NoNeighbour);
+  EXPECT_EQ(Body(), before);
+  // The parts of a table count, too.
+  Show("<font id='a'>one</font>" + QString("<br>").repeated(6) +
+       "<table><tr><td><b><font id='b'>two</font></b></td></tr></table>");
+  DoubleClick("a");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::NoNeighbour);
+}
+
+TEST_F(Elements, TheLastBlockHasNoNeighbourBehindIt) {
+  Show(two);
+  DoubleClick("b");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::NoNeighbour);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, OneMovesTheSelectedElementTheOtherTheCurrentOne) {
+  Show(two);
+  DoubleClick("a");
+  view_.SetCurrentElement(Named("b"));
+  view_.MoveElementOneSpace(3);
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><br /><font id=\"b\">two</font>");
+  EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::Moved);
+  EXPECT_EQ(Body(), "<br /><font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+struct Step {
+  const char* body;
+  int direction;
+  const char* after;
+};
+
+TEST_F(Elements, MovingBackTakesAwayOnlyWhatMovingOnPutsThere) {
+  const Step steps[] = {
+      {"x<font id='e'>y</font>", 2, "x&nbsp;<font id=\"e\">y</font>"},
+      {"x<font id='e'>y</font>", 3, "x<br /><font id=\"e\">y</font>"},
+      {"x&nbsp;<font id='e'>y</font>", 0, "x<font id=\"e\">y</font>"},
+      {"x&nbsp;&nbsp;<font id='e'>y</font>", 0, "x&nbsp;<font id=\"e\">y</font>"},
+      // Neither a blank nor a letter goes.
+      {"x <font id='e'>y</font>", 0, "x <font id=\"e\">y</font>"},
+      {"x<font id='e'>y</font>", 0, "x<font id=\"e\">y</font>"},
+      {"<font>x&nbsp;</font><font id='e'>y</font>", 0, "<font>x</font><font id=\"e\">y</font>"},
+      {"x<br><font id='e'>y</font>", 1, "x<font id=\"e\">y</font>"},
+      {"x<br>z<font id='e'>y</font>", 1, "xz<font id=\"e\">y</font>"},
+      {"x<hr><font id='e'>y</font>", 1, "x<hr /><font id=\"e\">y</font>"},
+      {"x&nbsp;<font id='e'>y</font>", 4, "x&nbsp;<font id=\"e\">y</font>"},
+      {"x&nbsp;<font id='e'>y</font>", -1, "x&nbsp;<font id=\"e\">y</font>"},
+      // At the very start of the page the element's own first character is looked at, but its tag comes along.
+      {"<font id='e'>&nbsp;y</font>", 0, "<font id=\"e\">&nbsp;y</font>"},
+      // A space of the cell before is out of reach.
+      {"<table><tr><td>a&nbsp;</td><td><font id='e'>y</font></td></tr></table>", 0,
+       "<table><tbody><tr><td>a&nbsp;</td><td><font id=\"e\">y</font></td></tr></tbody></table>"},
+  };
+  for (const Step& step : steps) {
+    Show(step.body);
+    view_.SetCurrentElement(Named("e"));
+    view_.MoveElementOneSpace(step.direction);
+    EXPECT_EQ(Body(), step.after) << step.body << " " << step.direction;
+  }
+}
+
+TEST_F(Elements, MovingUpTakesALineBreakOfAnotherBlocksTextToo) {
+  Show("<font>one<br></font><font id='e'>two</font>");
+  view_.SetCurrentElement(Named("e"));
+  view_.MoveElementOneSpace(1);
+  EXPECT_EQ(Body(), "<font>one</font><font id=\"e\">two</font>");
+}
+
+TEST_F(Elements, AfterCutTheCurrentElementIsStaleAndMovesNothing) {
+  Show("&nbsp;<font id='a'>one</font><font id='b'>two</font>");
+  DoubleClick("a");
+  view_.Cut();
+  for (int direction = 0; direction <= 3; ++direction) view_.MoveElementOneSpace(direction);
+  EXPECT_EQ(Body(), "&nbsp;<font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, TheTextForNothingCutExistsThoughNothingShowsIt) {
+  EXPECT_EQ(StringText(109),
+            "There is no cut element to paste. (Note: Only full elements can be pasted. To add a cut text selection "
+            "back in, edit the respective element.)");
+}
+
+// --- the font of selected text
+
+TEST_F(Elements, FormatsOfSelectedTextGatherInOneFont) {
+  Show("abcd");
+  Node* const text = page_.Document().bodyNode()->firstChild;
+  page_.Document().selection().Mirror({BoundaryPoint::InText(text, 1), BoundaryPoint::InText(text, 3)});
+  view_.SetSelFontFace("Arial");
+  view_.SetSelFontSize("4");
+  view_.SetSelColor("#FF0000");
+  view_.SetSelBackColor("#00FF00");
+  view_.ToggleBold();
+  EXPECT_EQ(
+      Body(),
+      "a<font face=\"Arial\" size=\"4\" color=\"#FF0000\" style=\"background-color: #00FF00;\"><b>bc</b></font>d");
+  EXPECT_EQ(view_.SelText(), "bc");
+}
+
+TEST_F(Elements, ADoubleClickedElementIsNotFormattedThoughItsTextIsHighlighted) {
+  Show(two);
+  DoubleClick("a");
+  view_.SetSelColor("#FF0000");
+  view_.SetSelBackColor("#FF0000");
+  view_.SetSelFontFace("Arial");
+  view_.SetSelFontSize("5");
+  view_.ToggleBold();
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, WithNothingSelectedNothingIsFormatted) {
+  Show(two);
+  Click("a");
+  view_.SetSelColor("#FF0000");
+  view_.ToggleBold();
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+}
+
+TEST_F(Elements, FontUnderASelectionIsFiveEmptyTexts) {
+  Show("<font id='a' color='#010203' size='5' face='Arial'>one</font>");
+  Select("a", 0, 2);
+  EXPECT_EQ(view_.CurFontProps(), (std::array<QString, 5>{}));
+}
+
+TEST_F(Elements, FontAtTheInsertionPointIsThatOfThePagesSelectionNotOfCurrentTextRange) {
+  Show("<font id='a' color='#010203' size='5' face='Arial'>one</font><font id='b' size='1'>two</font>");
+  const BoundaryPoint inA = BoundaryPoint::InText(TextOf(Named("a")), 1);
+  page_.Document().selection().Mirror({inA, inA});
+  ASSERT_TRUE(page_.PutPoint("b", 1));
+  EXPECT_EQ(view_.CurFontProps(), (std::array<QString, 5>{"#010203", "Arial", "5", "#FFFFFF", "*"}));
+}
+
+TEST_F(Elements, SelTextIsReadAsTextAndWrittenAsHtml) {
+  Show("<font id='a'>one<br>two</font>");
+  EXPECT_EQ(view_.SelText(), "");
+  DoubleClick("a");
+  EXPECT_EQ(view_.SelText(), "one\r\ntwo");
+  view_.SetSelText("<i>x</i>&amp;");
+  EXPECT_EQ(Body(), "<i>x</i>&amp;");
+  view_.SetSelText("y");  // nothing is selected any more
+  EXPECT_EQ(Body(), "<i>x</i>&amp;");
+}
+
+}  // namespace
