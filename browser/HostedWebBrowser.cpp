@@ -2,10 +2,10 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
-#include <QTimer>
 #include <QUrl>
 #include <QWebChannel>
 #include <QWebEngineHistory>
@@ -31,8 +31,9 @@ static void InitBridgeResources() {
 namespace {
 
 constexpr quint32 bridgeWorld = QWebEngineScript::ApplicationWorld;
-constexpr int deathsInARow = 5;  // a page that kills every renderer isn't brought back for ever
+constexpr int deathsInARow = 5;  // a page that kills every renderer is brought back at leisure
 constexpr qint64 rowOfDeathsMs = 10000;
+constexpr int leisureMs = 5000;  // less than the row's time, so that the row goes on
 
 // Opens no windows and keeps what scripts log to itself.
 class QuietPage : public QWebEnginePage {
@@ -94,6 +95,8 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
   view_->setContextMenuPolicy(Qt::PreventContextMenu);
   view_->setAcceptDrops(false);
   SetUpPage();
+  recovery_.setSingleShot(true);
+  connect(&recovery_, &QTimer::timeout, this, &HostedWebBrowser::Recover);
   qApp->installEventFilter(this);
 }
 
@@ -106,6 +109,7 @@ HostedWebBrowser::~HostedWebBrowser() {
 }
 
 void HostedWebBrowser::SetUpPage() {
+  isDead_ = false;
   page_ = new QuietPage(profile_, this);
   QWebEngineSettings* settings = page_->settings();
   settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
@@ -119,8 +123,19 @@ void HostedWebBrowser::SetUpPage() {
   page_->setWebChannel(channel_, bridgeWorld);
   connect(port_, &BridgePort::Received, this, &HostedWebBrowser::Receive);
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] { isDead_ = true; });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
+}
+
+// The channel of a page whose renderer died doesn't always come back, so there is a new one for both.
+void HostedWebBrowser::RenewPage() {
+  const bool focused = view_->hasFocus() || (view_->focusProxy() && view_->focusProxy()->hasFocus());
+  QWebEnginePage* const dead = page_;
+  dead->disconnect(this);
+  SetUpPage();
+  dead->deleteLater();
+  if (focused) view_->setFocus();
 }
 
 bool HostedWebBrowser::eventFilter(QObject* watched, QEvent* event) {
@@ -165,18 +180,39 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   load_ = Load::Pending;
   wanted_ = url;
   token_.clear();
-  page_->load(url == u"about:blank" ? QUrl(url) : QUrl::fromLocalFile(url));
+  deaths_ = 0;
+  ++navigation_;
+  if (isDead_) RenewPage();
+  if (url == u"about:blank" || QFileInfo(url).isFile()) return LoadWanted();
+  ScheduleFailLoad();  // the engine would show a folder as a list of its files
+}
+
+void HostedWebBrowser::LoadWanted() {
+  if (isDead_) RenewPage();
+  page_->load(wanted_ == u"about:blank" ? QUrl(wanted_) : QUrl::fromLocalFile(wanted_));
 }
 
 void HostedWebBrowser::LoadFinished(bool good) {
-  if (good || load_ == Load::Done) return;
-  if (load_ == Load::Pending) FailLoad();
+  if (!good) ScheduleFailLoad();
 }
 
+// Not at once: of a renderer that dies while it loads the engine says first that the load failed, and that load is
+// begun anew.
+void HostedWebBrowser::ScheduleFailLoad() {
+  if (load_ != Load::Pending || isDead_) return;
+  const auto fail = [this, navigation = navigation_] {
+    if (load_ == Load::Pending && !isDead_ && navigation_ == navigation) FailLoad();
+  };
+  QMetaObject::invokeMethod(this, fail, Qt::QueuedConnection);
+}
+
+// The page before must not go on standing there as if it were the one that was asked for.
 void HostedWebBrowser::FailLoad() {
   load_ = Load::None;
   if (document_) document_->SetPage(nullptr);
   document_.reset();
+  if (isDead_) RenewPage();
+  page_->load(QUrl(QStringLiteral("about:blank")));
   emit DocumentComplete();
 }
 
@@ -301,6 +337,7 @@ void HostedWebBrowser::Receive(const QJsonArray& message) {
     ReceiveChanges(message);
   } else if (word == u"told") {
     if (treeQuestions_.empty() || treeQuestions_.front().first != message.at(2).toInt()) return;
+    deaths_ = 0;
     const auto answer = treeQuestions_.front().second;
     treeQuestions_.pop_front();
     answer(message.at(3).toArray());
@@ -308,6 +345,7 @@ void HostedWebBrowser::Receive(const QJsonArray& message) {
 }
 
 void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& message) {
+  if (load_ == Load::None) return;  // the empty page behind a load that failed
   if (load_ == Load::Recovering) return Adopt(token);
   const QString address = message.at(2).toString();
   if (load_ == Load::Pending) {
@@ -387,6 +425,8 @@ void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied
 void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
   const auto type = TypeOf(event[QLatin1String("type")].toString());
   if (!type) return;
+  // The mouse over the page is told by the engine alone; all else takes somebody who works with the page.
+  if (*type != EventType::MouseOver && *type != EventType::MouseOut) deaths_ = 0;
   applied_ = event[QLatin1String("applied")].toInt();
   while (!edits_.empty() && edits_.front().batch <= applied_) edits_.pop_front();
   const QJsonArray scroll = event[QLatin1String("scroll")].toArray();
@@ -427,35 +467,25 @@ void HostedWebBrowser::Measured(int question, const QVariant& place) {
 // --- A renderer that died
 
 void HostedWebBrowser::RendererDied() {
+  if (!isDead_) return;  // a new page has taken its place already
   DropQuestions();
   token_.clear();
   if (!sinceDeath_.isValid() || sinceDeath_.elapsed() > rowOfDeathsMs) deaths_ = 0;
   sinceDeath_.restart();
   ++deaths_;
-  if (load_ == Load::Pending) {
-    if (deaths_ > deathsInARow) return FailLoad();
-    page_->load(wanted_ == u"about:blank" ? QUrl(wanted_) : QUrl::fromLocalFile(wanted_));
-    return;
-  }
+  if (load_ == Load::Pending) return deaths_ > deathsInARow ? FailLoad() : LoadWanted();
   if (!document_) return;
   load_ = Load::Recovering;
   operations_ = {};
   messages_ = {};
   edits_.clear();
-  if (deaths_ > deathsInARow) return;
-  QTimer::singleShot(0, this, &HostedWebBrowser::Recover);
+  recovery_.start(deaths_ > deathsInARow ? leisureMs : 0);
 }
 
 // A page without content, in the right mode and place; the model follows when its bridge reports.
 void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
-  // The channel of a page whose renderer died doesn't always come back, so the page is a new one too.
-  const bool focused = view_->hasFocus() || (view_->focusProxy() && view_->focusProxy()->hasFocus());
-  QWebEnginePage* const dead = page_;
-  dead->disconnect(this);
-  SetUpPage();
-  dead->deleteLater();
-  if (focused) view_->setFocus();
+  RenewPage();
   const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
   page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
 }

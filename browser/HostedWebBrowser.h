@@ -10,6 +10,7 @@
 #include <QPoint>
 #include <QSet>
 #include <QString>
+#include <QTimer>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -74,7 +75,10 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   void SetUpPage();
+  void RenewPage();
+  void LoadWanted();
   void LoadFinished(bool good);
+  void ScheduleFailLoad();
   void RendererDied();
   void Recover();
   void Adopt(const QString& token);
@@ -97,9 +101,10 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
-  QString wanted_;  // path of the pending navigation
-  QString token_;   // of the page's bridge that is listened to
-  QString base_;    // URL of the page in view
+  int navigation_ = 0;  // number of the last one
+  QString wanted_;      // path of the pending navigation
+  QString token_;       // of the page's bridge that is listened to
+  QString base_;        // URL of the page in view
   QPoint scroll_;
 
   QJsonArray operations_;  // changes not yet posted
@@ -128,6 +133,8 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   QSet<quint32> keysElsewhere_;  // that are down, by scan code or key
 
+  bool isDead_ = false;  // the page in view has lost its renderer
   QElapsedTimer sinceDeath_;
-  int deaths_ = 0;  // in quick succession
+  int deaths_ = 0;  // in quick succession, without a sign of life in between
+  QTimer recovery_;
 };

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QWebEnginePage>
 #include <csignal>
 #include <random>
@@ -170,6 +171,55 @@ TEST(Agreement, HandlesStayValidWhenTheRendererDies) {
   const QString live = hosted.LiveHtml();
   EXPECT_TRUE(live.contains(QStringLiteral("#00FF00")));
   EXPECT_EQ(hosted.ModelHtml().toStdString(), live.toStdString());
+}
+
+TEST(Agreement, APageThatNeverAnswersIsBroughtBackAtLeisure) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  QElapsedTimer timer;
+  timer.start();
+  for (int death = 1; death <= 5; ++death) ASSERT_TRUE(hosted.KillRenderer()) << death;
+  const qint64 quick = timer.restart();
+  ASSERT_TRUE(hosted.KillRenderer());
+  EXPECT_GE(timer.elapsed(), 4500);
+  EXPECT_LT(quick, 4500);
+  const QString live = hosted.LiveHtml();
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), live.toStdString());
+  // That was an answer.
+  timer.restart();
+  ASSERT_TRUE(hosted.KillRenderer());
+  EXPECT_LT(timer.elapsed(), 4500);
+}
+
+TEST(Agreement, AnotherPageOpensWhileADeadOneWaitsForItsReturn) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  for (int death = 1; death <= 5; ++death) ASSERT_TRUE(hosted.KillRenderer()) << death;
+  for (const bool good : {true, false}) {
+    bool died = false;
+    QObject::connect(hosted.browser().enginePage(), &QWebEnginePage::renderProcessTerminated, [&died] { died = true; });
+    ::kill(pid_t(hosted.browser().enginePage()->renderProcessPid()), SIGKILL);
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return died; }));
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(hosted.Load(good ? hosted.File(QStringLiteral("b.html"), "<BODY>other</BODY>") : hosted.Folder()), good);
+    EXPECT_LT(timer.elapsed(), 4500);
+  }
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>last</BODY>"));
+  EXPECT_TRUE(hosted.LiveHtml().contains(QStringLiteral("last")));
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+}
+
+TEST(Agreement, APageThatAnswersIsBroughtBackAtOnceHoweverOftenItDies) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  for (int death = 1; death <= 8; ++death) {
+    QElapsedTimer timer;
+    timer.start();
+    ASSERT_TRUE(hosted.KillRenderer()) << death;
+    EXPECT_LT(timer.elapsed(), 4500) << death;
+    EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  }
 }
 
 TEST(Agreement, EditsMadeWhileThereIsNoRendererArrive) {

@@ -3,6 +3,8 @@
 
 #include <QDir>
 #include <QTcpServer>
+#include <QWebEnginePage>
+#include <csignal>
 
 #include "HostedPage.h"
 
@@ -13,6 +15,53 @@ TEST(HostedLoad, MissingFileGivesNoDocumentAndTheNextPageLoads) {
   EXPECT_EQ(hosted.browser().Document(), nullptr);
   ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>"));
   EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("back")));
+}
+
+TEST(HostedLoad, AFolderInAFilesPlaceGivesNoDocumentAndAnEmptyView) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>here</BODY>"));
+  const QString folder = hosted.Folder() + QStringLiteral("/folder.html");
+  ASSERT_TRUE(QDir().mkdir(folder));
+  EXPECT_FALSE(hosted.Load(folder));
+  EXPECT_EQ(hosted.browser().Document(), nullptr);
+  const auto isEmpty = [&] { return hosted.ScriptText(QStringLiteral("document.body.innerText")).isEmpty(); };
+  EXPECT_TRUE(HostedPage::WaitFor(isEmpty, 5000));
+  EXPECT_EQ(hosted.browser().Document(), nullptr);
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>"));
+  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("back")));
+}
+
+TEST(HostedLoad, AGoodPageRightBehindABadOneLoads) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>here</BODY>"));
+  for (int round = 0; round < 5; ++round) {
+    hosted.browser().Navigate(hosted.Folder(), 14);
+    ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>")) << round;
+    EXPECT_FALSE(hosted.Load(hosted.Folder())) << round;
+    ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>")) << round;
+    EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml()) << round;
+  }
+}
+
+TEST(HostedLoad, APageWhoseRendererDiesWhileItLoadsComesAllTheSame) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>here</BODY>"));
+  QByteArray html = "<HTML><BODY>";
+  for (int i = 0; i < 30000; ++i) html += "<P>paragraph " + QByteArray::number(i) + "</P>";
+  const QString file = hosted.File(QStringLiteral("long.html"), html);
+  int completes = 0;
+  bool started = false;
+  QObject::connect(&hosted.browser(), &WebBrowser::DocumentComplete, [&] { ++completes; });
+  QObject::connect(hosted.browser().enginePage(), &QWebEnginePage::urlChanged, [&] { started = true; });
+  hosted.browser().Navigate(file, 14);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return started; }));
+  ASSERT_EQ(completes, 0);
+  ::kill(pid_t(hosted.browser().enginePage()->renderProcessPid()), SIGKILL);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return completes > 0; }));
+  ASSERT_NE(hosted.browser().Document(), nullptr);
+  EXPECT_EQ(hosted.document().body().children().length(), 30000);
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  EXPECT_EQ(completes, 1);
 }
 
 TEST(HostedLoad, EmptyAndBinaryFilesGiveDocumentsThatAgree) {
