@@ -51,11 +51,12 @@ Neighbour NeighbourOf(const Node* text, bool forward) {
   }
 }
 
-// The stretch of `text` that one step takes from `offset` on; `counts` tells whether it shows at all.
+// The stretch of `text` that one step takes at a place; `counts` tells whether it shows at all.
 struct Unit {
   int from;
   int to;
   bool counts;
+  bool isFormatting = false;  // a run of white space with a line end or tab in it
 };
 
 Unit UnitAt(const Node* text, int at) {
@@ -75,7 +76,33 @@ Unit UnitAt(const Node* text, int at) {
   bool counts = !(text->parent && text->parent->IsElement() && text->parent->tag->isTablePart);
   if (counts && from == 0) counts = NeighbourOf(text, false) == Neighbour::Content;
   if (counts && to == length) counts = NeighbourOf(text, true) == Neighbour::Content;
-  return {from, to, counts};
+  return {from, to, counts, true};
+}
+
+// Goes through what shows of a stretch of a text: white space that shows as one blank, and all between such as one
+// piece. Ends early, with false, when `visit` gives false. Much white space costs no more than much text.
+template <typename Visit>
+bool VisitUnits(const Node* text, int from, int to, Visit visit) {
+  const QString& data = text->data;
+  const bool keeps = KeepsWhiteSpace(text);
+  for (int at = from; at < to;) {
+    int end = at;
+    while (end < to && (keeps || !IsBlank(data[end]))) ++end;
+    if (end > at) {
+      if (!visit(at, end, false)) return false;
+      at = end;
+      continue;
+    }
+    const Unit unit = UnitAt(text, at);
+    if (unit.isFormatting) {
+      end = std::min(unit.to, to);
+    } else {
+      while (end < to && IsBlank(data[end])) ++end;
+    }
+    if (unit.counts && !visit(at, end, unit.isFormatting)) return false;
+    at = end;
+  }
+  return true;
 }
 
 bool IsLeafOfText(const Node* node) {
@@ -211,15 +238,10 @@ QString TextBetween(const LiveRange& range) {
     text += piece;
   };
   const auto addText = [&](const Node* node, int from, int to) {
-    for (int at = from; at < to;) {
-      const Unit unit = UnitAt(node, at);
-      const int end = std::min(unit.to, to);
-      if (unit.counts) {
-        const bool blank = unit.to - unit.from > 1 && IsBlank(node->data[unit.from]);
-        add(blank || IsFormatting(node->data[at]) ? QStringView(u" ") : QStringView(node->data).mid(at, end - at));
-      }
-      at = end;
-    }
+    VisitUnits(node, from, to, [&](int at, int end, bool formatting) {
+      add(formatting ? QStringView(u" ") : QStringView(node->data).mid(at, end - at));
+      return true;
+    });
   };
   const Node* const first = range.start.container;
   const Node* const last = range.end.container;
@@ -272,12 +294,7 @@ bool SpansContent(const LiveRange& range) {
   if (range.IsCollapsed()) return false;
   bool edge = false;
   const auto shows = [](const Node* text, int from, int to) {
-    for (int at = from; at < to;) {
-      const Unit unit = UnitAt(text, at);
-      if (unit.counts) return true;
-      at = unit.to;
-    }
-    return false;
+    return !VisitUnits(text, from, to, [](int, int, bool) { return false; });
   };
   const Node* const first = range.start.container;
   const Node* const last = range.end.container;

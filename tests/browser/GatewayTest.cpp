@@ -101,7 +101,7 @@ class RandomEdits {
   void Edit(SlowRanges& slow) {
     Gateway& gateway = page_.document.gateway();
     Node* const text = Pick(true, false);
-    switch (Below(6)) {
+    switch (Below(8)) {
       case 0: {
         Node* const parent = Pick(false, true);
         Node* const before = PointIn(parent).before;
@@ -150,6 +150,38 @@ class RandomEdits {
           // What is left of the removal's rule: points behind the second text.
           slow.Removing(text->next);
           gateway.JoinWithNext(text);
+        }
+        break;
+      case 5:
+        if (Node* const first = Below(2) ? text : Pick(false, false)) {
+          Node* last = first;
+          for (int more = Below(3); more > 0 && last->next; --more) last = last->next;
+          const int from = first->Index();
+          const int to = last->Index();
+          Node* const parent = first->parent;
+          Node* const wrapper = page_.document.CreateElement(Known().font);
+          wrapper->attributes = {{"color", "red"}};
+          gateway.Wrap(first, last, wrapper);
+          for (SlowPoint& point : slow.points) {
+            if (point.node != parent || point.offset <= from) continue;
+            point = point.offset > to ? SlowPoint{parent, point.offset - (to - from)}
+                                      : SlowPoint{wrapper, point.offset - from};
+          }
+        }
+        break;
+      case 6:
+        if (Node* const element = Pick(false, false)) {
+          Node* const parent = element->parent;
+          const int at = element->Index();
+          const int inside = element->lastChild ? element->lastChild->Index() + 1 : 0;
+          gateway.Unwrap(element);
+          for (SlowPoint& point : slow.points) {
+            if (point.node == element) {
+              point = {parent, at + point.offset};
+            } else if (point.node == parent && point.offset > at) {
+              point.offset += inside - 1;
+            }
+          }
         }
         break;
       default: {

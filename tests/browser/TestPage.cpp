@@ -59,7 +59,7 @@ void ReplicaPage::Wrapped(const Node* wrapper) {
 }
 
 void ReplicaPage::Unwrapped(NodeId element) {
-  const std::vector<NodeId> inside = copies_[element].children;
+  const std::vector<NodeId> inside = copies_.take(element).children;
   for (Copy& copy : copies_) {
     const auto place = std::find(copy.children.begin(), copy.children.end(), element);
     if (place == copy.children.end()) continue;
