@@ -102,7 +102,7 @@ const Pair sameSize[] = {
 const Pair sameColor[] = {
     {"<font color=blue>foo</font>", "<font color='#0000FF'>foo</font>"},
     {"<font color=blue>foo</font>", "<span style='color: rgb(0, 0, 255)'>foo</span>"},
-    {"<font color=blue>foo</font>", "<span style='color: rgb(0 0 100% / 1)'>foo</span>"},
+    {"<font color=blue>foo</font>", "<span style='color: rgb(0% 0% 100% / 1)'>foo</span>"},
     {"<font color=blue>foo</font>", "<span style='color: #00f'>foo</span>"},
     {"<font color='#0f00ff'>foo</font>", "<span style='color: rgb(15, -10, 375)'>foo</span>"},
     {"<font color=brown>foo</font>", "<span style='color: Brown'>foo</span>"},
