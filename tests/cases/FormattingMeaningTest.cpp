@@ -194,6 +194,7 @@ const Pair otherMeanings[] = {
     // blanks that show
     {"foo<b> </b>bar", "foo bar"},
     {"foo<font size=7> </font>bar", "foo bar"},
+    {"<p>foo<b> </b></p>bar", "<p>foo bar</p>"},  // shows in one of them
     {"foo<a href=x> </a>bar", "foo<font color=blue> </font>bar"},
     {"<img src=x><b> </b>foo", "<img src=x> foo"},
     {"<pre><b> </b>foo</pre>", "<pre> foo</pre>"},
