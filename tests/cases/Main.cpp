@@ -5,6 +5,8 @@
 #include <QTextStream>
 
 #include "CoreKinds.h"
+#include "ElementKinds.h"
+#include "FormattingKinds.h"
 #include "KindTable.h"
 #include "PackKinds.h"
 #include "PageViewKinds.h"
@@ -77,5 +79,7 @@ int main(int argc, char** argv) {
   RegisterPackKinds(table);
   RegisterPageViewKinds(table);
   RegisterTreeKinds(table);
+  RegisterElementKinds(table);
+  RegisterFormattingKinds(table);
   return Run(table, QApplication::arguments());
 }

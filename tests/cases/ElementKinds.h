@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// elements.
+void RegisterElementKinds(KindTable& table);

@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// formatting.
+void RegisterFormattingKinds(KindTable& table);
