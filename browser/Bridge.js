@@ -352,6 +352,7 @@ const corvane = (() => {
         const parent = first.parentNode;
         into.children.add(parent);
         into.children.add(wrapper);
+        into.added.add(wrapper);  // what is in it may have been moved, so the program may have it elsewhere or no more
         const together = last && last.parentNode === parent;
         parent.insertBefore(wrapper, first);
         for (let node = first; node;) {
@@ -367,7 +368,10 @@ const corvane = (() => {
         const parent = element.parentNode;
         if (parent) {
           into.children.add(parent);
-          while (element.firstChild) parent.insertBefore(element.firstChild, element);
+          while (element.firstChild) {
+            into.added.add(element.firstChild);
+            parent.insertBefore(element.firstChild, element);
+          }
           parent.removeChild(element);
         }
         forget(element);

@@ -116,7 +116,7 @@ QString CssColor(const QString& value) {
   static const QRegularExpression digits(QStringLiteral("^#([0-9a-f]{3}|[0-9a-f]{6})$"),
                                          QRegularExpression::CaseInsensitiveOption);
   static const QRegularExpression function(
-      QStringLiteral("^rgba?\\(\\s*(\\d+)\\s*[, ]\\s*(\\d+)\\s*[, ]\\s*(\\d+)\\s*(?:[,/]\\s*(\\d*\\.?\\d+)\\s*)?\\)$"),
+      QStringLiteral("^rgba?\\(\\s*([+-]?\\d+)\\s*[, ]\\s*([+-]?\\d+)\\s*[, ]\\s*([+-]?\\d+)\\s*(?:[,/]\\s*(\\d*\\.?\\d+)\\s*)?\\)$"),
       QRegularExpression::CaseInsensitiveOption);
   const QString text = value.trimmed();
   const auto isLetter = [](QChar c) { return c.unicode() < 128 && c.isLetter(); };
@@ -128,7 +128,7 @@ QString CssColor(const QString& value) {
   const auto match = function.match(text);
   if (!match.hasMatch()) return {};
   if (!match.captured(4).isEmpty() && match.captured(4).toDouble() < 1) return {};
-  const auto part = [&](int index) { return int(std::min(255.0, match.captured(index).toDouble())); };
+  const auto part = [&](int index) { return int(std::clamp(match.captured(index).toDouble(), 0.0, 255.0)); };
   return QColor(part(1), part(2), part(3)).name().toUpper();
 }
 

@@ -12,14 +12,26 @@
 #include "Serializer.h"
 #include "TreeCodec.h"
 
-HostedPage::HostedPage() : browser_(new HostedWebBrowser(&window_)) {
+HostedPage::HostedPage(Kind kind) {
   window_.resize(800, 600);
-  browser_->Widget()->setGeometry(0, 0, 800, 600);
+  if (kind == Bare) {
+    browser_ = new HostedWebBrowser(&window_);
+    browser_->Widget()->setGeometry(0, 0, 800, 600);
+  } else {
+    program_ = std::make_unique<TestProgram>();
+    const WebBrowserFactory factory = [this](QWidget* parent) {
+      auto made = std::make_unique<HostedWebBrowser>(parent);
+      browser_ = made.get();
+      return made;
+    };
+    view_ = std::make_unique<WBUC>(program_->program, factory, &window_);
+    view_->setGeometry(0, 0, 800, 600);
+  }
   window_.show();
 }
 
 HostedPage::~HostedPage() {
-  delete browser_;
+  if (!view_) delete browser_;
 }
 
 QString HostedPage::File(const QString& name, const QByteArray& bytes) {

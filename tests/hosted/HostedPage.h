@@ -11,17 +11,22 @@
 
 #include "HTMLDocument.h"
 #include "HostedWebBrowser.h"
+#include "TestPlatform.h"
+#include "WBUC.h"
 
 class HostedPage {
  public:
   static constexpr int patienceMs = 90000;
 
-  HostedPage();
+  enum Kind { Bare, InPageView };
+  // The page alone, or with the page view around it that edits it.
+  explicit HostedPage(Kind kind = Bare);
   ~HostedPage();
 
   HostedWebBrowser& browser() { return *browser_; }
   HTMLDocument& document() { return *browser_->Document(); }
   QWidget& window() { return window_; }
+  WBUC& view() { return *view_; }  // of a page in one
 
   // A page file in a scratch folder.
   QString File(const QString& name, const QByteArray& bytes);
@@ -51,5 +56,7 @@ class HostedPage {
  private:
   QTemporaryDir scratch_;
   QWidget window_;
-  HostedWebBrowser* browser_;
+  std::unique_ptr<TestProgram> program_;
+  std::unique_ptr<WBUC> view_;
+  HostedWebBrowser* browser_ = nullptr;
 };
