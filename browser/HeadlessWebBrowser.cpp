@@ -40,7 +40,7 @@ void HeadlessWebBrowser::Finish() {
   const QString url = *std::exchange(pending_, std::nullopt);
   if (url == u"about:blank") return SetHtml(QString());
   QFile file(url);
-  if (!file.open(QIODevice::ReadOnly)) {
+  if (!CanBeShown(url) || !file.open(QIODevice::ReadOnly)) {
     page_.reset();
     document_.reset();
     emit DocumentComplete();

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
@@ -123,19 +122,25 @@ void HostedWebBrowser::SetUpPage() {
   page_->setWebChannel(channel_, bridgeWorld);
   connect(port_, &BridgePort::Received, this, &HostedWebBrowser::Receive);
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
-  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] { isDead_ = true; });
+  connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
+    isDead_ = true;
+    hadFocus_ = IsPages(view_->window()->focusWidget());  // what has it goes with the renderer
+  });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
 }
 
 // The channel of a page whose renderer died doesn't always come back, so there is a new one for both.
 void HostedWebBrowser::RenewPage() {
-  const bool focused = view_->hasFocus() || (view_->focusProxy() && view_->focusProxy()->hasFocus());
   QWebEnginePage* const dead = page_;
   dead->disconnect(this);
   SetUpPage();
   dead->deleteLater();
-  if (focused) view_->setFocus();
+  if (std::exchange(hadFocus_, false) && !view_->window()->focusWidget()) view_->setFocus();
+}
+
+bool HostedWebBrowser::IsPages(const QWidget* widget) const {
+  return widget && (widget == view_ || view_->isAncestorOf(widget));
 }
 
 bool HostedWebBrowser::eventFilter(QObject* watched, QEvent* event) {
@@ -183,8 +188,8 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   deaths_ = 0;
   ++navigation_;
   if (isDead_) RenewPage();
-  if (url == u"about:blank" || QFileInfo(url).isFile()) return LoadWanted();
-  ScheduleFailLoad();  // the engine would show a folder as a list of its files
+  if (url == u"about:blank" || CanBeShown(url)) return LoadWanted();
+  ScheduleFailLoad();
 }
 
 void HostedWebBrowser::LoadWanted() {

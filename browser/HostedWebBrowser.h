@@ -76,6 +76,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   void SetUpPage();
   void RenewPage();
+  bool IsPages(const QWidget* widget) const;  // the view itself or what is in it
   void LoadWanted();
   void LoadFinished(bool good);
   void ScheduleFailLoad();
@@ -133,7 +134,8 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   QSet<quint32> keysElsewhere_;  // that are down, by scan code or key
 
-  bool isDead_ = false;  // the page in view has lost its renderer
+  bool isDead_ = false;    // the page in view has lost its renderer,
+  bool hadFocus_ = false;  // and the keys went to it
   QElapsedTimer sinceDeath_;
   int deaths_ = 0;  // in quick succession, without a sign of life in between
   QTimer recovery_;

@@ -20,7 +20,12 @@ class WebBrowser : public QObject {
 
   using QObject::QObject;
 
-  // Loads a file by its path, or "about:blank". A second call before the first page is there replaces it.
+  // Whether Navigate can show that file: it is a plain one, and reading it works. A folder, or a file on a medium that
+  // fails, would come out as a page that isn't the user's, and be saved over what is there.
+  static bool CanBeShown(const QString& path);
+
+  // Loads a file by its path, or "about:blank". What can't be shown gives no document and an empty view. A second call
+  // before the first page is there replaces it.
   virtual void Navigate(const QString& url, int flags) = 0;
 
   // The loaded page; null before the first one and after a load that failed. It is replaced at each document complete,

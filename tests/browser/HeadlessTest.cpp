@@ -1,7 +1,9 @@
 #include "HeadlessWebBrowser.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -85,6 +87,26 @@ TEST_F(Headless, OneDocumentCompleteForTwoNavigations) {
   browser.Click({10, 10});
   browser.KeyUp(65);
   browser.Drag({1, 1}, {20, 20});
+}
+
+TEST_F(Headless, WhatCantBeReadGivesNoDocument) {
+  QTemporaryDir folder;
+  const QString pipe = folder.filePath("pipe.html");
+  ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0);
+  ASSERT_TRUE(QDir().mkdir(folder.filePath("folder.html")));
+  // The last is there, but reading its start fails even for root.
+  for (const QString& path : {folder.filePath("folder.html"), pipe, QString("/proc/self/mem")}) {
+    Show("before");
+    EXPECT_FALSE(WebBrowser::CanBeShown(path)) << path.toStdString();
+    QSignalSpy complete(&browser, &WebBrowser::DocumentComplete);
+    browser.Navigate(path, 14);
+    browser.Finish();
+    EXPECT_EQ(complete.count(), 1) << path.toStdString();
+    EXPECT_EQ(browser.Document(), nullptr) << path.toStdString();
+  }
+  const QString empty = folder.filePath("empty.html");
+  ASSERT_TRUE(PutFile(empty, ""));
+  EXPECT_TRUE(WebBrowser::CanBeShown(empty));
 }
 
 TEST_F(Headless, AClickMeetsTheCharacterUnderIt) {

@@ -221,6 +221,25 @@ TEST(HostedEvents, SpaceDoesntScrollWhileTyping) {
   EXPECT_EQ(page.Text(QStringLiteral("String(scrollY)")), QStringLiteral("0"));
 }
 
+TEST(HostedEvents, TheKeysGoOnIntoThePageWhoseRendererDied) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>text</BODY>"));
+  QWidget other(&hosted.window());
+  other.setFocusPolicy(Qt::StrongFocus);
+  other.show();
+  const auto hasKeys = [&] { return hosted.window().focusWidget() == hosted.Input(); };
+  hosted.browser().FocusPage();
+  ASSERT_TRUE(hasKeys());
+  for (int death = 0; death < 2; ++death) {
+    ASSERT_TRUE(hosted.KillRenderer());
+    EXPECT_TRUE(HostedPage::WaitFor(hasKeys, 5000)) << death;
+  }
+  other.setFocus();
+  ASSERT_TRUE(hosted.KillRenderer());
+  hosted.LiveHtml();
+  EXPECT_EQ(hosted.window().focusWidget(), &other);
+}
+
 TEST(HostedEvents, ClickBelowATableAtTheEndStandsBehindIt) {
   PageView page;
   ASSERT_TRUE(

@@ -17,18 +17,21 @@ TEST(HostedLoad, MissingFileGivesNoDocumentAndTheNextPageLoads) {
   EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("back")));
 }
 
-TEST(HostedLoad, AFolderInAFilesPlaceGivesNoDocumentAndAnEmptyView) {
+TEST(HostedLoad, AFolderOrWhatCantBeReadGivesNoDocumentAndAnEmptyView) {
   HostedPage hosted;
   ASSERT_TRUE(hosted.LoadHtml("<BODY>here</BODY>"));
   const QString folder = hosted.Folder() + QStringLiteral("/folder.html");
   ASSERT_TRUE(QDir().mkdir(folder));
-  EXPECT_FALSE(hosted.Load(folder));
-  EXPECT_EQ(hosted.browser().Document(), nullptr);
   const auto isEmpty = [&] { return hosted.ScriptText(QStringLiteral("document.body.innerText")).isEmpty(); };
-  EXPECT_TRUE(HostedPage::WaitFor(isEmpty, 5000));
-  EXPECT_EQ(hosted.browser().Document(), nullptr);
-  ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>"));
-  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("back")));
+  for (const QString& path : {folder, QStringLiteral("/proc/self/mem")}) {
+    EXPECT_FALSE(isEmpty());
+    EXPECT_FALSE(hosted.Load(path));
+    EXPECT_EQ(hosted.browser().Document(), nullptr);
+    EXPECT_TRUE(HostedPage::WaitFor(isEmpty, 5000));
+    EXPECT_EQ(hosted.browser().Document(), nullptr);
+    ASSERT_TRUE(hosted.LoadHtml("<BODY>back</BODY>"));
+    EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("back")));
+  }
 }
 
 TEST(HostedLoad, AGoodPageRightBehindABadOneLoads) {
