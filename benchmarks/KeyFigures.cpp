@@ -4,14 +4,12 @@
 // change. A second line for each size lets the peer's page send what it has become, as this program always has it.
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QWebEngineView>
-#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <vector>
@@ -20,12 +18,12 @@
 #include "HostedWebBrowser.h"
 #include "TestPlatform.h"
 #include "WBUC.h"
+#include "Waiting.h"
 
 namespace {
 
 constexpr int kKeys = 200;  // of each
 constexpr int kBlock = 20;  // ours and the peer's by turns
-constexpr int kPatience = 20000;
 constexpr int kWarmUp = 10;
 
 // Blocks of text as this editor makes them; the same bytes every time.
@@ -45,31 +43,6 @@ QByteArray MakePage(int size) {
           "WIDTH=300><TR><TD>Monday</TD><TD>Rain</TD></TR><TR><TD>Tuesday</TD><TD>Sun</TD></TR></TABLE><BR>";
   }
   return page + "</body></html>";
-}
-
-// Runs until `done`; the program ends where that never comes, as no figure would be honest.
-class Wait {
- public:
-  void Done() { loop_.quit(); }
-  void Run(const char* what) {
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, &loop_, [what] {
-      std::fprintf(stderr, "never came: %s\n", what);
-      std::exit(1);
-    });
-    limit.start(kPatience);
-    loop_.exec();
-  }
-
- private:
-  QEventLoop loop_;
-};
-
-void Pause(int ms) {
-  QEventLoop loop;
-  QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-  loop.exec();
 }
 
 void Click(QWidget* widget, QPointF at) {
@@ -235,11 +208,6 @@ class Peer {
   PeerPage* page_;
   QWidget* keys_ = nullptr;
 };
-
-double Quantile(std::vector<double> values, double part) {
-  std::sort(values.begin(), values.end());
-  return values[std::min(values.size() - 1, std::size_t(part * double(values.size())))];
-}
 
 }  // namespace
 

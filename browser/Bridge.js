@@ -137,6 +137,7 @@ const corvane = (() => {
   };
   const createElement = (kind, name) => {
     if (kind === 1 && name === 'script') return parsed('<script></script>').firstChild;
+    if (kind === 2 && name === 'script') return parsed('<svg><script></script></svg>').firstChild.firstChild;
     try {
       return document.createElementNS(kind === 2 ? SVG : kind === 4 ? MATHML : HTML, name);
     } catch (e) {
@@ -322,6 +323,15 @@ const corvane = (() => {
 
   // --- changes by the program
 
+  const moveAll = (ids, parent, before, into) => {
+    for (const id of ids) {
+      const node = nodeById.get(id);
+      if (!node || node.contains(parent)) continue;
+      if (node.parentNode && node.parentNode !== parent) into.children.add(node.parentNode);
+      into.added.add(node);
+      parent.insertBefore(node, before);
+    }
+  };
   const carryOut = (operation, into) => {
     switch (operation[0]) {
       case 'insert': {
@@ -345,34 +355,30 @@ const corvane = (() => {
         break;
       }
       case 'wrap': {
-        const first = nodeById.get(operation[1]);
-        const last = nodeById.get(operation[2]);
+        const parent = nodeById.get(operation[1]);
+        const before = operation[2] && nodeById.get(operation[2]);
         const wrapper = build(operation[3], {at: 0});
-        if (!first || !first.parentNode) return forget(wrapper);
-        const parent = first.parentNode;
+        if (!parent) return forget(wrapper);
         into.children.add(parent);
         into.children.add(wrapper);
-        into.added.add(wrapper);  // what is in it may have been moved, so the program may have it elsewhere or no more
-        const together = last && last.parentNode === parent;
-        parent.insertBefore(wrapper, first);
-        for (let node = first; node;) {
-          const next = together && node !== last ? node.nextSibling : null;
-          wrapper.appendChild(node);
-          node = next;
-        }
+        into.added.add(wrapper);  // with what is in it, which the program may have elsewhere or no more
+        parent.insertBefore(wrapper, before && before.parentNode === parent ? before : null);
+        moveAll(operation[4], wrapper, null, into);
         break;
       }
       case 'unwrap': {
-        const element = nodeById.get(operation[1]);
-        if (!element) return;
-        const parent = element.parentNode;
+        const parent = nodeById.get(operation[1]);
+        const element = nodeById.get(operation[2]);
         if (parent) {
           into.children.add(parent);
-          while (element.firstChild) {
-            into.added.add(element.firstChild);
-            parent.insertBefore(element.firstChild, element);
-          }
-          parent.removeChild(element);
+          const place = element && element.parentNode === parent ? element : null;
+          moveAll(operation[3], parent, place, into);
+          if (element) moveAll([...element.childNodes].map(idFor), parent, place, into);
+        }
+        if (!element) return;
+        if (element.parentNode) {
+          into.children.add(element.parentNode);
+          element.parentNode.removeChild(element);
         }
         forget(element);
         break;

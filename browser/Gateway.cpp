@@ -75,6 +75,7 @@ void Gateway::Unwrap(Node* element) {
       point.before = inFront;
     }
   });
+  Node* const last = element->lastChild;
   document_.DetachAlone(element);
   while (Node* child = element->firstChild) {
     child->Unlink();
@@ -83,7 +84,7 @@ void Gateway::Unwrap(Node* element) {
   element->Unlink();
   const NodeId id = element->id;
   document_.Discard(element);
-  if (document_.page()) document_.page()->Unwrapped(id);
+  if (document_.page()) document_.page()->Unwrapped(id, parent, last ? inFront : nullptr, last);
 }
 
 void Gateway::SetAttribute(Node* element, const QString& name, const QString& value, Origin origin) {

@@ -16,7 +16,7 @@ class HeadlessWebBrowser::Page : public LivePage {
   void AttributeSet(const Node*, const QString&, const QString&) override {}
   void AttributeRemoved(const Node*, const QString&) override {}
   void Wrapped(const Node*) override {}
-  void Unwrapped(NodeId) override {}
+  void Unwrapped(NodeId, const Node*, const Node*, const Node*) override {}
   void DataReplaced(const Node*, int, int, const QString&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool) override {}

@@ -34,6 +34,12 @@ constexpr int deathsInARow = 5;  // a page that kills every renderer is brought 
 constexpr qint64 rowOfDeathsMs = 10000;
 constexpr int leisureMs = 5000;  // less than the row's time, so that the row goes on
 
+QJsonArray IdsOf(const Node* first, const Node* last) {
+  QJsonArray ids;
+  for (const Node* node = first; node; node = node == last ? nullptr : node->next) ids.append(node->id);
+  return ids;
+}
+
 // Opens no windows and keeps what scripts log to itself.
 class QuietPage : public QWebEnginePage {
  public:
@@ -247,14 +253,16 @@ void HostedWebBrowser::AttributeRemoved(const Node* element, const QString& name
   AddOperation({QStringLiteral("unset"), element->id, name});
 }
 
+// All that is moved is named, as the page's scripts may have put it elsewhere in the meantime.
 void HostedWebBrowser::Wrapped(const Node* wrapper) {
   QJsonArray flat;
   EncodeAlone(wrapper, flat);
-  AddOperation({QStringLiteral("wrap"), wrapper->firstChild->id, wrapper->lastChild->id, flat});
+  AddOperation({QStringLiteral("wrap"), wrapper->parent->id, wrapper->next ? wrapper->next->id : 0, flat,
+                IdsOf(wrapper->firstChild, wrapper->lastChild)});
 }
 
-void HostedWebBrowser::Unwrapped(NodeId element) {
-  AddOperation({QStringLiteral("unwrap"), element});
+void HostedWebBrowser::Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) {
+  AddOperation({QStringLiteral("unwrap"), parent->id, element, IdsOf(first, last)});
 }
 
 void HostedWebBrowser::DataReplaced(const Node* text, int offset, int count, const QString& data) {
@@ -317,7 +325,6 @@ void HostedWebBrowser::Flush(int question) {
   const QString script = QStringLiteral("corvane.receive(") +
                          QString::fromUtf8(QJsonDocument(messages).toJson(QJsonDocument::Compact)) +
                          QStringLiteral(")");
-  if (qEnvironmentVariableIsSet("DBGM")) fprintf(stderr, "SEND %s\n", qPrintable(script));
   if (question == 0) return page_->runJavaScript(script, bridgeWorld);
   // The result comes back sooner than a message would.
   page_->runJavaScript(script, bridgeWorld, [this, question](const QVariant& place) { Measured(question, place); });
@@ -333,7 +340,6 @@ void HostedWebBrowser::DropQuestions() {
 void HostedWebBrowser::Receive(const QJsonArray& message) {
   const QString token = message.at(0).toString();
   const QString word = message.at(1).toString();
-  if (qEnvironmentVariableIsSet("DBGM") && word != u"told" && word!=u"tree") fprintf(stderr, "RECV %s batch_=%d ops=%d\n", QJsonDocument(message).toJson(QJsonDocument::Compact).constData(), batch_, int(operations_.size()));
   if (word == u"tree") return ReceiveTree(token, message);
   if (token != token_ || !document_ || load_ != Load::Done) return;  // of a page that is no longer in view
   if (word == u"event") {

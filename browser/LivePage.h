@@ -18,7 +18,8 @@ class LivePage {
   virtual void AttributeSet(const Node* element, const QString& name, const QString& value) = 0;
   virtual void AttributeRemoved(const Node* element, const QString& name) = 0;
   virtual void Wrapped(const Node* wrapper) = 0;  // siblings have been put into a new element in their place
-  virtual void Unwrapped(NodeId element) = 0;     // what was inside stands in its place
+  // `first` to `last`, which were inside, stand in its place; null when it was empty.
+  virtual void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) = 0;
   virtual void DataReplaced(const Node* text, int offset, int count, const QString& data) = 0;
 
   // Shows the text between the points as the visible selection; without points there is none.

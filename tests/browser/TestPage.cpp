@@ -58,14 +58,12 @@ void ReplicaPage::Wrapped(const Node* wrapper) {
   copies_[wrapper->id] = copy;
 }
 
-void ReplicaPage::Unwrapped(NodeId element) {
-  const std::vector<NodeId> inside = copies_.take(element).children;
-  for (Copy& copy : copies_) {
-    const auto place = std::find(copy.children.begin(), copy.children.end(), element);
-    if (place == copy.children.end()) continue;
-    copy.children.insert(copy.children.erase(place), inside.begin(), inside.end());
-    return;
-  }
+void ReplicaPage::Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) {
+  std::vector<NodeId> inside;
+  for (const Node* node = first; node; node = node == last ? nullptr : node->next) inside.push_back(node->id);
+  auto& siblings = copies_[parent->id].children;
+  const auto place = siblings.erase(std::find(siblings.begin(), siblings.end(), element));
+  siblings.insert(place, inside.begin(), inside.end());
 }
 
 void ReplicaPage::DataReplaced(const Node* text, int offset, int count, const QString& data) {

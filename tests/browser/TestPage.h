@@ -20,7 +20,7 @@ class ReplicaPage : public LivePage {
   void AttributeSet(const Node* element, const QString& name, const QString& value) override;
   void AttributeRemoved(const Node* element, const QString& name) override;
   void Wrapped(const Node* wrapper) override;
-  void Unwrapped(NodeId element) override;
+  void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) override;
   void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
   void ShowSelection(const LiveRange* range) override { selectionShown = range != nullptr; }
   void TakesKeys(bool) override {}

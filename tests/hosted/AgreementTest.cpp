@@ -8,7 +8,7 @@
 #include <random>
 
 #include "HTMLTxtRange.h"
-#include "HostedPage.h"
+#include "HostedView.h"
 #include "WorkOps.h"
 
 namespace {
@@ -20,7 +20,7 @@ const char page[] =
 
 class RandomEditor {
  public:
-  RandomEditor(HostedPage& hosted, unsigned seed) : hosted_(hosted), random_(seed) {}
+  RandomEditor(HostedView& hosted, unsigned seed) : hosted_(hosted), random_(seed) {}
 
   void One() {
     KeepSmall();
@@ -115,7 +115,7 @@ class RandomEditor {
 
   void Format() {
     if (Below(3)) SelectText();
-    WBUC& view = hosted_.view();
+    WBUC& view = hosted_.jWB();
     static const QStringList colors = {QStringLiteral("#FF0000"), QStringLiteral("#00FF00"), QStringLiteral("none")};
     const QString color = colors[Below(int(colors.size()))];
     switch (Below(7)) {
@@ -137,7 +137,7 @@ class RandomEditor {
   }
 
   void Operate() {
-    WBUC& view = hosted_.view();
+    WBUC& view = hosted_.jWB();
     if (Below(2)) Raise(EventType::MouseDown);
     if (Below(2)) Raise(EventType::Click);
     if (Below(2)) Raise(EventType::DoubleClick);
@@ -212,7 +212,7 @@ class RandomEditor {
             .arg(scripts[Below(int(scripts.size()))]));
   }
 
-  HostedPage& hosted_;
+  HostedView& hosted_;
   std::mt19937 random_;
 };
 
@@ -233,7 +233,7 @@ int Operations() {
 }  // namespace
 
 TEST(Agreement, RandomEditsPageScriptsAndKilledRenderers) {
-  HostedPage hosted(HostedPage::InPageView);
+  HostedView hosted;
   ASSERT_TRUE(hosted.LoadHtml(page));
   RandomEditor editor(hosted, 20261121);
   const int operations = Operations();
@@ -346,8 +346,15 @@ TEST(Agreement, EditsMadeWhileThereIsNoRendererArrive) {
 TEST(Agreement, PastedScriptsDontRun) {
   HostedPage hosted;
   ASSERT_TRUE(hosted.LoadHtml(page));
-  hosted.document().body().insertAdjacentHTML(
-      QStringLiteral("BeforeEnd"), QStringLiteral("<SCRIPT>document.body.setAttribute('ran', '1')</SCRIPT>"));
-  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  const QString script = QStringLiteral("<SCRIPT>document.body.setAttribute('ran', '1')</SCRIPT>");
+  for (const QString& html : {script, QStringLiteral("<svg>") + script + QStringLiteral("</svg>"),
+                              QStringLiteral("<math>") + script + QStringLiteral("</math>"),
+                              QStringLiteral("<template>") + script + QStringLiteral("</template>")}) {
+    hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), html);
+    EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  }
+  // Nor do they when the page's own scripts move them.
+  hosted.Script(
+      QStringLiteral("for (const script of document.querySelectorAll('script')) document.body.append(script)"));
   EXPECT_EQ(hosted.ScriptText(QStringLiteral("String(document.body.hasAttribute('ran'))")), QStringLiteral("false"));
 }

@@ -1,116 +1,13 @@
 // Real mouse and key events in the real engine.
 #include <gtest/gtest.h>
 
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWebEnginePage>
 
-#include "HostedPage.h"
-#include "TestPlatform.h"
-#include "WBUC.h"
+#include "HostedView.h"
 
 namespace {
-
-// The page view on the hosted component, in a window of its own.
-class PageView {
- public:
-  PageView()
-      : view([this](QWidget* parent) {
-          auto made = std::make_unique<HostedWebBrowser>(parent);
-          browser = made.get();
-          return made;
-        }) {}
-
-  struct Window {
-    Window(Program& program, const WebBrowserFactory& factory) : jWB(program, factory) {
-      jWB.resize(800, 600);
-      jWB.show();
-    }
-    WBUC jWB;
-  };
-
-  bool Load(const QByteArray& html, bool isNew = false) {
-    const QString path = test.Path(QStringLiteral("page.html"));
-    if (!PutFile(path, html)) return false;
-    if (!window) window = std::make_unique<Window>(test.program, view);
-    QSignalSpy complete(&window->jWB, &WBUC::DocComplete);
-    window->jWB.Navo(path, isNew);
-    return HostedPage::WaitFor([&] { return complete.count() > 0 && window->jWB.DocReady(); });
-  }
-
-  QWidget* Input() {
-    QWidget* const widget = browser->Widget();
-    return widget->focusProxy() ? widget->focusProxy() : widget;
-  }
-
-  QString Text(const QString& expression) {
-    QString text;
-    bool ran = false;
-    browser->enginePage()->runJavaScript(expression, [&](const QVariant& value) {
-      text = value.toString();
-      ran = true;
-    });
-    HostedPage::WaitFor([&] { return ran; });
-    return text;
-  }
-
-  QPoint PointOf(const QString& element, int offset) {
-    const QStringList parts =
-        Text(QStringLiteral("(() => { const t = document.querySelector('%1').firstChild, r = "
-                            "document.createRange(); r.setStart(t, %2); r.setEnd(t, %2 + 1);"
-                            "const b = r.getBoundingClientRect(); return [b.left + 1, b.top + b.height / 2]"
-                            ".join(); })()")
-                 .arg(element)
-                 .arg(offset))
-            .split(u',');
-    return parts.size() == 2 ? QPoint(int(parts[0].toDouble()), int(parts[1].toDouble())) : QPoint();
-  }
-  QPoint CenterOf(const QString& element) {
-    const QStringList parts =
-        Text(QStringLiteral("(() => { const b = document.querySelector('%1').getBoundingClientRect();"
-                            "return [b.left + b.width / 2, b.top + b.height / 2].join(); })()")
-                 .arg(element))
-            .split(u',');
-    return parts.size() == 2 ? QPoint(int(parts[0].toDouble()), int(parts[1].toDouble())) : QPoint();
-  }
-
-  bool Click(QPoint point) {
-    QSignalSpy clicks(&window->jWB, &WBUC::Click);
-    QTest::mouseClick(Input(), Qt::LeftButton, {}, point);
-    return HostedPage::WaitFor([&] { return clicks.count() == 1; }, 5000);
-  }
-
-  // As the window system delivers it.
-  void DoubleClick(QPoint point) {
-    const auto send = [&](QEvent::Type type, Qt::MouseButtons buttons) {
-      QMouseEvent event(type, QPointF(point), Input()->mapToGlobal(QPointF(point)), Qt::LeftButton, buttons, {});
-      QCoreApplication::sendEvent(Input(), &event);
-    };
-    send(QEvent::MouseButtonPress, Qt::LeftButton);
-    send(QEvent::MouseButtonRelease, {});
-    send(QEvent::MouseButtonDblClick, Qt::LeftButton);
-    send(QEvent::MouseButtonRelease, {});
-  }
-
-  bool Key(Qt::Key key, const QString& text = {}, Qt::KeyboardModifiers modifiers = {}) {
-    QSignalSpy keys(&window->jWB, &WBUC::KeyPress);
-    QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
-    QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
-    QCoreApplication::sendEvent(Input(), &press);
-    QCoreApplication::sendEvent(Input(), &release);
-    return HostedPage::WaitFor([&] { return keys.count() == 1; }, 5000);
-  }
-
-  WBUC& jWB() { return window->jWB; }
-  QString Body() { return jWB().WBDocument()->body().outerHTML().section(u'>', 1).chopped(7); }
-
-  TestProgram test;
-  HostedWebBrowser* browser = nullptr;
-  WebBrowserFactory view;
-  std::unique_ptr<Window> window;
-};
 
 const char blocks[] =
     "<HTML><HEAD><TITLE></TITLE></HEAD><BODY BGCOLOR=\"#FFFFFF\"><FONT ID=a SIZE=4>first block</FONT><BR>"
@@ -121,25 +18,26 @@ const char blocks[] =
 }  // namespace
 
 TEST(HostedEvents, ClickPlacesTheInsertionPointAndKeysGoIn) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(page.Load(blocks));
-  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#a"), 6)));
+  ASSERT_TRUE(page.Click(page.PointIn(QStringLiteral("#a"), 6)));
   EXPECT_EQ(page.jWB().CurrentElement().id(), QStringLiteral("a"));
   ASSERT_TRUE(page.jWB().HasCurrentTextRange());
   ASSERT_TRUE(page.Key(Qt::Key_X, QStringLiteral("x")));
   ASSERT_TRUE(page.Key(Qt::Key_Space, QStringLiteral(" ")));
   ASSERT_TRUE(page.Key(Qt::Key_Y, QStringLiteral("Y"), Qt::ShiftModifier));
   EXPECT_TRUE(page.Body().startsWith(QStringLiteral("<font id=\"a\" size=\"4\">first x Yblock</font>")));
-  EXPECT_EQ(page.Text(QStringLiteral("document.querySelector('#a').textContent")), QStringLiteral("first x Yblock"));
+  EXPECT_EQ(page.ScriptText(QStringLiteral("document.querySelector('#a').textContent")),
+            QStringLiteral("first x Yblock"));
 }
 
 TEST(HostedEvents, KeyPressTellsWhereTheCaretIs) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(page.Load(blocks));
-  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#a"), 0)));
+  ASSERT_TRUE(page.Click(page.PointIn(QStringLiteral("#a"), 0)));
   QSignalSpy keys(&page.jWB(), &WBUC::KeyPress);
   ASSERT_TRUE(page.Key(Qt::Key_M, QStringLiteral("m")));
-  const QString expected = page.Text(QStringLiteral(
+  const QString expected = page.ScriptText(QStringLiteral(
       "(() => { const r = document.createRange(); r.setStart(document.querySelector('#a').firstChild, 1);"
       "r.collapse(true); const b = r.getClientRects()[0]; return Math.round(b.left) + ',' + Math.round(b.top); })()"));
   EXPECT_EQ(keys[0][0].toString(), QStringLiteral("m"));
@@ -147,26 +45,26 @@ TEST(HostedEvents, KeyPressTellsWhereTheCaretIs) {
 }
 
 TEST(HostedEvents, DoubleClickSelectsTheBlockAndMarksNothingInThePage) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(page.Load(blocks));
   const QString before = page.jWB().Source();
   QSignalSpy doubles(&page.jWB(), &WBUC::DoubleClick);
-  const QPoint point = page.PointOf(QStringLiteral("#a"), 3);
+  const QPoint point = page.PointIn(QStringLiteral("#a"), 3);
   page.DoubleClick(point);
   ASSERT_TRUE(HostedPage::WaitFor([&] { return doubles.count() > 0; }, 5000));
   EXPECT_EQ(doubles.last()[0].toString(), QStringLiteral("FONT"));
   EXPECT_EQ(page.jWB().IfSelection(), WBUC::ElementSelected);
-  EXPECT_TRUE(
-      HostedPage::WaitFor([&] { return page.Text(QStringLiteral("String(getSelection())")) == u"first block"; }, 5000));
+  EXPECT_TRUE(HostedPage::WaitFor(
+      [&] { return page.ScriptText(QStringLiteral("String(getSelection())")) == u"first block"; }, 5000));
   EXPECT_EQ(page.jWB().Source(), before);
 }
 
 TEST(HostedEvents, DragSelectsTextAndIfSelectionIsOne) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(page.Load(blocks));
   QSignalSpy clicks(&page.jWB(), &WBUC::Click);
-  const QPoint from = page.PointOf(QStringLiteral("#a"), 2);
-  const QPoint to = page.PointOf(QStringLiteral("#b"), 4);
+  const QPoint from = page.PointIn(QStringLiteral("#a"), 2);
+  const QPoint to = page.PointIn(QStringLiteral("#b"), 4);
   QTest::mousePress(page.Input(), Qt::LeftButton, {}, from);
   QTest::mouseMove(page.Input(), (from + to) / 2);
   QTest::mouseMove(page.Input(), to);
@@ -179,28 +77,28 @@ TEST(HostedEvents, DragSelectsTextAndIfSelectionIsOne) {
 
 TEST(HostedEvents, RightButtonRaisesRightClickOnceOnBothRoads) {
   for (const bool compat : {false, true}) {
-    PageView page;
-    page.test.program.Compat4On = compat;
+    HostedView page;
+    page.program().Compat4On = compat;
     ASSERT_TRUE(page.Load(blocks));
     EXPECT_EQ(page.jWB().IsHooked(), compat);
     QSignalSpy rights(&page.jWB(), &WBUC::RightClick);
-    QTest::mouseClick(page.Input(), Qt::RightButton, {}, page.PointOf(QStringLiteral("#a"), 3));
+    QTest::mouseClick(page.Input(), Qt::RightButton, {}, page.PointIn(QStringLiteral("#a"), 3));
     ASSERT_TRUE(HostedPage::WaitFor([&] { return rights.count() > 0; }, 5000));
-    page.Text(QStringLiteral("'settled'"));  // whatever else the click does has arrived by then
+    page.ScriptText(QStringLiteral("'settled'"));  // whatever else the click does has arrived by then
     EXPECT_EQ(rights.count(), 1) << compat;
   }
 }
 
 TEST(HostedEvents, LinksAreNeverFollowed) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(page.Load(blocks));
-  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#l"), 2)));
+  ASSERT_TRUE(page.Click(page.PointIn(QStringLiteral("#l"), 2)));
   EXPECT_EQ(page.jWB().CurrentElementTag(), QStringLiteral("A"));
-  EXPECT_TRUE(page.Text(QStringLiteral("location.href")).endsWith(QStringLiteral("page.html")));
+  EXPECT_TRUE(page.ScriptText(QStringLiteral("location.href")).endsWith(QStringLiteral("page.html")));
 }
 
 TEST(HostedEvents, CellsTakeTextOnlyWithAFontOfTheirOwn) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(page.Load(blocks));
   QSignalSpy clicks(&page.jWB(), &WBUC::Click);
   ASSERT_TRUE(page.Click(page.CenterOf(QStringLiteral("#d")) + QPoint(50, 20)));
@@ -212,13 +110,13 @@ TEST(HostedEvents, CellsTakeTextOnlyWithAFontOfTheirOwn) {
 }
 
 TEST(HostedEvents, SpaceDoesntScrollWhileTyping) {
-  PageView page;
+  HostedView page;
   QByteArray longPage = "<HTML><BODY><FONT ID=a>start</FONT>";
   for (int i = 0; i < 200; ++i) longPage += "<BR>line";
   ASSERT_TRUE(page.Load(longPage + "</BODY></HTML>"));
-  ASSERT_TRUE(page.Click(page.PointOf(QStringLiteral("#a"), 2)));
+  ASSERT_TRUE(page.Click(page.PointIn(QStringLiteral("#a"), 2)));
   ASSERT_TRUE(page.Key(Qt::Key_Space, QStringLiteral(" ")));
-  EXPECT_EQ(page.Text(QStringLiteral("String(scrollY)")), QStringLiteral("0"));
+  EXPECT_EQ(page.ScriptText(QStringLiteral("String(scrollY)")), QStringLiteral("0"));
 }
 
 TEST(HostedEvents, TheKeysGoOnIntoThePageWhoseRendererDied) {
@@ -241,7 +139,7 @@ TEST(HostedEvents, TheKeysGoOnIntoThePageWhoseRendererDied) {
 }
 
 TEST(HostedEvents, ClickBelowATableAtTheEndStandsBehindIt) {
-  PageView page;
+  HostedView page;
   ASSERT_TRUE(
       page.Load("<HTML><BODY>text<TABLE ID=t BORDER=1><TR><TD><FONT>cell</FONT></TD></TR></TABLE></BODY></HTML>"));
   ASSERT_TRUE(page.Click(QPoint(400, 400)));

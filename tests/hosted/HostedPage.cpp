@@ -32,6 +32,7 @@ HostedPage::HostedPage(Kind kind) {
 
 HostedPage::~HostedPage() {
   if (!view_) delete browser_;
+  view_.reset();  // before the window that it stands in
 }
 
 QString HostedPage::File(const QString& name, const QByteArray& bytes) {

@@ -18,15 +18,12 @@ class HostedPage {
  public:
   static constexpr int patienceMs = 90000;
 
-  enum Kind { Bare, InPageView };
-  // The page alone, or with the page view around it that edits it.
-  explicit HostedPage(Kind kind = Bare);
+  HostedPage() : HostedPage(Bare) {}
   ~HostedPage();
 
   HostedWebBrowser& browser() { return *browser_; }
   HTMLDocument& document() { return *browser_->Document(); }
   QWidget& window() { return window_; }
-  WBUC& view() { return *view_; }  // of a page in one
 
   // A page file in a scratch folder.
   QString File(const QString& name, const QByteArray& bytes);
@@ -53,10 +50,15 @@ class HostedPage {
   // Middle left of the character at `offset` of a text, as the engine lays it out.
   QPoint PointOf(const QString& jsNode, int offset);
 
+ protected:
+  enum Kind { Bare, InPageView };
+  // The page alone, or with the page view around it that edits it.
+  explicit HostedPage(Kind kind);
+  std::unique_ptr<TestProgram> program_;
+  std::unique_ptr<WBUC> view_;
+
  private:
   QTemporaryDir scratch_;
   QWidget window_;
-  std::unique_ptr<TestProgram> program_;
-  std::unique_ptr<WBUC> view_;
   HostedWebBrowser* browser_ = nullptr;
 };

@@ -1,0 +1,178 @@
+// Work on a whole page in view, ours against the engine's own: format_10k, one colour command over 10,000 runs of text
+// until the page shows it, against the command on a page that the engine edits; source, the HTML of a page of 5 MB,
+// against asking the engine for it.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTimer>
+#include <QWebEnginePage>
+#include <QWebEngineView>
+
+#include "HTMLDocument.h"
+#include "HostedWebBrowser.h"
+#include "TestPlatform.h"
+#include "WBUC.h"
+#include "Waiting.h"
+
+namespace {
+
+QByteArray Around(const QByteArray& body) {
+  return "<html><head><title>t</title></head><body>" + body + "</body></html>";
+}
+
+class Ours {
+ public:
+  Ours(TestProgram& test, const QString& file)
+      : view_(test.program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); }) {
+    view_.resize(900, 700);
+    view_.show();
+    Wait ready;
+    QObject::connect(&view_, &WBUC::DocComplete, &view_, [&] {
+      if (view_.Location() == file) ready.Done();
+    });
+    QTimer::singleShot(0, &view_, [&] { view_.Navo(file, false); });
+    ready.Run("our page");
+    view_.disconnect(SIGNAL(DocComplete()));
+    Pause(300);
+  }
+
+  WBUC& view() { return view_; }
+
+  // Until the live page has had the command and laid the page out.
+  double Color(const QString& color) {
+    const auto whole = view_.WBDocument()->body().createTextRange();
+    whole->select();
+    Settle(*whole);
+    QElapsedTimer clock;
+    clock.start();
+    view_.SetSelColor(color);
+    Settle(*whole);
+    return double(clock.nsecsElapsed()) / 1e6;
+  }
+
+  double Source(qsizetype& size) {
+    QElapsedTimer clock;
+    clock.start();
+    size = view_.Source().size();
+    return double(clock.nsecsElapsed()) / 1e6;
+  }
+
+ private:
+  static void Settle(HTMLTxtRange& range) {
+    Wait measured;
+    bool done = false;
+    range.Measure([&] {
+      done = true;
+      measured.Done();
+    });
+    if (!done) measured.Run("our place");
+  }
+
+  WBUC view_;
+};
+
+class Peer {
+ public:
+  explicit Peer(const QString& file) {
+    view_.resize(900, 700);
+    view_.show();
+    Wait ready;
+    QObject::connect(view_.page(), &QWebEnginePage::loadFinished, &view_, [&](bool good) {
+      if (good) ready.Done();
+    });
+    view_.load(QUrl::fromLocalFile(file));
+    ready.Run("the peer's page");
+    Pause(300);
+  }
+
+  QVariant Run(const QString& script, double* ms = nullptr) {
+    QElapsedTimer clock;
+    QVariant result;
+    Wait ran;
+    clock.start();
+    view_.page()->runJavaScript(script, [&](const QVariant& value) {
+      if (ms) *ms = double(clock.nsecsElapsed()) / 1e6;
+      result = value;
+      ran.Done();
+    });
+    ran.Run("the peer's script");
+    return result;
+  }
+
+ private:
+  QWebEngineView view_;
+};
+
+void Print(const char* name, const std::vector<double>& own, const std::vector<double>& peer, double bound,
+           bool& good) {
+  const double ratio = Quantile(own, 0.5) / Quantile(peer, 0.5);
+  std::printf("BENCH name=%s ours=%.1f peer=%.1f ratio=%.3f unit=ms\n", name, Quantile(own, 0.5), Quantile(peer, 0.5),
+              ratio);
+  std::fflush(stdout);
+  good = good && ratio <= bound;
+}
+
+bool Format() {
+  constexpr int runs = 10000;
+  QByteArray body;
+  for (int i = 0; i < runs; ++i) body += "<p>run " + QByteArray::number(i) + " of the text</p>";
+  TestProgram test;
+  const QString file = test.Path(QStringLiteral("page.html"));
+  if (!PutFile(file, Around(body))) return false;
+  std::vector<double> own;
+  for (int turn = 0; turn < 3; ++turn) {
+    // A fresh page each time, as a second command finds the work of the first.
+    Ours ours(test, file);
+    own.push_back(ours.Color(QStringLiteral("#FF0000")));
+    if (ours.view().Source().count(QStringLiteral("<font color=\"#FF0000\">")) != runs) return false;
+  }
+  // Once: it takes the engine minutes.
+  Peer engine(file);
+  engine.Run(
+      QStringLiteral("document.body.contentEditable = true; document.body.focus();"
+                     "getSelection().selectAllChildren(document.body); 0"));
+  double ms = 0;
+  engine.Run(QStringLiteral("document.execCommand('styleWithCSS', false, false);"
+                            "document.execCommand('foreColor', false, '#ff0000');"
+                            "document.body.getBoundingClientRect().height"),
+             &ms);
+  if (engine.Run(QStringLiteral("document.querySelectorAll('font[color=\"#ff0000\"]').length")).toInt() != runs)
+    return false;
+  bool good = true;
+  Print("format_10k", own, {ms}, 1.0, good);
+  return good;
+}
+
+bool Source() {
+  QByteArray body;
+  while (body.size() < 5000000)
+    body +=
+        "<FONT FACE=\"Arial\" SIZE=3 COLOR=\"#003366\">Dear friends &amp; all, this is a <B>letter</B>,&nbsp;and "
+        "more.</FONT><BR><IMG SRC=\"a.gif\" WIDTH=3>";
+  TestProgram test;
+  const QString file = test.Path(QStringLiteral("page.html"));
+  if (!PutFile(file, Around(body))) return false;
+  Ours ours(test, file);
+  Peer engine(file);
+  std::vector<double> own, peer;
+  for (int turn = 0; turn < 7; ++turn) {
+    qsizetype size = 0;
+    own.push_back(ours.Source(size));
+    double ms = 0;
+    const qsizetype other = engine.Run(QStringLiteral("document.documentElement.outerHTML"), &ms).toString().size();
+    peer.push_back(ms);
+    if (size < 5000000 || other < 5000000) return false;
+  }
+  bool good = true;
+  Print("source", own, peer, 1.0, good);
+  return good;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  const bool format = Format();
+  const bool source = Source();
+  return format && source ? 0 : 1;
+}

@@ -1,0 +1,42 @@
+// Waiting for answers with a bound, and what is told of many times.
+#pragma once
+
+#include <QEventLoop>
+#include <QObject>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+// Runs until `done`; the program ends where that never comes, as no figure would be honest.
+class Wait {
+ public:
+  void Done() { loop_.quit(); }
+  void Run(const char* what) {
+    constexpr int patienceMs = 300000;
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop_, [what] {
+      std::fprintf(stderr, "never came: %s\n", what);
+      std::exit(1);
+    });
+    limit.start(patienceMs);
+    loop_.exec();
+  }
+
+ private:
+  QEventLoop loop_;
+};
+
+inline void Pause(int ms) {
+  QEventLoop loop;
+  QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+// The value below which that part of the values lies; 0.5 is the median.
+inline double Quantile(std::vector<double> values, double part) {
+  std::sort(values.begin(), values.end());
+  return values[std::min(values.size() - 1, std::size_t(part * double(values.size())))];
+}
