@@ -317,7 +317,6 @@ void HostedWebBrowser::Flush(int question) {
   const QString script = QStringLiteral("corvane.receive(") +
                          QString::fromUtf8(QJsonDocument(messages).toJson(QJsonDocument::Compact)) +
                          QStringLiteral(")");
-  if (qEnvironmentVariableIsSet("DBGM")) fprintf(stderr, "SEND %s\n", qPrintable(script));
   if (question == 0) return page_->runJavaScript(script, bridgeWorld);
   // The result comes back sooner than a message would.
   page_->runJavaScript(script, bridgeWorld, [this, question](const QVariant& place) { Measured(question, place); });
@@ -333,7 +332,6 @@ void HostedWebBrowser::DropQuestions() {
 void HostedWebBrowser::Receive(const QJsonArray& message) {
   const QString token = message.at(0).toString();
   const QString word = message.at(1).toString();
-  if (qEnvironmentVariableIsSet("DBGM") && word != u"told" && word!=u"tree") fprintf(stderr, "RECV %s batch_=%d ops=%d\n", QJsonDocument(message).toJson(QJsonDocument::Compact).constData(), batch_, int(operations_.size()));
   if (word == u"tree") return ReceiveTree(token, message);
   if (token != token_ || !document_ || load_ != Load::Done) return;  // of a page that is no longer in view
   if (word == u"event") {
