@@ -34,7 +34,7 @@ def page(color, text):
 def large_page():
     text = b"A line that is neither short nor long and has its like above and below it. " * 4
     return (b'<HTML><HEAD><TITLE></TITLE></HEAD><BODY BGCOLOR="#A0522D">'
-            + b"".join(b"<FONT SIZE=3>%d %s</FONT><BR>\n" % (i, text) for i in range(62000)) + b"</BODY></HTML>")
+            + b"".join(b"<P><FONT SIZE=3>%d %s</FONT></P>\n" % (i, text) for i in range(62000)) + b"</BODY></HTML>")
 
 
 # What stands at the place of a page file. Each kind has a routine that puts it there.
@@ -159,6 +159,13 @@ class Work:
         except TooLate:
             return False
 
+    def type(self, letters):
+        """Each letter is in the page when the insertion point has moved behind it."""
+        for letter in letters:
+            before = self.caret()
+            self.desktop.keys(letter)
+            wait_for("the insertion point moves", lambda: self.caret() not in (None, before))
+
     def exit(self, what):
         self.desktop.keys("alt+f", "x")
         self.desktop.wait_active("the question about saving", lambda now: now != self.program.window)
@@ -214,8 +221,7 @@ def open_bad_pages(work):
             work.desktop.keys("x")
         else:
             check.true("%s: takes a click" % what, work.click_into_page())
-            work.desktop.keys("q", "q", "q")
-            work.desktop.settle(0.3)
+            work.type("qqq")
             check.true("%s: is saved with what was typed" % what, b"qqq" in program.save(3))
             if color is not None:
                 work.sees("%s: its ground" % what, color)
@@ -258,15 +264,18 @@ def open_large_page(work):
     came = False
     while not came and time.monotonic() < end:
         work.answers()
-        came = work.click_into_page(0.1)
+        came = work.click_into_page(0.8)
     check.true("large page: takes a click", came)
+    print("       answered within %.2f seconds" % work.slowest)
     check.true("large page: the window answers all the time", work.slowest < SANE, "after %.1f seconds" % work.slowest)
     begin = time.monotonic()
+    # The insertion point doesn't tell here: a place that takes long to find is passed over.
     work.desktop.keys("q", "q", "q")
-    work.desktop.settle(0.3)
+    saved = wait_for("the large page is saved with what was typed",
+                     lambda: (lambda data: b"qqq" in data and data)(program.save(3)))
     work.shot("large page")
-    saved = program.save(3)
-    check.true("large page: is saved whole", saved.count(b"<br") == 62000 and b"qqq" in saved, len(saved))
+    check.true("large page: is saved whole", saved.count(b"</font>") == 62000,
+               (len(saved), saved.count(b"</font>"), saved.count(b"q")))
     check.true("large page: typing and saving take", time.monotonic() - begin < 10, time.monotonic() - begin)
     work.is_alive("large page")
     work.open_page(2)
@@ -300,19 +309,17 @@ def kill_renderers(work, times):
     check.true("dead renderer: the page takes a click", work.click_into_page())
     typed = ""
     for letter in "abcdefghijklm"[:times]:
-        work.desktop.keys(letter)
-        work.desktop.settle(0.2)
+        work.type(letter)
         typed += letter
         dead = renderer(program.process)
         os.kill(dead, signal.SIGKILL)
         fresh = wait_for("a new renderer", lambda: renderer(program.process) not in (None, dead) and
                          not os.path.exists("/proc/%d" % dead), 20)
-        work.desktop.settle(0.2)
+        work.desktop.settle(0.4)  # a key that is pressed while there is nobody to take it is lost
         check.same("dead renderer: another takes its place", fresh, True)
         work.sees("dead renderer: the page is still there", GREEN)
     work.shot("dead renderer")
-    work.desktop.keys("z")
-    work.desktop.settle(0.2)
+    work.type("z")
     work.is_alive("dead renderer")
     saved = program.save(2)
     check.true("dead renderer: typing goes on", (typed + "z").encode() in saved, saved)
@@ -333,7 +340,7 @@ def whole(build, pictures, check):
             open_bad_pages(work)
             open_missing_page(work)
             open_large_page(work)
-            kill_renderers(work, 7)
+            kill_renderers(work, 6)
             work.exit("in the end")
         except BaseException:
             work.shot("failed")
