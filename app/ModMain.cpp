@@ -65,6 +65,10 @@ void ModMain::Connect() {
   });
   connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
+  web_->SetTools(tools_.get());
 }
 
 // Whether anything changed plays no part: the name alone picks the question. True to go on.
