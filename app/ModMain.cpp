@@ -1,5 +1,10 @@
 #include "ModMain.h"
 
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
 #include "ControlLook.h"
 #include "FOps.h"
 #include "FPic.h"
@@ -38,6 +43,7 @@ bool ModMain::Main() {
   program_.WorkPath = program_.CardPath = PathRules::Join(program_.AppPath, QStringLiteral("card"));
   make(sets_);
   program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
+  if (auto* const Ck4 = sets_->findChild<QAbstractButton*>(QStringLiteral("Ck4"))) Ck4->setChecked(program_.Compat4On);
   make(web_, program_, makeBrowser_);
   make(pic_);
   make(tools_);
@@ -47,8 +53,8 @@ bool ModMain::Main() {
   make(ops_, program_, *web_);
   make(tip_);
   Connect();
-  LoadWinSettings(program_, *web_);
-  LoadPackSettings(program_);
+  LoadWinSettings(program_, *web_, Controls());
+  LoadPackSettings(program_, Controls());
   LoadCustomColors(program_);
   web_->show();
   program_.AppStarted = true;
@@ -69,6 +75,18 @@ void ModMain::Connect() {
   connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
   web_->SetTools(tools_.get());
+}
+
+// Found by their names, which are those of the windows' members.
+WindowControls ModMain::Controls() const {
+  WindowControls controls;
+  controls.BoxFace = tools_->findChild<QComboBox*>(QStringLiteral("BoxFace"));
+  controls.tPath = sets_->findChild<QLineEdit*>(QStringLiteral("tPath"));
+  controls.tLink = sets_->findChild<QLineEdit*>(QStringLiteral("tLink"));
+  controls.ImCustom = sets_->findChild<QLabel*>(QStringLiteral("ImCustom"));
+  for (std::size_t i = 0; i < controls.OpIco.size(); ++i)
+    controls.OpIco[i] = sets_->findChild<QAbstractButton*>(QStringLiteral("OpIco%1").arg(i));
+  return controls;
 }
 
 // Whether anything changed plays no part: the name alone picks the question. True to go on.
@@ -96,7 +114,7 @@ void ModMain::ExitProgram() {
     files.Attributes().Clear(program_.CardPath);
     files.RemoveTree(program_.CardPath);
   }
-  SaveWinSettings(program_, *web_);
+  SaveWinSettings(program_, *web_, Controls());
   SaveCustomColors(program_);
   web_->jWB->UnHook();
   ops_->MUC.CloseDown();

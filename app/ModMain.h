@@ -17,6 +17,7 @@ class FWeb;
 class fBitmap;
 class fIconMaker;
 struct Program;
+struct WindowControls;
 
 class ModMain : public QObject {
   Q_OBJECT
@@ -36,6 +37,7 @@ class ModMain : public QObject {
   FWeb* Web() const { return web_.get(); }
   FOps* Ops() const { return ops_.get(); }
   FTools* Tools() const { return tools_.get(); }
+  FSets* Sets() const { return sets_.get(); }
 
  signals:
   void Ended();
@@ -45,6 +47,7 @@ class ModMain : public QObject {
 
  private:
   void Connect();
+  WindowControls Controls() const;
   bool AskAboutSaving();
   void ReleaseWindows();
 

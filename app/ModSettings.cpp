@@ -1,6 +1,11 @@
 #include "ModSettings.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QScreen>
 
 #include "Colors.h"
 #include "FWeb.h"
@@ -14,31 +19,53 @@
 
 namespace {
 
+// Place of the custom icon among the options.
+constexpr int kCustomIcon = 10;
+
 int WholeOrZero(const QString& text) {
   return ToInteger32(text).value_or(0);
 }
 
+// No desktop makes a window larger than itself, and the memory for one would end the program.
+QSize Bounded(const QWidget& window, int width, int height) {
+  constexpr int leastBound = 8192;
+  const QSize desktop = window.screen() ? window.screen()->virtualSize() : QSize();
+  return QSize(width, height).boundedTo(desktop.expandedTo({leastBound, leastBound}));
+}
+
+void Select(const WindowControls& controls, int icon) {
+  if (QAbstractButton* const option = controls.OpIco.at(std::size_t(icon))) option->setChecked(true);
+}
+
 }  // namespace
 
-void LoadWinSettings(Program& program, FWeb& web) {
+// The stored face itself isn't looked at: it is the page view's, and the two lists go by their index.
+void LoadWinSettings(Program& program, FWeb& web, const WindowControls& controls) {
   const SettingsStore& store = program.platform.settings;
   if (const auto size = ToInteger16(Settings::Get(store, Settings::BSz))) SetIndex(web.BoxSize, *size - 1);
   web.BoxColor[0]->SetColor(HtmlToColor(Settings::Get(store, Settings::BCol)));
-  if (const auto face = ToInteger16(Settings::Get(store, Settings::BFaceDex)))
-    SetIndex(web.BoxFace, std::max<int>(0, *face));
+  if (const auto face = ToInteger16(Settings::Get(store, Settings::BFaceDex))) {
+    const int index = std::max<int>(0, *face);
+    if (controls.BoxFace) SetIndex(controls.BoxFace, index);
+    SetIndex(web.BoxFace, index);
+  }
   if (Settings::Get(store, Settings::Winset) != u"0") return;
   const int height = WholeOrZero(Settings::Get(store, Settings::H1));
   const int width = WholeOrZero(Settings::Get(store, Settings::W1));
   if (width <= 0 || height <= 0) return;
   web.setWindowState(Qt::WindowNoState);
-  web.resize(TwipsToPixels(width), TwipsToPixels(height));
+  web.resize(Bounded(web, TwipsToPixels(width), TwipsToPixels(height)));
 }
 
-void SaveWinSettings(Program& program, const FWeb& web) {
+// The page in view tells how new pages look in the next run, whatever page it is; without a document it tells "".
+void SaveWinSettings(Program& program, const FWeb& web, const WindowControls& controls) {
   SettingsStore& store = program.platform.settings;
   Settings::Save(store, Settings::BCol, web.jWB->BodyFontColor());
   Settings::Save(store, Settings::BFace, web.jWB->BodyFontName());
   Settings::Save(store, Settings::BSz, web.jWB->BodyFontSize());
+  // The list of the tool window, not that of the main window.
+  const int face = controls.BoxFace ? controls.BoxFace->currentIndex() : -1;
+  if (face != -1) Settings::Save(store, Settings::BFaceDex, QString::number(face));
   if (web.isMinimized()) return;
   if (web.isMaximized()) {
     Settings::Save(store, Settings::Winset, QStringLiteral("2"));
@@ -63,15 +90,27 @@ void SaveCustomColors(Program& program) {
                                           QString::number(program.CustColors[i]));
 }
 
-void LoadPackSettings(Program& program) {
+// Name and number of the icon are two settings of their own. Only a custom icon without its file puts both back; a
+// pair that doesn't belong together stays.
+void LoadPackSettings(Program& program, const WindowControls& controls) {
   const SettingsStore& store = program.platform.settings;
-  program.CardFolder = Settings::Get(store, Settings::CardFol);
-  if (!program.Files.FolderExists(program.CardFolder)) program.CardFolder = program.DesktopPath;
+  const QString folder = Settings::Get(store, Settings::CardFol);
+  program.CardFolder = program.Files.FolderExists(folder) ? folder : program.DesktopPath;
+  if (controls.tPath) controls.tPath->setText(program.CardFolder);
   program.LinkTextValue = Settings::Get(store, Settings::LinkText);
+  if (controls.tLink) controls.tLink->setText(program.LinkTextValue);
   program.CurIconName = Settings::Get(store, Settings::CurIcon);
   int number = ToInteger16(Settings::Get(store, Settings::CurIconNum)).value_or(0);
-  if (number > 10 || number < 0) number = 0;
-  const QString icons = PathRules::Join(program.AppPath, QStringLiteral("icons"));
-  if (number == 10 && !program.Files.FileExists(PathRules::Join(icons, Settings::Get(store, Settings::CustomIcon))))
-    program.CurIconName = QStringLiteral("WP");
+  if (number > kCustomIcon || number < 0) number = 0;
+  Select(controls, number);
+  if (number != kCustomIcon) return;
+  const QString icon = PathRules::Join(PathRules::Join(program.AppPath, QStringLiteral("icons")),
+                                       Settings::Get(store, Settings::CustomIcon));
+  if (program.Files.FileExists(icon)) {
+    const QPixmap picture(icon);
+    if (controls.ImCustom && !picture.isNull()) controls.ImCustom->setPixmap(picture);
+    return;
+  }
+  program.CurIconName = QStringLiteral("WP");
+  Select(controls, 0);
 }

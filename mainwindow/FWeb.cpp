@@ -26,6 +26,7 @@
 // Outside of any namespace, as the macro wants it.
 static void InitToolResources() {
   Q_INIT_RESOURCE(Tools);
+  Q_INIT_RESOURCE(Themes);
 }
 
 namespace {

@@ -149,12 +149,12 @@ std::span<const WorkRow> WorkRows() {
       {false, 122, "sel-link", "Link", "Add link."},
       {false, 160, "sel-picture", "Picture", "Add picture to page."},
       {false, 198, "sel-table", "Table", "Add table (rectangular area) to page."},
-      {true, 302, "sel-forward", "Forward", "Move selected item forward."},
+      {true, 306, "sel-forward", "Forward", "Move selected item forward."},
       {true, 8, "sel-left", "Left", "Move selected element to left."},
       {true, 46, "sel-up", "Up", "Move selected element up."},
       {true, 84, "sel-right", "Right", "Move selected element to right."},
       {true, 122, "sel-down", "Down", "Move selected element down."},
-      {true, 262, "sel-back", "Back", "Move selected item back."},
+      {true, 260, "sel-back", "Back", "Move selected item back."},
   };
   static_assert(std::size(rows) == kWorkCount);
   return rows;

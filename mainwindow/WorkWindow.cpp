@@ -28,7 +28,8 @@ WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
 // Two frames of buttons with a small label under each; both frames are as wide as the window.
 void WorkWindow::BuildButtons() {
   constexpr int button = 28;
-  constexpr int labelWidth = 40;
+  constexpr int labelWidth = 44;
+  constexpr int top = 22;
   const auto frame = [this](const char* name, const char* caption, QRect place) {
     auto* const made = new QGroupBox(QLatin1String(caption), this);
     made->setObjectName(QLatin1String(name));
@@ -39,7 +40,7 @@ void WorkWindow::BuildButtons() {
   FrSel = frame("FrSel", " Move selected element: ", {5, 88, 347, 66});
   LabSel = new FittedLabel(QStringLiteral("Sel. switch places:"), FrSel);
   LabSel->setObjectName(QStringLiteral("LabSel"));
-  LabSel->setGeometry(162, 22, 94, button);
+  LabSel->setGeometry(158, top, 94, button);
   LabSel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   bProps = new QPushButton(QStringLiteral("Page Properties"), this);
   bProps->setObjectName(QStringLiteral("bProps"));
@@ -57,12 +58,12 @@ void WorkWindow::BuildButtons() {
     made->setIconSize({16, 16});
     made->setToolTip(QString::fromLatin1(row.toolTip));
     made->setAccessibleName(QString::fromLatin1(row.toolTip));
-    made->setGeometry(row.left, 20, button, button);
+    made->setGeometry(row.left, top, button, button);
     auto* const label = new FittedLabel(QString::fromLatin1(row.label), around);
     label->setObjectName(QStringLiteral("Label2_%1").arg(i));
     label->setFont(FontForHeight(label, 13));
     label->setAlignment(Qt::AlignCenter);
-    label->setGeometry(row.left + button / 2 - labelWidth / 2, 20 + button + 1, labelWidth, 14);
+    label->setGeometry(row.left + button / 2 - labelWidth / 2, top + button, labelWidth, 14);
   }
   FrSel->setEnabled(false);
   LabSel->setEnabled(false);

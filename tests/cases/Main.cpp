@@ -10,6 +10,7 @@
 #include "KindTable.h"
 #include "PackKinds.h"
 #include "PageViewKinds.h"
+#include "SettingsKinds.h"
 #include "TreeKinds.h"
 
 namespace {
@@ -81,5 +82,6 @@ int main(int argc, char** argv) {
   RegisterTreeKinds(table);
   RegisterElementKinds(table);
   RegisterFormattingKinds(table);
+  RegisterSettingsKinds(table);
   return Run(table, QApplication::arguments());
 }

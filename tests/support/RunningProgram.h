@@ -28,7 +28,8 @@ class RunningProgram {
   ModMain modMain{test.program, MakeHeadless(browser)};
   bool ended = false;
 
-  RunningProgram() {
+  // With a settings store that outlives the program, or one of its own.
+  explicit RunningProgram(SettingsStore* store = nullptr) : test(store) {
     QObject::connect(&modMain, &ModMain::Ended, &modMain, [this] { ended = true; });
   }
 

@@ -8,7 +8,7 @@ bool RefusingAccess::CanBeRead(const QString& path) const {
   return !RefusedNames.contains(QFileInfo(path).fileName()) && host_.CanBeRead(path);
 }
 
-TestProgram::TestProgram() {
+TestProgram::TestProgram(SettingsStore* store) : platform(store) {
   program.AppPath = Path(QStringLiteral("app"));
   program.CardPath = program.AppPath + QStringLiteral("/card");
   program.WorkPath = program.CardPath;

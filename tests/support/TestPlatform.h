@@ -39,6 +39,10 @@ class FixedFolders : public StandardFolders {
 // A platform for tests: files are real, and everything else is scripted or recorded.
 class TestPlatform {
  public:
+  // With a settings store of the test's own in place of `settings`, if there is one; it must outlive the object.
+  explicit TestPlatform(SettingsStore* store = nullptr)
+      : services{attributes, access, store ? *store : settings, dialogs, shell, instance, folders} {}
+
   HostFileAttributes attributes;
   RefusingAccess access;
   MemorySettings settings;
@@ -46,14 +50,14 @@ class TestPlatform {
   RecordingShell shell;
   FixedInstance instance;
   FixedFolders folders;
-  Platform services{attributes, access, settings, dialogs, shell, instance, folders};
+  Platform services;
 };
 
 // A program in a scratch folder of its own, with `app/card` as its work folder and `desktop` beside `app`. The folders
 // go with the object.
 class TestProgram {
  public:
-  TestProgram();
+  explicit TestProgram(SettingsStore* store = nullptr);
 
   TestPlatform platform;
   Program program{platform.services};

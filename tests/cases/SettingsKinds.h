@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// settings.
+void RegisterSettingsKinds(KindTable& table);
