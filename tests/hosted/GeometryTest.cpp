@@ -210,9 +210,10 @@ QByteArray Mixed() {
 // The engine has its caret in such a table where the page beside or below it is hit.
 QByteArray LooseTables() {
   const QByteArray table = "<TABLE STYLE=\"display:block;width:250px\" BORDER=1><TR><TD><FONT>";
-  return Body("<FONT SIZE=5>" + Words(40, 160) + "</FONT>" + table + Words(12, 161) +
-              "</FONT><TABLE BORDER=1><TR><TD>" + Words(4, 162) + "</TD></TR></TABLE></TD></TR></TABLE>" +
-              Words(20, 163) + table + Words(30, 164) + "</FONT></TD></TR></TABLE>");
+  const QByteArray end = "</FONT></TD></TR></TABLE>";
+  const QByteArray nested = table + Words(12, 161) + "</FONT>" + table + Words(4, 162) + end + "</TD></TR></TABLE>";
+  return Body("<FONT SIZE=5>" + Words(40, 160) + "</FONT>" + nested + Words(20, 163) + table + Words(30, 164) + end +
+              Words(9, 165) + nested);
 }
 
 QByteArray Empty() {
