@@ -71,6 +71,10 @@ void ModMain::Connect() {
   });
   connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
+  web_->SetTools(tools_.get());
 }
 
 // Found by their names, which are those of the windows' members.

@@ -16,13 +16,13 @@ bool IsHidden(const Node* node) {
 }
 
 bool ShowsTextOrPicture(const Run& run) {
-  for (const Node* top = run.first;; top = top->next) {
+  for (const Node* top = run.first; top; top = top == run.last ? nullptr : top->next) {
     for (const Node* node = top; node;) {
       if (node->IsText() ? ShowsOnPage(node) : node->IsElement() && node->tag->isAtomic) return true;
       node = IsHidden(node) || IsAtomic(node) ? NextSkippingChildren(node, top) : NextInTree(node, top);
     }
-    if (top == run.last) return false;
   }
+  return false;
 }
 
 bool NothingShowsBefore(const BoundaryPoint& point) {

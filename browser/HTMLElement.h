@@ -2,6 +2,7 @@
 // removed: such an element still answers, but what would need its place in the page does nothing.
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 #include <memory>
 
@@ -46,6 +47,8 @@ class HTMLElement {
  protected:
   NodeRef node_;
 };
+
+Q_DECLARE_METATYPE(HTMLElement)
 
 // The BODY of a page.
 class HTMLBodyElement : public HTMLElement {

@@ -8,10 +8,12 @@
 #include <memory>
 
 #include "HTMLDocument.h"
+#include "NestingLimit.h"
 
 namespace {
 
-constexpr int deepest = 512;  // where browsers stop nesting
+constexpr int deepest = 512;        // where browsers stop nesting
+constexpr int deepestParsed = 600;  // what lies deeper would stand side by side in any case
 
 // Memory for one parse, freed as a whole: libgumbo frees its tree by recursion, which a hostile page could make too
 // deep, and its many small blocks cost more time than the parse.
@@ -242,7 +244,7 @@ std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int de
     nodes.push_back(text);
     return nodes;
   }
-  const Parse parse(html, context ? context : Known().body);
+  const Parse parse(LimitNesting(html, deepestParsed), context ? context : Known().body);
   TreeMaker(depth).Children(parse.output().root->v.element.children, [&](Node* node) { nodes.push_back(node); });
   return nodes;
 }
@@ -253,7 +255,7 @@ std::vector<Node*> ParseFragment(const QString& html, const Node* context) {
 }
 
 void ParseDocument(const QString& html, HTMLDocument& document) {
-  const Parse parse(html, nullptr);
+  const Parse parse(LimitNesting(html, deepestParsed), nullptr);
   const GumboDocument& source = parse.output().document->v.document;
   Node* type = nullptr;
   unsigned typeOffset = 0;

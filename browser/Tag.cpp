@@ -61,8 +61,8 @@ const Tag* Tag::Of(const QString& localName, Namespace space) {
 const KnownTags& Known() {
   static const auto html = [](const char* name) { return Tag::Of(QString::fromLatin1(name)); };
   static const KnownTags known = {
-      html("a"),   html("b"),         html("body"),     html("br"),     html("font"),   html("head"),    html("html"),
-      html("img"), html("plaintext"), html("pre"),      html("script"), html("strong"), html("table"),   html("tbody"),
-      html("td"),  html("template"),  html("textarea"), html("title"),  html("tr"),     html("noscript")};
+      html("a"),   html("b"),         html("body"),     html("br"),     html("font"),   html("head"),     html("html"),
+      html("img"), html("plaintext"), html("pre"),      html("script"), html("strong"), html("table"),    html("tbody"),
+      html("td"),  html("template"),  html("textarea"), html("title"),  html("tr"),     html("noscript"), html("hr")};
   return known;
 }

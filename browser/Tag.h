@@ -26,6 +26,6 @@ struct Tag {
 // The tags that the program asks for by name.
 struct KnownTags {
   const Tag *a, *b, *body, *br, *font, *head, *html, *img, *plaintext, *pre, *script, *strong, *table, *tbody, *td,
-      *templateTag, *textarea, *title, *tr, *noscript;
+      *templateTag, *textarea, *title, *tr, *noscript, *hr;
 };
 const KnownTags& Known();

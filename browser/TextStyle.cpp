@@ -115,9 +115,9 @@ bool IsBold(const Node* node) {
 QString CssColor(const QString& value) {
   static const QRegularExpression digits(QStringLiteral("^#([0-9a-f]{3}|[0-9a-f]{6})$"),
                                          QRegularExpression::CaseInsensitiveOption);
-  static const QRegularExpression function(
-      QStringLiteral("^rgba?\\(\\s*([+-]?\\d+)\\s*[, ]\\s*([+-]?\\d+)\\s*[, ]\\s*([+-]?\\d+)\\s*(?:[,/]\\s*(\\d*\\.?\\d+)\\s*)?\\)$"),
-      QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression function(QStringLiteral("^rgba?\\(\\s*([+-]?\\d+)\\s*[, ]\\s*([+-]?\\d+)\\s*[, "
+                                                          "]\\s*([+-]?\\d+)\\s*(?:[,/]\\s*(\\d*\\.?\\d+)\\s*)?\\)$"),
+                                           QRegularExpression::CaseInsensitiveOption);
   const QString text = value.trimmed();
   const auto isLetter = [](QChar c) { return c.unicode() < 128 && c.isLetter(); };
   if (!text.isEmpty() && std::all_of(text.begin(), text.end(), isLetter)) {

@@ -273,6 +273,7 @@ QString TextBetween(const LiveRange& range) {
       node = NextSkippingChildren(node);
     } else if (IsLeafOfText(node)) {
       if (node->tag == Known().br) add(u"\r\n");
+      if (node->tag == Known().hr) edge = true;  // it has a line of its own
       node = NextSkippingChildren(node);
     } else {
       if (node->IsElement() && node->tag->isBlock) edge = true;

@@ -7,6 +7,7 @@ namespace {
 // Longer paths are cut off, and that is meant.
 constexpr int kLongestOpenPath = 253;
 constexpr int kLongestSavePath = 254;
+constexpr qint32 kNoColor = -1;
 
 }  // namespace
 
@@ -33,4 +34,8 @@ QString ShowSaveEmailDialog(Program& program, QWidget* Owner, const QString& Tit
       {QStringLiteral("All files(*.*)"), QStringLiteral("*.*")},
   };
   return program.platform.dialogs.ChooseSaveFile(Owner, Title, filters, QStringLiteral("eml")).left(kLongestSavePath);
+}
+
+qint32 ShowColorDialog(Program& program, QWidget* Owner, qint32 StartColor) {
+  return program.platform.dialogs.ChooseColor(Owner, StartColor, program.CustColors).value_or(kNoColor);
 }

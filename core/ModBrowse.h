@@ -5,7 +5,7 @@
 class QWidget;
 struct Program;
 
-// The program's own face of the system's path dialogs. Each returns a path in native form, or "" on Cancel.
+// The program's own face of the system's dialogs. Those for paths return one in native form, or "" on Cancel.
 
 QString BrowseForFolder(Program& program, QWidget* Owner, const QString& Title);
 
@@ -19,3 +19,7 @@ QString ShowSaveDialog(Program& program, QWidget* Owner, const QString& Title, c
 
 // The same with "eml" and the three types of a saved message.
 QString ShowSaveEmailDialog(Program& program, QWidget* Owner, const QString& Title);
+
+// A colour as 0x00BBGGRR, so 0 is black, or -1 on Cancel. What the user stores in the dialog goes into the program's
+// CustColors at once, and stays there after Cancel too.
+qint32 ShowColorDialog(Program& program, QWidget* Owner, qint32 StartColor);

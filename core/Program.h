@@ -38,7 +38,7 @@ struct Program {
   QString LinkTextValue;
   QString CurIconName;
   // The colour dialog's own colours, 0x00BBGGRR.
-  std::array<qint32, 16> CustColors{};
+  CustomColors CustColors{};
 
   ModFileOps Files{platform.fileAttributes, AppPath};
 };

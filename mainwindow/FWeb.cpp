@@ -6,12 +6,14 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QToolButton>
 #include <cassert>
 
 #include "AsciiText.h"
 #include "Colors.h"
 #include "ControlLook.h"
 #include "FittedText.h"
+#include "OpenHelp.h"
 #include "PageFiles.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -64,13 +66,23 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   connect(FrWork, &WorkWindow::HeadClicked, this,
           [this] { FrWork->UpCaption() == u"6" ? LowerWorkWindow() : RaiseWorkWindow(); });
   connect(jWB, &WBUC::Click, this, &FWeb::OnClick);
-  connect(jWB, &WBUC::RightClick, this, [this] {
-    if (!Busy) FrCaret->hide();
-  });
-  connect(jWB, &WBUC::DoubleClick, this, [this] { FrCaret->hide(); });
+  connect(jWB, &WBUC::RightClick, this, &FWeb::OnRightClick);
+  connect(jWB, &WBUC::DoubleClick, this, &FWeb::OnDoubleClick);
   connect(jWB, &WBUC::KeyPress, this, [this](const QString&, int x, int y) { MoveCaret(x, y); });
   connect(jWB, &WBUC::ElementHover, this, &FWeb::OnElementHover);
+  for (int index = 0; index < kWorkCount; ++index)
+    connect(FrWork->bSel[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] { bSel(index); });
+  connect(FrWork->bProps, &QAbstractButton::clicked, this, &FWeb::bProps);
   connect(BoxPage, &QComboBox::currentIndexChanged, this, &FWeb::OnBoxPage);
+  // These react to the user only.
+  connect(BoxFace, &QComboBox::activated, this, [this] {
+    const QString face = TrimBlanks(BoxFace->currentText());
+    jWB->SetSelFontFace(face.isEmpty() ? QStringLiteral("Arial, Helvetica") : face);
+  });
+  connect(BoxSize, &QComboBox::activated, this, [this](int index) { jWB->SetSelFontSize(QString::number(index + 1)); });
+  connect(bBold, &QAbstractButton::clicked, jWB, &WBUC::ToggleBold);
+  for (int index = 0; index < int(BoxColor.size()); ++index)
+    connect(BoxColor[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] { OnBoxColor(index); });
   resize(TwipsToPixels(kDesignWidth), TwipsToPixels(kDesignHeight) + menuBar()->sizeHint().height());
   setWindowState(Qt::WindowMaximized);
   Load();
@@ -79,21 +91,31 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
 FWeb::~FWeb() = default;
 
 void FWeb::BuildMenus() {
-  QMenu* menu = nullptr;
-  for (const MenuRow& row : MenuRows()) {
-    const QString name = QString::fromLatin1(row.name);
-    if (row.depth == 0) {
-      menu = menuBar()->addMenu(QString::fromLatin1(row.caption));
-      menu->setObjectName(name);
-      continue;
+  std::array<QMenu*, 3> menus{};  // the open one of each depth
+  const std::span<const MenuRow> rows = MenuRows();
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const MenuRow& row = rows[i];
+    const auto depth = std::size_t(row.depth);
+    const QString caption = QString::fromLatin1(row.caption);
+    QAction* action = nullptr;
+    if (depth == 0 || (i + 1 < rows.size() && rows[i + 1].depth > row.depth)) {
+      QMenu* const menu = depth == 0 ? menuBar()->addMenu(caption) : menus[depth - 1]->addMenu(caption);
+      menu->setObjectName(QString::fromLatin1(row.name) + QLatin1String("Menu"));
+      menus[depth] = menu;
+      action = menu->menuAction();
+    } else if (caption == u"-") {
+      action = menus[depth - 1]->addSeparator();
+    } else {
+      action = menus[depth - 1]->addAction(caption);
     }
-    assert(menu);  // the table begins with a menu
-    QAction* const action = QLatin1String(row.caption) == QLatin1String("-")
-                                ? menu->addSeparator()
-                                : menu->addAction(QString::fromLatin1(row.caption));
-    action->setObjectName(name);
+    action->setObjectName(QString::fromLatin1(row.name));
     if (row.command) connect(action, &QAction::triggered, this, row.command);
+    if (row.indexed) connect(action, &QAction::triggered, this, [this, &row] { (this->*row.indexed)(row.index); });
   }
+  mPop = Entry("mPop")->menu();
+  mPop2 = Entry("mPop2")->menu();
+  for (QMenu* const popup : {mPop, mPop2}) popup->menuAction()->setVisible(false);
+  connect(Entry("mEdit")->menu(), &QMenu::aboutToShow, this, [this] { EnableEditEntries(false); });
 }
 
 void FWeb::BuildStrip() {
@@ -279,36 +301,6 @@ void FWeb::closeEvent(QCloseEvent* event) {
   if (!closing_) emit ExitRequested();
 }
 
-void FWeb::MoveCaret(int x, int y) {
-  FrCaret->move(jWB->x() + TwipsToPixels(x), jWB->y() + TwipsToPixels(y));
-}
-
-void FWeb::OnClick(const QString& sTag, int, int, int MouseXtr, int MouseYtr) {
-  if (Busy) return;
-  FrCaret->hide();
-  static const QStringList shown = {QStringLiteral("FONT"), QStringLiteral("A"), QStringLiteral("B"),
-                                    QStringLiteral("BODY"), QStringLiteral("STRONG")};
-  if (!shown.contains(sTag)) return;
-  FrCaret->show();
-  MoveCaret(MouseXtr, MouseYtr);
-}
-
-void FWeb::OnElementHover(const QString& sTag) {
-  struct Row {
-    const char* tags;
-    const char* caption;
-  };
-  static constexpr Row rows[] = {
-      {"FONT B STRONG", "Text Block"}, {"IMG", "Picture"}, {"TD TR TABLE", "Table"}, {"BODY", "Page"}};
-  const QString tag = UpperAscii(sTag);
-  QString caption;
-  for (const Row& row : rows)
-    if (!tag.isEmpty() && QString::fromLatin1(row.tags).split(u' ').contains(tag)) caption = QLatin1String(row.caption);
-  // The current element's address, which isn't always that of the link under the mouse.
-  if (tag == u"A") caption = jWB->CurrentElement().getAttribute(QStringLiteral("href"), 0);
-  FrWork->LabHover->setText(caption);
-}
-
 void FWeb::mExit() {
   emit ExitRequested();
 }
@@ -317,6 +309,23 @@ void FWeb::mPicEditor() {
 }
 void FWeb::mOpenIcoEd() {
   emit IconEditorRequested();
+}
+
+void FWeb::mSettings() {
+  emit HideToolsRequested();
+  emit SettingsRequested();
+}
+void FWeb::mViewSource() {
+  emit SourceRequested();
+}
+void FWeb::mCVNHelp() {
+  OpenHelp(program_, this);
+}
+void FWeb::mAboutCVN() {
+  emit AboutRequested();
+}
+void FWeb::mQuik(int Index) {
+  emit TipRequested(Index, Entry(qPrintable(QStringLiteral("mQuik%1").arg(Index)))->text());
 }
 
 void FWeb::mMakePack() {

@@ -13,6 +13,7 @@ class QAction;
 class QComboBox;
 class QFrame;
 class QLabel;
+class QMenu;
 class QPushButton;
 class Swatch;
 class ToolButton;
@@ -43,7 +44,9 @@ class FWeb : public QMainWindow {
   std::array<Swatch*, 2> BoxColor{};
   QPushButton* bBold = nullptr;
   std::array<ToolButton*, kToolCount> ImTool{};
-  int HoverTool = -1;  // -1: no button is lit
+  int HoverTool = -1;      // -1: no button is lit
+  QMenu* mPop = nullptr;   // of a right click
+  QMenu* mPop2 = nullptr;  // of the Paste button
 
   // The open page to disk; see PageFiles.h.
   void SavePage(int PageNo, bool Strip);
@@ -54,6 +57,7 @@ class FWeb : public QMainWindow {
   void mSavePage();
   void mDelPage();
   void mRefresh();
+  void mViewSource();
   void mOpenFile();
   void mSavePageFil();
   void mNewProject();
@@ -64,9 +68,31 @@ class FWeb : public QMainWindow {
   void mPicEditor();
   void mOpenIcoEd();
   void mExit();
+  void mSettings();
+  void mCVNHelp();
+  void mAboutCVN();
+  void mQuik(int Index);
+  void mmtheme(int Index);
+  void mmthemeS(int Index);
+
+  // Editing commands; see FWebEditing.cpp.
+  void mCut();
+  void mCopy();
+  void mPaste(int Index);
+  void mMakeTBlock();
+  void mApplyFont();
+  void mAlign(int Index);
+  void mTableProps();
+  void bSel(int Index);
+  void bProps();
+  void ShowSelFrame(bool On);
+  void ShowPaste2Menu();
 
   // Opens the project in that folder, whatever was open before; the unsaved one is thrown away.
   void OpenProject(const QString& Name, const QString& Path);
+
+  // The tool window owns the colour dialog while it is on show.
+  void SetTools(QWidget* tools) { tools_ = tools; }
 
   void ClearToolHover();
   void RaiseWorkWindow();
@@ -81,6 +107,15 @@ class FWeb : public QMainWindow {
  signals:
   void ExitRequested();
   void HideToolsRequested();
+  void ToolRequested(int iOp, const QString& sArg);
+  void AddPictureRequested();
+  void TablePropsRequested(const HTMLElement& table);
+  void PagePropsRequested();
+  void SourceRequested();
+  void PageTextColorChanged(qint32 color);
+  void SettingsRequested();
+  void TipRequested(int Index, const QString& Caption);
+  void AboutRequested();
   void OpsRequested(int Kind);
   void PicEditorRequested();
   void IconEditorRequested();
@@ -100,11 +135,22 @@ class FWeb : public QMainWindow {
   void ShowPage(int number);
   void OnBoxPage();
   void OnClick(const QString& sTag, int MouseX, int MouseY, int MouseXtr, int MouseYtr);
+  void OnDoubleClick(const QString& sTag);
+  void OnRightClick();
   void OnElementHover(const QString& sTag);
+  void OnBoxColor(int index);
+  void ShowFontAtPoint();
+  void EnableEditEntries(bool popup);
+  QAction* Entry(const char* name) const;
+  void AddLink();
+  void ReportMoveResult(int code);
+  bool ApplyTheme(const QString& picture, const QString& color, bool removesHeartFirst);
+  void RemoveHeartPic();
   void MoveCaret(int x, int y);
   void ExportPage(const QString& chosen);
 
   Program& program_;
   QWidget* client_;
+  QWidget* tools_ = nullptr;
   bool closing_ = false;
 };

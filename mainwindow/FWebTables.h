@@ -5,12 +5,16 @@
 
 class FWeb;
 
-// An entry of the menu bar. Depth 0 is a menu, 1 an entry; a caption "-" is a separator.
+// An entry of the menus. Depth 0 is a menu of the bar, 1 an entry or a sub-menu, 2 an entry of that; a caption "-" is a
+// separator, and a row whose next is deeper is a menu. Of the two kinds of command one is null: that of entries that
+// stand for themselves, and that of entries of an array, which gets the place in it.
 struct MenuRow {
   int depth;
   const char* name;
   const char* caption;
-  void (FWeb::*command)();
+  void (FWeb::*command)() = nullptr;
+  void (FWeb::*indexed)(int) = nullptr;
+  int index = 0;
 };
 std::span<const MenuRow> MenuRows();
 
@@ -25,6 +29,17 @@ struct ToolRow {
 std::span<const ToolRow> ToolRows();
 inline constexpr int kToolSize = 240;  // twips, each way
 inline constexpr int kToolCount = 9;
+
+// A button of the Work Window, by its index; the place is in pixels in its frame. `label` is the small text under it.
+struct WorkRow {
+  bool moves;  // of the frame for moving, else of that for editing
+  int left;
+  const char* icon;
+  const char* label;
+  const char* toolTip;
+};
+std::span<const WorkRow> WorkRows();
+inline constexpr int kWorkCount = 12;
 
 // A control of the strip FrFont, in twips.
 struct FontRow {

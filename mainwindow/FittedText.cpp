@@ -16,6 +16,9 @@ void FittedLabel::paintEvent(QPaintEvent*) {
   // A little smaller rather than cut.
   for (int pixels = QFontInfo(font).pixelSize(); pixels > 9 && QFontMetrics(font).horizontalAdvance(text()) > width();)
     font.setPixelSize(--pixels);
+  // And a little narrower.
+  for (int stretch = QFont::Unstretched; stretch > 80 && QFontMetrics(font).horizontalAdvance(text()) > width();)
+    font.setStretch(stretch -= 5);
   painter.setFont(font);
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
   const QString shown = painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());

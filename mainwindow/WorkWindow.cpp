@@ -1,9 +1,12 @@
 #include "WorkWindow.h"
 
+#include <QGroupBox>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPushButton>
+#include <QToolButton>
 
 #include "FittedText.h"
 #include "Twips.h"
@@ -13,12 +16,57 @@ WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
   setAccessibleName(QStringLiteral("Work Window"));
   setAutoFillBackground(true);
   resize(TwipsToPixels(kWidth), TwipsToPixels(kHeight));
+  BuildButtons();
   LabHover = new FittedLabel(this);
   LabHover->setObjectName(QStringLiteral("LabHover"));
   LabHover->setAccessibleName(QStringLiteral("Under the mouse"));
   LabHover->setFrameShape(QFrame::NoFrame);
   LabHover->setGeometry(10, height() - 26, width() - 20, 18);
   LabHover->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+// Two frames of buttons with a small label under each; both frames are as wide as the window.
+void WorkWindow::BuildButtons() {
+  constexpr int button = 28;
+  constexpr int labelWidth = 44;
+  constexpr int top = 22;
+  const auto frame = [this](const char* name, const char* caption, QRect place) {
+    auto* const made = new QGroupBox(QLatin1String(caption), this);
+    made->setObjectName(QLatin1String(name));
+    made->setGeometry(place);
+    return made;
+  };
+  Frame1 = frame("Frame1", "Editing options:", {5, 20, 244, 66});
+  FrSel = frame("FrSel", " Move selected element: ", {5, 88, 347, 66});
+  LabSel = new FittedLabel(QStringLiteral("Sel. switch places:"), FrSel);
+  LabSel->setObjectName(QStringLiteral("LabSel"));
+  LabSel->setGeometry(158, top, 94, button);
+  LabSel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  bProps = new QPushButton(QStringLiteral("Page Properties"), this);
+  bProps->setObjectName(QStringLiteral("bProps"));
+  bProps->setToolTip(QStringLiteral("Set page properties: Background, title, etc."));
+  bProps->setAccessibleName(bProps->text());
+  bProps->setGeometry(254, 42, 98, button);
+  bProps->setFont(FontForHeight(bProps, 20, 3));
+  const std::span<const WorkRow> rows = WorkRows();
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const WorkRow& row = rows[i];
+    QGroupBox* const around = row.moves ? FrSel : Frame1;
+    auto* const made = bSel[i] = new QToolButton(around);
+    made->setObjectName(QStringLiteral("bSel%1").arg(i));
+    made->setIcon(QIcon(QStringLiteral(":/tools/%1.svg").arg(QLatin1String(row.icon))));
+    made->setIconSize({16, 16});
+    made->setToolTip(QString::fromLatin1(row.toolTip));
+    made->setAccessibleName(QString::fromLatin1(row.toolTip));
+    made->setGeometry(row.left, top, button, button);
+    auto* const label = new FittedLabel(QString::fromLatin1(row.label), around);
+    label->setObjectName(QStringLiteral("Label2_%1").arg(i));
+    label->setFont(FontForHeight(label, 13));
+    label->setAlignment(Qt::AlignCenter);
+    label->setGeometry(row.left + button / 2 - labelWidth / 2, top + button, labelWidth, 14);
+  }
+  FrSel->setEnabled(false);
+  LabSel->setEnabled(false);
 }
 
 QRect WorkWindow::Head() const {

@@ -3,8 +3,14 @@
 #pragma once
 
 #include <QFrame>
+#include <array>
 
+#include "FWebTables.h"
+
+class QGroupBox;
 class QLabel;
+class QPushButton;
+class QToolButton;
 
 class WorkWindow : public QFrame {
   Q_OBJECT
@@ -17,6 +23,11 @@ class WorkWindow : public QFrame {
   void SetUpCaption(const QString& caption);
 
   QLabel* LabHover = nullptr;  // what the mouse is on
+  QPushButton* bProps = nullptr;
+  QGroupBox* Frame1 = nullptr;  // the editing buttons
+  QGroupBox* FrSel = nullptr;   // the moving buttons
+  QLabel* LabSel = nullptr;
+  std::array<QToolButton*, kWorkCount> bSel{};
 
   static constexpr int kWidth = 5355;  // twips
   static constexpr int kHeight = 2835;
@@ -31,6 +42,7 @@ class WorkWindow : public QFrame {
   void mousePressEvent(QMouseEvent* event) override;
 
  private:
+  void BuildButtons();
   QRect Head() const;
   QString upCaption_ = QStringLiteral("6");
 };

@@ -2,6 +2,8 @@
 
 #include <QList>
 #include <QString>
+#include <array>
+#include <optional>
 
 class QWidget;
 
@@ -16,6 +18,9 @@ struct FileFilter {
 
   bool operator==(const FileFilter&) const = default;
 };
+
+// Colours as 0x00BBGGRR that a colour dialog shows and the user may store into.
+using CustomColors = std::array<qint32, 16>;
 
 // The system's modal dialogs. Each call returns when the user has answered; an owner may be null.
 class Dialogs {
@@ -45,4 +50,8 @@ class Dialogs {
   // without a dot, is added only where the user typed none.
   virtual QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                  const QString& defaultSuffix) = 0;
+
+  // A colour as 0x00BBGGRR, or nothing on Cancel. A negative start is black. What the user stores in `custom` stays
+  // there, after Cancel too.
+  virtual std::optional<qint32> ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) = 0;
 };

@@ -1,9 +1,13 @@
 #include "HostDialogs.h"
 
+#include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
 
 namespace {
 
@@ -62,6 +66,30 @@ QString RunFileDialog(QFileDialog& dialog) {
   return files.isEmpty() ? QString() : QDir::toNativeSeparators(files.first());
 }
 
+QColor ToQt(qint32 color) {
+  if (color < 0) color = 0;
+  return {color & 0xff, color >> 8 & 0xff, color >> 16 & 0xff};
+}
+
+qint32 FromQt(const QColor& color) {
+  return color.red() | color.green() << 8 | color.blue() << 16;
+}
+
+void CaptionTheStoreButton(QColorDialog& dialog) {
+  const QString given = QColorDialog::tr("&Add to Custom Colors");
+  for (QPushButton* button : dialog.findChildren<QPushButton*>())
+    if (button->text() == given) button->setText(QStringLiteral("Save This Color"));
+}
+
+// The dialog has no frame yet; it gets one like its owner's.
+void CenterOnScreen(QDialog& dialog, const QWidget* owner) {
+  dialog.adjustSize();
+  const QWidget* const framed = owner ? owner->window() : &dialog;
+  const QSize whole = dialog.size() + framed->frameGeometry().size() - framed->size();
+  const QRect screen = QGuiApplication::primaryScreen()->geometry();
+  dialog.move(screen.x() + (screen.width() - whole.width()) / 2, screen.y() + (screen.height() - whole.height()) / 2);
+}
+
 }  // namespace
 
 QString NameFilter(const FileFilter& filter) {
@@ -111,4 +139,21 @@ QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const 
   dialog.setNameFilters(NameFilters(filters));
   dialog.setDefaultSuffix(defaultSuffix);
   return RunFileDialog(dialog);
+}
+
+// Always Qt's own dialog: that of a desktop neither lets its button be captioned nor shows the caller's colours.
+std::optional<qint32> HostDialogs::ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) {
+  for (std::size_t i = 0; i < custom.size(); ++i) QColorDialog::setCustomColor(int(i), ToQt(custom[i]));
+  QColorDialog dialog(ToQt(start), owner);
+  dialog.setOption(QColorDialog::DontUseNativeDialog);
+  CaptionTheStoreButton(dialog);
+  CenterOnScreen(dialog, owner);
+  const bool accepted = dialog.exec() == QDialog::Accepted;
+  for (std::size_t i = 0; i < custom.size(); ++i) {
+    const QColor color = QColorDialog::customColor(int(i));
+    // A number that is no colour stays as it was until another one is stored there.
+    if (color.rgb() != ToQt(custom[i]).rgb()) custom[i] = FromQt(color);
+  }
+  if (!accepted) return std::nullopt;
+  return FromQt(dialog.selectedColor());
 }

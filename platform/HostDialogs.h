@@ -13,6 +13,7 @@ class HostDialogs : public Dialogs {
                          const QString& startFolder) override;
   QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                          const QString& defaultSuffix) override;
+  std::optional<qint32> ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) override;
 };
 
 // The form in which Qt's file dialog takes a type: "Pictures(*.gif *.jpg)". A list with ";" would match no file.

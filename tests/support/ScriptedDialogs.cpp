@@ -45,3 +45,12 @@ QString ScriptedDialogs::ChooseSaveFile(QWidget* owner, const QString& title, co
   Questions.append({Question::Kind::SaveFile, title, QString(), defaultSuffix, filters, owner});
   return NextText();
 }
+
+std::optional<qint32> ScriptedDialogs::ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) {
+  ColorQuestions.append({start, custom, owner});
+  if (WhileShown) WhileShown();
+  if (StoreColors) StoreColors(custom);
+  if (!Colors.isEmpty()) return Colors.takeFirst();
+  ++Unanswered;
+  return std::nullopt;
+}

@@ -29,14 +29,25 @@ class ScriptedDialogs : public Dialogs {
     QWidget* owner;
   };
 
+  // A colour dialog as it was shown.
+  struct ColorQuestion {
+    qint32 start;
+    CustomColors custom;  // before the user stored anything
+    QWidget* owner;
+  };
+
   // Answers to come, first one first: for boxes with more than OK, and for all others ("" is Cancel).
   QList<MessageAnswer> Answers;
   QStringList Texts;
+  QList<std::optional<qint32>> Colors;  // nothing is Cancel
+  // What the user stores while a colour dialog is up, before the answer.
+  std::function<void(CustomColors&)> StoreColors;
   // Runs while a box is up, as a nested message loop would.
   std::function<void()> WhileShown;
 
   QList<Box> Boxes;
   QList<Question> Questions;
+  QList<ColorQuestion> ColorQuestions;
   int Unanswered = 0;
 
   // The texts of all boxes shown so far.
@@ -50,6 +61,7 @@ class ScriptedDialogs : public Dialogs {
                          const QString& startFolder) override;
   QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                          const QString& defaultSuffix) override;
+  std::optional<qint32> ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) override;
 
  private:
   QString NextText();

@@ -1,0 +1,31 @@
+#include "OpenHelp.h"
+
+#include <QDir>
+#include <QFile>
+
+#include "PathRules.h"
+#include "Program.h"
+#include "StringTable.h"
+
+namespace {
+
+constexpr int firstSuccess = 32;
+
+// The help file is HTML under a name that no desktop knows, so that it is shown as a copy with a name that all know.
+QString ViewedCopy(const QString& path) {
+  const QString copy = QDir::temp().filePath(QStringLiteral("corvane-help.html"));
+  QFile::remove(copy);
+  return QFile::copy(path, copy) ? copy : path;
+}
+
+}  // namespace
+
+void OpenHelp(Program& program, QWidget* Owner) {
+  const QString path = PathRules::Join(program.AppPath, QStringLiteral("cvn2.hlp"));
+  if (!program.Files.FileExists(path)) {
+    program.platform.dialogs.ShowMessage(Owner, StringText(145));
+    return;
+  }
+  if (program.platform.shell.OpenFile(ViewedCopy(path), QString(), ShowMode::Normal) < firstSuccess)
+    program.platform.dialogs.ShowMessage(Owner, StringText(146));
+}

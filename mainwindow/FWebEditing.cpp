@@ -1,0 +1,276 @@
+// The main window's half of editing: what it does with the events of the page view, and its editing controls. It holds
+// no state of its own: all that it knows comes from the page view at the moment of the command.
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFrame>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+
+#include "AsciiText.h"
+#include "BusyGuard.h"
+#include "Colors.h"
+#include "FWeb.h"
+#include "ListIndex.h"
+#include "ModBrowse.h"
+#include "Numbers.h"
+#include "Program.h"
+#include "StringTable.h"
+#include "Swatch.h"
+#include "Twips.h"
+#include "WorkWindow.h"
+
+namespace {
+
+constexpr int stepsToTable = 3;
+// From this index on the buttons of the Work Window move the current element.
+constexpr int firstOfSpace = 7;
+
+bool ClipboardHasText() {
+  const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
+  return data && data->hasText();
+}
+
+// The colour of a page as a swatch takes it: "#RRGGBB", or a number 0x00BBGGRR.
+std::optional<qint32> ColorOf(const QString& told) {
+  if (told.isEmpty()) return std::nullopt;
+  return told.startsWith(u'#') ? HtmlToColor(told) : ToInteger32(told);
+}
+
+// Place of a face in the list of faces; -1 for one that isn't in it.
+int FaceIndex(const QString& face) {
+  static const QStringList rows[] = {
+      {QStringLiteral("Arial"), QStringLiteral("Arial, Helvetica")},
+      {QStringLiteral("Verdana"), QStringLiteral("Verdana, Arial, Helvetica")},
+      {QStringLiteral("Times New Roman")},
+      {QStringLiteral("Comic Sans MS")},
+      {QStringLiteral("Courier New")},
+      {QStringLiteral("Tahoma")},
+  };
+  for (int row = 0; row < int(std::size(rows)); ++row)
+    if (rows[row].contains(face)) return row;
+  return -1;
+}
+
+}  // namespace
+
+QAction* FWeb::Entry(const char* name) const {
+  return findChild<QAction*>(QLatin1String(name));
+}
+
+// --- events of the page view
+
+void FWeb::MoveCaret(int x, int y) {
+  FrCaret->move(jWB->x() + TwipsToPixels(x), jWB->y() + TwipsToPixels(y));
+}
+
+void FWeb::OnClick(const QString& sTag, int, int, int MouseXtr, int MouseYtr) {
+  const BusyGuard guard(Busy);
+  if (!guard) return;
+  FrCaret->hide();
+  static const QStringList shown = {QStringLiteral("FONT"), QStringLiteral("A"), QStringLiteral("B"),
+                                    QStringLiteral("BODY"), QStringLiteral("STRONG")};
+  if (!shown.contains(sTag)) return;
+  FrCaret->show();
+  MoveCaret(MouseXtr, MouseYtr);
+  if (sTag != u"A") ShowFontAtPoint();
+}
+
+void FWeb::ShowFontAtPoint() {
+  const auto font = jWB->CurFontProps();
+  if (font[4] != u"*") return;
+  if (const auto color = ColorOf(font[0])) BoxColor[0]->SetColor(*color);
+  if (const auto color = ColorOf(font[3])) BoxColor[1]->SetColor(*color);
+  SetIndex(BoxFace, FaceIndex(font[1]));
+  if (const auto size = ToInteger16(font[2])) SetIndex(BoxSize, *size - 1);
+}
+
+// The only place where the moving buttons are switched.
+void FWeb::OnDoubleClick(const QString& sTag) {
+  FrCaret->hide();
+  ShowSelFrame(jWB->IfSelection() == WBUC::ElementSelected && (sTag == u"FONT" || sTag == u"IMG"));
+}
+
+void FWeb::ShowSelFrame(bool On) {
+  FrWork->FrSel->setEnabled(On);
+  FrWork->LabSel->setEnabled(On);
+}
+
+void FWeb::OnRightClick() {
+  {
+    const BusyGuard guard(Busy);
+    if (!guard) return;
+    FrCaret->hide();
+    EnableEditEntries(true);
+  }
+  const QPoint mouse = QCursor::pos();
+  mPop->popup({mouse.x() - mPop->sizeHint().width() / 2, mouse.y()});
+}
+
+// The entries of the menu that pops up, or those of the menu bar, by what the page view has at this moment.
+void FWeb::EnableEditEntries(bool popup) {
+  const auto enable = [&](const char* ofPopup, const char* ofBar, bool on) {
+    Entry(popup ? ofPopup : ofBar)->setEnabled(on);
+  };
+  const auto selection = jWB->IfSelection();
+  enable("mCutPop", "mCut", selection >= WBUC::TextSelected);
+  enable("mCopyPop", "mCopy", selection >= WBUC::TextSelected);
+  enable("mSelTextP", "mSelText", selection == WBUC::TextSelected);
+  enable("mPasteP0", "mPaste0", jWB->HasCurrentTextRange() && jWB->HasTextClip());
+  enable("mPasteP1", "mPaste1", jWB->HasTagClip());
+  enable("mPasteP2", "mPaste2", ClipboardHasText());
+  // By the tag of the last click, not by what is under the mouse. A row has no table properties.
+  const QString tag = jWB->CurrentElementTag();
+  enable("mAlignPic", "mAlignPic1", tag == u"IMG");
+  enable("mTableProps", "mTableProps1", tag == u"TD" || tag == u"TABLE");
+}
+
+void FWeb::ShowPaste2Menu() {
+  Entry("mPasteP20")->setEnabled(jWB->HasTextClip() && jWB->HasCurrentTextRange());
+  Entry("mPasteP21")->setEnabled(jWB->HasTagClip());
+  Entry("mPasteP22")->setEnabled(ClipboardHasText());
+  const QPoint mouse = QCursor::pos();
+  mPop2->exec({mouse.x() - mPop2->sizeHint().width() / 2, mouse.y()});
+}
+
+void FWeb::OnElementHover(const QString& sTag) {
+  struct Row {
+    const char* tags;
+    const char* caption;
+  };
+  static constexpr Row rows[] = {
+      {"FONT B STRONG", "Text Block"}, {"IMG", "Picture"}, {"TD TR TABLE", "Table"}, {"BODY", "Page"}};
+  const QString tag = UpperAscii(sTag);
+  QString caption;
+  for (const Row& row : rows)
+    if (!tag.isEmpty() && QString::fromLatin1(row.tags).split(u' ').contains(tag)) caption = QLatin1String(row.caption);
+  // The current element's address, which isn't always that of the link under the mouse.
+  if (tag == u"A") caption = jWB->CurrentElement().getAttribute(QStringLiteral("href"), 0);
+  FrWork->LabHover->setText(caption);
+}
+
+// --- the Work Window
+
+void FWeb::bProps() {
+  emit PagePropsRequested();
+}
+
+void FWeb::bSel(int Index) {
+  const BusyGuard guard(Busy);
+  if (!guard) return;
+  if (Index >= firstOfSpace && !jWB->HasCurrentElement()) {
+    program_.platform.dialogs.ShowMessage(this, StringText(108));
+    return;
+  }
+  switch (Index) {
+    case 0:
+      return jWB->Cut();
+    case 1:
+      return jWB->Copy();
+    case 2:
+      return ShowPaste2Menu();
+    case 3:
+      return AddLink();
+    case 4:
+      emit AddPictureRequested();
+      return;
+    case 5:
+      emit ToolRequested(3, QString());
+      return;
+    case 6:
+      return ReportMoveResult(jWB->MoveElementOneElement(1));
+    case 7:
+    case 8:
+    case 9:
+    case 10:
+      return jWB->MoveElementOneSpace(Index - firstOfSpace);
+    case 11:
+      return ReportMoveResult(jWB->MoveElementOneElement(-1));
+    default:
+      return;
+  }
+}
+
+// The answer that is offered is taken as well.
+void FWeb::AddLink() {
+  Dialogs& dialogs = program_.platform.dialogs;
+  if (jWB->SelText().isEmpty()) {
+    dialogs.ShowMessage(this, StringText(113));
+    return;
+  }
+  const QString url = dialogs.AskText(this, StringText(FixedText::EnterUrl), StringText(FixedText::CreateLinkTitle),
+                                      QStringLiteral("http://"));
+  if (!url.isEmpty()) jWB->CreateLinkSel(url);
+}
+
+void FWeb::ReportMoveResult(int code) {
+  static constexpr int numbers[] = {0, 108, 110, 111};
+  if (code < WBUC::NoElementSelected || code > WBUC::NoNeighbour) return;
+  program_.platform.dialogs.ShowMessage(this, StringText(numbers[code]), MessageIcon::None);
+}
+
+// --- the font controls
+
+void FWeb::OnBoxColor(int index) {
+  const BusyGuard guard(Busy);
+  if (!guard) return;
+  Swatch* const box = BoxColor[std::size_t(index)];
+  QWidget* const owner = tools_ && tools_->isVisible() ? tools_ : this;
+  const qint32 color = ShowColorDialog(program_, owner, box->Color());
+  if (color == -1) return;
+  box->SetColor(color);
+  if (index == 0) {
+    jWB->SetSelColor(ColorToHtml(color));
+  } else {
+    jWB->SetSelBackColor(ColorToHtml(color));
+  }
+}
+
+// --- entries of the menus
+
+void FWeb::mCut() {
+  jWB->Cut();
+}
+void FWeb::mCopy() {
+  jWB->Copy();
+}
+void FWeb::mPaste(int Index) {
+  jWB->Paste(Index);
+}
+
+// The page's own text colour changes nothing to the eye, but the text gets a FONT of its own.
+void FWeb::mMakeTBlock() {
+  jWB->SetSelColor(jWB->BodyFontColor());
+}
+
+void FWeb::mApplyFont() {
+  jWB->SetSelFontFace(BoxFace->currentText());
+  jWB->SetSelFontSize(QString::number(BoxSize->currentIndex() + 1));
+  jWB->SetSelColor(ColorToHtml(BoxColor[0]->Color()));
+}
+
+void FWeb::mAlign(int Index) {
+  static const QStringList values = {QStringLiteral("left"), QStringLiteral("right"), QStringLiteral("center")};
+  if (jWB->HasCurrentElement() && jWB->CurrentElementTag() == u"IMG")
+    jWB->CurrentElement().setAttribute(QStringLiteral("align"), values.value(Index));
+}
+
+void FWeb::mTableProps() {
+  if (!jWB->HasCurrentElement()) return;
+  const QString tag = jWB->CurrentElementTag();
+  if (tag == u"TABLE") {
+    emit TablePropsRequested(jWB->CurrentElement());
+    return;
+  }
+  if (tag != u"TR" && tag != u"TD") return;
+  HTMLElement up = jWB->CurrentElement();
+  for (int step = 0; step < stepsToTable && up; ++step) {
+    up = up.parentElement();
+    if (up.tagName() != u"TABLE") continue;
+    emit TablePropsRequested(up);
+    return;
+  }
+}

@@ -1,0 +1,53 @@
+#include "NestingLimit.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+
+#include "HtmlParser.h"
+#include "QtPrinters.h"
+#include "TestPage.h"
+
+namespace {
+
+TEST(NestingLimit, TextThatNestsLessComesBackAsItIs) {
+  for (const QString& html : {
+           QString("<div><b>x</div></b>").repeated(5),
+           QString("<p>a<li>b<td>c<br><img>").repeated(50),
+           QString("<!-- <b><b><b><b> --><b title='<i><i>'>x</b>").repeated(5),
+           QString("<script>'<b><b><b><b>'</script><i>y</i>").repeated(5),
+           QString("<!--><b>x</b><?<i><i>>").repeated(2),
+           QString("<div><span>x</div>").repeated(50),
+           QString("<i a=\"<b>\" b = '<b>' c=>z</i></nothing>").repeated(9),
+       })
+    EXPECT_EQ(LimitNesting(html, 3), html);
+}
+
+TEST(NestingLimit, DeeperTagsGoWithTheirEndTagsAndTheirTextStays) {
+  EXPECT_EQ(LimitNesting("<b><i><u>x</u>y</i>z</b>", 2), "<b><i>xy</i>z</b>");
+  EXPECT_EQ(LimitNesting("<b><i><u>x</i>y</b><u>z</u>", 2), "<b><i>x</i>y</b><u>z</u>");
+  EXPECT_EQ(LimitNesting("<table><tr><td><table><td></div><div>x</table></table>", 1),
+            "<table><tr><td><td></div>x</table>");
+  EXPECT_EQ(LimitNesting("<DIV><Div A='>'>x</dIV ></DIV>", 1), "<DIV>x</DIV>");
+}
+
+TEST(NestingLimit, AHundredThousandLevelsAreReadInNoTime) {
+  for (const char* tag :
+       {"<div>", "<b>", "<div><table>", "<table><tr><td></div>", "<font><a><p>", "<svg>", "<object></b>", "</b><i>"}) {
+    QElapsedTimer clock;
+    clock.start();
+    const std::vector<Node*> nodes = ParseFragment(QString(tag).repeated(100000) + "end", Known().body);
+    EXPECT_LT(clock.elapsed(), 5000) << tag;
+    for (Node* node : nodes) DestroyTree(node);
+  }
+}
+
+TEST(NestingLimit, AsDeepAsATreeIsKeptNothingIsLost) {
+  TestPage page(QString("<div>").repeated(590) + "x");
+  int divs = 0;
+  for (const Node* node = page.document.root(); node; node = NextInTree(node))
+    divs += node->IsElement() && node->tag->localName == u"div";
+  EXPECT_EQ(divs, 590);
+}
+
+}  // namespace
