@@ -8,6 +8,7 @@
 #include "FTip.h"
 #include "FTools.h"
 #include "FWeb.h"
+#include "ModPics.h"
 #include "ModSettings.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -46,6 +47,7 @@ bool ModMain::Main() {
   make(iconMaker_);
   make(ops_, program_, *web_);
   make(tip_);
+  pics_ = std::make_unique<ModPics>(program_, *bitmap_);
   Connect();
   LoadWinSettings(program_, *web_);
   LoadPackSettings(program_);
