@@ -51,7 +51,8 @@ bool IsWholeBmp(const Bytes& bytes) {
     if (runLengths) return pixels < bytes.Size() && bytes.Holds(pixels + pixelBytes);
   }
   const qint64 row = (std::abs(width) * depth + 31) / 32 * 4;
-  return pixels < bytes.Size() && bytes.Holds(pixels + row * std::abs(height));
+  // Divided, since the product of two claims can be beyond any number.
+  return pixels < bytes.Size() && (row == 0 || std::abs(height) <= (bytes.Size() - pixels) / row);
 }
 
 // Behind a row of sub-blocks, which an empty one ends; -1 when the file ends before.
