@@ -13,6 +13,7 @@
 #include "FTip.h"
 #include "FTools.h"
 #include "FWeb.h"
+#include "ModPics.h"
 #include "ModSettings.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -52,6 +53,7 @@ bool ModMain::Main() {
   make(iconMaker_);
   make(ops_, program_, *web_);
   make(tip_);
+  pics_ = std::make_unique<ModPics>(program_, *bitmap_);
   Connect();
   LoadWinSettings(program_, *web_, Controls());
   LoadPackSettings(program_, Controls());
