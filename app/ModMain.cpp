@@ -8,6 +8,7 @@
 #include "FTip.h"
 #include "FTools.h"
 #include "FWeb.h"
+#include "ModPics.h"
 #include "ModSettings.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -40,9 +41,11 @@ bool ModMain::Main() {
   program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
   make(web_, program_, makeBrowser_);
   make(pic_);
-  make(tools_);
+  make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
+  pictures_ = std::make_unique<ModPics>(program_, *bitmap_);
+  tools_->SetPictures(*pictures_);
   make(iconMaker_);
   make(ops_, program_, *web_);
   make(tip_);
