@@ -47,9 +47,11 @@ bool ModMain::Main() {
   if (auto* const Ck4 = sets_->findChild<QAbstractButton*>(QStringLiteral("Ck4"))) Ck4->setChecked(program_.Compat4On);
   make(web_, program_, makeBrowser_);
   make(pic_);
-  make(tools_);
+  make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
+  pictures_ = std::make_unique<ModPics>(program_, *bitmap_);
+  tools_->SetPictures(*pictures_);
   make(iconMaker_);
   make(ops_, program_, *web_);
   make(tip_);
