@@ -33,7 +33,7 @@ class HTMLTxtRange : public HTMLTextRangeMetrics, public std::enable_shared_from
   HTMLTxtRange(const HTMLTxtRange&) = delete;
   HTMLTxtRange& operator=(const HTMLTxtRange&) = delete;
 
-  // The characters in order: a BR, an HR and the edge of a block or cell as CR LF, a picture as nothing, U+00A0 kept.
+  // The characters in order: a BR and the edge of a block, cell or HR as CR LF, a picture as nothing, U+00A0 kept.
   QString text() const;
   // Puts one run of text, not parsed, in place of the content and leaves the range collapsed behind it.
   void setText(const QString& text);

@@ -17,7 +17,8 @@ std::optional<BoundaryPoint> StepBackward(const BoundaryPoint& from, const Node*
 // The deepest place behind the last character of `body`; behind a closing table, at the level of the table.
 BoundaryPoint EndOfText(Node* body);
 
-// The text between two points: a BR, an HR and the edges of blocks and cells as CR LF, other atomic elements as nothing.
+// The text between two points: a BR and the edges of blocks and cells as CR LF, atomic elements as nothing. An HR ends
+// lines as a block does.
 QString TextBetween(const LiveRange& range);
 
 // False for a text that takes no room of its own: empty, or white space at an edge of a block or in the structure of a
