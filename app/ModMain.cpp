@@ -19,6 +19,7 @@
 #include "Program.h"
 #include "Settings.h"
 #include "StringTable.h"
+#include "Swatch.h"
 #include "WindowOrder.h"
 #include "fBitmap.h"
 #include "fIconMaker.h"
@@ -50,12 +51,11 @@ bool ModMain::Main() {
   make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
-  pictures_ = std::make_unique<ModPics>(program_, *bitmap_);
-  tools_->SetPictures(*pictures_);
   make(iconMaker_);
   make(ops_, program_, *web_);
   make(tip_);
   pics_ = std::make_unique<ModPics>(program_, *bitmap_);
+  tools_->SetPictures(*pics_);
   Connect();
   LoadWinSettings(program_, *web_, Controls());
   LoadPackSettings(program_, Controls());
@@ -79,6 +79,14 @@ void ModMain::Connect() {
   connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
   web_->SetTools(tools_.get());
+  FTools* const tools = tools_.get();
+  connect(web_.get(), &FWeb::ToolRequested, tools, &FTools::ShowTool);
+  connect(web_.get(), &FWeb::AddPictureRequested, tools, [this] { tools_->AddPicture(web_.get()); });
+  connect(web_.get(), &FWeb::TablePropsRequested, tools, &FTools::LoadTableProps);
+  connect(web_.get(), &FWeb::PagePropsRequested, tools, &FTools::OpenPageProps);
+  connect(web_.get(), &FWeb::SourceRequested, tools, &FTools::ShowSource);
+  connect(web_.get(), &FWeb::PageTextColorChanged, tools,
+          [tools](qint32 color) { tools->BoxColor[2]->SetColor(color); });
 }
 
 // Found by their names, which are those of the windows' members.

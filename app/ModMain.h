@@ -61,7 +61,6 @@ class ModMain : public QObject {
   std::unique_ptr<FPic> pic_;
   std::unique_ptr<FTools> tools_;
   std::unique_ptr<fBitmap> bitmap_;
-  std::unique_ptr<ModPics> pictures_;
   std::unique_ptr<fIconMaker> iconMaker_;
   std::unique_ptr<FOps> ops_;
   std::unique_ptr<FTip> tip_;
