@@ -216,6 +216,7 @@ void FWeb::Load() {
   program_.CurPageNo = 1;
   program_.ProjectName = QStringLiteral("Project1");
   SetCaption();
+  SetThemeBitmaps();
   SetControlLook(FrWork, QStringLiteral("framed"));
   BoxFace->setCurrentIndex(0);
   BoxSize->setCurrentIndex(2);

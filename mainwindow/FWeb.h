@@ -95,6 +95,8 @@ class FWeb : public QMainWindow {
   void SetTools(QWidget* tools) { tools_ = tools; }
 
   void ClearToolHover();
+  // The small pictures of the themes' entries.
+  void SetThemeBitmaps();
   void RaiseWorkWindow();
   void LowerWorkWindow();
   void SetCaption();

@@ -32,6 +32,13 @@ void CopyIfMissing(Program& program, const QString& source, const QString& name)
 
 }  // namespace
 
+void FWeb::SetThemeBitmaps() {
+  int number = 0;
+  for (const char* const menu : {"mThemesMain", "mTheme2"})
+    for (QAction* const entry : Entry(menu)->menu()->actions())
+      if (!entry->menu()) entry->setIcon(QIcon(QStringLiteral(":/themes/%1.svg").arg(number++)));
+}
+
 // False, and the page stays as it is, when the picture is missing.
 bool FWeb::ApplyTheme(const QString& picture, const QString& color, bool removesHeartFirst) {
   const QString sample = PathRules::Join(PathRules::Join(program_.AppPath, QStringLiteral("samples")), picture);

@@ -1,0 +1,288 @@
+"""A page made the way a person makes it, in the program itself with mouse and keys: text blocks, a bold word, a link,
+pictures of three kinds, a table, a background, moves, and the source.
+
+Usage: editing_test.py --build FOLDER
+Pictures of every stage are left in FOLDER/reports/editing. Skipped with exit code 77 where there is no virtual display.
+"""
+
+import argparse
+import os
+import re
+import struct
+import subprocess
+import sys
+import zlib
+
+HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
+from virtual_desktop import Corvane, Desktop, missing_tools, wait_for  # noqa: E402
+
+SKIPPED = 77
+# The Work Window stands at the bottom of the display, in the middle.
+WORK = (461, 835)
+BUTTONS = {"cut": (25, 56), "copy": (63, 56), "paste": (101, 56), "link": (139, 56), "picture": (177, 56),
+           "table": (215, 56), "props": (303, 56), "left": (25, 124), "up": (63, 124), "right": (101, 124),
+           "down": (139, 124), "back": (277, 124), "forward": (323, 124)}
+
+
+class Failures:
+    def __init__(self):
+        self.count = self.checks = 0
+
+    def true(self, what, condition, found=""):
+        self.checks += 1
+        if condition:
+            print("ok   ", what)
+            return
+        self.count += 1
+        print("FAILED", what, "\n  found  %r" % (found,))
+
+
+def png(width, height, color):
+    """A picture of one colour."""
+    def chunk(kind, data):
+        body = kind + data
+        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
+    rows = (b"\0" + bytes(color) * width) * height
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+
+
+class Editor:
+    """What a hand does."""
+
+    def __init__(self, desktop, program, pictures):
+        self.desktop, self.program, self.pictures = desktop, program, pictures
+        self.stage = 0
+
+    def shot(self, name):
+        self.stage += 1
+        self.desktop.settle()
+        self.desktop.shot(os.path.join(self.pictures, "%02d-%s.png" % (self.stage, name)))
+
+    def press(self, button):
+        x, y = BUTTONS[button]
+        self.desktop.click(WORK[0] + x, WORK[1] + y)
+        self.desktop.settle(0.3)
+
+    def drag(self, start, end):
+        self.desktop.call("xdotool", "mousemove", *map(str, start), "mousedown", "1", "mousemove",
+                          str((start[0] + end[0]) // 2), str(end[1]), "mousemove", *map(str, end), "mouseup", "1")
+        self.desktop.settle(0.3)
+
+    def double_click(self, x, y):
+        self.desktop.call("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
+        self.desktop.settle(0.3)
+
+    def type(self, text):
+        self.desktop.call("xdotool", "type", "--delay", "40", text)
+        self.desktop.settle(0.3)
+
+    def page(self):
+        """The saved page's body."""
+        self.desktop.settle(0.3)
+        html = self.program.save().decode("ascii")
+        return re.search(r"<body[^>]*>(.*)</body>", html, re.S).group(1)
+
+    def whole_page(self):
+        self.desktop.settle(0.3)
+        return self.program.save().decode("ascii")
+
+    def window(self, title):
+        """Waits for a window with that title to have the keys."""
+        return self.desktop.wait_active(title, lambda now: self.desktop.title(str(now)) == title)
+
+    def closed(self):
+        self.desktop.wait_active("the main window has the keys again", lambda now: now == self.program.window)
+
+    def choose_file(self, path):
+        self.window("Select Picture")
+        self.desktop.settle(0.3)
+        self.type(path)
+        self.desktop.keys("Return")
+        self.desktop.settle(0.3)
+
+    def list_entry(self, x, y, downs):
+        """Opens a list and goes to an entry, counted from the first."""
+        self.desktop.click(x, y)
+        self.desktop.settle(0.3)
+        self.desktop.keys("Home", *(["Down"] * downs), "Return")
+        self.desktop.settle(0.3)
+
+
+def text_blocks(editor, check):
+    program = editor.program
+    program.click_into_page(600, 300)
+    editor.type("first words")
+    editor.desktop.keys("Return")
+    editor.type("second line")
+    check.true("the typed text", editor.page().startswith("first words<br />second line"), editor.page())
+    editor.drag((8, 106), (95, 106))
+    editor.list_entry(986, 73, 4)  # Courier New
+    body = editor.page()
+    check.true("the first line has its face", '<font face="Courier New">first words</font>' in body, body)
+    editor.list_entry(1090, 73, 4)  # 5
+    check.true("and its size, being still selected",
+               '<font face="Courier New" size="5">first words</font>' in editor.page(), editor.page())
+    editor.shot("face-and-size")
+
+
+def colour(editor, check):
+    """The colour dialog, by its own field for the colour's text."""
+    editor.desktop.click(1144, 73)
+    dialog = wait_for("the colour dialog", lambda: [one for one in editor.desktop.windows("Select Color")], 20)[0]
+    editor.desktop.settle(0.3)
+    editor.shot("colour-dialog")
+    editor.desktop.keys("alt+h")
+    editor.desktop.keys("ctrl+a")
+    editor.type("#cc0000")
+    editor.desktop.keys("Return")
+    wait_for("the colour dialog closes", lambda: dialog not in editor.desktop.windows())
+    body = editor.page()
+    check.true("the selected text has the colour", 'color="#CC0000"' in body, body)
+
+
+def bold_and_link(editor, check):
+    """A word of the second line bold, another one a link."""
+    at = wait_for("the second line", lambda: editor.desktop.find_color(0x000000, 6, 120, 100, 160))
+    y = at[1] + 4
+    editor.double_click(300, 500)  # nothing is selected any more
+    editor.drag((8, y), (58, y))
+    editor.desktop.click(1237, 73)
+    body = editor.page()
+    check.true("the word is bold", re.search(r"<b>sec\w*</b>", body) is not None, body)
+    editor.drag((68, y), (110, y))
+    editor.press("link")
+    editor.window("Create Link")
+    editor.type("example.org/")
+    editor.desktop.keys("Return")
+    editor.closed()
+    body = editor.page()
+    check.true("a word is a link", re.search(r'<a href="[^"]*example\.org/">', body) is not None, body)
+    editor.shot("bold-and-link")
+
+
+def pictures(editor, check, folder):
+    files = {"pic one.gif": None, "pic.jpg": None, "pic.png": png(60, 40, (0, 120, 60))}
+    for name, data in files.items():
+        path = os.path.join(folder, name)
+        if data:
+            with open(path, "wb") as file:
+                file.write(data)
+        else:
+            editor.desktop.call("convert", "-size", "70x50", "xc:orange" if "gif" in name else "xc:steelblue", path)
+    editor.program.click_into_page(600, 400)
+    for name in files:
+        editor.press("picture")
+        editor.choose_file(os.path.join(folder, name))
+        if not name.endswith("png"):
+            editor.window("View Image")
+            editor.shot("view-image")
+            editor.desktop.keys("Return")
+            editor.closed()
+        body = editor.page()
+        check.true("%s is in the page" % name, 'src="%s"' % name.replace(" ", "_") in body, body)
+        check.true("%s lies beside the page" % name,
+                   os.path.isfile(editor.program.card(name.replace(" ", "_"))), os.listdir(editor.program.card("")))
+    check.true("a GIF has its sizes", re.search(r'<img src="pic_one.gif" width="70" height="50" />', body) is not None,
+               body)
+    check.true("a PNG has none", '<img src="pic.png" />' in body, body)
+    editor.shot("pictures")
+
+
+def table(editor, check):
+    editor.press("table")
+    editor.window("Tables")
+    editor.desktop.settle(0.3)
+    editor.type("300")
+    editor.desktop.keys("Tab")
+    editor.type("80")
+    editor.shot("table-panel")
+    editor.desktop.keys("Return")
+    editor.closed()
+    body = editor.page()
+    check.true("the table stands at the end", re.search(r'<table align="Left" width="300" height="80" border="0" '
+                                                        r'bgcolor="#E0E0E0" cellpadding="0">', body) is not None, body)
+    editor.desktop.settle()
+    editor.shot("table")
+
+
+def properties(editor, check, folder):
+    editor.press("props")
+    editor.window("Page Properties")
+    editor.desktop.settle(0.3)
+    editor.type("My page")
+    editor.desktop.keys("Tab", "space")
+    editor.shot("page-properties")
+    editor.desktop.keys("Escape")
+    editor.desktop.call("xdotool", "getactivewindow", "windowclose") if False else None
+    page = editor.whole_page()
+    check.true("the page has its title", "<title>My page</title>" in page, page[:200])
+
+
+def moves(editor, check):
+    """The first text block is double clicked, moved by spaces and lines, and back."""
+    editor.double_click(30, 108)
+    editor.press("right")
+    editor.press("down")
+    body = editor.page()
+    check.true("a space and a line before the block", body.startswith("&nbsp;<br /><font"), body[:80])
+    editor.press("up")
+    editor.press("left")
+    body = editor.page()
+    check.true("both are taken back", body.startswith("<font"), body[:80])
+    editor.shot("moved")
+
+
+def source(editor, check):
+    editor.desktop.keys("alt+v")
+    editor.desktop.settle(0.3)
+    editor.desktop.keys("s")
+    editor.window("Page Source")
+    editor.desktop.settle(0.3)
+    editor.shot("source")
+    editor.desktop.keys("ctrl+Home")
+    editor.desktop.keys("ctrl+a")
+    editor.type("<html><head><title>n</title></head><body><font size=4>new source</font></body></html>")
+    editor.shot("source-changed")
+    editor.desktop.keys("Tab", "Tab", "space")
+    wait_for("the page is written", lambda: b"new source" in open(editor.program.card("wgcard.html"), "rb").read())
+    editor.desktop.settle()
+    editor.shot("source-shown")
+
+
+def main():
+    options = argparse.ArgumentParser()
+    options.add_argument("--build", required=True)
+    build = os.path.abspath(options.parse_args().build)
+    missing = missing_tools() + [tool for tool in ("convert",) if subprocess.run(["which", tool], capture_output=True,
+                                                                                 check=False).returncode]
+    if missing:
+        print("skipped, not installed:", *missing)
+        return SKIPPED
+    check = Failures()
+    with Desktop() as desktop:
+        program = Corvane(desktop, os.path.join(build, "bin", "corvane"))
+        editor = Editor(desktop, program, os.path.join(build, "reports", "editing"))
+        program.start()
+        folder = desktop.path("pictures")
+        os.makedirs(folder)
+        try:
+            text_blocks(editor, check)
+            colour(editor, check)
+            bold_and_link(editor, check)
+            pictures(editor, check, folder)
+            table(editor, check)
+            properties(editor, check, folder)
+            moves(editor, check)
+            source(editor, check)
+        except BaseException:
+            editor.shot("failed")
+            raise
+        check.true("the program ended well", program.exit_without_saving() == 0)
+    print("%d checks, %d failed" % (check.checks, check.count))
+    return 1 if check.count else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
