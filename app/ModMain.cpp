@@ -13,6 +13,7 @@
 #include "FTip.h"
 #include "FTools.h"
 #include "FWeb.h"
+#include "ModPics.h"
 #include "ModSettings.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -46,12 +47,15 @@ bool ModMain::Main() {
   if (auto* const Ck4 = sets_->findChild<QAbstractButton*>(QStringLiteral("Ck4"))) Ck4->setChecked(program_.Compat4On);
   make(web_, program_, makeBrowser_);
   make(pic_);
-  make(tools_);
+  make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
+  pictures_ = std::make_unique<ModPics>(program_, *bitmap_);
+  tools_->SetPictures(*pictures_);
   make(iconMaker_);
   make(ops_, program_, *web_);
   make(tip_);
+  pics_ = std::make_unique<ModPics>(program_, *bitmap_);
   Connect();
   LoadWinSettings(program_, *web_, Controls());
   LoadPackSettings(program_, Controls());

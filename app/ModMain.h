@@ -14,6 +14,7 @@ class FSplash;
 class FTip;
 class FTools;
 class FWeb;
+class ModPics;
 class fBitmap;
 class fIconMaker;
 struct Program;
@@ -60,7 +61,10 @@ class ModMain : public QObject {
   std::unique_ptr<FPic> pic_;
   std::unique_ptr<FTools> tools_;
   std::unique_ptr<fBitmap> bitmap_;
+  std::unique_ptr<ModPics> pictures_;
   std::unique_ptr<fIconMaker> iconMaker_;
   std::unique_ptr<FOps> ops_;
   std::unique_ptr<FTip> tip_;
+  // Stays when the windows have gone: one of its routines may be waiting on the stack.
+  std::unique_ptr<ModPics> pics_;
 };

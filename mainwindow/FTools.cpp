@@ -1,1 +1,107 @@
+// The window itself: which panel shows, where, and how it goes.
 #include "FTools.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "FWeb.h"
+#include "ModPics.h"
+#include "Program.h"
+#include "ToolPanel.h"
+#include "Twips.h"
+#include "WindowOrder.h"
+
+namespace {
+
+struct Tool {
+  const char* caption;
+  int height, width;  // twips
+  std::size_t panel;
+};
+
+constexpr Tool kTools[] = {{"View Image", 2835, 5355, 0},
+                           {"Page Source", 7065, 9330, 1},
+                           {"Page Properties", 4845, 6525, 2},
+                           {"Tables", 4845, 6525, 3},
+                           {"Tables", 4845, 6525, 3}};
+
+constexpr const char* kPanelCaptions[] = {"  Add this picture to page?  ", "  Page Source Code  ",
+                                          "  Page Properties  ", "  Create new table   "};
+
+constexpr int kGapBelow = 60;  // twips
+
+}  // namespace
+
+FTools::FTools(Program& program, FWeb& web) : program_(program), web_(web) {
+  setObjectName(QStringLiteral("FTools"));
+  setWindowTitle(QStringLiteral("Tools"));
+  setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                 Qt::WindowCloseButtonHint);
+  for (std::size_t index = 0; index < FrTool.size(); ++index)
+    FrTool[index] = new ToolPanel(int(index), QLatin1String(kPanelCaptions[index]), this);
+  BuildPicturePanel();
+  BuildSourcePanel();
+  BuildPagePanel();
+  BuildTablePanel();
+  setFixedSize(TwipsToPixels(kTools[0].width), TwipsToPixels(kTools[0].height));
+  ShowPanel(0);
+}
+
+void FTools::ShowPanel(std::size_t index) {
+  for (std::size_t other = 0; other < FrTool.size(); ++other) FrTool[other]->setVisible(other == index);
+  FrTool[index]->FillRoom(size());
+  FrTool[index]->raise();
+}
+
+void FTools::ShowTool(int iOp, const QString& sArg) {
+  if (isVisible()) HideFromTop();
+  if (iOp >= 0 && iOp < int(std::size(kTools))) {
+    const Tool& tool = kTools[iOp];
+    setWindowTitle(QLatin1String(tool.caption));
+    setFixedSize(TwipsToPixels(tool.width), TwipsToPixels(tool.height));
+    if (iOp == 0) {
+      TPicPath->setText(sArg);
+      TPicPath->setToolTip(sArg);
+    }
+    if (iOp == 1) bCloseText[1]->setEnabled(false);
+    if (iOp == 3) FrTool[3]->SetCaption(QStringLiteral("  Create new table  "));
+    if (iOp == 4) FrTool[3]->SetCaption(QStringLiteral("  Edit table properties  "));
+    if (iOp >= 3) LabNewTable->setVisible(iOp == 3);
+    ShowPanel(tool.panel);
+  }
+  PlaceAtBottom();
+  show();
+  raise();
+  activateWindow();
+  if (iOp > 2) TTable[0]->setFocus();
+  SetTopmost(this);
+}
+
+// In the middle of the main window's lower edge. A window that was never shown has no frame yet; it gets one like that
+// of the main window.
+void FTools::PlaceAtBottom() {
+  const QRect web = web_.frameGeometry();
+  QSize frame = frameGeometry().size() - size();
+  if (frame.isNull()) frame = web.size() - web_.size();
+  const QSize own = size() + frame;
+  const double left = PixelsToTwips(web.x()) + PixelsToTwips(web.width()) / 2.0 - PixelsToTwips(own.width()) / 2.0;
+  const int top = PixelsToTwips(web.y()) + PixelsToTwips(web.height()) - PixelsToTwips(own.height()) - kGapBelow;
+  move(TwipsToPixels(left), TwipsToPixels(top));
+}
+
+void FTools::HideFromTop() {
+  SetNotTopmost(this);
+  hide();
+}
+
+// The close box only hides.
+void FTools::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (isVisible()) HideFromTop();
+}
+
+void FTools::HideViewer() {
+  if (pictures_) pictures_->HideViewer();
+}

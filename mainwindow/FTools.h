@@ -1,11 +1,101 @@
-// The tool window with its four panels; empty so far.
+// The tool window: four panels, of which one shows at a time, for a picture to add, the page's source, the page's
+// properties and a table. It holds no values of its own: what its controls show is read from the page view before they
+// open, and what the user does goes to the page view, at once or on OK.
 #pragma once
 
-#include "ShellWindow.h"
+#include <QWidget>
+#include <array>
 
-class FTools : public ShellWindow {
+#include "ToolControls.h"
+
+class HTMLElement;
+class ModPics;
+class QCheckBox;
+class SourceText;
+class ToolPanel;
+class FWeb;
+struct Program;
+
+class FTools : public QWidget {
   Q_OBJECT
 
  public:
-  FTools() : ShellWindow(QStringLiteral("FTools"), QStringLiteral("Tools")) {}
+  // Both must live as long as the window is used.
+  FTools(Program& program, FWeb& web);
+
+  // Where pictures are looked at before they are added. It must live as long as the window is used.
+  void SetPictures(ModPics& pictures) { pictures_ = &pictures; }
+
+  // Shows a panel at the bottom of the main window and above all others: 0 the picture at the path `sArg`, 1 page
+  // source, 2 page properties, 3 new table, 4 the table's properties. Any other number shows the window as it is.
+  void ShowTool(int iOp, const QString& sArg);
+
+  // Lets the user choose a picture. A GIF or JPG is looked at first, a PNG goes straight into the page.
+  void AddPicture(QWidget* owner);
+
+  // Opens the panel with the values of a TABLE, which doesn't become the current element by that.
+  void LoadTableProps(const HTMLElement& el);
+
+  void OpenPageProps();
+  void ShowSource();
+
+  // Guard against re-entry of the handlers that open dialogs or change the page.
+  bool Busy = false;
+
+  std::array<ToolPanel*, 4> FrTool{};
+
+  QGroupBox* Frame1 = nullptr;
+  QLineEdit* TPicPath = nullptr;
+  std::array<QLineEdit*, 3> TSpec{};     // width, height, KB
+  std::array<QPushButton*, 2> bOKPic{};  // OK, Cancel
+
+  SourceText* T1 = nullptr;
+  std::array<QPushButton*, 2> bCloseText{};  // OK, Save Changes
+
+  QLineEdit* TTitle = nullptr;
+  QPushButton* bTitle = nullptr;
+  std::array<Swatch*, 4> BoxColor{};       // links, page background, body text; background of the table
+  std::array<QPushButton*, 2> bBackPic{};  // Browse, Remove
+  QComboBox* BoxFace = nullptr;
+  QComboBox* BoxSize = nullptr;
+  ThreeOptions OpBod{};
+  QPushButton* bOKProps = nullptr;
+
+  QLabel* LabNewTable = nullptr;       // hidden while a table is edited: that is the panel's mode
+  std::array<QLineEdit*, 2> TTable{};  // width, height
+  QCheckBox* CkBorder = nullptr;
+  QComboBox* BoxBorder = nullptr;
+  QComboBox* BoxPadding = nullptr;
+  ThreeOptions OpH{};
+  ThreeOptions OpHTD{};
+  ThreeOptions OpVTD{};
+  std::array<QPushButton*, 2> bOKTable{};  // OK, Cancel
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void BuildPicturePanel();
+  void BuildSourcePanel();
+  void BuildPagePanel();
+  void BuildTablePanel();
+
+  void OnOKPic(int Index);
+  void OnCloseText(int Index);
+  void OnBoxColor(int Index);
+  void OnBackPic(int Index);
+  void OnBoxFace();
+  void OnOpBod();
+  void OnOKTable(int Index);
+  void ApplyToTable();
+
+  void ShowPanel(std::size_t index);
+  void PlaceAtBottom();
+  void HideFromTop();
+  void HideViewer();
+  QString CopyBesidePages(const QString& path);
+
+  Program& program_;
+  FWeb& web_;
+  ModPics* pictures_ = nullptr;
 };

@@ -28,7 +28,7 @@ WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
 // Two frames of buttons with a small label under each; both frames are as wide as the window.
 void WorkWindow::BuildButtons() {
   constexpr int button = 28;
-  constexpr int labelWidth = 44;
+  constexpr int labelWidth = 46;
   constexpr int top = 22;
   const auto frame = [this](const char* name, const char* caption, QRect place) {
     auto* const made = new QGroupBox(QLatin1String(caption), this);

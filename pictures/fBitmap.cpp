@@ -1,1 +1,67 @@
 #include "fBitmap.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Numbers.h"
+
+namespace {
+
+QPoint Pixel(float x, float y) {
+  return QPoint(int(RoundEven(x)), int(RoundEven(y)));
+}
+
+QString Whole(float length) {
+  return QString::number(int(RoundEven(std::abs(length))));
+}
+
+}  // namespace
+
+fBitmap::fBitmap()
+    : ShellWindow(QStringLiteral("fBitmap"), QStringLiteral("Use This Picture?")),
+      Pic(new Surface(QStringLiteral("Pic"), this)),
+      PicX(new Surface(QStringLiteral("PicX"), this)) {
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  PicX->hide();
+  connect(Pic, &Surface::MouseDown, this, [this](Qt::MouseButton, QPoint at) { Pic_MouseDown(at); });
+  connect(Pic, &Surface::MouseMove, this, &fBitmap::Pic_MouseMove);
+  connect(Pic, &Surface::MouseUp, this, [this](Qt::MouseButton, QPoint at) { Pic_MouseUp(at); });
+}
+
+void fBitmap::Pic_MouseDown(QPoint at) {
+  emit Notices.LabCropSize(QString());
+  Pic->ClearDrawings();
+  State.CropDefined = false;
+  State.CropX0 = float(at.x());
+  State.CropY0 = float(at.y());
+  State.CropDragging = true;
+}
+
+void fBitmap::Pic_MouseMove(QPoint at) {
+  if (!State.CropDragging) return;
+  Pic->ClearDrawings();
+  Pic->InvertRectangle(Pixel(State.CropX0, State.CropY0), at);
+  // The size as dragged; what lies outside of the picture counts.
+  emit Notices.LabCropSize(Whole(State.CropX0 - float(at.x())) + QStringLiteral(" X ") +
+                           Whole(State.CropY0 - float(at.y())));
+}
+
+void fBitmap::Pic_MouseUp(QPoint at) {
+  if (float(at.x()) == State.CropX0 || float(at.y()) == State.CropY0) {
+    Pic->ClearDrawings();
+    State.CropDragging = false;
+    return;
+  }
+  if (State.CropDragging) {
+    // A picture without an area has the one place 0.
+    const auto clamp = [](float value, int length) { return std::clamp(value, 0.0F, float(std::max(length - 1, 0))); };
+    State.CropX0 = clamp(State.CropX0, Pic->width());
+    State.CropX1 = clamp(float(at.x()), Pic->width());
+    State.CropY0 = clamp(State.CropY0, Pic->height());
+    State.CropY1 = clamp(float(at.y()), Pic->height());
+    Pic->ClearDrawings();
+    Pic->InvertRectangle(Pixel(State.CropX0, State.CropY0), Pixel(State.CropX1, State.CropY1));
+  }
+  State.CropDragging = false;
+  State.CropDefined = true;
+}

@@ -207,6 +207,15 @@ QByteArray Mixed() {
          Words(50, 62) + "</BODY></HTML>";
 }
 
+// The engine has its caret in such a table where the page beside or below it is hit.
+QByteArray LooseTables() {
+  const QByteArray table = "<TABLE STYLE=\"display:block;width:250px\" BORDER=1><TR><TD><FONT>";
+  const QByteArray end = "</FONT></TD></TR></TABLE>";
+  const QByteArray nested = table + Words(12, 161) + "</FONT>" + table + Words(4, 162) + end + "</TD></TR></TABLE>";
+  return Body("<FONT SIZE=5>" + Words(40, 160) + "</FONT>" + nested + Words(20, 163) + table + Words(30, 164) + end +
+              Words(9, 165) + nested);
+}
+
 QByteArray Empty() {
   return Body({});
 }
@@ -241,11 +250,11 @@ void BuildUp(HostedView& page) {
 }
 
 const TestPage pages[] = {
-    {"NestedTables", NestedTables},       {"Floats", Floats},
-    {"LongParagraphs", LongParagraphs},   {"Images", Images},
-    {"RightToLeft", RightToLeft},         {"Standards", Standards},
-    {"Scrolled", Scrolled, 150, 700},     {"Mixed", Mixed},
-    {"FontBlocks", Empty, 0, 0, BuildUp},
+    {"NestedTables", NestedTables},     {"Floats", Floats},
+    {"LongParagraphs", LongParagraphs}, {"Images", Images},
+    {"RightToLeft", RightToLeft},       {"Standards", Standards},
+    {"Scrolled", Scrolled, 150, 700},   {"Mixed", Mixed},
+    {"LooseTables", LooseTables},       {"FontBlocks", Empty, 0, 0, BuildUp},
 };
 
 // A place in the words of the page's script.
@@ -360,6 +369,7 @@ class Geometry : public testing::TestWithParam<TestPage> {
 TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {
   int places = 0;
   int letters = 0;
+  int besideTables = 0;
   for (int number = 0; number < pointsPerPage; ++number) {
     const QPoint point = PointNumber(number, 10, 10);
     SCOPED_TRACE(testing::Message() << "click " << number << " at " << point.x() << ", " << point.y());
@@ -382,6 +392,7 @@ TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {
     EXPECT_TRUE(range.IsCollapsed());
     EXPECT_EQ(PlaceOf(range.start), PlaceOf(place));
     ExpectCorner(place, click[3], click[4]);
+    if (told[QLatin1String("atTable")].toBool()) ++besideTables;
     if (++places % placesPerLetter == 0) {
       ASSERT_NO_FATAL_FAILURE(TypeLetter(told));
       ++letters;
@@ -389,6 +400,7 @@ TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {
     if (HasFailure()) break;
   }
   EXPECT_GE(places, pointsPerPage / 4);
+  EXPECT_EQ(besideTables > 0, GetParam().html == LooseTables) << besideTables;
   EXPECT_GE(letters, pointsPerPage / 4 / placesPerLetter);
 }
 

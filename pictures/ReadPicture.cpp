@@ -1,0 +1,62 @@
+#include "ReadPicture.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <cstdlib>
+
+#include "PictureFormat.h"
+
+namespace {
+
+constexpr int kSideBound = 30'000;
+constexpr qint64 kMostPixels = 64'000'000;
+// Room for the most pixels at 32 bits each.
+constexpr int kMostMegabytes = 256;
+// A little more than the largest picture takes in its longest form.
+constexpr qint64 kMostFileBytes = 300'000'000;
+
+// The image reader's limit is the whole process's; it comes back with the object.
+class AllocationLimit {
+ public:
+  AllocationLimit() : before_(QImageReader::allocationLimit()) { QImageReader::setAllocationLimit(kMostMegabytes); }
+  ~AllocationLimit() { QImageReader::setAllocationLimit(before_); }
+  AllocationLimit(const AllocationLimit&) = delete;
+  AllocationLimit& operator=(const AllocationLimit&) = delete;
+
+ private:
+  int before_;
+};
+
+}  // namespace
+
+bool IsHoldableSize(QSize pixels) {
+  return pixels.width() > 0 && pixels.height() > 0 && pixels.width() < kSideBound && pixels.height() < kSideBound &&
+         qint64(pixels.width()) * pixels.height() <= kMostPixels;
+}
+
+QImage PictureFromBytes(const QByteArray& bytes) {
+  const PictureFormat format = PictureFormatOf(bytes);
+  if (!IsWholePicture(bytes, format)) return QImage();
+  const AllocationLimit limit;
+  QBuffer buffer;
+  buffer.setData(bytes);
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer, FormatName(format));
+  reader.setAutoDetectImageFormat(false);
+  reader.setAutoTransform(true);
+  // A bitmap that is stored from the top has a negative height.
+  const QSize claimed = reader.size();
+  if (!IsHoldableSize({std::abs(claimed.width()), std::abs(claimed.height())})) return QImage();
+  QImage image = reader.read();
+  return IsHoldableSize(image.size()) ? image : QImage();
+}
+
+QImage ReadPicture(const QString& path) {
+  const QFileInfo info(path);
+  if (!info.isFile() || info.size() > kMostFileBytes) return QImage();
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return QImage();
+  return PictureFromBytes(file.readAll());
+}

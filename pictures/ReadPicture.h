@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+// Decoding of picture files within bounds: BMP, GIF (its first frame), ICO (its first image), JPEG (upright, as its
+// camera tells) and PNG. The content decides, not the name. A null image comes back for a file that is missing, no
+// plain file, empty, cut off, of another kind, larger than the bounds, or can't be decoded.
+QImage ReadPicture(const QString& path);
+QImage PictureFromBytes(const QByteArray& bytes);
+
+// What the program holds of one picture: sides below 30,000 and up to 64 million pixels.
+bool IsHoldableSize(QSize pixels);
