@@ -1,7 +1,6 @@
 #include "ModMain.h"
 
 #include <QAbstractButton>
-#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -89,10 +88,10 @@ void ModMain::Connect() {
           [tools](qint32 color) { tools->BoxColor[2]->SetColor(color); });
 }
 
-// Found by their names, which are those of the windows' members.
+// Those of FSets by their names, which are those of the members that it is going to have.
 WindowControls ModMain::Controls() const {
   WindowControls controls;
-  controls.BoxFace = tools_->findChild<QComboBox*>(QStringLiteral("BoxFace"));
+  controls.BoxFace = tools_->BoxFace;
   controls.tPath = sets_->findChild<QLineEdit*>(QStringLiteral("tPath"));
   controls.tLink = sets_->findChild<QLineEdit*>(QStringLiteral("tLink"));
   controls.ImCustom = sets_->findChild<QLabel*>(QStringLiteral("ImCustom"));

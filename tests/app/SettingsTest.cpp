@@ -435,6 +435,18 @@ TEST_F(SettingsOfTheProgram, SizesAndFacesBeyondTheListsArePassedOver) {
   }
 }
 
+TEST_F(SettingsOfTheProgram, AFaceBeyondTheListLeavesTheToolWindowAsItWas) {
+  for (const char* value : {"6", "99999", "none"}) {
+    Store(Settings::BFaceDex, value);
+    Make();
+    QObject::connect(&run_->modMain, &ModMain::WindowMade, &run_->modMain, [this](const QString& window) {
+      if (window == u"FTools") FaceList(run_->modMain)->setCurrentIndex(3);
+    });
+    ASSERT_TRUE(run_->Start());
+    EXPECT_EQ(3, FaceList(run_->modMain)->currentIndex()) << value;
+  }
+}
+
 // The colour dialog's colours.
 
 TEST_F(SettingsOfTheProgram, CustomColorsAreWholeNumbersOf32Bits) {

@@ -1,4 +1,4 @@
-// The controls of FTools and FSets that the settings fill, for as long as those windows haven't all of them.
+// The controls of FSets that the settings fill, for as long as that window hasn't all of them.
 #pragma once
 
 #include <QCheckBox>
@@ -22,35 +22,25 @@ inline QByteArray IconFile() {
          Resource("WP");
 }
 
-// Gives the two windows what they lack as soon as they are made, before the settings are loaded. A control that the
-// window has already is left as it is. The list of faces has nothing selected.
+template <typename Control>
+void MakeIfMissing(QWidget* window, const QString& name) {
+  if (!window->findChild<QWidget*>(name)) (new Control(window))->setObjectName(name);
+}
+
+// Gives the window what it lacks as soon as it is made, before the settings are loaded. A control that it has already
+// is left as it is.
 inline void MakeMissingControls(ModMain& modMain) {
-  QObject::connect(&modMain, &ModMain::WindowMade, &modMain, [&modMain](const QString& name) {
-    const auto make = [](auto* control, QWidget* window, const QString& controlName) {
-      using Control = std::remove_pointer_t<decltype(control)>;
-      if (window->findChild<QWidget*>(controlName)) return static_cast<Control*>(nullptr);
-      auto* const made = new Control(window);
-      made->setObjectName(controlName);
-      return made;
-    };
-    if (name == u"FTools") {
-      if (auto* const box = make(static_cast<QComboBox*>(nullptr), modMain.Tools(), "BoxFace")) {
-        for (int i = 0; i < modMain.Web()->BoxFace->count(); ++i) box->addItem(modMain.Web()->BoxFace->itemText(i));
-        box->setCurrentIndex(-1);
-      }
-    } else if (name == u"FSets") {
-      make(static_cast<QLineEdit*>(nullptr), modMain.Sets(), "tPath");
-      make(static_cast<QLineEdit*>(nullptr), modMain.Sets(), "tLink");
-      make(static_cast<QLabel*>(nullptr), modMain.Sets(), "ImCustom");
-      make(static_cast<QCheckBox*>(nullptr), modMain.Sets(), "Ck4");
-      for (int i = 0; i <= 10; ++i)
-        make(static_cast<QRadioButton*>(nullptr), modMain.Sets(), QString("OpIco%1").arg(i));
-    }
+  QObject::connect(&modMain, &ModMain::WindowMade, &modMain, [&modMain](const QString& made) {
+    if (made != u"FSets") return;
+    for (const char* name : {"tPath", "tLink"}) MakeIfMissing<QLineEdit>(modMain.Sets(), name);
+    MakeIfMissing<QLabel>(modMain.Sets(), "ImCustom");
+    MakeIfMissing<QCheckBox>(modMain.Sets(), "Ck4");
+    for (int i = 0; i <= 10; ++i) MakeIfMissing<QRadioButton>(modMain.Sets(), QString("OpIco%1").arg(i));
   });
 }
 
 inline QComboBox* FaceList(const ModMain& modMain) {
-  return modMain.Tools()->findChild<QComboBox*>("BoxFace");
+  return modMain.Tools()->BoxFace;
 }
 
 template <typename Control>
