@@ -2,6 +2,7 @@
 #include "FTools.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -97,6 +98,25 @@ void FTools::HideFromTop() {
 }
 
 // The close box only hides.
+void FTools::keyPressEvent(QKeyEvent* event) {
+  struct Row {
+    ToolPanel* panel;
+    QPushButton* ok;
+    QPushButton* out;
+  };
+  const bool inTitle = TTitle->hasFocus();
+  const Row rows[] = {{FrTool[0], bOKPic[0], bOKPic[1]},
+                      {FrTool[2], inTitle ? bTitle : bOKProps, bOKProps},
+                      {FrTool[3], bOKTable[0], bOKTable[1]}};
+  const bool isOk = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  for (const Row& row : rows) {
+    if (!row.panel->isVisible() || (!isOk && event->key() != Qt::Key_Escape)) continue;
+    (isOk ? row.ok : row.out)->click();
+    return;
+  }
+  QWidget::keyPressEvent(event);
+}
+
 void FTools::closeEvent(QCloseEvent* event) {
   event->ignore();
   if (isVisible()) HideFromTop();

@@ -73,6 +73,8 @@ class FTools : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  // Return is the panel's OK and Escape its way out; the source text keeps both keys to itself.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void BuildPicturePanel();
