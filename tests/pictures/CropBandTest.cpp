@@ -54,9 +54,11 @@ TEST_F(CropBand, AMouseThatOnlyPassesDrawsNothing) {
 TEST_F(CropBand, AnyButtonDrags) {
   Open(100, 80);
   for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
-    state_.CropDefined = false;
+    state_ = PictureState();
     Send(QEvent::MouseButtonPress, {10, 20}, button);
+    EXPECT_TRUE(state_.CropDragging) << button;
     Send(QEvent::MouseMove, {30, 50}, button);
+    EXPECT_EQ(QRect(QPoint(10, 20), QPoint(30, 50)), Outline()) << button;
     Send(QEvent::MouseButtonRelease, {30, 50}, button);
     EXPECT_TRUE(state_.CropDefined) << button;
   }

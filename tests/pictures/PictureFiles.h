@@ -12,6 +12,9 @@ QImage PlacePicture(int width, int height);
 // The file of an image; `format` is "bmp", "jpg", "png" or "ico".
 QByteArray EncodedPicture(const QImage& image, const char* format);
 
+// A JPEG whose camera tells that it is to be turned to the right by a quarter.
+QByteArray TurnedJpeg(const QImage& image);
+
 // A GIF file of one frame for each colour, all black, white, red or green. A transparent one shows nothing.
 enum class GifColor { Black, White, Red, Green };
 QByteArray GifFile(int width, int height, const QList<GifColor>& frames, bool transparent = false);
