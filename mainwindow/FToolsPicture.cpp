@@ -31,7 +31,7 @@ void FTools::BuildPicturePanel() {
   Frame1 = NewFrame("Add picture to page:");
   SetName(Frame1, "Frame1");
   auto* column = new QVBoxLayout(Frame1);
-  column->setContentsMargins(10, 6, 10, 8);
+  column->setContentsMargins(7, 4, 7, 6);
   column->setSpacing(6);
   TPicPath = NewBox("TPicPath");
   TPicPath->setReadOnly(true);

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr int kFrameMargins[] = {10, 4, 10, 7};
-constexpr QSize kSmallestSwatch = {48, 20};
+constexpr int kFrameMargins[] = {7, 4, 7, 6};
+constexpr QSize kSmallestSwatch = {36, 20};
 
 }  // namespace
 
@@ -73,7 +73,7 @@ QGroupBox* NewOptions(const char* caption, const char* name, const std::array<co
   QGroupBox* const frame = NewFrame(caption);
   auto* row = new QHBoxLayout(frame);
   row->setContentsMargins(kFrameMargins[0], kFrameMargins[1], kFrameMargins[2], kFrameMargins[3]);
-  row->setSpacing(8);
+  row->setSpacing(4);
   for (std::size_t index = 0; index < made.size(); ++index) {
     made[index] = new QRadioButton(QLatin1String(captions[index]));
     SetName(made[index], name, int(index));
