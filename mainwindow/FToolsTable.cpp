@@ -53,7 +53,7 @@ void FTools::BuildTablePanel() {
   auto* values = new QGridLayout;
   values->setHorizontalSpacing(6);
   values->setVerticalSpacing(5);
-  for (std::size_t index = 0; index < TTable.size(); ++index) {
+  for (std::size_t index = 0; index < std::size(kSizeLabels); ++index) {
     TTable[index] = NewBox("TTable", int(index));
     AddRow(values, int(index), 0, kSizeLabels[index], TTable[index]);
   }
@@ -82,7 +82,7 @@ void FTools::BuildTablePanel() {
   middle->setSpacing(8);
   middle->addLayout(values, 1);
   middle->addLayout(alignments);
-  for (std::size_t index = 0; index < bOKTable.size(); ++index) {
+  for (std::size_t index = 0; index < std::size(kButtons); ++index) {
     bOKTable[index] = NewButton("bOKTable", int(index), kButtons[index]);
     connect(bOKTable[index], &QPushButton::clicked, this, [this, index] { OnOKTable(int(index)); });
   }
