@@ -41,7 +41,7 @@ void FTools::BuildPicturePanel() {
   row->setSpacing(6);
   column->addLayout(row);
   for (std::size_t index = 0; index < std::size(kSpecLabels); ++index) {
-    TSpec[index] = NewBox("TSpec", int(index));
+    TSpec[index] = NewNumberBox("TSpec", int(index));
     TSpec[index]->setReadOnly(true);
     TSpec[index]->setAlignment(Qt::AlignHCenter);
     row->addWidget(NewLabel(kSpecLabels[index], TSpec[index]));

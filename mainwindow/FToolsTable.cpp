@@ -54,7 +54,7 @@ void FTools::BuildTablePanel() {
   values->setHorizontalSpacing(6);
   values->setVerticalSpacing(5);
   for (std::size_t index = 0; index < std::size(kSizeLabels); ++index) {
-    TTable[index] = NewBox("TTable", int(index));
+    TTable[index] = NewNumberBox("TTable", int(index));
     AddRow(values, int(index), 0, kSizeLabels[index], TTable[index]);
   }
   // The tip is that of the page's text colour.

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
 
 #include "AsciiText.h"
 #include "Swatch.h"
@@ -16,6 +17,22 @@ namespace {
 
 constexpr int kFrameMargins[] = {7, 4, 7, 6};
 constexpr QSize kSmallestSwatch = {36, 20};
+constexpr int kDigits = 5;
+
+class NumberBox : public QLineEdit {
+ public:
+  QSize minimumSizeHint() const override {
+    const QSize one = QLineEdit::minimumSizeHint();  // room for one letter
+    const int more = kDigits * fontMetrics().horizontalAdvance(u'0') - fontMetrics().maxWidth();
+    return {one.width() + std::max(0, more), one.height()};
+  }
+};
+
+// The list of Qt goes on asking for the room that it needed with a larger font.
+class List : public QComboBox {
+ public:
+  QSize minimumSizeHint() const override { return sizeHint(); }
+};
 
 }  // namespace
 
@@ -45,8 +62,14 @@ QLineEdit* NewBox(const char* name, int index) {
   return box;
 }
 
+QLineEdit* NewNumberBox(const char* name, int index) {
+  auto* box = new NumberBox;
+  SetName(box, name, index);
+  return box;
+}
+
 QComboBox* NewList(const char* name, const QStringList& items, const char* toolTip) {
-  auto* list = new QComboBox;
+  auto* list = new List;
   SetName(list, name);
   list->addItems(items);
   if (toolTip) list->setToolTip(QLatin1String(toolTip));
