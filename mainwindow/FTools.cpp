@@ -97,6 +97,14 @@ void FTools::HideFromTop() {
   hide();
 }
 
+// The desktop's font or style may change while the window is there.
+void FTools::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
+  for (ToolPanel* panel : FrTool)
+    if (panel && !panel->isHidden()) panel->FillRoom(size());
+}
+
 // The close box only hides.
 void FTools::keyPressEvent(QKeyEvent* event) {
   struct Row {

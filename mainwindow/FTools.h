@@ -72,6 +72,7 @@ class FTools : public QWidget {
   std::array<QPushButton*, 2> bOKTable{};  // OK, Cancel
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   // Return is the panel's OK and Escape its way out; the source text keeps both keys to itself.
   void keyPressEvent(QKeyEvent* event) override;

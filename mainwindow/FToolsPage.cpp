@@ -33,8 +33,8 @@ constexpr const char* kSwatchTips[] = {"Select color for links.", "Select page b
 
 QGridLayout* NewGrid(QWidget* frame) {
   auto* grid = new QGridLayout(frame);
-  grid->setContentsMargins(10, 6, 10, 8);
-  grid->setHorizontalSpacing(8);
+  grid->setContentsMargins(7, 4, 7, 6);
+  grid->setHorizontalSpacing(6);
   grid->setVerticalSpacing(5);
   return grid;
 }

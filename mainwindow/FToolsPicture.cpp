@@ -31,7 +31,7 @@ void FTools::BuildPicturePanel() {
   Frame1 = NewFrame("Add picture to page:");
   SetName(Frame1, "Frame1");
   auto* column = new QVBoxLayout(Frame1);
-  column->setContentsMargins(10, 6, 10, 8);
+  column->setContentsMargins(7, 4, 7, 6);
   column->setSpacing(6);
   TPicPath = NewBox("TPicPath");
   TPicPath->setReadOnly(true);
@@ -40,14 +40,14 @@ void FTools::BuildPicturePanel() {
   auto* row = new QHBoxLayout;
   row->setSpacing(6);
   column->addLayout(row);
-  for (std::size_t index = 0; index < TSpec.size(); ++index) {
-    TSpec[index] = NewBox("TSpec", int(index));
+  for (std::size_t index = 0; index < std::size(kSpecLabels); ++index) {
+    TSpec[index] = NewNumberBox("TSpec", int(index));
     TSpec[index]->setReadOnly(true);
     TSpec[index]->setAlignment(Qt::AlignHCenter);
     row->addWidget(NewLabel(kSpecLabels[index], TSpec[index]));
     row->addWidget(TSpec[index], 1);
   }
-  for (std::size_t index = 0; index < bOKPic.size(); ++index) {
+  for (std::size_t index = 0; index < std::size(kButtons); ++index) {
     bOKPic[index] = NewButton("bOKPic", int(index), kButtons[index]);
     connect(bOKPic[index], &QPushButton::clicked, this, [this, index] { OnOKPic(int(index)); });
   }

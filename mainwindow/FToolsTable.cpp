@@ -49,16 +49,12 @@ void FTools::BuildTablePanel() {
       QStringLiteral("Create a new table (rectangular frame area) in page. Tables can contain text and/or pictures."));
   SetName(LabNewTable, "LabNewTable");
   LabNewTable->setWordWrap(true);
-  // The controls below keep their places in both modes.
-  QSizePolicy policy = LabNewTable->sizePolicy();
-  policy.setRetainSizeWhenHidden(true);
-  LabNewTable->setSizePolicy(policy);
 
   auto* values = new QGridLayout;
-  values->setHorizontalSpacing(8);
+  values->setHorizontalSpacing(6);
   values->setVerticalSpacing(5);
-  for (std::size_t index = 0; index < TTable.size(); ++index) {
-    TTable[index] = NewBox("TTable", int(index));
+  for (std::size_t index = 0; index < std::size(kSizeLabels); ++index) {
+    TTable[index] = NewNumberBox("TTable", int(index));
     AddRow(values, int(index), 0, kSizeLabels[index], TTable[index]);
   }
   // The tip is that of the page's text colour.
@@ -83,10 +79,10 @@ void FTools::BuildTablePanel() {
   alignments->addWidget(NewOptions(" Internal Vert. Alignment ", "OpVTD", {"Top", "Center", "Bottom"}, true, OpVTD));
 
   auto* middle = new QHBoxLayout;
-  middle->setSpacing(12);
+  middle->setSpacing(8);
   middle->addLayout(values, 1);
   middle->addLayout(alignments);
-  for (std::size_t index = 0; index < bOKTable.size(); ++index) {
+  for (std::size_t index = 0; index < std::size(kButtons); ++index) {
     bOKTable[index] = NewButton("bOKTable", int(index), kButtons[index]);
     connect(bOKTable[index], &QPushButton::clicked, this, [this, index] { OnOKTable(int(index)); });
   }

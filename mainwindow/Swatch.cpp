@@ -9,9 +9,9 @@ void Swatch::SetColor(qint32 color) {
   update();
 }
 
+// Two filled boxes: a drawn outline is a pixel off on screens with more pixels to the unit.
 void Swatch::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), QColor(ColorToHtml(color_)));
-  painter.setPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.fillRect(rect(), palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
+  painter.fillRect(rect().adjusted(1, 1, -1, -1), QColor(ColorToHtml(color_)));
 }

@@ -8,14 +8,31 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
 
 #include "AsciiText.h"
 #include "Swatch.h"
 
 namespace {
 
-constexpr int kFrameMargins[] = {10, 4, 10, 7};
-constexpr QSize kSmallestSwatch = {48, 20};
+constexpr int kFrameMargins[] = {7, 4, 7, 6};
+constexpr QSize kSmallestSwatch = {36, 20};
+constexpr int kDigits = 5;
+
+class NumberBox : public QLineEdit {
+ public:
+  QSize minimumSizeHint() const override {
+    const QSize one = QLineEdit::minimumSizeHint();  // room for one letter
+    const int more = kDigits * fontMetrics().horizontalAdvance(u'0') - fontMetrics().maxWidth();
+    return {one.width() + std::max(0, more), one.height()};
+  }
+};
+
+// The list of Qt goes on asking for the room that it needed with a larger font.
+class List : public QComboBox {
+ public:
+  QSize minimumSizeHint() const override { return sizeHint(); }
+};
 
 }  // namespace
 
@@ -45,8 +62,14 @@ QLineEdit* NewBox(const char* name, int index) {
   return box;
 }
 
+QLineEdit* NewNumberBox(const char* name, int index) {
+  auto* box = new NumberBox;
+  SetName(box, name, index);
+  return box;
+}
+
 QComboBox* NewList(const char* name, const QStringList& items, const char* toolTip) {
-  auto* list = new QComboBox;
+  auto* list = new List;
   SetName(list, name);
   list->addItems(items);
   if (toolTip) list->setToolTip(QLatin1String(toolTip));
@@ -73,7 +96,7 @@ QGroupBox* NewOptions(const char* caption, const char* name, const std::array<co
   QGroupBox* const frame = NewFrame(caption);
   auto* row = new QHBoxLayout(frame);
   row->setContentsMargins(kFrameMargins[0], kFrameMargins[1], kFrameMargins[2], kFrameMargins[3]);
-  row->setSpacing(8);
+  row->setSpacing(4);
   for (std::size_t index = 0; index < made.size(); ++index) {
     made[index] = new QRadioButton(QLatin1String(captions[index]));
     SetName(made[index], name, int(index));

@@ -31,6 +31,7 @@ void SetName(QWidget* control, const char* name, int index = kNoIndex);
 QPushButton* NewButton(const char* name, int index, const ButtonRow& row);
 Swatch* NewSwatch(int index, const char* toolTip);
 QLineEdit* NewBox(const char* name, int index = kNoIndex);
+QLineEdit* NewNumberBox(const char* name, int index);  // never narrower than five digits
 QComboBox* NewList(const char* name, const QStringList& items, const char* toolTip = nullptr);
 
 // The label of a control, which takes its name for screen readers from it.

@@ -14,9 +14,9 @@ ToolPanel::ToolPanel(int index, const QString& caption, QWidget* parent)
     : QFrame(parent), group_(new QGroupBox(caption)), column_(new QVBoxLayout(group_)) {
   setObjectName(QStringLiteral("FrTool%1").arg(index));
   auto* around = new QVBoxLayout(this);
-  around->setContentsMargins(8, 6, 8, 8);
+  around->setContentsMargins(6, 4, 6, 6);
   around->addWidget(group_);
-  column_->setContentsMargins(10, 6, 10, 8);
+  column_->setContentsMargins(7, 4, 7, 6);
   column_->setSpacing(6);
 }
 
@@ -28,10 +28,12 @@ void ToolPanel::SetCaption(const QString& caption) {
 }
 
 bool ToolPanel::FitsInto(QSize room) const {
+  // A new font gets through to the layouts only when events are handled; the answer is wanted now.
   for (QWidget* widget : findChildren<QWidget*>()) {
     widget->ensurePolished();
-    widget->updateGeometry();  // layouts inside layouts hear of a new font only later
+    widget->updateGeometry();
   }
+  for (QLayout* inner : findChildren<QLayout*>()) inner->invalidate();
   const QLayout* const all = layout();
   const int height = all->hasHeightForWidth() ? all->minimumHeightForWidth(room.width()) : all->minimumSize().height();
   return all->minimumSize().width() <= room.width() && height <= room.height();

@@ -1,5 +1,7 @@
 #include "WorkOps.h"
 
+#include <limits>
+
 #include "Colors.h"
 #include "Numbers.h"
 #include "WBUC.h"
@@ -11,6 +13,9 @@ const QString afterEnd = QStringLiteral("AfterEnd");
 
 // Difference of two values in the list of paddings.
 constexpr int paddingStep = 5;
+
+// Stands for a number that doesn't fit.
+constexpr int beyondAnyList = std::numeric_limits<int>::max();
 
 QString Read(const HTMLElement& element, const char* name) {
   return element.getAttribute(QString::fromLatin1(name), 0);
@@ -48,7 +53,7 @@ TableProps ReadTableProps(const HTMLElement& table) {
   props.Height = Read(table, "height");
   const QString border = Read(table, "border");
   props.HasNoBorder = border == u"0";
-  if (!props.HasNoBorder) props.Border = ToInteger32(border);
+  if (!props.HasNoBorder && IsNumeric(border)) props.Border = ToInteger32(border).value_or(beyondAnyList);
   props.Color = HtmlToColor(Read(table, "bgColor"));
   // Whole division cuts what is left over: the list has no 7, so 7 shows as 5.
   if (const auto padding = ToInteger32(Read(table, "cellpadding"))) props.PaddingIndex = *padding / paddingStep;

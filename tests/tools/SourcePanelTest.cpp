@@ -1,0 +1,116 @@
+#include <QClipboard>
+#include <QFontInfo>
+
+#include "SourceText.h"
+#include "ToolsFixture.h"
+
+namespace {
+
+class SourcePanel : public ToolsTest {
+ protected:
+  void Save() {
+    Tools().bCloseText[1]->click();
+    run_.Settle();
+  }
+  QByteArray PageFile() { return FileBytes(run_.program().CurPageFile); }
+};
+
+TEST_F(SourcePanel, ShowsThePagesSourceWithNothingToSave) {
+  ShowBody("<font size=\"3\">one</font>");
+  for (int time = 0; time < 2; ++time) {
+    // The second time the window is open already.
+    Tools().ShowSource();
+    EXPECT_EQ("Page Source", Tools().windowTitle());
+    EXPECT_EQ(View().Source(), Tools().T1->Text());
+    EXPECT_TRUE(Tools().T1->Text().contains("<font size=\"3\">one</font>"));
+    EXPECT_FALSE(Tools().bCloseText[1]->isEnabled());
+    EXPECT_TRUE(Tools().bCloseText[0]->isEnabled());
+    Tools().T1->insertPlainText("x");
+    EXPECT_TRUE(Tools().bCloseText[1]->isEnabled());
+  }
+  EXPECT_EQ("T1", Tools().T1->objectName());
+  EXPECT_EQ("Verdana", Tools().T1->font().family());
+  EXPECT_EQ(Qt::ScrollBarAlwaysOff, Tools().T1->horizontalScrollBarPolicy());
+  EXPECT_EQ(Qt::ScrollBarAlwaysOn, Tools().T1->verticalScrollBarPolicy());
+}
+
+TEST_F(SourcePanel, AChangeWhileTheWindowIsHiddenEnablesNothing) {
+  Tools().T1->insertPlainText("x");
+  EXPECT_FALSE(Tools().bCloseText[1]->isEnabled());
+}
+
+TEST_F(SourcePanel, OkDropsUnsavedTextWithoutAQuestion) {
+  Tools().ShowSource();
+  const QByteArray before = PageFile();
+  Tools().T1->insertPlainText("changed");
+  Tools().bCloseText[0]->click();
+  run_.Settle();
+  EXPECT_FALSE(Tools().isVisible());
+  EXPECT_FALSE(IsOnTop());
+  EXPECT_FALSE(Tools().bCloseText[1]->isEnabled());
+  EXPECT_EQ(before, PageFile());
+  EXPECT_FALSE(View().Source().contains("changed"));
+  EXPECT_TRUE(Dialogs().Boxes.isEmpty());
+  EXPECT_EQ(0, Dialogs().Unanswered);
+}
+
+TEST_F(SourcePanel, SaveChangesReadsThePagesOwnFontsAndLeavesThePanelOpen) {
+  Tools().ShowSource();
+  const QByteArray page =
+      "<HTML><BODY TEXT=\"#AA0000\" STYLE=\"font-family: Tahoma; font-size: large\">one</BODY></HTML>";
+  Tools().T1->SetText(page);
+  Save();
+  EXPECT_EQ(page, PageFile());
+  EXPECT_EQ("one", ShownLetters(*View().WBDocument()));
+  EXPECT_EQ("#AA0000", View().BodyFontColor());
+  EXPECT_EQ("Tahoma", View().BodyFontName());
+  EXPECT_EQ("<absent>", Raw("bgcolor"));
+  EXPECT_TRUE(Tools().isVisible());
+  EXPECT_TRUE(IsOnTop());
+  EXPECT_EQ(page, Tools().T1->Text());
+  EXPECT_TRUE(Tools().bCloseText[1]->isEnabled());
+}
+
+TEST_F(SourcePanel, InvalidHtmlIsWrittenAsItStands) {
+  Tools().ShowSource();
+  const QByteArray page = "<b>one<table>two</i";
+  Tools().T1->SetText(page);
+  Save();
+  EXPECT_EQ(page, PageFile());
+  EXPECT_TRUE(View().DocReady());
+}
+
+TEST_F(SourcePanel, TextInAnyScriptIsWrittenAsUtf8) {
+  Tools().ShowSource();
+  const QString page = QString::fromUtf8("<HTML><BODY>\u00e4 \u0416 \U0001F600\nline</BODY></HTML>");
+  Tools().T1->SetText(page);
+  Save();
+  EXPECT_EQ(page.toUtf8(), PageFile());
+}
+
+TEST_F(SourcePanel, ANoBreakSpaceStaysOne) {
+  Tools().ShowSource();
+  const QString page = QString::fromUtf8("<HTML><BODY>a\u00a0b  c</BODY></HTML>");
+  Tools().T1->SetText(page);
+  EXPECT_EQ(page, Tools().T1->Text());
+  Save();
+  EXPECT_EQ(page.toUtf8(), PageFile());
+  // Also when it is moved about in the box.
+  Tools().T1->selectAll();
+  Tools().T1->cut();
+  EXPECT_EQ(page, QApplication::clipboard()->text());
+  Tools().T1->paste();
+  EXPECT_EQ(page, Tools().T1->Text());
+}
+
+TEST_F(SourcePanel, WithoutThePagesFileNothingIsSaved) {
+  Tools().ShowSource();
+  Tools().T1->SetText("<HTML><BODY>new</BODY></HTML>");
+  ASSERT_TRUE(QFile::remove(run_.program().CurPageFile));
+  Save();
+  EXPECT_EQ("<missing>", PageFile());
+  EXPECT_EQ("", ShownLetters(*View().WBDocument()));
+  EXPECT_TRUE(Dialogs().Boxes.isEmpty());
+}
+
+}  // namespace
