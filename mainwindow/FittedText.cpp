@@ -14,7 +14,8 @@ void FittedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   QFont font = FontForHeight(this, height());
   // A little smaller rather than cut.
-  for (int pixels = QFontInfo(font).pixelSize(); pixels > 9 && QFontMetrics(font).horizontalAdvance(text()) > width() - 2;)
+  for (int pixels = QFontInfo(font).pixelSize();
+       pixels > 9 && QFontMetrics(font).horizontalAdvance(text()) > width() - 2;)
     font.setPixelSize(--pixels);
   // And a little narrower.
   for (int stretch = QFont::Unstretched; stretch > 80 && QFontMetrics(font).horizontalAdvance(text()) > width() - 2;)

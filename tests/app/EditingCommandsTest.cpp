@@ -67,8 +67,8 @@ const QString two = "<font id=\"a\">one</font><font id=\"b\">two</font>";
 TEST_F(EditingCommands, TheMenuBarHasItsNineMenusAndHidesThePopups) {
   QStringList shown, hidden;
   for (const QAction* action : Web().menuBar()->actions()) (action->isVisible() ? shown : hidden) += action->text();
-  EXPECT_EQ(shown, (QStringList{"&File", "&Page", "P&roject", "&Edit", "&View", "&Tools", "T&hemes", "&Quick Tips",
-                                "&Help"}));
+  EXPECT_EQ(shown,
+            (QStringList{"&File", "&Page", "P&roject", "&Edit", "&View", "&Tools", "T&hemes", "&Quick Tips", "&Help"}));
   EXPECT_EQ(hidden, (QStringList{"pop", "pop2"}));
 }
 
@@ -98,9 +98,9 @@ TEST_F(EditingCommands, AClickBringsTheFontControlsUpToDate) {
 }
 
 TEST_F(EditingCommands, FacesAreFoundByTheirFirstNameOrTheWholeList) {
-  const std::pair<const char*, int> faces[] = {{"Arial", 0},           {"Arial, Helvetica", 0}, {"Verdana", 1},
-                                               {"Times New Roman", 2}, {"Comic Sans MS", 3},    {"Tahoma", 5},
-                                               {"Verdana, Arial, Helvetica", 1}};
+  const std::pair<const char*, int> faces[] = {
+      {"Arial", 0},  {"Arial, Helvetica", 0},         {"Verdana", 1}, {"Times New Roman", 2}, {"Comic Sans MS", 3},
+      {"Tahoma", 5}, {"Verdana, Arial, Helvetica", 1}};
   for (const auto& [face, index] : faces) {
     Page(QString("<font id='a' face='%1'>one</font>").arg(face));
     PlaceCaret("a", 1);
@@ -352,12 +352,11 @@ TEST_F(EditingCommands, NothingSelectedDisablesWhatNeedsASelection) {
   Page("<p id='p'>x</p>");
   QGuiApplication::clipboard()->clear();
   emit View().RightClick();
-  for (const char* entry : {"mCutPop", "mCopyPop", "mSelTextP", "mAlignPic", "mTableProps", "mPasteP0", "mPasteP1",
-                            "mPasteP2"})
+  for (const char* entry :
+       {"mCutPop", "mCopyPop", "mSelTextP", "mAlignPic", "mTableProps", "mPasteP0", "mPasteP1", "mPasteP2"})
     EXPECT_FALSE(IsOn(entry)) << entry;
   OpenEdit();
-  for (const char* entry :
-       {"mCut", "mCopy", "mSelText", "mAlignPic1", "mTableProps1", "mPaste0", "mPaste1", "mPaste2"})
+  for (const char* entry : {"mCut", "mCopy", "mSelText", "mAlignPic1", "mTableProps1", "mPaste0", "mPaste1", "mPaste2"})
     EXPECT_FALSE(IsOn(entry)) << entry;
 }
 
@@ -492,8 +491,11 @@ TEST_F(EditingCommands, HelpIsHandedToTheDesktopOrMissed) {
 }
 
 TEST_F(EditingCommands, EntriesForOtherWindowsShowThem) {
-  for (const auto& [entry, window] : {std::pair{"mSettings", "FSets"}, {"mAboutCVN", "FSplash"}, {"mQuik3", "FTip"},
-                                      {"mPicEditor", "FPic"}, {"mOpenIcoEd", "fIconMaker"}}) {
+  for (const auto& [entry, window] : {std::pair{"mSettings", "FSets"},
+                                      {"mAboutCVN", "FSplash"},
+                                      {"mQuik3", "FTip"},
+                                      {"mPicEditor", "FPic"},
+                                      {"mOpenIcoEd", "fIconMaker"}}) {
     ASSERT_TRUE(run_.Choose(entry));
     bool shown = false;
     for (const QWidget* widget : QApplication::topLevelWidgets())

@@ -214,16 +214,55 @@ def table(editor, check):
     editor.shot("table")
 
 
+def fill_table(editor, check, folder):
+    """Text and a picture into the table's cell; the cell holds a text block, so a click anywhere in it will do."""
+    cell = wait_for("the table", lambda: editor.desktop.find_color(0xE0E0E0, 6, 90, 300, 300))
+    editor.desktop.click(cell[0] + 200, cell[1] + 40)
+    editor.settle()
+    editor.type("in a cell")
+    editor.press("picture")
+    editor.choose_file(os.path.join(folder, "pic.png"))
+    body = editor.page()
+    check.true("text and picture are in the cell",
+               re.search(r'<td [^>]*><font [^>]*>(&nbsp;)?in a cell(&nbsp;)?</font><img src="pic.png" /></td>', body) is not None,
+               body)
+    editor.shot("filled-table")
+
+
+def switch(editor, check):
+    """The first text block changes places with the next one and comes back."""
+    before = editor.page()
+    editor.double_click(30, 108)
+    editor.press("forward")
+    body = editor.page()
+    check.true("the block has gone behind the next one", not body.startswith("<font") and ">first words</font>" in body,
+               body)
+    editor.shot("forward")
+    word = wait_for("the block elsewhere", lambda: editor.desktop.find_color(0xCC0000, 4, 90, 700, 400))
+    editor.double_click(word[0] + 2, word[1] + 5)
+    editor.press("back")
+    body = editor.page()
+    check.true("and has gone back over the picture", body.index(">first words<") < body.index("pic_one.gif"), body)
+    check.true("nothing is lost", len(editor.page()) == len(before), editor.page())
+
+
 def properties(editor, check, folder):
     editor.press("props")
     editor.window("Page Properties")
     editor.settle()
     editor.type("My page")
     editor.desktop.keys("Tab", "space")
+    # From the title's OK over the two colours to Browse.
+    editor.desktop.keys("Tab", "Tab", "Tab")
     editor.shot("page-properties")
+    editor.desktop.keys("space")
+    editor.choose_file(os.path.join(folder, "pic.png"))
+    editor.window("Page Properties")
     editor.desktop.keys("Escape")
     editor.closed()
+    editor.shot("background")
     page = editor.whole_page()
+    check.true("the page has its background", 'background="pic.png"' in page, page[:300])
     check.true("the page has its title", "<title>My page</title>" in page, page[:200])
 
 
@@ -283,8 +322,10 @@ def main():
             bold_and_link(editor, check)
             pictures(editor, check, folder)
             table(editor, check)
-            properties(editor, check, folder)
+            fill_table(editor, check, folder)
             moves(editor, check)
+            switch(editor, check)
+            properties(editor, check, folder)
             source(editor, check)
         except BaseException:
             editor.shot("failed")

@@ -31,10 +31,10 @@ TEST_F(PagePanel, TheAlignmentIsLeftUnlessThePageSaysOtherwise) {
 }
 
 TEST_F(PagePanel, OpeningNeverSetsTheFace) {
-  EXPECT_EQ(-1, Tools().BoxFace->currentIndex());
+  EXPECT_EQ(0, Tools().BoxFace->currentIndex());  // from the settings
   View().SetBodyFontName("Tahoma");
   Tools().OpenPageProps();
-  EXPECT_EQ(-1, Tools().BoxFace->currentIndex());
+  EXPECT_EQ(0, Tools().BoxFace->currentIndex());
   Tools().BoxFace->setCurrentIndex(2);
   Tools().OpenPageProps();
   EXPECT_EQ(2, Tools().BoxFace->currentIndex());
