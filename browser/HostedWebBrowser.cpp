@@ -40,6 +40,13 @@ QJsonArray IdsOf(const Node* first, const Node* last) {
   return ids;
 }
 
+// What a key is known by while it is down: its place on the keyboard. Events that Qt makes itself have none, and are
+// known by their key, which must not be taken for the place of another one.
+quint32 CodeOf(const QKeyEvent& key) {
+  constexpr quint32 madeByQt = 0x80000000;
+  return key.nativeScanCode() ? key.nativeScanCode() : madeByQt | quint32(key.key());
+}
+
 // Opens no windows and keeps what scripts log to itself.
 class QuietPage : public QWebEnginePage {
  public:
@@ -154,7 +161,7 @@ bool HostedWebBrowser::eventFilter(QObject* watched, QEvent* event) {
   if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride) return false;
   if (!watched->isWidgetType()) return false;
   const auto* key = static_cast<QKeyEvent*>(event);
-  const quint32 code = key->nativeScanCode() ? key->nativeScanCode() : quint32(key->key());
+  const quint32 code = CodeOf(*key);
   const QWidget* const page = view_->focusProxy();
   if (type == QEvent::KeyRelease) {
     if (watched != page || !keysElsewhere_.contains(code)) return false;

@@ -138,6 +138,24 @@ TEST(HostedEvents, TheKeysGoOnIntoThePageWhoseRendererDied) {
   EXPECT_EQ(hosted.window().focusWidget(), &other);
 }
 
+// The engine hands keys that the page has no use for back to the windows around it, first as a possible shortcut. By
+// then the next key may be down, and 65 is the letter A as well as the space bar's place on many keyboards.
+TEST(HostedEvents, AKeyHandedBackIsNotTakenForTheNextOne) {
+  HostedView page;
+  ASSERT_TRUE(page.Load(blocks));
+  ASSERT_TRUE(page.Click(page.PointIn(QStringLiteral("#a"), 0)));
+  QSignalSpy keys(&page.jWB(), &WBUC::KeyPress);
+  const auto send = [&](QObject* to, QEvent::Type type, Qt::Key key, quint32 place, const QString& text) {
+    QKeyEvent event(type, key, Qt::NoModifier, place, 0, 0, text);
+    QCoreApplication::sendEvent(to, &event);
+  };
+  send(page.Input(), QEvent::KeyPress, Qt::Key_Space, 65, QStringLiteral(" "));
+  send(&page.jWB(), QEvent::ShortcutOverride, Qt::Key_A, 0, QStringLiteral("a"));
+  send(page.Input(), QEvent::KeyRelease, Qt::Key_Space, 65, QStringLiteral(" "));
+  EXPECT_TRUE(HostedPage::WaitFor([&] { return keys.count() == 1; }, 5000));
+  EXPECT_TRUE(page.Body().contains(QStringLiteral(" first block"))) << qPrintable(page.Body());
+}
+
 TEST(HostedEvents, ClickBelowATableAtTheEndStandsBehindIt) {
   HostedView page;
   ASSERT_TRUE(
