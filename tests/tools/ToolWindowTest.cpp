@@ -262,7 +262,8 @@ TEST_F(ToolWindow, NothingIsCutOffWithAnyUsualFont) {
         EXPECT_GE(box.width() - 8, box.fontMetrics().horizontalAdvance("12800"));
       }
       for (const QComboBox* list : Tools().findChildren<QComboBox*>())
-        EXPECT_TRUE(!list->isVisible() || list->sizeHint().height() == list->height()) << qPrintable(list->objectName());
+        EXPECT_TRUE(!list->isVisible() || list->sizeHint().height() == list->height())
+            << qPrintable(list->objectName());
     }
   }
   QApplication::setFont(before);
