@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 
+#include "FTools.h"
 #include "ProgramFixture.h"
 #include "Swatch.h"
 #include "ToolButton.h"
@@ -230,6 +231,53 @@ TEST_F(MainWindow, TheListsStartAtTheirDesignValues) {
   EXPECT_EQ(0, Web().BoxPage->currentIndex());
   EXPECT_EQ(30, Web().BoxPage->count());
   EXPECT_EQ(0, Web().BoxColor[0]->Color());
+}
+
+TEST_F(MainWindow, SavingAndRefreshingDontAskWhetherTheProgramIsBusy) {
+  run_.Type("early");
+  Web().Busy = true;
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_TRUE(FileIn("card/wgcard.html").contains("early"));
+  run_.Type("late");
+  Web().ImTool[3]->click();
+  EXPECT_TRUE(FileIn("card/wgcard.html").contains("earlylate"));
+  run_.Type("again");
+  ASSERT_TRUE(run_.Choose("mRefresh"));
+  EXPECT_TRUE(FileIn("card/wgcard.html").contains("earlylateagain"));
+  EXPECT_TRUE(View().Source().contains("earlylateagain"));
+}
+
+TEST_F(MainWindow, EveryThemeHasItsPictureAndEachItsOwn) {
+  QList<qint64> keys;
+  for (int index = 0; index < 7; ++index)
+    for (const QString& family : {"mmtheme", "mmthemeS"}) {
+      const QIcon icon = Web().findChild<QAction*>(family + QString::number(index))->icon();
+      ASSERT_FALSE(icon.pixmap(16, 16).isNull()) << qPrintable(family) << index;
+      keys += icon.cacheKey();
+    }
+  EXPECT_EQ(QSet<qint64>(keys.begin(), keys.end()).size(), 14);
+}
+
+TEST_F(MainWindow, AThemeDressesThePageInViewAndTheOneWithHeartsAddsAPicture) {
+  ASSERT_TRUE(run_.Choose("mmtheme1"));
+  EXPECT_EQ(StringText(141) + "heart.jpg" + StringText(142), run_.Dialogs().Boxes.last().text);
+  EXPECT_EQ("", View().BackPic());
+  for (const char* name : {"heart.jpg", "hearttop.gif", "paper.jpg", "ruby.jpg"})
+    ASSERT_TRUE(PutFile(run_.PathInApp("samples/") + name, name));
+  ASSERT_TRUE(run_.Choose("mmtheme1"));
+  ASSERT_TRUE(run_.Choose("mmtheme1"));
+  EXPECT_EQ("heart.jpg", View().BackPic());
+  EXPECT_EQ("#FF0080", View().BodyFontColor());
+  EXPECT_EQ(2, View().Source().count("heartpic")) << "twice in a row adds it twice";
+  EXPECT_EQ("hearttop.gif", FileIn("card/hearttop.gif"));
+  EXPECT_EQ(0x8000FF, run_.modMain.Tools()->BoxColor[2]->Color());
+  ASSERT_TRUE(run_.Choose("mmthemeS5"));
+  EXPECT_EQ("paper.jpg", View().BackPic());
+  // The number of elements was taken before the first of them went, and the second moved under the hand.
+  EXPECT_EQ(1, View().Source().count("heartpic"));
+  ASSERT_TRUE(run_.Choose("mmtheme4"));
+  EXPECT_EQ(0, View().Source().count("heartpic"));
+  EXPECT_EQ("heart.jpg", FileIn("card/heart.jpg")) << "the picture of the theme before stays";
 }
 
 }  // namespace

@@ -134,7 +134,7 @@ def text_blocks(editor, check):
     editor.shot("face-and-size")
 
 
-def colour(editor, check):
+def colour(editor, check, color):
     """The colour dialog, by its own field for the colour's text."""
     editor.desktop.click(1144, 73)
     dialog = wait_for("the colour dialog", lambda: [one for one in editor.desktop.windows("Select Color")], 20)[0]
@@ -142,17 +142,20 @@ def colour(editor, check):
     editor.shot("colour-dialog")
     editor.desktop.keys("alt+h")
     editor.desktop.keys("ctrl+a")
-    editor.type("#cc0000")
+    editor.type(color)
     editor.desktop.keys("Return")
     wait_for("the colour dialog closes", lambda: dialog not in editor.desktop.windows())
     body = editor.page()
-    check.true("the selected text has the colour", 'color="#CC0000"' in body, body)
+    check.true("the selected text has the colour", 'color="%s"' % color.upper() in body, body)
+
+
+def second_line(editor):
+    return wait_for("the second line", lambda: editor.desktop.find_color(0x000000, 6, 120, 100, 160))[1] + 4
 
 
 def bold_and_link(editor, check):
     """A word of the second line bold, another one a link."""
-    at = wait_for("the second line", lambda: editor.desktop.find_color(0x000000, 6, 120, 100, 160))
-    y = at[1] + 4
+    y = second_line(editor)
     editor.double_click(300, 500)  # nothing is selected any more
     editor.drag((8, y), (58, y))
     editor.desktop.click(1237, 73)
@@ -167,6 +170,18 @@ def bold_and_link(editor, check):
     body = editor.page()
     check.true("a word is a link", re.search(r'<a href="[^"]*example\.org/">', body) is not None, body)
     editor.shot("bold-and-link")
+
+
+def second_block(editor, check):
+    """Another face and colour for a word of the second line."""
+    editor.drag((8, second_line(editor)), (58, second_line(editor)))
+    editor.list_entry(986, 73, 5)  # Tahoma
+    colour(editor, check, "#008800")
+    body = editor.page()
+    check.true("two blocks in different fonts and colours",
+               re.search(r'<font face="Tahoma" color="#008800">(<b>)?sec', body) is not None
+               and 'face="Courier New" size="5" color="#CC0000"' in body, body)
+    editor.shot("two-blocks")
 
 
 def pictures(editor, check, folder):
@@ -318,8 +333,9 @@ def main():
         os.makedirs(folder)
         try:
             text_blocks(editor, check)
-            colour(editor, check)
+            colour(editor, check, "#cc0000")
             bold_and_link(editor, check)
+            second_block(editor, check)
             pictures(editor, check, folder)
             table(editor, check)
             fill_table(editor, check, folder)
