@@ -1,13 +1,14 @@
 """A page made the way a person makes it, in the program itself with mouse and keys: text blocks, a bold word, a link,
 pictures of three kinds, a table, a background, moves, and the source.
 
-Usage: editing_test.py --build FOLDER
-Pictures of every stage are left in FOLDER/reports/editing. Skipped with exit code 77 where there is no virtual display.
+Usage: editing_test.py --build FOLDER [--out FOLDER]
+Pictures of every stage and the page's folder are left in the second folder, or in reports/editing of the first. Skipped with exit code 77 where there is no virtual display.
 """
 
 import argparse
 import os
 import re
+import shutil
 import struct
 import subprocess
 import sys
@@ -318,7 +319,11 @@ def source(editor, check):
 def main():
     options = argparse.ArgumentParser()
     options.add_argument("--build", required=True)
-    build = os.path.abspath(options.parse_args().build)
+    options.add_argument("--out")
+    given = options.parse_args()
+    build = os.path.abspath(given.build)
+    out = os.path.abspath(given.out or os.path.join(build, "reports", "editing"))
+    shutil.rmtree(out, ignore_errors=True)
     missing = missing_tools() + [tool for tool in ("convert",) if subprocess.run(["which", tool], capture_output=True,
                                                                                  check=False).returncode]
     if missing:
@@ -327,7 +332,7 @@ def main():
     check = Failures()
     with Desktop() as desktop:
         program = Corvane(desktop, os.path.join(build, "bin", "corvane"))
-        editor = Editor(desktop, program, os.path.join(build, "reports", "editing"))
+        editor = Editor(desktop, program, out)
         program.start()
         folder = desktop.path("pictures")
         os.makedirs(folder)
@@ -342,6 +347,7 @@ def main():
             moves(editor, check)
             switch(editor, check)
             properties(editor, check, folder)
+            shutil.copytree(program.card(""), os.path.join(out, "page"))
             source(editor, check)
         except BaseException:
             editor.shot("failed")
