@@ -1,37 +1,37 @@
 #include "NestingLimit.h"
 
 #include <QHash>
-#include <QSet>
+#include <QStringList>
+#include <memory>
 #include <vector>
 
 #include "Tag.h"
 
 namespace {
 
-QSet<QString> Names(const char* names) {
-  const QStringList list = QString::fromLatin1(names).split(u' ');
-  return QSet<QString>(list.begin(), list.end());
+bool IsOneOf(const QString& name, const char* names) {
+  return QString::fromLatin1(names).split(u' ').contains(name);
 }
 
-// Ended by the next of their kind or by what is around them.
-bool EndsByItself(const QString& name) {
-  static const QSet<QString> names = Names(
-      "html head body p li dd dt option optgroup tr td th tbody thead tfoot caption colgroup a button nobr rb rt rtc "
-      "rp");
-  return names.contains(name) || Tag::Of(name)->isVoid;
-}
+// What matters of an element's name, worked out once for each name in a text.
+struct Kind {
+  explicit Kind(const QString& lowerName)
+      : name(lowerName),
+        endsByItself(Tag::Of(lowerName)->isVoid ||
+                     IsOneOf(lowerName,
+                             "html head body p li dd dt option optgroup tr td th tbody thead tfoot caption colgroup a "
+                             "button nobr rb rt rtc rp")),
+        isFormatting(IsOneOf(lowerName, "b big code em font i s small strike strong tt u")),
+        isBarrier(IsOneOf(lowerName, "table template applet object marquee svg math select")),
+        isText(Tag::Of(lowerName)->isRawText || IsOneOf(lowerName, "textarea title")) {}
 
-// Their end tags end them alone and leave open what was begun inside.
-bool IsFormatting(const QString& name) {
-  static const QSet<QString> names = Names("b big code em font i s small strike strong tt u");
-  return names.contains(name);
-}
-
-// An end tag inside reaches nothing around them.
-bool IsBarrier(const QString& name) {
-  static const QSet<QString> names = Names("table template applet object marquee svg math select");
-  return names.contains(name);
-}
+  QString name;
+  bool endsByItself;  // ended by the next of its kind or by what is around it
+  bool isFormatting;  // its end tag ends it alone and leaves open what was begun inside
+  bool isBarrier;     // an end tag inside reaches nothing around it
+  bool isText;        // no tags inside
+  int open = 0;       // levels of this name
+};
 
 bool IsLetter(QChar c) {
   return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
@@ -55,19 +55,19 @@ class Scanner {
         at = Behind(QStringLiteral(">"), at);
       } else if (next == u'/' && IsLetter(CharAt(at + 1))) {
         ++at;
-        const QString name = Name(at);
+        Kind& kind = KindAt(at);
         at = EndOfTag(at);
-        if (!Close(name)) Drop(begin, at);
+        if (!Close(kind)) Drop(begin, at);
       } else if (IsLetter(next)) {
-        const QString name = Name(at);
+        Kind& kind = KindAt(at);
         at = EndOfTag(at);
-        if (EndsByItself(name)) continue;
+        if (kind.endsByItself) continue;
         const bool isKept = kept_ < deepest_;
-        Open(name, isKept);
+        Open(kind, isKept);
         if (!isKept) Drop(begin, at);
-        if (!Tag::Of(name)->isRawText && name != u"textarea" && name != u"title") continue;
-        if (!isKept) continue;  // what is in it is read as tags now, as by the parser
-        at = html_.indexOf(QStringLiteral("</") + name, at, Qt::CaseInsensitive);
+        // What is in one that isn't kept is read as tags now, as by the parser.
+        if (!kind.isText || !isKept) continue;
+        at = html_.indexOf(QStringLiteral("</") + kind.name, at, Qt::CaseInsensitive);
         if (at < 0) break;
       }
     }
@@ -78,7 +78,7 @@ class Scanner {
 
  private:
   struct Level {
-    QString name;
+    Kind* kind;
     bool isKept;
   };
 
@@ -89,10 +89,21 @@ class Scanner {
     return found < 0 ? html_.size() : found + end.size();
   }
 
-  QString Name(qsizetype& at) const {
+  // Of the name that begins at a place, which is moved behind it.
+  Kind& KindAt(qsizetype& at) {
     const qsizetype from = at;
     while (at < html_.size() && !IsSpace(html_[at]) && html_[at] != u'/' && html_[at] != u'>') ++at;
-    return html_.mid(from, at - from).toLower();
+    const QStringView name = QStringView(html_).mid(from, at - from);
+    auto& kinds = kinds_[std::size_t(name.size()) % std::size(kinds_)];
+    for (Kind* const kind : kinds)
+      if (name.compare(kind->name, Qt::CaseInsensitive) == 0) return *kind;
+    const QString lowerName = name.toString().toLower();
+    auto& kind = allKinds_[lowerName];
+    if (!kind) {
+      kind = std::make_shared<Kind>(lowerName);
+      if (kinds.size() < mostLookedThrough) kinds.push_back(kind.get());
+    }
+    return *kind;
   }
 
   // Behind the ">" of the tag, which isn't one inside a quoted value.
@@ -110,26 +121,26 @@ class Scanner {
     return at;
   }
 
-  void Open(const QString& name, bool isKept) {
-    levels_.push_back({name, isKept});
-    ++open_[name];
+  void Open(Kind& kind, bool isKept) {
+    levels_.push_back({&kind, isKept});
+    ++kind.open;
     kept_ += isKept;
   }
 
   void Forget(std::size_t index) {
-    --open_[levels_[index].name];
+    --levels_[index].kind->open;
     kept_ -= levels_[index].isKept;
     levels_.erase(levels_.begin() + std::ptrdiff_t(index));
   }
 
   // False for the end tag of an element whose start tag was dropped.
-  bool Close(const QString& name) {
-    if (open_.value(name) == 0) return true;
+  bool Close(const Kind& kind) {
+    if (kind.open == 0) return true;
     std::size_t index = levels_.size();
-    while (levels_[--index].name != name)
-      if (IsBarrier(levels_[index].name) && !IsBarrier(name)) return true;
+    while (levels_[--index].kind != &kind)
+      if (levels_[index].kind->isBarrier && !kind.isBarrier) return true;
     const bool isKept = levels_[index].isKept;
-    if (IsFormatting(name)) {
+    if (kind.isFormatting) {
       Forget(index);
     } else {
       while (levels_.size() > index) Forget(levels_.size() - 1);
@@ -145,7 +156,10 @@ class Scanner {
   const QString& html_;
   const std::size_t deepest_;
   std::vector<Level> levels_;
-  QHash<QString, int> open_;  // number of levels by name
+  // The first names of each length, found without making a text of them; texts have few.
+  static constexpr std::size_t mostLookedThrough = 32;
+  std::vector<Kind*> kinds_[16];
+  QHash<QString, std::shared_ptr<Kind>> allKinds_;
   std::size_t kept_ = 0;
   QString result_;
   qsizetype done_ = 0;  // up to where html_ is in result_
