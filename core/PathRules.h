@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDir>
+#include <QFileInfo>
 #include <QString>
 
 // The rules for paths, in one place: both "/" and "\" are understood as separators, and the platform's own is written.
@@ -29,6 +30,12 @@ inline QString Join(const QString& folder, const QString& name) {
 // Without one separator at the end, if there is one.
 inline QString DropTrailingSeparator(const QString& path) {
   return EndsInSeparator(path) ? path.chopped(1) : path;
+}
+
+// Whether a folder called `name` in `folder` lies below it: "..", "." and "" don't, nor does a path that climbs out.
+inline bool StaysBelow(const QString& folder, const QString& name) {
+  const QString path = Join(folder, name);
+  return QDir::cleanPath(path).startsWith(QDir::cleanPath(folder) + u'/') && QFileInfo(path) != QFileInfo(folder);
 }
 
 }  // namespace PathRules

@@ -60,8 +60,12 @@ void FWeb::SaveProject() {
   while (true) {
     answer = dialogs.AskText(this, StringText(186), StringText(FixedText::SaveProjectTitle));
     if (answer.isEmpty()) return;
-    if (UpperAscii(answer) != u"PROJECT1") break;
-    dialogs.ShowMessage(this, StringText(184), MessageIcon::Information);
+    if (UpperAscii(answer) == u"PROJECT1") {
+      dialogs.ShowMessage(this, StringText(184), MessageIcon::Information);
+      // No name may lead to a folder that isn't a project's own: it would be replaced.
+    } else if (PathRules::StaysBelow(saved, answer)) {
+      break;
+    }
   }
   QString target = PathRules::Join(saved, answer);
   if (files.FolderExists(target)) {

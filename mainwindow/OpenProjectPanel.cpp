@@ -83,19 +83,23 @@ bool OpenProjectPanel::HasSelection() const {
   return !BoxProj->selectedItems().isEmpty();
 }
 
+// What is left of a name without its blanks may be no folder, or one that isn't a project: "" for both.
 QString OpenProjectPanel::SelectedPath(QString& name) const {
   name = TrimBlanks(BoxProj->selectedItems().first()->text());
-  return PathRules::Join(PathRules::Join(program_.AppPath, QStringLiteral("saved")), name);
+  const QString saved = PathRules::Join(program_.AppPath, QStringLiteral("saved"));
+  const QString path = PathRules::Join(saved, name);
+  return PathRules::StaysBelow(saved, name) && program_.Files.FolderExists(path) ? path : QString();
 }
 
 void OpenProjectPanel::Open() {
   Dialogs& dialogs = program_.platform.dialogs;
   QString name;
-  if (!HasSelection() || !program_.Files.FolderExists(SelectedPath(name))) {
+  const QString path = HasSelection() ? SelectedPath(name) : QString();
+  if (path.isEmpty()) {
     dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
     return;
   }
-  web_.OpenProject(name, SelectedPath(name));
+  web_.OpenProject(name, path);
   emit HideRequested();
 }
 
@@ -107,7 +111,7 @@ void OpenProjectPanel::Delete() {
   }
   QString name;
   const QString path = SelectedPath(name);
-  if (!program_.Files.FolderExists(path)) return;
+  if (path.isEmpty()) return;
   if (dialogs.ShowMessage(this,
                           StringText(FixedText::DeleteProjectBefore) + name + StringText(FixedText::DeleteProjectAfter),
                           MessageIcon::Question, MessageButtons::OkCancel) != MessageAnswer::Ok)

@@ -247,37 +247,4 @@ TEST_F(MainWindow, SavingAndRefreshingDontAskWhetherTheProgramIsBusy) {
   EXPECT_TRUE(View().Source().contains("earlylateagain"));
 }
 
-TEST_F(MainWindow, EveryThemeHasItsPictureAndEachItsOwn) {
-  QList<qint64> keys;
-  for (int index = 0; index < 7; ++index)
-    for (const QString& family : {"mmtheme", "mmthemeS"}) {
-      const QIcon icon = Web().findChild<QAction*>(family + QString::number(index))->icon();
-      ASSERT_FALSE(icon.pixmap(16, 16).isNull()) << qPrintable(family) << index;
-      keys += icon.cacheKey();
-    }
-  EXPECT_EQ(QSet<qint64>(keys.begin(), keys.end()).size(), 14);
-}
-
-TEST_F(MainWindow, AThemeDressesThePageInViewAndTheOneWithHeartsAddsAPicture) {
-  ASSERT_TRUE(run_.Choose("mmtheme1"));
-  EXPECT_EQ(StringText(141) + "heart.jpg" + StringText(142), run_.Dialogs().Boxes.last().text);
-  EXPECT_EQ("", View().BackPic());
-  for (const char* name : {"heart.jpg", "hearttop.gif", "paper.jpg", "ruby.jpg"})
-    ASSERT_TRUE(PutFile(run_.PathInApp("samples/") + name, name));
-  ASSERT_TRUE(run_.Choose("mmtheme1"));
-  ASSERT_TRUE(run_.Choose("mmtheme1"));
-  EXPECT_EQ("heart.jpg", View().BackPic());
-  EXPECT_EQ("#FF0080", View().BodyFontColor());
-  EXPECT_EQ(2, View().Source().count("heartpic")) << "twice in a row adds it twice";
-  EXPECT_EQ("hearttop.gif", FileIn("card/hearttop.gif"));
-  EXPECT_EQ(0x8000FF, run_.modMain.Tools()->BoxColor[2]->Color());
-  ASSERT_TRUE(run_.Choose("mmthemeS5"));
-  EXPECT_EQ("paper.jpg", View().BackPic());
-  // The number of elements was taken before the first of them went, and the second moved under the hand.
-  EXPECT_EQ(1, View().Source().count("heartpic"));
-  ASSERT_TRUE(run_.Choose("mmtheme4"));
-  EXPECT_EQ(0, View().Source().count("heartpic"));
-  EXPECT_EQ("heart.jpg", FileIn("card/heart.jpg")) << "the picture of the theme before stays";
-}
-
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <QTemporaryDir>
+#include <functional>
 
 #include "HostFileAttributes.h"
 #include "MemorySettings.h"
@@ -18,6 +19,16 @@ class RefusingAccess : public FileAccess {
 
  private:
   HostFileAccess host_;
+};
+
+// The system's attributes, with a look at what is about to be touched: for another program that gets in between.
+class WatchedAttributes : public HostFileAttributes {
+ public:
+  std::function<void(const QString& path)> BeforeSet;
+  bool Set(const QString& path, int attributes) override {
+    if (BeforeSet) BeforeSet(path);
+    return HostFileAttributes::Set(path, attributes);
+  }
 };
 
 // Always the first instance, unless told.
@@ -43,7 +54,7 @@ class TestPlatform {
   explicit TestPlatform(SettingsStore* store = nullptr)
       : services{attributes, access, store ? *store : settings, dialogs, shell, instance, folders} {}
 
-  HostFileAttributes attributes;
+  WatchedAttributes attributes;
   RefusingAccess access;
   MemorySettings settings;
   ScriptedDialogs dialogs;
