@@ -16,6 +16,7 @@
 
 #include "BridgePort.h"
 #include "HostedWebBrowser.h"
+#include "LetterPage.h"
 #include "TestPlatform.h"
 #include "WBUC.h"
 #include "Waiting.h"
@@ -27,24 +28,6 @@ constexpr int kBlock = 20;  // ours and the peer's by turns
 constexpr int kWarmUp = 10;
 
 // Blocks of text as this editor makes them; the same bytes every time.
-QByteArray MakePage(int size) {
-  static const char* const faces[] = {"Arial, Helvetica", "Verdana, Arial, Helvetica", "Times New Roman"};
-  static const char* const colors[] = {"#000000", "#003366", "#993300", "#336633"};
-  QByteArray page =
-      "<html><head><title>Letter</title></head><body bgcolor=\"#FFFFFF\" text=\"#000000\" link=\"#0000FF\" "
-      "vlink=\"#0000FF\" style=\"font-size: 12pt; font-family: Arial, Helvetica\">";
-  for (int block = 0; page.size() < size; ++block) {
-    page += QByteArray("<FONT FACE=\"") + faces[block % 3] + "\" SIZE=3 COLOR=\"" + colors[block % 4] +
-            "\">Dear friends, this is part " + QByteArray::number(block) +
-            " of a long letter. The <B>garden</B> is in flower, and everybody sends greetings.</FONT><BR>";
-    if (block % 12 == 11)
-      page +=
-          "<TABLE BORDER=1 "
-          "WIDTH=300><TR><TD>Monday</TD><TD>Rain</TD></TR><TR><TD>Tuesday</TD><TD>Sun</TD></TR></TABLE><BR>";
-  }
-  return page + "</body></html>";
-}
-
 void Click(QWidget* widget, QPointF at) {
   const QPointF global = widget->mapToGlobal(at);
   QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);

@@ -1,6 +1,7 @@
 #include "FOps.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 
 #include "FWeb.h"
 #include "OpenProjectPanel.h"
@@ -54,4 +55,9 @@ void FOps::ShowOps(int Kind) {
 void FOps::closeEvent(QCloseEvent* event) {
   event->ignore();
   hide();
+}
+
+void FOps::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) hide();
+  QWidget::keyPressEvent(event);
 }

@@ -27,6 +27,7 @@ class FOps : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QWidget* Panel(int Kind) const;

@@ -60,6 +60,7 @@ void OpenProjectPanel::LoadList() {
   QString saved = PathRules::Join(program_.AppPath, QStringLiteral("saved"));
   int count = 0;
   BoxProj->addItems(program_.Files.ListFolders(saved, count));
+  BoxProj->setFocus();
 }
 
 void OpenProjectPanel::OnClick(int Index) {

@@ -1,3 +1,5 @@
+#include <QTest>
+
 #include "FoldersFixture.h"
 #include "Settings.h"
 
@@ -298,6 +300,18 @@ TEST_F(ProjectCommands, ARowThatIsNoProjectsNameWithoutItsBlanksTouchesNothing) 
     EXPECT_EQ(Tree(), Changes(before, TreeOf())) << name;
     ExpectProject("ann", "saved/ann");
   }
+}
+
+TEST_F(ProjectCommands, ThePanelOpensWithItsListInUseAndEscapeLeavesIt) {
+  SaveProjectAs("ann");
+  Answer({});
+  ASSERT_TRUE(run_.Choose("mOpenProject"));
+  EXPECT_EQ(Panel().BoxProj, run_.modMain.Ops()->focusWidget());
+  Panel().bOpenProj[2]->setFocus();
+  ASSERT_TRUE(run_.Choose("mOpenProject"));
+  EXPECT_EQ(Panel().BoxProj, run_.modMain.Ops()->focusWidget());
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Escape);
+  EXPECT_FALSE(run_.modMain.Ops()->isVisible());
 }
 
 // The project's state.

@@ -5,21 +5,19 @@ Pictures of what is seen are left in FOLDER/reports/bad_pages. Skipped with exit
 display.
 """
 
-import argparse
 import contextlib
 import os
 import random
 import shutil
 import signal
-import subprocess
 import sys
 import time
 
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
-from virtual_desktop import Corvane, Desktop, TooLate, missing_tools, read, wait_for  # noqa: E402
+from road import run  # noqa: E402
+from virtual_desktop import Corvane, Desktop, TooLate, read, wait_for  # noqa: E402
 
-SKIPPED = 77
 SANE = 3.0  # seconds within which the window has to answer; seen are 0.1 and, while a large page arrives, 0.8
 
 GREEN, BROWN, WHITE = 0x12F0A5, 0xA0522D, 0xFFFFFF
@@ -75,20 +73,6 @@ def can_be_read(path):
         return True
     except OSError:
         return False
-
-
-class Checks:
-    def __init__(self):
-        self.count = self.failed = 0
-        self.begin = time.monotonic()
-
-    def same(self, what, found, wanted):
-        self.true(what, found == wanted, "found %.300r, wanted %.300r" % (found, wanted))
-
-    def true(self, what, good, more=""):
-        self.count += 1
-        self.failed += not good
-        print("%6.1f " % (time.monotonic() - self.begin) + "ok    " + what if good else "FAILED %s: %s" % (what, more), flush=True)
 
 
 class Work:
@@ -348,24 +332,5 @@ def whole(build, pictures, check):
             raise
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--build", required=True)
-    build = os.path.abspath(parser.parse_args().build)
-    missing = missing_tools()
-    if missing:
-        print("skipped, not there:", *missing)
-        return 1 if os.environ.get("CI") == "true" else SKIPPED
-    pictures = os.path.join(build, "reports", "bad_pages")
-    shutil.rmtree(pictures, ignore_errors=True)
-    check = Checks()
-    try:
-        whole(build, pictures, check)
-    except (TooLate, subprocess.TimeoutExpired) as problem:
-        check.true("all happens in time", False, problem)
-    print("%d checks, %d failed" % (check.count, check.failed))
-    return 1 if check.failed else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(__doc__, "bad_pages", whole))

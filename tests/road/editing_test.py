@@ -2,119 +2,19 @@
 pictures of three kinds, a table, a background, moves, and the source.
 
 Usage: editing_test.py --build FOLDER [--out FOLDER]
-Pictures of every stage and the page's folder are left in the second folder, or in reports/editing of the first. Skipped with exit code 77 where there is no virtual display.
+Pictures of every stage and the page's folder are left in the second folder, or in reports/editing of the first.
+Skipped with exit code 77 where there is no virtual display.
 """
 
-import argparse
 import os
 import re
 import shutil
-import struct
 import sys
-import zlib
 
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
-from virtual_desktop import Corvane, Desktop, TooLate, missing_tools, wait_for  # noqa: E402
-
-SKIPPED = 77
-# The Work Window stands at the bottom of the display, in the middle.
-WORK = (461, 835)
-BUTTONS = {"cut": (25, 56), "copy": (63, 56), "paste": (101, 56), "link": (139, 56), "picture": (177, 56),
-           "table": (215, 56), "props": (303, 56), "left": (25, 124), "up": (63, 124), "right": (101, 124),
-           "down": (139, 124), "back": (277, 124), "forward": (323, 124)}
-
-
-class Failures:
-    def __init__(self):
-        self.count = self.checks = 0
-
-    def true(self, what, condition, found=""):
-        self.checks += 1
-        if condition:
-            print("ok   ", what)
-            return
-        self.count += 1
-        print("FAILED", what, "\n  found  %r" % (found,))
-
-
-def png(width, height, color):
-    """A picture of one colour."""
-    def chunk(kind, data):
-        body = kind + data
-        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
-    rows = (b"\0" + bytes(color) * width) * height
-    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
-            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
-
-
-class Editor:
-    """What a hand does."""
-
-    def __init__(self, desktop, program, pictures):
-        self.desktop, self.program, self.pictures = desktop, program, pictures
-        self.stage = 0
-
-    def settle(self, quiet=0.3):
-        """As far as it comes to rest: a text box in use blinks."""
-        try:
-            self.desktop.settle(quiet, 1.5)
-        except TooLate:
-            pass
-
-    def shot(self, name):
-        self.stage += 1
-        self.settle(0.6)
-        self.desktop.shot(os.path.join(self.pictures, "%02d-%s.png" % (self.stage, name)))
-
-    def press(self, button):
-        x, y = BUTTONS[button]
-        self.desktop.click(WORK[0] + x, WORK[1] + y)
-        self.settle()
-
-    def drag(self, start, end):
-        self.desktop.call("xdotool", "mousemove", *map(str, start), "mousedown", "1", "mousemove",
-                          str((start[0] + end[0]) // 2), str(end[1]), "mousemove", *map(str, end), "mouseup", "1")
-        self.settle()
-
-    def double_click(self, x, y):
-        self.desktop.call("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
-        self.settle()
-
-    def type(self, text):
-        self.desktop.call("xdotool", "type", "--delay", "40", text)
-        self.settle()
-
-    def page(self):
-        """The saved page's body."""
-        self.settle()
-        html = self.program.save().decode("ascii")
-        return re.search(r"<body[^>]*>(.*)</body>", html, re.S).group(1)
-
-    def whole_page(self):
-        self.settle()
-        return self.program.save().decode("ascii")
-
-    def window(self, title):
-        """Waits for a window with that title to have the keys."""
-        return self.desktop.wait_active(title, lambda now: self.desktop.title(str(now)) == title)
-
-    def closed(self):
-        self.desktop.wait_active("the main window has the keys again", lambda now: now == self.program.window)
-
-    def choose_file(self, path):
-        self.window("Select Picture")
-        self.settle()
-        self.type(path)
-        self.desktop.keys("Return")
-        self.settle()
-
-    def list_entry(self, x, y, downs):
-        """Opens a list and goes to an entry, counted from the first."""
-        self.desktop.click(x, y)
-        self.settle()
-        self.desktop.keys("Home", *(["Down"] * downs), "Return")
-        self.settle()
+from road import Editor, png, run  # noqa: E402
+from virtual_desktop import Corvane, Desktop, wait_for  # noqa: E402
 
 
 def text_blocks(editor, check):
@@ -315,19 +215,7 @@ def source(editor, check):
     editor.shot("source-closed")
 
 
-def main():
-    options = argparse.ArgumentParser()
-    options.add_argument("--build", required=True)
-    options.add_argument("--out")
-    given = options.parse_args()
-    build = os.path.abspath(given.build)
-    out = os.path.abspath(given.out or os.path.join(build, "reports", "editing"))
-    shutil.rmtree(out, ignore_errors=True)
-    missing = missing_tools() + [tool for tool in ("convert",) if not shutil.which(tool)]
-    if missing:
-        print("skipped, not there:", *missing)
-        return 1 if os.environ.get("CI") == "true" else SKIPPED
-    check = Failures()
+def play(build, out, check):
     with Desktop() as desktop:
         program = Corvane(desktop, os.path.join(build, "bin", "corvane"))
         editor = Editor(desktop, program, out)
@@ -351,9 +239,7 @@ def main():
             editor.shot("failed")
             raise
         check.true("the program ended well", program.exit_without_saving() == 0)
-    print("%d checks, %d failed" % (check.checks, check.count))
-    return 1 if check.count else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(__doc__, "editing", play, ["convert"]))

@@ -4,7 +4,6 @@ Usage: road_test.py --build FOLDER
 Pictures of every stage are left in FOLDER/reports/road. Skipped with exit code 77 where there is no virtual display.
 """
 
-import argparse
 import os
 import shutil
 import subprocess
@@ -13,10 +12,10 @@ import time
 
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
-from virtual_desktop import Corvane, Desktop, TooLate, missing_tools, read, wait_for  # noqa: E402
+from road import SKIPPED, run  # noqa: E402
+from virtual_desktop import Corvane, Desktop, read, wait_for  # noqa: E402
 
 WINE = os.path.join(HOUSE, "tools", "wine32")
-SKIPPED = 77
 TEMP = "users/guest/Temp"
 
 HANDLER = r"""REGEDIT4
@@ -45,19 +44,6 @@ HEAD = ('<html><head><title></title></head><body bgcolor="#FFFFFF" text="#000000
         ' style="font-size: small; font-family: Arial, Helvetica;">')
 PAGE = (HEAD + BODY + "</body></html>").encode("ascii")
 SEEN = ["Hello <World>", "&", '"friends"']
-
-
-class Failures:
-    def __init__(self):
-        self.count = self.checks = 0
-
-    def same(self, what, found, wanted):
-        self.checks += 1
-        if found == wanted:
-            print("ok   ", what)
-            return
-        self.count += 1
-        print("FAILED", what, "\n  found  %r\n  wanted %r" % (found, wanted))
 
 
 def type_page(desktop, program, check, pictures):
@@ -186,25 +172,5 @@ def whole_road(build, pictures, check):
             raise
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--build", required=True)
-    build = os.path.abspath(parser.parse_args().build)
-    missing = missing_tools()
-    if missing:
-        print("skipped, not there:", *missing)
-        return 1 if os.environ.get("CI") == "true" else SKIPPED
-    pictures = os.path.join(build, "reports", "road")
-    shutil.rmtree(pictures, ignore_errors=True)
-    check = Failures()
-    try:
-        whole_road(build, pictures, check)
-    except (TooLate, subprocess.TimeoutExpired) as problem:
-        check.count += 1
-        print("FAILED", problem)
-    print("%d checks, %d failed" % (check.checks, check.count))
-    return 1 if check.count else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(__doc__, "road", whole_road))

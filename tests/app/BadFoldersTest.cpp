@@ -1,0 +1,175 @@
+// Folders that vanish, and disks that are full or can't be written. Nothing is said, nothing ends, and once the trouble
+// is over all goes on.
+#include <QProcess>
+#include <QStorageInfo>
+
+#include "FoldersFixture.h"
+
+namespace {
+
+class VanishedFolder : public FoldersTest {
+ protected:
+  void Vanish() { ASSERT_TRUE(QDir(run_.program().WorkPath).removeRecursively()); }
+  void ExpectSilence() {
+    EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty()) << qPrintable(run_.Dialogs().Messages().join(" | "));
+    EXPECT_FALSE(Web().Busy);
+  }
+};
+
+TEST_F(VanishedFolder, SavingIsLostInSilenceAndThePageStaysInView) {
+  MakePages({"one"});
+  Vanish();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  ExpectSilence();
+  EXPECT_FALSE(CardExists());
+  EXPECT_EQ("one", LettersInView());
+}
+
+TEST_F(VanishedFolder, TheNextPageChangeMakesItAgain) {
+  MakePages({"one"});
+  Vanish();
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  ExpectSilence();
+  EXPECT_EQ(QStringList{"wgcard.html"}, Names("card"));
+  run_.Type("two");
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ("two", LettersIn("card")["wgcard.html"]);
+}
+
+TEST_F(VanishedFolder, AThemeIsAppliedWithoutItsPicture) {
+  ASSERT_TRUE(PutFile(run_.PathInApp("samples/paper.jpg"), "paper"));
+  Vanish();
+  ASSERT_TRUE(run_.Choose("mmthemeS5"));
+  ExpectSilence();
+  EXPECT_EQ("paper.jpg", View().BackPic());
+  EXPECT_FALSE(CardExists());
+}
+
+TEST_F(VanishedFolder, AProjectSavedFromItIsMovedToAndNotMade) {
+  MakePages({"one"});
+  Vanish();
+  SaveProjectAs("ann");
+  ExpectSilence();
+  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ(QStringList(), Names("saved"));
+}
+
+TEST_F(VanishedFolder, TheExitGoesOn) {
+  Vanish();
+  Exit({MessageAnswer::No});
+  EXPECT_TRUE(run_.ended);
+}
+
+// The scratch folder lies on a small disk of its own; see SmallDisk.sh.
+class SmallDisk : public FoldersTest {
+ protected:
+  static void SetUpTestSuite() { ASSERT_LT(QStorageInfo(QDir::tempPath()).bytesTotal(), 4 << 20); }
+
+  void Fill() {
+    for (const int block : {65536, 4096, 512, 1}) {
+      QFile filler(run_.test.Path("filler"));
+      ASSERT_TRUE(filler.open(QIODevice::Append | QIODevice::Unbuffered));
+      while (filler.write(QByteArray(block, 'x')) == block) {
+      }
+    }
+  }
+  void Free() { ASSERT_TRUE(QFile::remove(run_.test.Path("filler"))); }
+  static void MakeWritable(bool yes) {
+    ASSERT_EQ(0, QProcess::execute("mount", {"-o", yes ? "remount,rw" : "remount,ro", QDir::tempPath()}));
+  }
+  void ExpectSilence() {
+    EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty()) << qPrintable(run_.Dialogs().Messages().join(" | "));
+    EXPECT_FALSE(Web().Busy);
+  }
+};
+
+class FullDisk : public SmallDisk {};
+class DiskThatCantBeWritten : public SmallDisk {};
+
+TEST_F(FullDisk, ASavedPageMayBeLostThereButNeverInView) {
+  MakePages({QString(9000, u'a')});
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  run_.Type(QString(4200, u'b'));
+  Fill();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  ExpectSilence();
+  EXPECT_EQ(13200, LettersInView().size());
+  EXPECT_NE(InView(), FileIn("card/wgcard.html"));
+  Free();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ(InView(), FileIn("card/wgcard.html"));
+}
+
+TEST_F(FullDisk, ANewPageComesUpAndCanBeSavedOnceThereIsRoom) {
+  MakePages({"one"});
+  Fill();
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  ExpectSilence();
+  Free();
+  ASSERT_TRUE(run_.Choose("mRefresh"));
+  run_.Type("two");
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_TRUE(LettersIn("card").values().contains("two")) << qPrintable(Names("card").join(' '));
+}
+
+TEST_F(FullDisk, AFirstSaveMovesToTheNewFolderAllTheSame) {
+  MakePages({"one"});
+  ASSERT_TRUE(PutFile(run_.PathInApp("card/p.gif"), QByteArray(20000, 'p')));
+  Fill();
+  SaveProjectAs("ann");
+  ExpectSilence();
+  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ(QByteArray(20000, 'p'), FileIn("card/p.gif")) << "what was there stays";
+  EXPECT_EQ("one", LettersInView());
+  Free();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ(InView(), FileIn("saved/ann/wgcard.html"));
+}
+
+TEST_F(FullDisk, SendingAPageOutSaysNothing) {
+  MakePages({QString(9000, u'a')});
+  AddPicture("p.gif", "p.gif");
+  Fill();
+  Answer({}, {run_.test.Path("mine.html")});
+  ASSERT_TRUE(run_.Choose("mSavePageFil"));
+  ExpectSilence();
+  EXPECT_EQ("p.gif", FileIn("card/p.gif"));
+}
+
+TEST_F(FullDisk, TheExitGoesOn) {
+  MakePages({"one"});
+  Fill();
+  Exit({MessageAnswer::Yes}, {"ann"});
+  EXPECT_TRUE(run_.ended);
+  EXPECT_FALSE(CardExists());
+}
+
+TEST_F(DiskThatCantBeWritten, NothingChangesAndAllGoesOnAfterwards) {
+  MakePages({"one", "two"});
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  SaveProjectAs("ann");
+  const Tree before = TreeOf();
+  run_.Type("more");
+  MakeWritable(false);
+  for (const char* command : {"mSavePage", "mNewPage", "mSavePage", "mSavePageFil"}) {
+    Answer({}, {run_.test.Path("mine.html")});
+    ASSERT_TRUE(run_.Choose(command));
+    ExpectSilence();
+  }
+  GoToPage(1);
+  EXPECT_EQ("one", LettersInView());
+  DeleteSaved("ann");
+  EXPECT_EQ(1, run_.Dialogs().Boxes.size()) << "the question, and nothing about what came of it";
+  Answer({MessageAnswer::Ok});
+  ASSERT_TRUE(run_.Choose("mNewProject"));
+  EXPECT_EQ(1, run_.Dialogs().Boxes.size());
+  EXPECT_EQ(Tree(), Changes(before, TreeOf()));
+  MakeWritable(true);
+  Answer({MessageAnswer::Ok});
+  ASSERT_TRUE(run_.Choose("mNewProject"));
+  run_.Type("again");
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ(InView(), FileIn("card/wgcard.html"));
+}
+
+}  // namespace
