@@ -1,7 +1,6 @@
 #include "ModMain.h"
 
-#include <QAbstractButton>
-#include <QLabel>
+#include <QCheckBox>
 #include <QLineEdit>
 
 #include "ControlLook.h"
@@ -14,6 +13,7 @@
 #include "FWeb.h"
 #include "ModPics.h"
 #include "ModSettings.h"
+#include "PackPanel.h"
 #include "PathRules.h"
 #include "Program.h"
 #include "Settings.h"
@@ -22,6 +22,18 @@
 #include "WindowOrder.h"
 #include "fBitmap.h"
 #include "fIconMaker.h"
+
+namespace {
+
+// In view with the keys, whether it was hidden, behind others or minimised.
+void ShowInFront(QWidget& window) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
 
 ModMain::ModMain(Program& program, WebBrowserFactory makeBrowser)
     : program_(program), makeBrowser_(std::move(makeBrowser)) {}
@@ -42,9 +54,9 @@ bool ModMain::Main() {
   SetControlLook(splash_.get(), QStringLiteral("framed"));
   program_.AppPath = program_.platform.folders.AppPath();
   program_.WorkPath = program_.CardPath = PathRules::Join(program_.AppPath, QStringLiteral("card"));
-  make(sets_);
+  make(sets_, program_);
   program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
-  if (auto* const Ck4 = sets_->findChild<QAbstractButton*>(QStringLiteral("Ck4"))) Ck4->setChecked(program_.Compat4On);
+  sets_->Ck4->setChecked(program_.Compat4On);
   make(web_, program_, makeBrowser_);
   make(pic_);
   make(tools_, program_, *web_);
@@ -56,8 +68,8 @@ bool ModMain::Main() {
   pics_ = std::make_unique<ModPics>(program_, *bitmap_);
   tools_->SetPictures(*pics_);
   Connect();
-  LoadWinSettings(program_, *web_, Controls());
-  LoadPackSettings(program_, Controls());
+  LoadWinSettings(program_, *web_, *tools_);
+  LoadPackSettings(program_, *sets_);
   LoadCustomColors(program_);
   web_->show();
   program_.AppStarted = true;
@@ -74,7 +86,9 @@ void ModMain::Connect() {
   });
   connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
-  connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), [this] { ShowInFront(*sets_); });
+  connect(sets_.get(), &FSets::UnHookRequested, web_->jWB, &WBUC::UnHook);
+  connect(ops_->FrOps0, &PackPanel::CardFolderChosen, sets_->tPath, &QLineEdit::setText);
   connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
   web_->SetTools(tools_.get());
@@ -86,18 +100,6 @@ void ModMain::Connect() {
   connect(web_.get(), &FWeb::SourceRequested, tools, &FTools::ShowSource);
   connect(web_.get(), &FWeb::PageTextColorChanged, tools,
           [tools](qint32 color) { tools->BoxColor[2]->SetColor(color); });
-}
-
-// Those of FSets by their names, which are those of the members that it is going to have.
-WindowControls ModMain::Controls() const {
-  WindowControls controls;
-  controls.BoxFace = tools_->BoxFace;
-  controls.tPath = sets_->findChild<QLineEdit*>(QStringLiteral("tPath"));
-  controls.tLink = sets_->findChild<QLineEdit*>(QStringLiteral("tLink"));
-  controls.ImCustom = sets_->findChild<QLabel*>(QStringLiteral("ImCustom"));
-  for (std::size_t i = 0; i < controls.OpIco.size(); ++i)
-    controls.OpIco[i] = sets_->findChild<QAbstractButton*>(QStringLiteral("OpIco%1").arg(i));
-  return controls;
 }
 
 // Whether anything changed plays no part: the name alone picks the question. True to go on.
@@ -125,7 +127,7 @@ void ModMain::ExitProgram() {
     files.Attributes().Clear(program_.CardPath);
     files.RemoveTree(program_.CardPath);
   }
-  SaveWinSettings(program_, *web_, Controls());
+  SaveWinSettings(program_, *web_, *tools_);
   SaveCustomColors(program_);
   web_->jWB->UnHook();
   ops_->MUC.CloseDown();

@@ -18,7 +18,6 @@ class ModPics;
 class fBitmap;
 class fIconMaker;
 struct Program;
-struct WindowControls;
 
 class ModMain : public QObject {
   Q_OBJECT
@@ -48,7 +47,6 @@ class ModMain : public QObject {
 
  private:
   void Connect();
-  WindowControls Controls() const;
   bool AskAboutSaving();
   void ReleaseWindows();
 

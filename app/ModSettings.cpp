@@ -1,13 +1,15 @@
 #include "ModSettings.h"
 
-#include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QRadioButton>
 #include <QScreen>
 
 #include "Colors.h"
+#include "FSets.h"
+#include "FTools.h"
 #include "FWeb.h"
 #include "ListIndex.h"
 #include "Numbers.h"
@@ -33,20 +35,16 @@ QSize Bounded(const QWidget& window, int width, int height) {
   return QSize(width, height).boundedTo(desktop.expandedTo({leastBound, leastBound}));
 }
 
-void Select(const WindowControls& controls, int icon) {
-  if (QAbstractButton* const option = controls.OpIco.at(std::size_t(icon))) option->setChecked(true);
-}
-
 }  // namespace
 
 // The stored face itself isn't looked at: it is the page view's, and the two lists go by their index.
-void LoadWinSettings(Program& program, FWeb& web, const WindowControls& controls) {
+void LoadWinSettings(Program& program, FWeb& web, FTools& tools) {
   const SettingsStore& store = program.platform.settings;
   if (const auto size = ToInteger16(Settings::Get(store, Settings::BSz))) SetIndex(web.BoxSize, *size - 1);
   web.BoxColor[0]->SetColor(HtmlToColor(Settings::Get(store, Settings::BCol)));
   if (const auto face = ToInteger16(Settings::Get(store, Settings::BFaceDex))) {
     const int index = std::max<int>(0, *face);
-    if (controls.BoxFace) SetIndex(controls.BoxFace, index);
+    SetIndex(tools.BoxFace, index);
     SetIndex(web.BoxFace, index);
   }
   if (Settings::Get(store, Settings::Winset) != u"0") return;
@@ -58,13 +56,13 @@ void LoadWinSettings(Program& program, FWeb& web, const WindowControls& controls
 }
 
 // The page in view tells how new pages look in the next run, whatever page it is; without a document it tells "".
-void SaveWinSettings(Program& program, const FWeb& web, const WindowControls& controls) {
+void SaveWinSettings(Program& program, const FWeb& web, const FTools& tools) {
   SettingsStore& store = program.platform.settings;
   Settings::Save(store, Settings::BCol, web.jWB->BodyFontColor());
   Settings::Save(store, Settings::BFace, web.jWB->BodyFontName());
   Settings::Save(store, Settings::BSz, web.jWB->BodyFontSize());
   // The list of the tool window, not that of the main window.
-  const int face = controls.BoxFace ? controls.BoxFace->currentIndex() : -1;
+  const int face = tools.BoxFace->currentIndex();
   if (face != -1) Settings::Save(store, Settings::BFaceDex, QString::number(face));
   if (web.isMinimized()) return;
   if (web.isMaximized()) {
@@ -92,25 +90,25 @@ void SaveCustomColors(Program& program) {
 
 // Name and number of the icon are two settings of their own. Only a custom icon without its file puts both back; a
 // pair that doesn't belong together stays.
-void LoadPackSettings(Program& program, const WindowControls& controls) {
+void LoadPackSettings(Program& program, FSets& sets) {
   const SettingsStore& store = program.platform.settings;
   const QString folder = Settings::Get(store, Settings::CardFol);
   program.CardFolder = program.Files.FolderExists(folder) ? folder : program.DesktopPath;
-  if (controls.tPath) controls.tPath->setText(program.CardFolder);
+  sets.tPath->setText(program.CardFolder);
   program.LinkTextValue = Settings::Get(store, Settings::LinkText);
-  if (controls.tLink) controls.tLink->setText(program.LinkTextValue);
+  sets.tLink->setText(program.LinkTextValue);
   program.CurIconName = Settings::Get(store, Settings::CurIcon);
   int number = ToInteger16(Settings::Get(store, Settings::CurIconNum)).value_or(0);
   if (number > kCustomIcon || number < 0) number = 0;
-  Select(controls, number);
+  sets.OpIco[std::size_t(number)]->setChecked(true);
   if (number != kCustomIcon) return;
   const QString icon = PathRules::Join(PathRules::Join(program.AppPath, QStringLiteral("icons")),
                                        Settings::Get(store, Settings::CustomIcon));
   if (program.Files.FileExists(icon)) {
     const QPixmap picture(icon);
-    if (controls.ImCustom && !picture.isNull()) controls.ImCustom->setPixmap(picture);
+    if (!picture.isNull()) sets.ImCustom->setPixmap(picture);
     return;
   }
   program.CurIconName = QStringLiteral("WP");
-  Select(controls, 0);
+  sets.OpIco[0]->setChecked(true);
 }

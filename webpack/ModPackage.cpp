@@ -7,6 +7,7 @@
 
 #include "AsciiText.h"
 #include "CheckIconFile.h"
+#include "IconImage.h"
 #include "MessagePass.h"
 #include "ModZip.h"
 #include "PageText.h"
@@ -18,9 +19,6 @@
 #include "StripPicturePaths.h"
 
 namespace {
-
-constexpr qsizetype kIconHeadSize = 22;
-constexpr qsizetype kIconImageSize = 744;
 
 QString ArchivePath(const Program& program) {
   return PathRules::Join(program.WorkPath, QStringLiteral("card.zip"));

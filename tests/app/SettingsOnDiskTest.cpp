@@ -6,7 +6,7 @@
 #include "HostSettingsStore.h"
 #include "RunningProgram.h"
 #include "Settings.h"
-#include "StandInControls.h"
+#include "SettingsControls.h"
 
 namespace {
 
@@ -85,7 +85,6 @@ TEST_F(SettingsOnDisk, TheProgramFindsItsSettingsAgain) {
     Settings::Save(store, Settings::CurIcon, "");
     Settings::Save(store, Settings::CurIconNum, "7");
     RunningProgram run(&store);
-    MakeMissingControls(run.modMain);
     ASSERT_TRUE(run.Start());
     run.View().SetBodyFontColor("#112233");
     run.View().SetBodyFontName("Times New Roman, @serif");
@@ -100,7 +99,6 @@ TEST_F(SettingsOnDisk, TheProgramFindsItsSettingsAgain) {
   }
   HostSettingsStore store(CopyOfFile());
   RunningProgram run(&store);
-  MakeMissingControls(run.modMain);
   ASSERT_TRUE(run.Start());
   EXPECT_EQ(QString::fromUtf8("\u2192 Weiter, \"bitte\"; @n\u00E4chste"), run.program().LinkTextValue);
   EXPECT_EQ("", run.program().CurIconName);

@@ -5,7 +5,7 @@
 
 #include "Colors.h"
 #include "ProgramFixture.h"
-#include "StandInControls.h"
+#include "SettingsControls.h"
 #include "Swatch.h"
 
 namespace {
@@ -21,7 +21,6 @@ class SettingsOfTheProgram : public ::testing::Test {
   void Make() {
     run_.reset();
     run_ = std::make_unique<RunningProgram>(&store_);
-    MakeMissingControls(run_->modMain);
     QObject::connect(&run_->modMain, &ModMain::WindowMade, &run_->modMain, [this](const QString& window) {
       if (window == u"FWeb") designSize_ = run_->Web().size();
     });

@@ -7,7 +7,7 @@
 #include "KindTable.h"
 #include "RunningProgram.h"
 #include "Settings.h"
-#include "StandInControls.h"
+#include "SettingsControls.h"
 #include "Swatch.h"
 #include "Twips.h"
 
@@ -17,7 +17,6 @@ namespace {
 class SettingsRun {
  public:
   explicit SettingsRun(const QJsonObject& one) : one_(one) {
-    MakeMissingControls(run_.modMain);
     QObject::connect(&run_.modMain, &ModMain::WindowMade, &run_.modMain, [this](const QString& window) {
       if (window == u"FTools") faceOfTools_ = FaceList(run_.modMain)->currentIndex();
       if (window != u"FWeb") return;
