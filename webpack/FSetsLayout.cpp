@@ -135,6 +135,7 @@ QWidget* FSets::NewIconPanel() {
   auto* column = new QVBoxLayout(panel);
   auto* icons = new QGridLayout;
   icons->setHorizontalSpacing(4);
+  icons->setVerticalSpacing(10);
   column->addLayout(icons);
   for (std::size_t i = 0; i < OpIco.size(); ++i) {
     const QString name = QString::fromLatin1(kIconNames[i]);
@@ -145,6 +146,8 @@ QWidget* FSets::NewIconPanel() {
       picture = ImIco[i] = NewPicture(QStringLiteral("ImIco%1").arg(i), PictureOfIconImage(Resource(name)));
     } else {
       picture = ImCustom = NewPicture(QStringLiteral("ImCustom"));
+      // An empty place until there is one.
+      picture->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     }
     const int at = int(i);
     icons->addWidget(picture, at / kIconColumns, at % kIconColumns * 2);
@@ -179,6 +182,9 @@ QWidget* FSets::NewCustomPanel() {
   BoxIcons->setObjectName(QStringLiteral("BoxIcons"));
   BoxIcons->setAccessibleName(QStringLiteral("Custom Icons List"));
   label->setBuddy(BoxIcons);
+  // As high as there is room for, and not what makes the window high.
+  BoxIcons->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+  BoxIcons->setMinimumHeight(kPicture.height() * 4);
   column->addWidget(label);
   column->addWidget(BoxIcons, 1);
   column->addWidget(

@@ -302,7 +302,8 @@ class WebPack(unittest.TestCase):
         self.assertFalse(os.path.exists(os.path.join(self.drive, "users", "guest", "evil.html")))
 
 
-def main():
+def refusal():
+    """The exit code where wine isn't to be had, with the reason told; None where it is."""
     can_run = subprocess.run([WINE, "can-run"], capture_output=True, text=True, check=False)
     if can_run.returncode == SKIPPED:
         print("skipped:", can_run.stderr.strip())
@@ -312,6 +313,13 @@ def main():
         print(installed.stderr.strip())
         # A machine without a network may go without this test, the one that decides may not.
         return 1 if os.environ.get("CI") == "true" else SKIPPED
+    return None
+
+
+def main():
+    refused = refusal()
+    if refused is not None:
+        return refused
     return 0 if unittest.main(argv=sys.argv[:1] + REST, verbosity=2, exit=False).result.wasSuccessful() else 1
 
 

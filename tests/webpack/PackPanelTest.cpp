@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGroupBox>
@@ -142,6 +143,62 @@ TEST_F(Panel, EachFailureHasItsMessage) {
                          "Error. No page files found to make web-pack file."}),
             Dialogs().Messages());
   EXPECT_FALSE(busy_);
+}
+
+TEST_F(Panel, AnArchiveThatCantBeMadeIsTold) {
+  // A folder stands in its place.
+  ASSERT_TRUE(QDir().mkpath(test_.WorkFile("card.zip/inside")));
+  Click(0);
+  EXPECT_EQ(QStringList{"Error. Unable to make compressed file section of web-pack file. This may occur if the program "
+                        "is not running from C drive."},
+            Dialogs().Messages());
+  EXPECT_EQ(MessageIcon::Information, Dialogs().Boxes.first().icon);
+}
+
+TEST_F(Panel, ATargetThatCantBeWrittenIsTold) {
+  ASSERT_TRUE(QDir().mkpath(test_.Path("desktop/pack.exe/inside")));
+  Click(0);
+  EXPECT_EQ(
+      QStringList{"Error. Unable to make executable section of web-pack file. Try re-assigning web-pack file icon "
+                  "in Settings."},
+      Dialogs().Messages());
+}
+
+TEST_F(Panel, AnArchiveThatVanishesBeforeItIsReadIsTold) {
+  // Window messages run between the archive and the rest; something of the desktop's deletes it then.
+  QMetaObject::invokeMethod(
+      &panel_, [this] { QFile::remove(test_.WorkFile("card.zip")); }, Qt::QueuedConnection);
+  test_.platform.attributes.BeforeSet = [this](const QString& path) {
+    // At its deletion before the build the message would run too early.
+    if (path.endsWith("wgcard.html"))
+      QMetaObject::invokeMethod(
+          &panel_, [this] { QFile::remove(test_.WorkFile("card.zip")); }, Qt::QueuedConnection);
+  };
+  Click(0);
+  const QStringList messages = Dialogs().Messages();
+  ASSERT_EQ(1, messages.size());
+  EXPECT_TRUE(messages.first().startsWith("Error. Unable to assemble web-pack file in destination folder."));
+  EXPECT_TRUE(messages.first().endsWith("then move them to C drive and re-insert them."));
+}
+
+TEST_F(Panel, ASizeIsRoundedDown) {
+  Dialogs().Answers = {MessageAnswer::No};
+  Click(0);
+  const qint64 size = QFileInfo(Target()).size();
+  ASSERT_NE(0, size % 1024);
+  EXPECT_TRUE(Dialogs().Messages().first().contains("Size of file is: " + QString::number(size / 1024) + " KB."));
+}
+
+TEST_F(Panel, ANameThatEndsInABlankGetsASecondEndingAndAFolderIsNotTrimmed) {
+  panel_.tMakeFileName->setText("a.exe ");
+  Dialogs().Answers = {MessageAnswer::No};
+  Click(0);
+  EXPECT_TRUE(QFile::exists(test_.Path("desktop/a.exe .exe")));
+  EXPECT_EQ("a.exe .exe", Stored(Settings::GreetName));
+  panel_.tMakePath->setText(" " + test_.Path("desktop"));
+  Dialogs().Boxes.clear();
+  Click(0);
+  EXPECT_EQ(QStringList{"Folder path for web-pack file is not valid."}, Dialogs().Messages());
 }
 
 TEST_F(Panel, TheTestRunOpensTheFileInItsFolder) {

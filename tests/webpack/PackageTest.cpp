@@ -2,7 +2,6 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-#include <zip.h>
 
 #include <QDir>
 #include <QFile>
@@ -10,6 +9,7 @@
 
 #include "CheckIconFile.h"
 #include "ModPackage.h"
+#include "PackedFiles.h"
 #include "Resource.h"
 #include "Settings.h"
 #include "TestPlatform.h"
@@ -33,17 +33,9 @@ QByteArray GoodIcon() {
   return icon;
 }
 
-// Names in the archive behind a web-pack's stub.
 QStringList ArchiveNames(const QString& pack) {
   QStringList names;
-  const QString path = pack + ".zip";
-  if (!PutFile(path, FileBytes(pack).mid(0x13000))) return names;
-  zip_t* archive = zip_open(path.toUtf8().constData(), ZIP_RDONLY, nullptr);
-  if (!archive) return names;
-  for (zip_int64_t index = 0; index < zip_get_num_entries(archive, 0); ++index) {
-    names.append(QString::fromUtf8(zip_get_name(archive, index, 0)));
-  }
-  zip_discard(archive);
+  for (const PackedFile& file : FilesInPack(pack)) names.append(file.name);
   return names;
 }
 

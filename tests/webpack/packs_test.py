@@ -1,0 +1,303 @@
+"""Web-packs of every shape, read by other people's tools: their icons by wrestool and icotool, their archives by Python
+and 7-Zip, the version block by wrestool; and started under 32-bit wine with each icon.
+
+Usage: packs_test.py --build FOLDER
+"""
+
+import argparse
+import os
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import zipfile
+import zlib
+
+BUILD = ""
+HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+sys.path.insert(0, os.path.join(HOUSE, "tests", "stub"))
+import icon_images_test  # noqa: E402
+import webpack_wine_test  # noqa: E402
+
+SKIPPED = 77
+STUB_SIZE = 0x13000
+ICON_PLACE, ICON_SIZE = 0x124B0, 744
+LINK = (b'<BR CLEAR="all"><BR><DIV ALIGN="center"><FONT FACE="arial,helvetica" SIZE=3><A HREF="Page%d.html">Next Page</A>'
+        b"</FONT></DIV><BR><BR>")
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def own_icon():
+    """An icon of nobody's: two colours, stripes, and a see-through frame; 766 bytes."""
+    table = struct.pack("<16I", *(0x00112233 * index & 0xFFFFFF for index in range(16)))
+    rows = b"".join(bytes((3 if (row + column) % 5 else 12) * 17 for column in range(16)) for row in range(32))
+    mask = b"".join(struct.pack(">I", 0xFFFFFFFF if row in (0, 31) else 0x80000001) for row in range(32))
+    rows = b"".join(bytes(0 if row in (0, 31) else (value & 0x0F if column == 0 else value & 0xF0 if column == 15
+                                                      else value) for column, value in enumerate(rows[row * 16:row * 16 + 16]))
+                    for row in range(32))
+    head = struct.pack("<IiiHHIIiiII", 40, 32, 64, 1, 4, 0, 640, 0, 0, 0, 0)
+    return (struct.pack("<HHH", 0, 1, 1) + struct.pack("<BBBBHHII", 32, 32, 16, 0, 1, 4, 744, 22)
+            + head + table + rows + mask)
+
+
+def image_pixels(image):
+    """Rows from the top of (red, green, blue) or None for see-through, of the 744 bytes."""
+    rows = []
+    for row in range(31, -1, -1):
+        line = []
+        for column in range(32):
+            pair = image[104 + row * 16 + column // 2]
+            index = pair >> 4 if column % 2 == 0 else pair & 15
+            clear = image[616 + row * 4 + column // 8] >> (7 - column % 8) & 1
+            blue, green, red = image[40 + 4 * index:43 + 4 * index]
+            line.append(None if clear else (red, green, blue))
+        rows.append(line)
+    return rows
+
+
+class Packs(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp(prefix="packs-")
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+
+    def path(self, *names):
+        return os.path.join(self.folder, *names)
+
+    def project(self, files, name="card"):
+        os.makedirs(self.path(name))
+        for file, data in files.items():
+            with open(self.path(name, file), "wb") as out:
+                out.write(data)
+            os.utime(self.path(name, file), (1700000000, 1700000000))
+        return self.path(name)
+
+    def build(self, files, *icon, work=None, pack="pack.exe"):
+        work = work or self.project(files)
+        ran = subprocess.run([os.path.join(BUILD, "bin", "make_pack"), work, self.folder, pack, *icon],
+                             capture_output=True, text=True, check=False)
+        self.assertEqual(ran.returncode, 0, ran.stdout + ran.stderr)
+        data = read(self.path(pack))
+        self.assertEqual(len(data), int(ran.stdout.split()[1]))
+        return data
+
+    def packed(self, pack="pack.exe"):
+        """Name -> bytes, as both readers see them."""
+        with zipfile.ZipFile(self.path(pack)) as archive:
+            self.assertIsNone(archive.testzip())
+            files = {name: archive.read(name) for name in archive.namelist()}
+        test = subprocess.run(["7z", "t", "-tzip", self.path(pack)], capture_output=True, text=True, check=False)
+        self.assertEqual(test.returncode, 0, test.stdout)
+        self.assertIn("Everything is Ok", test.stdout)
+        out = self.path("out")
+        shutil.rmtree(out, ignore_errors=True)
+        subprocess.run(["7z", "x", "-tzip", "-o" + out, self.path(pack)], capture_output=True, check=True,
+                       env=dict(os.environ, LC_ALL="C.UTF-8"))
+        self.assertEqual({name: read(os.path.join(out, name)) for name in os.listdir(out)}, files)
+        return files
+
+    @staticmethod
+    def page(text, *pictures):
+        images = "".join('<img src="%s" />' % picture for picture in pictures)
+        return ("<html><head><title></title></head><body>%s%s</body></html>" % (text, images)).encode("utf-8")
+
+    @staticmethod
+    def linked(page, to):
+        return page.replace(b"</body>", LINK % to + b"</body>")
+
+    # Icons.
+
+    def icon_of(self, pack="pack.exe"):
+        """Rows of pixels, by wrestool and icotool."""
+        icon, png = self.path("icon.ico"), self.path("icon.png")
+        taken = subprocess.run(["wrestool", "-x", "--type=14", "-o", icon, self.path(pack)], capture_output=True,
+                               text=True, check=False)
+        self.assertEqual((taken.returncode, taken.stderr), (0, ""))
+        told = subprocess.run(["icotool", "-l", icon], capture_output=True, text=True, check=True)
+        self.assertRegex(told.stdout, r"--icon --index=1 --width=32 --height=32 --bit-depth=4 --palette-size=16\n$")
+        made = subprocess.run(["icotool", "-x", "-o", png, icon], capture_output=True, text=True, check=False)
+        self.assertEqual((made.returncode, made.stderr), (0, ""))
+        raw = subprocess.run(["convert", png, "-depth", "8", "rgba:-"], capture_output=True, check=True).stdout
+        self.assertEqual(len(raw), 32 * 32 * 4)
+        at = [raw[4 * i:4 * i + 4] for i in range(1024)]
+        return [[None if at[32 * y + x][3] == 0 else tuple(at[32 * y + x][:3]) for x in range(32)] for y in range(32)]
+
+    def test_EachBuiltInIconComesOutPixelForPixel(self):
+        work = self.project({"wgcard.html": self.page("x")})
+        for name in icon_images_test.NAMES:
+            with self.subTest(name):
+                data = self.build({}, name, work=work)
+                image = read(os.path.join(BUILD, "resources", "icons", name + ".img"))
+                self.assertEqual(data[ICON_PLACE:ICON_PLACE + ICON_SIZE], image)
+                drawn = [[pixel and tuple(reversed(pixel)) for pixel in row]
+                         for row in icon_images_test.map_pixels(name)]
+                self.assertEqual(self.icon_of(), drawn)
+
+    def test_TheUsersOwnIconComesOutPixelForPixel(self):
+        icon = self.path("own.ico")
+        with open(icon, "wb") as file:
+            file.write(own_icon())
+        data = self.build({"wgcard.html": self.page("x")}, icon)
+        self.assertEqual(data[ICON_PLACE:ICON_PLACE + ICON_SIZE], own_icon()[22:])
+        self.assertEqual(self.icon_of(), image_pixels(own_icon()[22:]))
+
+    def test_PacksDifferOnlyInTheirIcon(self):
+        work = self.project({"wgcard.html": self.page("x")})
+        one = self.build({}, "WP", work=work)
+        other = self.build({}, "ROSE", work=work)
+        self.assertEqual(one[:ICON_PLACE], other[:ICON_PLACE])
+        self.assertEqual(one[ICON_PLACE + ICON_SIZE:STUB_SIZE], other[ICON_PLACE + ICON_SIZE:STUB_SIZE])
+        self.assertNotEqual(one[ICON_PLACE:ICON_PLACE + ICON_SIZE], other[ICON_PLACE:ICON_PLACE + ICON_SIZE])
+
+    def test_TheVersionBlockReadsWell(self):
+        self.build({"wgcard.html": self.page("x")})
+        block = subprocess.run(["wrestool", "-x", "--raw", "--type=16", self.path("pack.exe")], capture_output=True,
+                               check=True).stdout
+        text = block.decode("utf-16-le", "replace")
+        for name, value in (("InternalName", "SFXStub"), ("OriginalFilename", "SFXStub.exe"),
+                            ("FileVersion", "1, 0, 0, 1"), ("ProductVersion", "1, 0, 0, 1"),
+                            ("Comments", "Thanks to INFO-Zip for included zip code.")):
+            self.assertRegex(text, name + "\0+" + re.escape(value) + "\0")
+        listed = subprocess.run(["wrestool", "-l", self.path("pack.exe")], capture_output=True, text=True, check=True)
+        self.assertEqual(listed.stderr, "")
+        self.assertEqual(len(listed.stdout.splitlines()), 3)
+
+    # Shapes of projects.
+
+    def test_OnePageHasNoLink(self):
+        page = self.page("alone", "cat.jpg")
+        self.build({"wgcard.html": page, "cat.jpg": b"\xff\xd8cat"})
+        self.assertEqual(self.packed(), {"wgcard.html": page, "cat.jpg": b"\xff\xd8cat"})
+
+    def test_NinePagesLinkEachToTheNext(self):
+        files = {"wgcard.html" if n == 1 else "Page%d.html" % n: self.page("page %d" % n) for n in range(1, 10)}
+        self.build(files)
+        packed = self.packed()
+        self.assertEqual(len(packed), 9)
+        for number, (name, page) in enumerate(files.items(), 1):
+            self.assertEqual(packed[name], page if number == 9 else self.linked(page, number + 1), name)
+
+    def test_OfTwelvePagesTheLastThreeLinkBackToTheFirstOnes(self):
+        files = {"wgcard.html" if n == 1 else "Page%d.html" % n: self.page("page %d" % n) for n in range(1, 13)}
+        self.build(files)
+        packed = self.packed()
+        links = {n: n + 1 for n in range(1, 10)} | {10: 1, 11: 2, 12: 3}
+        for number, (name, page) in enumerate(files.items(), 1):
+            self.assertEqual(packed[name], self.linked(page, links[number]), name)
+
+    def test_AnUnusedPictureIsLeftOutAndGoneFromTheProject(self):
+        self.build({"wgcard.html": self.page("x", "used.gif"), "used.gif": b"GIF89a", "unused.gif": b"GIF89a",
+                    "unused.jpeg": b"x", "sound.wav": b"RIFF", "old.bmp": b"BM", "note.htm": b"no page"})
+        self.assertEqual(sorted(self.packed()), ["note.htm", "old.bmp", "sound.wav", "used.gif", "wgcard.html"])
+        self.assertEqual(sorted(os.listdir(self.path("card"))),
+                         ["note.htm", "old.bmp", "sound.wav", "used.gif", "wgcard.html"])
+
+    def test_AHiddenFileGoesAlong(self):
+        self.build({"wgcard.html": self.page("x"), ".hidden-note": b"dot"})
+        self.assertEqual(self.packed()[".hidden-note"], b"dot")
+
+    def test_NamesInOtherScriptsGoAlong(self):
+        names = ["b\u00e4r.gif", "\u043c\u0435\u0434\u0432\u0435\u0434\u044c.png", "\u718a.jpg",
+                 "\u03b1\u03c1\u03ba\u03bf\u03cd\u03b4\u03b1.jpeg"]
+        page = self.page("x", *names)
+        self.build({"wgcard.html": page, **{name: name.encode() for name in names}})
+        self.assertEqual(self.packed(), {"wgcard.html": page, **{name: name.encode() for name in names}})
+
+    def test_FiveHundredSmallFilesGoAlong(self):
+        files = {"p%d.gif" % n: b"GIF89a%d" % n for n in range(500)}
+        page = self.page("x", *files)
+        self.build({"wgcard.html": page, **files})
+        self.assertEqual(self.packed(), {"wgcard.html": page, **files})
+
+    # The same project gives the same bytes.
+
+    def test_TheSameProjectAndTimesGiveTheSameBytes(self):
+        files = {"wgcard.html": self.page("x", "a.gif"), "Page2.html": self.page("y"), "a.gif": b"GIF89a" * 100}
+        packs = []
+        for name, shift in (("one", 0), ("two", 0), ("later", 100000)):
+            work = self.project(files, name)
+            # A first build rewrites the pages, which gives them a new time.
+            self.build({}, work=work)
+            for file in os.listdir(work):
+                os.utime(os.path.join(work, file), (1700000000 + shift, 1700000000 + shift))
+            # What the second one rewrites has the time of the build itself: taken out below.
+            packs.append(self.without_times(self.build({}, work=work)))
+        self.assertEqual(packs[0], packs[1])
+        self.assertEqual(packs[0], packs[2])
+
+    @staticmethod
+    def without_times(data):
+        """The pack with the times of its entries, in both directories of the archive, set to nothing."""
+        data = bytearray(data)
+        with tempfile.TemporaryFile() as file:
+            file.write(data)
+            with zipfile.ZipFile(file) as archive:
+                locals_ = [entry.header_offset for entry in archive.infolist()]
+        for at in locals_:
+            assert data[at:at + 4] == b"PK\x03\x04"
+            data[at + 10:at + 14] = bytes(4)
+        at = data.index(b"PK\x01\x02", locals_[-1])
+        for _ in locals_:
+            assert data[at:at + 4] == b"PK\x01\x02"
+            data[at + 12:at + 16] = bytes(4)
+            name, extra, comment = struct.unpack_from("<HHH", data, at + 28)
+            at += 46 + name + extra + comment
+        return zlib.crc32(data), bytes(data[-2000:])
+
+
+class UnderWine(webpack_wine_test.WebPack):
+    """Packs that the builder made, with each icon."""
+
+    def test_EachIconsPackOpensItsPage(self):
+        with tempfile.TemporaryDirectory(prefix="packs-") as folder:
+            own = os.path.join(folder, "own.ico")
+            with open(own, "wb") as file:
+                file.write(own_icon())
+            for icon in icon_images_test.NAMES + [own]:
+                with self.subTest(os.path.basename(icon)):
+                    self.setUp()
+                    work = os.path.join(folder, "card")
+                    shutil.rmtree(work, ignore_errors=True)
+                    os.makedirs(work)
+                    page = Packs.page(os.path.basename(icon), "cat.gif")
+                    for name, data in (("wgcard.html", page), ("cat.gif", b"GIF89a")):
+                        with open(os.path.join(work, name), "wb") as file:
+                            file.write(data)
+                    subprocess.run([os.path.join(BUILD, "bin", "make_pack"), work, folder, "pack.exe", icon],
+                                   capture_output=True, check=True)
+                    self.assert_silent(self.start(read(os.path.join(folder, "pack.exe"))))
+                    self.assertEqual(webpack_wine_test.contents(self.temp),
+                                     webpack_wine_test.marks({"wgcard.html": page, "cat.gif": b"GIF89a"}))
+                    self.assert_opened_first_page()
+
+
+def main():
+    global BUILD
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", required=True)
+    parser.add_argument("--wine", action="store_true", help="the packs under wine in place of the readers")
+    given = parser.parse_args()
+    BUILD = os.path.abspath(given.build)
+    icon_images_test.BUILD = webpack_wine_test.BUILD = BUILD
+    if given.wine:
+        refused = webpack_wine_test.refusal()
+        if refused is not None:
+            return refused
+        tests = unittest.TestSuite([UnderWine("test_EachIconsPackOpensItsPage")])
+    else:
+        missing = [tool for tool in ("7z", "wrestool", "icotool", "convert") if not shutil.which(tool)]
+        if missing:
+            print("skipped, not there:", *missing)
+            return 1 if os.environ.get("CI") == "true" else SKIPPED
+        tests = unittest.defaultTestLoader.loadTestsFromTestCase(Packs)
+    return 0 if unittest.TextTestRunner(verbosity=1).run(tests).wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
