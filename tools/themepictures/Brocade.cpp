@@ -206,7 +206,7 @@ QImage PaintLinenBrocade() {
     flower(ornament);
   };
   const Field satin = HalfDrop(tile, 180, both, both);
-  return Woven(tile, satin, {Hex(0xFBF8F2), Hex(0xFFFEFC), Hex(0xE9DFD0)}, 71);
+  return Woven(tile, satin, {Hex(0xFCFAF5), Hex(0xFFFFFD), Hex(0xE9DFD0)}, 71);
 }
 
 // Rosettes and crosses of lilies in a net of bent ribbons, the same to all four sides.

@@ -58,7 +58,7 @@ std::vector<PlacedHeart> ScatteredHearts(QSize tile) {
 QImage PaintHearts() {
   constexpr QSize tile(448, 448);
   constexpr int scale = 3;
-  QImage canvas = NewCanvas(tile, scale, Hex(0x26000F));
+  QImage canvas = NewCanvas(tile, scale, Hex(0x21000D));
   WrappedPainter painter(canvas, tile, scale);
   const QPainterPath outline = HeartOutline();
   for (const PlacedHeart& heart : ScatteredHearts(tile))
@@ -66,9 +66,9 @@ QImage PaintHearts() {
       brush.rotate(heart.turn);
       brush.scale(heart.size, heart.size);
       QRadialGradient glow(QPointF(-0.35, -0.45), 1.7);
-      glow.setColorAt(0, ToColor(Hex(0x4C0826)));
-      glow.setColorAt(0.55, ToColor(Hex(0x37041B)));
-      glow.setColorAt(1, ToColor(Hex(0x2B0112)));
+      glow.setColorAt(0, ToColor(Hex(0x3F061F)));
+      glow.setColorAt(0.55, ToColor(Hex(0x2F0317)));
+      glow.setColorAt(1, ToColor(Hex(0x260110)));
       brush.setPen(QPen(ToColor(Hex(0x5E1033), 0.65), 1.3 / heart.size));
       brush.setBrush(glow);
       brush.drawPath(outline);

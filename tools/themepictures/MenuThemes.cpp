@@ -91,9 +91,12 @@ QImage PaintForest() {
   QImage canvas = NewCanvas(tile, scale, Hex(0x102D1B));
   WrappedPainter painter(canvas, tile, scale);
   Seeded random(31);
+  // Each twig in a place of its own, so that none of the layers has holes that would show in every repeat.
+  constexpr int places = 7;
+  constexpr double place = double(tile.width()) / places;
   for (const Rgb tone : tones)
-    for (int twig = 0; twig < 38; ++twig) {
-      const QPointF middle(random.Between(0, tile.width()), random.Between(0, tile.height()));
+    for (int twig = 0; twig < places * places; ++twig) {
+      const QPointF middle((twig % places + random.Unit()) * place, (twig / places + random.Unit()) * place);
       const double turn = random.Between(0, 360);
       const std::uint64_t seed = random.Next();
       painter.Draw(middle, 110, [&](QPainter& brush) {
@@ -120,7 +123,7 @@ QImage Facets(std::uint64_t seed, QSize tile, int scale, int columns, int rows, 
   const auto corner = [&](int column, int row) {
     Seeded random = own(column, row);
     return QPointF((column + (row % 2 ? 0.5 : 0.0) + random.Between(-bend, bend)) * width,
-                   (row + random.Between(-bend, bend)) * height);
+                   (row + 0.5 + random.Between(-bend, bend)) * height);
   };
   const auto triangle = [&](std::array<QPointF, 3> at, Seeded random) {
     const QPointF middle = (at[0] + at[1] + at[2]) / 3;
@@ -160,11 +163,10 @@ QImage PaintRuby() {
   constexpr QSize tile(512, 512);
   const Field large(Facets(41, tile, 4, 5, 6, 0.27));
   const Field small(Facets(42, tile, 4, 8, 10, 0.27));
-  const CloudNoise depth(43, 2, 2, 3);
+  // Where many dark facets meet they would catch the eye in every repeat, so each is taken against its neighbourhood.
+  const Field around = large.Blurred(40);
   return Shade(tile, 1, [&](double x, double y) {
-    const double u = x / tile.width();
-    const double v = y / tile.height();
-    const double light = 0.5 + 0.62 * (large.At(x, y) - 0.5) + 0.40 * (small.At(x, y) - 0.5) + 0.12 * depth.At(u, v);
+    const double light = 0.5 + 0.66 * (large.At(x, y) - around.At(x, y)) + 0.40 * (small.At(x, y) - 0.5);
     const Rgb low = Mix(Hex(0x5E0316), Hex(0x8E0A28), SmoothStep(0, 0.7, light));
     return Mix(low, Hex(0xB4163E), SmoothStep(0.6, 1.25, light));
   });
@@ -278,9 +280,9 @@ QImage PaintStars() {
   return Shade(tile, 1, [&](double x, double y) {
     const double u = x / tile.width();
     const double v = y / tile.height();
-    const double cloud = SmoothStep(-0.45, 0.55, gas.At(u + 0.05 * dust.At(u, v), v) - 0.35 * dust.At(u, v));
+    const double cloud = SmoothStep(-0.75, 0.75, gas.At(u + 0.05 * dust.At(u, v), v) - 0.35 * dust.At(u, v));
     const Rgb tint = Mix(Hex(0x1C2A5E), Hex(0x3C2158), SmoothStep(-0.3, 0.3, hue.At(u, v)));
-    const Rgb sky = Mix(Hex(0x04060F), tint, 0.55 * cloud);
+    const Rgb sky = Mix(Hex(0x04060F), tint, 0.50 * cloud);
     const auto place = std::size_t(y) * std::size_t(tile.width()) + std::size_t(x);
     const double light = std::min(1.0, double(shine[place]));
     const double warm = shine[place] > 0 ? double(warmth[place]) / double(shine[place]) : 0;

@@ -50,14 +50,14 @@ QImage PaintParchment() {
   const Field fibres(FibreLayer(81, tile, {1500, 12, 60, 1.0, 0.20}));
   const CloudNoise bendAcross(82, 4, 4, 3);
   const CloudNoise bendDown(83, 4, 4, 3);
-  const CloudNoise clouds(84, 4, 4, 6, 0.62);
+  const CloudNoise clouds(84, 5, 5, 6, 0.66);
   const CloudNoise grain(85, 128, 128, 2, 0.6);
   const CloudNoise specks(86, 56, 56, 1);
   return Shade(tile, 1, [&](double x, double y) {
     const double u = x / tile.width();
     const double v = y / tile.height();
     const double cloud = clouds.At(u + 0.08 * bendAcross.At(u, v), v + 0.08 * bendDown.At(u, v));
-    const Rgb skin = Mix(Hex(0xF4E6C6), Hex(0xE8D1A4), SmoothStep(-0.55, 0.6, cloud));
+    const Rgb skin = Mix(Hex(0xF3E4C3), Hex(0xE9D3A8), SmoothStep(-0.55, 0.6, cloud));
     const double speck = SmoothStep(0.60, 0.80, specks.At(u, v));
     const double light = 1 + 0.17 * (fibres.At(x, y) - 0.5) + 0.035 * grain.At(u, v) + 0.025 * cloud;
     return Mix(skin, Hex(0xB48A50), 0.22 * speck) * light;
@@ -70,7 +70,7 @@ QImage PaintMarble() {
   const CloudNoise bendAcross(91, 3, 3, 5, 0.55);
   const CloudNoise bendDown(92, 3, 3, 5, 0.55);
   const CloudNoise clouds(93, 2, 2, 5, 0.55);
-  const CloudNoise presence(94, 2, 2, 2);
+  const CloudNoise presence(94, 3, 3, 2);
   const CloudNoise fading(95, 4, 4, 2);
   const PeriodicNoise broad(96, 2, 3);
   const PeriodicNoise thin(97, 4, 6);
@@ -85,13 +85,13 @@ QImage PaintMarble() {
       const double distance = std::abs(noise.At((du + dv) * columns, (dv - du) * rows));
       return std::exp(-distance / width);
     };
-    const double here = SmoothStep(-0.35, 0.45, presence.At(u, v));
+    const double here = 0.3 + 0.7 * SmoothStep(-0.35, 0.45, presence.At(u, v));
     const double fade = SmoothStep(-0.30, 0.35, fading.At(du, dv));
-    const double ink = 0.36 * vein(broad, 2, 3, 0.045) * here +
+    const double ink = 0.31 * vein(broad, 2, 3, 0.045) * here +
                        0.26 * vein(thin, 4, 6, 0.03) * fade * (0.4 + 0.6 * here) +
-                       0.10 * vein(hair, 7, 10, 0.05) * (1 - fade) + 0.10 * vein(broad, 2, 3, 0.22) * here;
+                       0.10 * vein(hair, 7, 10, 0.05) * (1 - fade) + 0.08 * vein(broad, 2, 3, 0.22) * here;
     const Rgb stone = Mix(Hex(0xFBFBFC), Hex(0xECEEF2), SmoothStep(-0.4, 0.6, clouds.At(u, v)));
-    return Mix(stone, Hex(0xA3AAB8), std::min(1.0, ink));
+    return Mix(stone, Hex(0xA8AFBC), std::min(0.62, ink));
   });
 }
 
