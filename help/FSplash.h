@@ -1,11 +1,50 @@
-// The window that tells about the program; empty so far.
+// The window that tells about the program. It is made first of all windows and stays hidden until it is asked for; its
+// close box only hides it.
 #pragma once
 
-#include "ShellWindow.h"
+#include <QIcon>
+#include <QWidget>
+#include <array>
 
-class FSplash : public ShellWindow {
+class HotLink;
+class QFrame;
+class QLabel;
+class QPushButton;
+struct Program;
+
+class FSplash : public QWidget {
   Q_OBJECT
 
  public:
-  FSplash() : ShellWindow(QStringLiteral("FSplash"), QStringLiteral("About Corvane")) {}
+  // Must outlive the window.
+  explicit FSplash(Program& program);
+
+  // Shows the window with its second half, the version and the thanks, which stays in view from then on.
+  void ShowAbout();
+
+  // Hands the address of the program's web page to the desktop; what comes of it isn't looked at.
+  void OpenHomePage();
+
+  // The program's sign, in all sizes.
+  static QIcon Logo();
+
+  HotLink* Image1 = nullptr;
+  HotLink* Label3 = nullptr;
+  // What it does, where a click leads, the heading of the list, and the ten entries of the list.
+  std::array<QLabel*, 13> Label2{};
+  QFrame* FrAbout = nullptr;
+  QPushButton* bClose = nullptr;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+
+ private:
+  QWidget* NewList();
+  QFrame* NewAboutFrame();
+  void TakePointer();
+
+  Program& program_;
+  QCursor pointer_;
 };
