@@ -65,6 +65,9 @@ void WorkWindow::BuildButtons() {
     label->setAlignment(Qt::AlignCenter);
     label->setGeometry(row.left + button / 2 - labelWidth / 2, top + button, labelWidth, 14);
   }
+  // As they are read, which is not the order of their indexes.
+  QWidget* const read[] = {bSel[5], bProps, bSel[7], bSel[8], bSel[9], bSel[10], bSel[11], bSel[6]};
+  for (std::size_t i = 1; i < std::size(read); ++i) setTabOrder(read[i - 1], read[i]);
   FrSel->setEnabled(false);
   LabSel->setEnabled(false);
 }
