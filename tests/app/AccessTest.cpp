@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QTextEdit>
 #include <functional>
 
@@ -21,6 +22,7 @@
 #include "FTip.h"
 #include "FTools.h"
 #include "ProgramFixture.h"
+#include "WorkWindow.h"
 
 namespace {
 
@@ -226,14 +228,22 @@ TEST_F(Access, TheMainWindowIsReadFromTheStripToTheWorkWindow) {
   Web().ShowSelFrame(true);
   for (const QWidget* stop : Stops(&Web())) names += stop->objectName();
   names.removeAll(QString());
-  const QStringList wanted = {"ImTool1", "ImTool2", "ImTool0", "ImTool3", "ImTool4", "ImTool5",   "ImTool6",
-                              "ImTool7", "ImTool8", "BoxPage", "BoxFace", "BoxSize", "BoxColor0", "BoxColor1",
-                              "bBold",   "bSel0",   "bSel1",   "bSel2",   "bSel3",   "bSel4",     "bSel5",
-                              "bProps",  "bSel7",   "bSel8",   "bSel9",   "bSel10",  "bSel11",    "bSel6"};
+  const QStringList wanted = {
+      "ImTool1", "ImTool2", "ImTool0",   "ImTool3",   "ImTool4", "ImTool5", "ImTool6", "ImTool7", "ImTool8", "BoxPage",
+      "BoxFace", "BoxSize", "BoxColor0", "BoxColor1", "bBold",   "LabUp",   "bSel0",   "bSel1",   "bSel2",   "bSel3",
+      "bSel4",   "bSel5",   "bProps",    "bSel7",     "bSel8",   "bSel9",   "bSel10",  "bSel11",  "bSel6"};
   QStringList controls;
   for (const QString& name : names)
     if (wanted.contains(name)) controls += name;
   EXPECT_EQ(wanted.join(u' ').toStdString(), controls.join(u' ').toStdString());
+}
+
+TEST_F(Access, TheWorkWindowGoesDownAndUpByKeys) {
+  Web().FrWork->LabUp->setFocus();
+  QTest::keyClick(Web().FrWork->LabUp, Qt::Key_Space);
+  EXPECT_EQ("5", Web().FrWork->UpCaption());
+  QTest::keyClick(Web().FrWork->LabUp, Qt::Key_Space);
+  EXPECT_EQ("6", Web().FrWork->UpCaption());
 }
 
 TEST_F(Access, EveryMenuEntryHasWords) {
