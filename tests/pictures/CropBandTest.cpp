@@ -66,7 +66,7 @@ TEST_F(CropBand, AnyButtonDrags) {
 
 TEST_F(CropBand, TheBandShowsOnLightAndDark) {
   for (const QColor color : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::red), QColor(40, 50, 60)}) {
-    OpenOneColor("one.png", color);
+    OpenOneColor("one.bmp", color);
     Drag({5, 5}, {40, 30});
     EXPECT_EQ(QColor(color.rgb() ^ 0xFFFFFF), PixelShown(5, 5));
     EXPECT_EQ(QColor(color.rgb() ^ 0xFFFFFF), PixelShown(40, 30));
