@@ -91,6 +91,7 @@ class FPic : public QWidget {
   bool MayWrite(const QString& path);
   QWidget* BoxOwner();
   void Tell(int message);
+  void TakeKeysBack();
 
   Program& program_;
   ModPics* pics_ = nullptr;

@@ -82,7 +82,14 @@ QWidget* FPic::BoxOwner() {
 }
 
 void FPic::Tell(int message) {
+  const QPointer<FPic> self(this);
   program_.platform.dialogs.ShowMessage(BoxOwner(), StringText(message));
+  if (self) TakeKeysBack();
+}
+
+// A box hands the keys on to its owner.
+void FPic::TakeKeysBack() {
+  if (isVisible()) activateWindow();
 }
 
 bool FPic::HasPicture() {
@@ -104,6 +111,7 @@ void FPic::OnGetPic() {
   if (!self || name.isEmpty()) return;
   const QPointer<fBitmap> viewer = viewer_;
   if (program_.Files.FileExists(name)) pics_->OpenPictureFile(name);
+  if (self) TakeKeysBack();
   if (viewer) viewer->State.CropDefined = viewer->State.CropDragging = false;
 }
 
@@ -187,8 +195,10 @@ void FPic::OnCompress() {
 void FPic::OnUnDo() {
   const BusyGuard guard(Busy, this);
   if (!guard) return;
+  const QPointer<FPic> self(this);
   const QPointer<fBitmap> viewer = viewer_;
   pics_->UndoPicture();
+  if (self) TakeKeysBack();
   if (viewer) viewer->State.JpegCurrent = false;
 }
 
