@@ -87,6 +87,7 @@ class FPic : public QWidget {
   void OnUnDo();
   void OnCloseIm();
   bool IsViewerVisible() const { return viewer_ && viewer_->isVisible(); }
+  void TieViewer(QWindow* window);
   bool HasPicture();
   bool MayWrite(const QString& path);
   QWidget* BoxOwner();

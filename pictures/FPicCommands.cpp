@@ -53,17 +53,20 @@ void FPic::ConnectButtons() {
 
 void FPic::Open() {
   pics_->DeleteScratchFiles();
-  if (viewer_) {
-    viewer_->State.JpegCurrent = false;
-    // Outside of the top layer, too, the picture doesn't get lost behind this window.
-    winId();
-    viewer_->winId();
-    viewer_->windowHandle()->setTransientParent(windowHandle());
-  }
+  if (viewer_) viewer_->State.JpegCurrent = false;
+  winId();
+  TieViewer(windowHandle());
   FitFrame(screen()->availableGeometry().width());
   show();
   raise();
   activateWindow();
+}
+
+// Tied to this window the picture doesn't get lost behind it, not even outside of the top layer.
+void FPic::TieViewer(QWindow* window) {
+  if (!viewer_) return;
+  viewer_->winId();
+  viewer_->windowHandle()->setTransientParent(window);
 }
 
 void FPic::ClosePicture(bool CloseEditor) {
@@ -73,6 +76,7 @@ void FPic::ClosePicture(bool CloseEditor) {
   }
   if (!CloseEditor) return;
   hide();
+  TieViewer(nullptr);
   pics_->DeleteFilesAtClose();
 }
 

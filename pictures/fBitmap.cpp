@@ -23,6 +23,8 @@ fBitmap::fBitmap()
       Pic(new Surface(QStringLiteral("Pic"), this)),
       PicX(new Surface(QStringLiteral("PicX"), this)),
       band_(new CropBand(*Pic)) {
+  // As a dialog it stays above the window to which the editor ties it.
+  setWindowFlags(Qt::Dialog);
   setAttribute(Qt::WA_ShowWithoutActivating);
   Pic->setCursor(Qt::CrossCursor);
   PicX->hide();

@@ -19,6 +19,7 @@ from editing_test import SKIPPED, Editor, Failures  # noqa: E402
 from virtual_desktop import Corvane, Desktop, missing_tools, wait_for  # noqa: E402
 
 TITLE = "Corvane Picture Editor"
+DIALOGS = ("", "Corvane", "Select Picture", "Save AS JPG File")
 # The frame stands at the bottom of the display, in the middle; the places in it are from its top left.
 FRAME = (190, 840)
 PLACES = {"open": (73, 90), "save": (73, 120), "close": (73, 150), "close image": (402, 149), "percent": (642, 90),
@@ -56,8 +57,14 @@ class PictureEditor(Editor):
     def viewer(self):
         """Id of the window that shows the picture, None while it doesn't."""
         known = (self.program.window, self.editor)
-        found = [one for one in self.desktop.windows() if int(one, 16) not in known]
+        found = [one for one in self.desktop.windows()
+                 if int(one, 16) not in known and self.desktop.title(one) not in DIALOGS]
         return found[0] if found else None
+
+    def viewer_id(self):
+        """As a number, None while there is none."""
+        viewer = self.viewer()
+        return int(viewer, 16) if viewer else None
 
     def place(self):
         """Left, top, width and height of the picture's window, without its border."""
@@ -96,13 +103,15 @@ class PictureEditor(Editor):
             self.desktop.keys("Escape")
         self.settle()
 
-    def box(self):
-        """Waits for a message box, and gives its place in the pile of windows against the viewer's."""
-        dialog = self.desktop.wait_active("a message box", lambda now: self.desktop.title(str(now)) == "Corvane")
+    def is_above(self, upper, lower):
         pile = self.desktop.ask("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
         pile = [int(one, 16) for one in re.findall(r"0x[0-9a-f]+", pile)]
-        viewer = self.viewer_id
-        return pile.index(dialog) > pile.index(viewer) if viewer in pile else True
+        return upper in pile and (lower not in pile or pile.index(upper) > pile.index(lower))
+
+    def box(self):
+        """Waits for a message box, and tells whether it stands above the picture."""
+        dialog = self.desktop.wait_active("a message box", lambda now: self.desktop.title(str(now)) == "Corvane")
+        return self.is_above(dialog, self.viewer_id())
 
 
 def open_editor(editor, check):
@@ -110,7 +119,6 @@ def open_editor(editor, check):
     editor.settle()
     editor.desktop.keys("e")
     editor.editor = editor.window(TITLE)
-    editor.viewer_id = None
     editor.settle()
     editor.shot("editor")
     editor.press("resize")
@@ -123,7 +131,6 @@ def open_photo(editor, check, photo):
     editor.press("open")
     editor.file_dialog("Select Picture", photo)
     viewer = wait_for("the picture's window", editor.viewer)
-    editor.viewer_id = int(viewer, 16)
     editor.settle()
     check.true("a window cut to the screen says so",
                editor.desktop.title(viewer) == "Note: Image has been cropped to fit screen.",
@@ -179,8 +186,7 @@ def compress(editor, check, program):
 def save(editor, check, program, folder):
     path = os.path.join(folder, "mountains")
     editor.press("save")
-    wait_for("the picture's window hides", lambda: not editor.viewer() or
-             editor.desktop.title(editor.viewer()) == "Save AS JPG File")
+    wait_for("the picture's window hides", lambda: not editor.viewer())
     editor.file_dialog("Save AS JPG File", path)
     saved = path + ".jpg"
     wait_for("the saved file", lambda: os.path.isfile(saved))
@@ -206,6 +212,8 @@ def cancel_open(editor, check):
     editor.file_dialog("Select Picture", None)
     editor.window(TITLE)
     check.true("after Cancel the picture stays out of the top layer", not editor.is_on_top())
+    editor.desktop.click(FRAME[0] + 500, FRAME[1] + 36)
+    check.true("but not behind the editor", editor.is_above(editor.viewer_id(), editor.editor))
     editor.shot("cancelled")
     editor.press("undo")
     check.true("after a save by copy there is nothing to undo", editor.box())
