@@ -56,6 +56,18 @@ class PictureWindowTest : public PicturesTest {
     pics_.NView.MakeJpeg(test_.Path("made.bmp"), test_.Path("made.jpg"), quality);
     return FileBytes(test_.Path("made.jpg"));
   }
+  // One box has been shown, and that is forgotten now.
+  void ExpectBox(const QString& text, MessageButtons buttons = MessageButtons::Ok) {
+    ASSERT_EQ(1, Dialogs().Boxes.size());
+    const ScriptedDialogs::Box box = Dialogs().Boxes.takeFirst();
+    EXPECT_EQ(text, box.text);
+    EXPECT_EQ(MessageIcon::Information, box.icon);
+    EXPECT_EQ(buttons, box.buttons);
+    EXPECT_EQ("Corvane", box.title);
+  }
+  QStringList ReadOuts() const {
+    return {window_.tWd->text(), window_.tHt->text(), window_.tSz->text(), window_.tJSz->text()};
+  }
   bool IsOnTop() const { return viewer_.windowFlags().testFlag(Qt::WindowStaysOnTopHint); }
 
   FPic window_{test_.program};
