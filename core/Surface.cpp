@@ -126,13 +126,17 @@ void Surface::PaintPicture(const QImage& source, const QRect& target, const QRec
   MarkDrawn(target);
 }
 
-void Surface::InvertRectangle(QPoint corner, QPoint opposite) {
-  QImage& image = Drawn();
-  if (image.isNull()) return;
+QRegion Surface::Outline(QPoint corner, QPoint opposite) {
   const auto [left, right] = std::minmax({corner.x(), opposite.x()});
   const auto [top, bottom] = std::minmax({corner.y(), opposite.y()});
   const QRect outer(QPoint(left, top), QPoint(right, bottom));
-  const QRegion outline = QRegion(outer) - QRegion(outer.adjusted(1, 1, -1, -1));
+  return QRegion(outer) - QRegion(outer.adjusted(1, 1, -1, -1));
+}
+
+void Surface::InvertRectangle(QPoint corner, QPoint opposite) {
+  QImage& image = Drawn();
+  if (image.isNull()) return;
+  const QRegion outline = Outline(corner, opposite);
   for (const QRect& edge : outline& image.rect()) {
     for (int y = edge.top(); y <= edge.bottom(); ++y) {
       auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));

@@ -37,12 +37,15 @@ class Surface : public QWidget {
   // Writes the image, drawings included, as a BMP file; false on failure.
   bool SaveImage(const QString& path) const;
 
+  bool HasDrawings() const { return !drawnPart_.isEmpty(); }
   // Brings the picture back as it was.
   void ClearDrawings();
   // Draws part of a picture, stretched to the target by a smooth filter. What the source hasn't got isn't drawn.
   void PaintPicture(const QImage& source, const QRect& target, const QRect& part);
   // Inverts an outline one pixel wide through both corners, so that a second time takes it off again.
   void InvertRectangle(QPoint corner, QPoint opposite);
+  // The pixels that InvertRectangle inverts, as far as they are on the surface.
+  static QRegion Outline(QPoint corner, QPoint opposite);
 
  signals:
   // In pixels of the surface, which may lie outside of it during a drag.

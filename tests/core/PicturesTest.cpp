@@ -9,6 +9,7 @@
 // Outside of any namespace, as the macro wants it.
 static void InitPictures() {
   Q_INIT_RESOURCE(Tools);
+  Q_INIT_RESOURCE(PictureTools);
   Q_INIT_RESOURCE(Themes);
 }
 
@@ -19,7 +20,8 @@ QStringList ToolPictures() {
              "new-project open-project new-page save-page delete-page picture-editor icon-editor email web-pack "
              "sel-cut "
              "sel-copy sel-paste sel-link sel-picture sel-table sel-forward sel-left sel-up sel-right sel-down "
-             "sel-back")
+             "sel-back picture-open picture-save picture-close-editor picture-close picture-resize picture-compress "
+             "picture-crop picture-undo")
       .split(u' ')
       .replaceInStrings(QRegularExpression("(.+)"), ":/tools/\\1.svg");
 }
