@@ -53,10 +53,13 @@ QImage PictureFromBytes(const QByteArray& bytes) {
   return IsHoldableSize(image.size()) ? image : QImage();
 }
 
-QImage ReadPicture(const QString& path) {
+QByteArray PictureFileBytes(const QString& path) {
   const QFileInfo info(path);
-  if (!info.isFile() || info.size() > kMostFileBytes) return QImage();
+  if (!info.isFile() || info.size() > kMostFileBytes) return QByteArray();
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return QImage();
-  return PictureFromBytes(file.readAll());
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QImage ReadPicture(const QString& path) {
+  return PictureFromBytes(PictureFileBytes(path));
 }

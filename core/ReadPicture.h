@@ -10,5 +10,8 @@
 QImage ReadPicture(const QString& path);
 QImage PictureFromBytes(const QByteArray& bytes);
 
+// A file's bytes; none for what is missing, no plain file, or longer than any picture.
+QByteArray PictureFileBytes(const QString& path);
+
 // What the program holds of one picture: sides below 30,000 and up to 64 million pixels.
 bool IsHoldableSize(QSize pixels);
