@@ -50,7 +50,7 @@ bool ModMain::Main() {
   make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
-  make(iconMaker_);
+  make(iconMaker_, program_);
   make(ops_, program_, *web_);
   make(tip_);
   pics_ = std::make_unique<ModPics>(program_, *bitmap_);
@@ -73,7 +73,13 @@ void ModMain::Connect() {
     tools_->hide();
   });
   connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), &QWidget::show);
-  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), [this] {
+    // Whatever was drawn in it is thrown away without a question.
+    iconMaker_->ResetEditor();
+    iconMaker_->showNormal();
+    iconMaker_->raise();
+    iconMaker_->activateWindow();
+  });
   connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
   connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
