@@ -12,6 +12,7 @@ namespace {
 
 constexpr qsizetype kDirectoryBytes = 6, kEntryBytes = 16;
 constexpr QSize kWanted(kIconSide, kIconSide);
+constexpr QRgb kSeeThrough = qRgb(255, 255, 255), kOpaque = qRgb(0, 0, 0);
 
 template <typename Number>
 Number Little(const QByteArray& bytes, qsizetype at) {
@@ -35,6 +36,7 @@ std::optional<IconImage> ImageAt(const QByteArray& file, int index) {
 // The header of an image that is stored as a bitmap: colours from the bottom up, then the mask. Nothing for any other.
 struct BitmapHeader {
   QSize size;
+  int bits;  // of a pixel
   qint64 maskOffset;
 };
 
@@ -49,7 +51,7 @@ std::optional<BitmapHeader> HeaderOf(const QByteArray& image) {
   qint64 tableEntries = bits <= 8 ? (used > 0 ? qint64(used) : qint64(1) << bits) : 0;
   if (compression == bitFields && headerBytes == plainHeader) tableEntries += 3;
   const qint64 row = (qint64(size.width()) * bits + 31) / 32 * 4;
-  return BitmapHeader{size, qint64(headerBytes) + 4 * tableEntries + row * size.height()};
+  return BitmapHeader{size, bits, qint64(headerBytes) + 4 * tableEntries + row * size.height()};
 }
 
 std::optional<IconImage> ChosenImage(const QByteArray& file) {
@@ -89,31 +91,48 @@ QImage AtIconSize(const QImage& picture) {
   return image;
 }
 
+std::optional<QImage> MaskOf(const IconImage& image) {
+  const auto header = HeaderOf(image.bytes);
+  if (!header) return std::nullopt;
+  const qint64 row = (qint64(header->size.width()) + 31) / 32 * 4;
+  if (header->maskOffset + row * header->size.height() > image.bytes.size()) return std::nullopt;
+  QImage mask(kWanted, QImage::Format_RGB32);
+  for (int y = 0; y < kIconSide; ++y) {
+    const qint64 line = header->maskOffset + row * (header->size.height() - 1 - SourceOf(y, header->size.height()));
+    for (int x = 0; x < kIconSide; ++x) {
+      const int column = SourceOf(x, header->size.width());
+      const auto eight = quint8(image.bytes[qsizetype(line + column / 8)]);
+      mask.setPixel(x, y, (eight >> (7 - column % 8)) & 1 ? kSeeThrough : kOpaque);
+    }
+  }
+  return mask;
+}
+
+// The library leaves the mask of some depths aside. Images of 32 bits have their own transparency.
+QImage CutOut(QImage picture, const IconImage& image) {
+  constexpr int bitsWithTransparency = 32;
+  const auto header = HeaderOf(image.bytes);
+  const auto mask = MaskOf(image);
+  if (picture.isNull() || !mask || header->bits == bitsWithTransparency) return picture;
+  picture.convertTo(QImage::Format_ARGB32);
+  for (int y = 0; y < kIconSide; ++y)
+    for (int x = 0; x < kIconSide; ++x)
+      if (mask->pixel(x, y) == kSeeThrough) picture.setPixel(x, y, qRgba(0, 0, 0, 0));
+  return picture;
+}
+
 }  // namespace
 
 QImage PictureForIcon(const QByteArray& bytes) {
   if (PictureFormatOf(bytes) == PictureFormat::Ico) {
     const auto image = ChosenImage(bytes);
-    return image ? AtIconSize(PictureFromBytes(AloneInFile(*image))) : QImage();
+    return image ? CutOut(AtIconSize(PictureFromBytes(AloneInFile(*image))), *image) : QImage();
   }
   const QImage picture = PictureFromBytes(bytes);
   return picture.copy(picture.rect() & QRect(QPoint(0, 0), kWanted));
 }
 
 std::optional<QImage> MaskOfIcon(const QByteArray& bytes) {
-  const auto chosen = ChosenImage(bytes);
-  const auto header = chosen ? HeaderOf(chosen->bytes) : std::nullopt;
-  if (!header) return std::nullopt;
-  const qint64 row = (qint64(header->size.width()) + 31) / 32 * 4;
-  if (header->maskOffset + row * header->size.height() > chosen->bytes.size()) return std::nullopt;
-  QImage mask(kWanted, QImage::Format_RGB32);
-  for (int y = 0; y < kIconSide; ++y) {
-    const qint64 line = header->maskOffset + row * (header->size.height() - 1 - SourceOf(y, header->size.height()));
-    for (int x = 0; x < kIconSide; ++x) {
-      const int column = SourceOf(x, header->size.width());
-      const auto eight = quint8(chosen->bytes[qsizetype(line + column / 8)]);
-      mask.setPixel(x, y, (eight >> (7 - column % 8)) & 1 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
-    }
-  }
-  return mask;
+  const auto image = ChosenImage(bytes);
+  return image ? MaskOf(*image) : std::nullopt;
 }

@@ -46,6 +46,7 @@ class IconFiles : public IconTest {
     EXPECT_EQ(512, Opaque().size());
     const QImage seen = Plane(planes_.Pic1), colors = Plane(planes_.Pic1Black);
     EXPECT_EQ(qRgb(255, 0, 0), seen.pixel(16, 0));
+    EXPECT_EQ(qRgb(255, 255, 255), seen.pixel(3, 3));
     EXPECT_EQ(qRgb(255, 0, 0), colors.pixel(20, 20));
     EXPECT_EQ(qRgb(0, 0, 255), colors.pixel(31, 31));
     EXPECT_EQ(qRgb(0, 0, 0), colors.pixel(15, 31));
