@@ -1,9 +1,12 @@
 // The icon editor from a command line, for tests with other people's tools:
 //   icon_tool draw FOLDER COUNT   draws that many icons and saves them as FOLDER/0.ico, FOLDER/1.ico, ...
 //   icon_tool open FILE...        opens pictures and icons
-// For each icon it prints a line "PIC1 BLACK MASK MESSAGES": the first two as RRGGBB for each pixel, the mask as 1 for
-// see-through and 0 for opaque, and the number of messages shown.
+//   icon_tool offer FILE          puts a picture on the clipboard and ends when the clipboard has been taken away
+// For each icon the first two print a line "PIC1 BLACK MASK MESSAGES": the first two as RRGGBB for each pixel, the mask
+// as 1 for see-through and 0 for opaque, and the number of messages shown.
 #include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
 #include <QPushButton>
 #include <QRadioButton>
 #include <cstdio>
@@ -52,12 +55,26 @@ void DrawSomething(fIconMaker& editor, std::mt19937& random) {
   }
 }
 
+int Offer(const QString& file) {
+  QClipboard* const clipboard = QGuiApplication::clipboard();
+  clipboard->setImage(QImage(file));
+  QObject::connect(clipboard, &QClipboard::dataChanged, clipboard, [clipboard] {
+    if (clipboard->mimeData()->formats().isEmpty()) QCoreApplication::quit();
+  });
+  std::puts("offered");
+  std::fflush(stdout);
+  return QCoreApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  // What is offered is offered to the display's other programs.
+  const bool isOffer = argc > 1 && QByteArray(argv[1]) == "offer";
+  if (!isOffer && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
   const QStringList arguments = QApplication::arguments();
+  if (isOffer && arguments.size() == 3) return Offer(arguments[2]);
   TestProgram test;
   fIconMaker editor(test.program);
   ScriptedDialogs& dialogs = test.platform.dialogs;
