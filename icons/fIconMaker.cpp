@@ -41,12 +41,13 @@ void ClearBackColor(QPushButton* button) {
   button->setPalette(QPalette());
 }
 
+// The pencil's point is the picture's corner, which is the same place however many pixels a screen has.
 QCursor CursorOf(Tool tool, qreal pixelRatio) {
   static const char* const names[] = {"LIN", "REC", "BOX", "CIR", "GLO"};
-  constexpr int side = 32, hotSpot = 8;
+  constexpr int side = 32;
   const bool isKnown = tool >= Tool::Line && tool <= Tool::SolidEllipse;
   const QIcon picture(QStringLiteral(":/iconeditor/%1.svg").arg(QLatin1String(names[isKnown ? int(tool) : 0])));
-  return QCursor(picture.pixmap(QSize(side, side), pixelRatio), hotSpot, hotSpot);
+  return QCursor(picture.pixmap(QSize(side, side), pixelRatio), 0, 0);
 }
 
 }  // namespace

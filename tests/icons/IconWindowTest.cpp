@@ -135,6 +135,49 @@ TEST_F(IconWindow, TheTabulatorGoesThroughAllControlsInTheirOrder) {
   EXPECT_EQ(wanted, order);
 }
 
+TEST_F(IconWindow, OnADarkDesktopTextAndBarsAreLight) {
+  const QPalette before = QApplication::palette();
+  QPalette dark;
+  const QColor ground(0x2b, 0x2b, 0x2b), text(0xf0, 0xf0, 0xf0);
+  for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Button})
+    dark.setColor(role, ground);
+  for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    dark.setColor(role, text);
+  QApplication::setPalette(dark);
+  {
+    fIconMaker editor(test_.program);
+    editor.show();
+    editor.bOps[3]->click();
+    const QImage bar = editor.LabLine[3]->grab().toImage();
+    EXPECT_EQ(text.rgb(), bar.pixel(bar.width() / 2, bar.height() / 2));
+    EXPECT_EQ(ground.rgb(), editor.grab().toImage().pixel(3, editor.height() / 2));
+    EXPECT_EQ(ground.rgb(), editor.bOps[0]->palette().color(QPalette::Button).rgb());
+    EXPECT_EQ(PixelOf(ToolHighlight), editor.bOps[3]->palette().color(QPalette::Button).rgb());
+  }
+  QApplication::setPalette(before);
+}
+
+TEST_F(IconWindow, NothingIsCutOffAtAnyUsualFont) {
+  const QFont before = QApplication::font();
+  for (int points = 8; points <= 14; ++points) {
+    QFont font = before;
+    font.setPointSize(points);
+    QApplication::setFont(font);
+    fIconMaker editor(test_.program);
+    editor.show();
+    for (const QWidget* widget : editor.findChildren<QWidget*>()) {
+      if (!widget->isVisible()) continue;
+      EXPECT_TRUE(editor.rect().contains(QRect(widget->mapTo(&editor, QPoint(0, 0)), widget->size())))
+          << qPrintable(widget->objectName()) << points;
+      if (!widget->inherits("QPushButton") && !widget->inherits("QGroupBox")) continue;
+      EXPECT_LE(widget->minimumSizeHint().height(), widget->height()) << qPrintable(widget->objectName()) << points;
+      const QString text = widget->property("title").toString() + widget->property("text").toString();
+      EXPECT_LE(widget->fontMetrics().horizontalAdvance(text) + 8, widget->width()) << qPrintable(text) << points;
+    }
+  }
+  QApplication::setFont(before);
+}
+
 // --- choosing
 
 TEST_F(IconWindow, AToolsButtonIsHighlightedAndSetsTheCursor) {
@@ -146,7 +189,7 @@ TEST_F(IconWindow, AToolsButtonIsHighlightedAndSetsTheCursor) {
     for (int other = 0; other < 5; ++other) EXPECT_EQ(other == tool, IsHighlighted(other));
     const QPixmap picture = planes_.PicBig->cursor().pixmap();
     EXPECT_FALSE(picture.isNull());
-    EXPECT_EQ(QPoint(8, 8), planes_.PicBig->cursor().hotSpot());
+    EXPECT_EQ(QPoint(0, 0), planes_.PicBig->cursor().hotSpot());
     const QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
     cursors << qint64(qHashBits(image.constBits(), std::size_t(image.sizeInBytes())));
     EXPECT_EQ(planes_.PicBig, editor_.focusWidget());
