@@ -293,6 +293,13 @@ TEST_F(DrawingTest, AReleaseWhileAnotherCommandRunsDrawsNothing) {
   EXPECT_FALSE(editor_.Drawing.MouseIsDown);
 }
 
+TEST_F(DrawingTest, AReleaseWithoutAPressDrawsFromTheCellOfTheLastPress) {
+  Drag({5, 5}, {9, 5});
+  Release(InCell({5, 15}));
+  EXPECT_EQ(5 + 10, Opaque().size());
+  EXPECT_TRUE(Opaque().contains(QPoint(5, 15)));
+}
+
 // --- undo
 
 TEST_F(DrawingTest, UndoBringsBackAllPlanesAndOnlyOnce) {
