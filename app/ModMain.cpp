@@ -62,7 +62,7 @@ bool ModMain::Main() {
   make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
-  make(iconMaker_);
+  make(iconMaker_, program_);
   make(ops_, program_, *web_);
   make(tip_);
   pics_ = std::make_unique<ModPics>(program_, *bitmap_);
@@ -91,7 +91,11 @@ void ModMain::Connect() {
     hideTools();
     pic_->Open();
   });
-  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), [this] {
+    // Whatever was drawn in it is thrown away without a question.
+    iconMaker_->ResetEditor();
+    ShowInFront(*iconMaker_);
+  });
   connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), [this] { ShowInFront(*sets_); });
   connect(sets_.get(), &FSets::UnHookRequested, web_->jWB, &WBUC::UnHook);
   connect(ops_->FrOps0, &PackPanel::CardFolderChosen, sets_->tPath, &QLineEdit::setText);

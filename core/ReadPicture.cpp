@@ -55,14 +55,19 @@ QImage PictureFromBytes(const QByteArray& bytes) {
   return IsHoldableSize(image.size()) ? image : QImage();
 }
 
-QImage ReadPicture(const QString& path) {
+QByteArray PictureFileBytes(const QString& path) {
   const QFileInfo info(path);
-  if (!info.isFile() || info.size() > kMostFileBytes) return QImage();
+  if (!info.isFile() || info.size() > kMostFileBytes) return QByteArray();
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return QImage();
-  if (QImage image = ReadPlainBmp(file); !image.isNull()) return image;
-  file.seek(0);
-  return PictureFromBytes(file.readAll());
+  return file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? file.readAll() : QByteArray();
+}
+
+QImage ReadPicture(const QString& path) {
+  QFile file(path);
+  if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    if (QImage image = ReadPlainBmp(file); !image.isNull()) return image;
+  }
+  return PictureFromBytes(PictureFileBytes(path));
 }
 
 PictureFormat FormatOfFile(const QString& path) {

@@ -15,5 +15,8 @@ QImage PictureFromBytes(const QByteArray& bytes);
 // Told by the content as well; None for what is no plain file.
 PictureFormat FormatOfFile(const QString& path);
 
+// A file's bytes; none for what is missing, no plain file, or longer than any picture.
+QByteArray PictureFileBytes(const QString& path);
+
 // What the program holds of one picture: sides below 30,000 and up to 64 million pixels.
 bool IsHoldableSize(QSize pixels);

@@ -120,10 +120,14 @@ void Surface::ClearDrawings() {
 }
 
 void Surface::PaintPicture(const QImage& source, const QRect& target, const QRect& part) {
+  Draw(target, [&](QImage& image) { DrawStretched(image, source, target, part); });
+}
+
+void Surface::Draw(const QRegion& part, const std::function<void(QImage&)>& draw) {
   QImage& image = Drawn();
   if (image.isNull()) return;
-  DrawStretched(image, source, target, part);
-  MarkDrawn(target);
+  draw(image);
+  MarkDrawn(part);
 }
 
 QRegion Surface::Outline(QPoint corner, QPoint opposite) {
@@ -162,7 +166,7 @@ void Surface::mousePressEvent(QMouseEvent* event) {
   emit MouseDown(event->button(), PixelAt(event));
 }
 void Surface::mouseMoveEvent(QMouseEvent* event) {
-  emit MouseMove(PixelAt(event));
+  emit MouseMove(PixelAt(event), event->buttons());
 }
 void Surface::mouseReleaseEvent(QMouseEvent* event) {
   emit MouseUp(event->button(), PixelAt(event));

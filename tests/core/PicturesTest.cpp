@@ -11,6 +11,7 @@ static void InitPictures() {
   Q_INIT_RESOURCE(Tools);
   Q_INIT_RESOURCE(PictureTools);
   Q_INIT_RESOURCE(Themes);
+  Q_INIT_RESOURCE(IconEditor);
 }
 
 namespace {
@@ -24,6 +25,12 @@ QStringList ToolPictures() {
              "picture-crop picture-undo")
       .split(u' ')
       .replaceInStrings(QRegularExpression("(.+)"), ":/tools/\\1.svg");
+}
+
+QStringList IconEditorPictures() {
+  return QString("line rectangle solid-rectangle ellipse solid-ellipse")
+      .split(u' ')
+      .replaceInStrings(QRegularExpression("(.+)"), ":/iconeditor/\\1.svg");
 }
 
 QStringList ThemePictures() {
@@ -71,7 +78,7 @@ double ShareThatShows(const QImage& picture, QRgb ground) {
 class Pictures : public ::testing::Test {
  protected:
   Pictures() { InitPictures(); }
-  const QStringList all_ = ToolPictures() + ThemePictures();
+  const QStringList all_ = ToolPictures() + ThemePictures() + IconEditorPictures();
 };
 
 TEST_F(Pictures, EachIsDrawnAtItsSizeAndTwiceAsLarge) {
