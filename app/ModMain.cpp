@@ -58,15 +58,16 @@ bool ModMain::Main() {
   program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
   sets_->Ck4->setChecked(program_.Compat4On);
   make(web_, program_, makeBrowser_);
-  make(pic_);
+  make(pic_, program_);
   make(tools_, program_, *web_);
   SetControlLook(tools_.get(), QStringLiteral("framed"));
   make(bitmap_);
-  make(iconMaker_);
+  make(iconMaker_, program_);
   make(ops_, program_, *web_);
   make(tip_);
   pics_ = std::make_unique<ModPics>(program_, *bitmap_);
   tools_->SetPictures(*pics_);
+  pic_->SetPictures(*pics_, *bitmap_);
   Connect();
   LoadWinSettings(program_, *web_, *tools_);
   LoadPackSettings(program_, *sets_);
@@ -79,13 +80,22 @@ bool ModMain::Main() {
 void ModMain::Connect() {
   connect(web_.get(), &FWeb::ExitRequested, this, &ModMain::ExitProgram);
   connect(web_.get(), &FWeb::OpsRequested, ops_.get(), &FOps::ShowOps);
-  connect(web_.get(), &FWeb::HideToolsRequested, this, [this] {
+  const auto hideTools = [this] {
     if (!tools_->isVisible()) return;
     SetNotTopmost(tools_.get());
     tools_->hide();
+  };
+  connect(web_.get(), &FWeb::HideToolsRequested, this, hideTools);
+  connect(&bitmap_->Notices, &PictureNotices::HideToolsRequested, this, hideTools);
+  connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), [this, hideTools] {
+    hideTools();
+    pic_->Open();
   });
-  connect(web_.get(), &FWeb::PicEditorRequested, pic_.get(), &QWidget::show);
-  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::IconEditorRequested, iconMaker_.get(), [this] {
+    // Whatever was drawn in it is thrown away without a question.
+    iconMaker_->ResetEditor();
+    ShowInFront(*iconMaker_);
+  });
   connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), [this] { ShowInFront(*sets_); });
   connect(sets_.get(), &FSets::UnHookRequested, web_->jWB, &WBUC::UnHook);
   connect(ops_->FrOps0, &PackPanel::CardFolderChosen, sets_->tPath, &QLineEdit::setText);

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <limits>
+#include <vector>
 
 #include "AsciiText.h"
 #include "PathRules.h"
@@ -16,10 +17,18 @@ constexpr QDir::Filters kFilesOfAnyKind = QDir::Files | QDir::Hidden | QDir::Sys
 constexpr QDir::Filters kFolders = QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot;
 
 void SortByCapitals(QStringList& names) {
-  std::sort(names.begin(), names.end(), [](const QString& a, const QString& b) {
-    const int order = UpperAscii(a).compare(UpperAscii(b));
-    return order != 0 ? order < 0 : a < b;
+  struct Entry {
+    QString capitals;
+    QString name;
+  };
+  std::vector<Entry> entries;
+  entries.reserve(std::size_t(names.size()));
+  for (const QString& name : names) entries.push_back({UpperAscii(name), name});
+  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+    const int order = a.capitals.compare(b.capitals);
+    return order != 0 ? order < 0 : a.name < b.name;
   });
+  std::transform(entries.begin(), entries.end(), names.begin(), [](Entry& entry) { return std::move(entry.name); });
 }
 
 bool CopyBytes(const QString& source, const QString& target) {

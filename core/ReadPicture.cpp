@@ -6,7 +6,7 @@
 #include <QImageReader>
 #include <cstdlib>
 
-#include "PictureFormat.h"
+#include "PlainBmp.h"
 
 namespace {
 
@@ -39,10 +39,12 @@ bool IsHoldableSize(QSize pixels) {
 QImage PictureFromBytes(const QByteArray& bytes) {
   const PictureFormat format = PictureFormatOf(bytes);
   if (!IsWholePicture(bytes, format)) return QImage();
-  const AllocationLimit limit;
   QBuffer buffer;
   buffer.setData(bytes);
   buffer.open(QIODevice::ReadOnly);
+  if (QImage image = ReadPlainBmp(buffer); !image.isNull()) return image;
+  buffer.seek(0);
+  const AllocationLimit limit;
   QImageReader reader(&buffer, FormatName(format));
   reader.setAutoDetectImageFormat(false);
   reader.setAutoTransform(true);
@@ -53,10 +55,24 @@ QImage PictureFromBytes(const QByteArray& bytes) {
   return IsHoldableSize(image.size()) ? image : QImage();
 }
 
-QImage ReadPicture(const QString& path) {
+QByteArray PictureFileBytes(const QString& path) {
   const QFileInfo info(path);
-  if (!info.isFile() || info.size() > kMostFileBytes) return QImage();
+  if (!info.isFile() || info.size() > kMostFileBytes) return QByteArray();
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return QImage();
-  return PictureFromBytes(file.readAll());
+  return file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? file.readAll() : QByteArray();
+}
+
+QImage ReadPicture(const QString& path) {
+  QFile file(path);
+  if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    if (QImage image = ReadPlainBmp(file); !image.isNull()) return image;
+  }
+  return PictureFromBytes(PictureFileBytes(path));
+}
+
+PictureFormat FormatOfFile(const QString& path) {
+  QFile file(path);
+  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return PictureFormat::None;
+  constexpr qint64 enough = 16;
+  return PictureFormatOf(file.read(enough));
 }

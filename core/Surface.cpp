@@ -120,19 +120,27 @@ void Surface::ClearDrawings() {
 }
 
 void Surface::PaintPicture(const QImage& source, const QRect& target, const QRect& part) {
+  Draw(target, [&](QImage& image) { DrawStretched(image, source, target, part); });
+}
+
+void Surface::Draw(const QRegion& part, const std::function<void(QImage&)>& draw) {
   QImage& image = Drawn();
   if (image.isNull()) return;
-  DrawStretched(image, source, target, part);
-  MarkDrawn(target);
+  draw(image);
+  MarkDrawn(part);
+}
+
+QRegion Surface::Outline(QPoint corner, QPoint opposite) {
+  const auto [left, right] = std::minmax({corner.x(), opposite.x()});
+  const auto [top, bottom] = std::minmax({corner.y(), opposite.y()});
+  const QRect outer(QPoint(left, top), QPoint(right, bottom));
+  return QRegion(outer) - QRegion(outer.adjusted(1, 1, -1, -1));
 }
 
 void Surface::InvertRectangle(QPoint corner, QPoint opposite) {
   QImage& image = Drawn();
   if (image.isNull()) return;
-  const auto [left, right] = std::minmax({corner.x(), opposite.x()});
-  const auto [top, bottom] = std::minmax({corner.y(), opposite.y()});
-  const QRect outer(QPoint(left, top), QPoint(right, bottom));
-  const QRegion outline = QRegion(outer) - QRegion(outer.adjusted(1, 1, -1, -1));
+  const QRegion outline = Outline(corner, opposite);
   for (const QRect& edge : outline& image.rect()) {
     for (int y = edge.top(); y <= edge.bottom(); ++y) {
       auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -158,7 +166,7 @@ void Surface::mousePressEvent(QMouseEvent* event) {
   emit MouseDown(event->button(), PixelAt(event));
 }
 void Surface::mouseMoveEvent(QMouseEvent* event) {
-  emit MouseMove(PixelAt(event));
+  emit MouseMove(PixelAt(event), event->buttons());
 }
 void Surface::mouseReleaseEvent(QMouseEvent* event) {
   emit MouseUp(event->button(), PixelAt(event));

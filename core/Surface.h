@@ -8,6 +8,7 @@
 #include <QRegion>
 #include <QString>
 #include <QWidget>
+#include <functional>
 
 class Surface : public QWidget {
   Q_OBJECT
@@ -37,17 +38,23 @@ class Surface : public QWidget {
   // Writes the image, drawings included, as a BMP file; false on failure.
   bool SaveImage(const QString& path) const;
 
+  bool HasDrawings() const { return !drawnPart_.isEmpty(); }
   // Brings the picture back as it was.
   void ClearDrawings();
   // Draws part of a picture, stretched to the target by a smooth filter. What the source hasn't got isn't drawn.
   void PaintPicture(const QImage& source, const QRect& target, const QRect& part);
+  // Lets the routine draw on the image, which has the surface's size and whose format is RGB32; only `part` may change.
+  // A surface without an image isn't drawn on.
+  void Draw(const QRegion& part, const std::function<void(QImage&)>& draw);
   // Inverts an outline one pixel wide through both corners, so that a second time takes it off again.
   void InvertRectangle(QPoint corner, QPoint opposite);
+  // The pixels that InvertRectangle inverts, as far as they are on the surface.
+  static QRegion Outline(QPoint corner, QPoint opposite);
 
  signals:
   // In pixels of the surface, which may lie outside of it during a drag.
   void MouseDown(Qt::MouseButton button, QPoint at);
-  void MouseMove(QPoint at);
+  void MouseMove(QPoint at, Qt::MouseButtons held);
   void MouseUp(Qt::MouseButton button, QPoint at);
 
  protected:

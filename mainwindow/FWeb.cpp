@@ -10,6 +10,7 @@
 #include <cassert>
 
 #include "AsciiText.h"
+#include "BusyGuard.h"
 #include "Colors.h"
 #include "ControlLook.h"
 #include "FittedText.h"
@@ -309,6 +310,9 @@ void FWeb::mPicEditor() {
   emit PicEditorRequested();
 }
 void FWeb::mOpenIcoEd() {
+  const BusyGuard guard(Busy);
+  if (!guard) return;
+  emit HideToolsRequested();
   emit IconEditorRequested();
 }
 

@@ -75,7 +75,9 @@ bool ModPics::OpenPictureFile(const QString& Path) {
   viewer_->PicX->ClearPicture();
   viewer_->PicX->SetAutoSize(true);
   viewer_->PicX->hide();
-  if (!LoadIntoPic(Path)) {
+  // The surface could show a PNG, but the editor opens none.
+  const bool isPng = FormatOfFile(Path) == PictureFormat::Png;
+  if (!LoadIntoPic(isPng ? QString() : Path)) {
     SayLoadingFailed();
     return false;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "CropBand.h"
 #include "Numbers.h"
 
 namespace {
@@ -20,12 +21,22 @@ QString Whole(float length) {
 fBitmap::fBitmap()
     : ShellWindow(QStringLiteral("fBitmap"), QStringLiteral("Use This Picture?")),
       Pic(new Surface(QStringLiteral("Pic"), this)),
-      PicX(new Surface(QStringLiteral("PicX"), this)) {
+      PicX(new Surface(QStringLiteral("PicX"), this)),
+      band_(new CropBand(*Pic)) {
+  // As a dialog it stays above the window to which the editor ties it.
+  setWindowFlags(Qt::Dialog);
   setAttribute(Qt::WA_ShowWithoutActivating);
+  Pic->setCursor(Qt::CrossCursor);
   PicX->hide();
   connect(Pic, &Surface::MouseDown, this, [this](Qt::MouseButton, QPoint at) { Pic_MouseDown(at); });
   connect(Pic, &Surface::MouseMove, this, &fBitmap::Pic_MouseMove);
   connect(Pic, &Surface::MouseUp, this, [this](Qt::MouseButton, QPoint at) { Pic_MouseUp(at); });
+}
+
+void fBitmap::DrawBand(QPoint corner, QPoint opposite) {
+  Pic->ClearDrawings();
+  Pic->InvertRectangle(corner, opposite);
+  band_->Follow(corner, opposite);
 }
 
 void fBitmap::Pic_MouseDown(QPoint at) {
@@ -39,8 +50,7 @@ void fBitmap::Pic_MouseDown(QPoint at) {
 
 void fBitmap::Pic_MouseMove(QPoint at) {
   if (!State.CropDragging) return;
-  Pic->ClearDrawings();
-  Pic->InvertRectangle(Pixel(State.CropX0, State.CropY0), at);
+  DrawBand(Pixel(State.CropX0, State.CropY0), at);
   // The size as dragged; what lies outside of the picture counts.
   emit Notices.LabCropSize(Whole(State.CropX0 - float(at.x())) + QStringLiteral(" X ") +
                            Whole(State.CropY0 - float(at.y())));
@@ -59,8 +69,7 @@ void fBitmap::Pic_MouseUp(QPoint at) {
     State.CropX1 = clamp(float(at.x()), Pic->width());
     State.CropY0 = clamp(State.CropY0, Pic->height());
     State.CropY1 = clamp(float(at.y()), Pic->height());
-    Pic->ClearDrawings();
-    Pic->InvertRectangle(Pixel(State.CropX0, State.CropY0), Pixel(State.CropX1, State.CropY1));
+    DrawBand(Pixel(State.CropX0, State.CropY0), Pixel(State.CropX1, State.CropY1));
   }
   State.CropDragging = false;
   State.CropDefined = true;

@@ -7,6 +7,8 @@
 #include "ShellWindow.h"
 #include "Surface.h"
 
+class CropBand;
+
 class fBitmap : public ShellWindow {
   Q_OBJECT
 
@@ -27,4 +29,9 @@ class fBitmap : public ShellWindow {
   void Pic_MouseDown(QPoint at);
   void Pic_MouseMove(QPoint at);
   void Pic_MouseUp(QPoint at);
+
+ private:
+  void DrawBand(QPoint corner, QPoint opposite);
+
+  CropBand* const band_;
 };

@@ -4,6 +4,7 @@
 #include <QString>
 
 // The program's built-in blocks of type CUSTOM: the pieces of the web-pack's stub, `STUB1`, `STUB2`, `STUB4`, `STUB5`,
-// and the icon images of 744 bytes, `WP`, `MAIL`, `HEART`, `ROCKET`, `LTNING`, `ROSE`, `HAND`, `CARD`, `TRAY`,
-// `FOLDER`. The name counts exactly; a name that isn't there gives a null array.
+// the icon images of 744 bytes, `WP`, `MAIL`, `HEART`, `ROCKET`, `LTNING`, `ROSE`, `HAND`, `CARD`, `TRAY`, `FOLDER`,
+// and the 64 bytes of the icons' colour table, `ICO4TABLE`. The name counts exactly; a name that isn't there gives a
+// null array.
 QByteArray Resource(const QString& name);

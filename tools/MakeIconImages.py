@@ -1,4 +1,4 @@
-"""Turns text pixel maps of web-pack icons into icon images of 744 bytes.
+"""Turns text pixel maps of web-pack icons into icon images of 744 bytes, and writes the colour table of all icons.
 
 Usage: MakeIconImages.py OUTPUT_FOLDER MAP...
 
@@ -63,12 +63,15 @@ def read_map(path):
         sys.exit(f"{path}: {unknown} is not in the legend")
 
 
+def make_table(order):
+    return b"".join(bytes(COLOURS[index][1:]) + b"\0" for index in order)
+
+
 def make_image(rows, greys_exchanged):
     order = list(range(16))
     if greys_exchanged:
         order[7], order[8] = 8, 7
     header = struct.pack("<IiiHHIIiiII", 40, SIZE, 2 * SIZE, 1, 4, 0, 640, 0, 0, 0, 0)
-    table = b"".join(bytes(COLOURS[index][1:]) + b"\0" for index in order)
     colours = mask = b""
     for row in reversed(rows):
         # A see-through pixel is black: the icon's colours are laid over the ground by exclusive or.
@@ -76,7 +79,7 @@ def make_image(rows, greys_exchanged):
         colours += bytes(left << 4 | right for left, right in zip(stored[::2], stored[1::2]))
         bits = "".join("1" if colour == SEE_THROUGH else "0" for colour in row)
         mask += int(bits, 2).to_bytes(SIZE // 8, "big")
-    return header + table + colours + mask
+    return header + make_table(order) + colours + mask
 
 
 def main(folder, *maps):
@@ -85,6 +88,8 @@ def main(folder, *maps):
         name = os.path.splitext(os.path.basename(path))[0]
         with open(os.path.join(folder, name + ".img"), "wb") as file:
             file.write(make_image(read_map(path), name in GREYS_EXCHANGED))
+    with open(os.path.join(folder, "ICO4TABLE"), "wb") as file:
+        file.write(make_table(range(16)))
 
 
 if __name__ == "__main__":

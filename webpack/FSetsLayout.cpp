@@ -20,11 +20,16 @@ constexpr const char* kIconNames[] = {"WP",   "MAIL", "HEART", "ROCKET", "LTNING
                                       "HAND", "CARD", "TRAY",  "FOLDER", "Custom"};
 constexpr int kIconColumns = 3;
 constexpr QSize kPicture(36, 36);
+constexpr int kTextColumns = 68;
+constexpr int kIconRows = 8;
 
 QLabel* NewText(const char* name, const char* text) {
   auto* label = new QLabel(QString::fromLatin1(text));
   label->setObjectName(QString::fromLatin1(name));
   label->setWordWrap(true);
+  // A width of its own, so that its height is known to the layouts around it.
+  label->setFixedWidth(label->fontMetrics().averageCharWidth() * kTextColumns);
+  label->setFixedHeight(label->heightForWidth(label->width()));
   return label;
 }
 
@@ -84,8 +89,8 @@ FSets::FSets(Program& program) : program_(program) {
     FrSets[i]->setSizePolicy(policy);
     pile->addWidget(FrSets[i], 0, 0);
   }
-  column->setSizeConstraint(QLayout::SetFixedSize);
   ShowPanel(0);
+  column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 QPushButton* FSets::NewButton(const char* name, int index, const char* caption, const char* toolTip,
@@ -182,9 +187,7 @@ QWidget* FSets::NewCustomPanel() {
   BoxIcons->setObjectName(QStringLiteral("BoxIcons"));
   BoxIcons->setAccessibleName(QStringLiteral("Custom Icons List"));
   label->setBuddy(BoxIcons);
-  // As high as there is room for, and not what makes the window high.
-  BoxIcons->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-  BoxIcons->setMinimumHeight(kPicture.height() * 4);
+  BoxIcons->setFixedHeight(BoxIcons->fontMetrics().lineSpacing() * kIconRows);
   column->addWidget(label);
   column->addWidget(BoxIcons, 1);
   column->addWidget(

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QStringList>
 #include <limits>
 
@@ -40,15 +41,15 @@ int PageNumberOf(const QString& pagePath) {
   return mark >= u'0' && mark <= u'9' ? mark.unicode() - u'0' : -1;
 }
 
-// Strips one page, gives it its link and strikes the pictures that it uses from the list.
-void PreparePage(Program& program, const QString& pagePath, int pageCount, QStringList& pictures) {
+// Strips one page, gives it its link and strikes the pictures that it uses.
+void PreparePage(Program& program, const QString& pagePath, int pageCount, QSet<QString>& pictures) {
   QByteArray references;
   const QByteArray text = StripPicturePathsOfFile(program.Files, pagePath, references);
   if (text.isEmpty()) return;
   if (!references.isEmpty() && !pictures.isEmpty()) {
     for (const QByteArray& reference : references.split('*')) {
       // The names must be equal exactly, letter case and entities included, and that is meant.
-      pictures.removeAll(DecodePageName(reference));
+      pictures.remove(DecodePageName(reference));
     }
   }
   const QByteArray linked = AddNextPageLink(program, pagePath, text, pageCount);
@@ -98,14 +99,14 @@ void PreparePackPages(Program& program) {
   QString list;
   if (program.Files.ListFiles(program.WorkPath, QString(), list) == 0) return;
   QStringList pages;
-  QStringList pictures;
+  QSet<QString> pictures;
   for (const QString& name : list.split(u'*')) {
     const QString ending = UpperAscii(name.right(4));
     if (ending == QStringLiteral("HTML")) {
       pages.append(name);
     } else if (ending == QStringLiteral(".GIF") || ending == QStringLiteral(".JPG") ||
                ending == QStringLiteral(".PNG") || ending == QStringLiteral("JPEG")) {
-      pictures.append(name);
+      pictures.insert(name);
     }
   }
   if (pages.isEmpty()) return;

@@ -21,6 +21,7 @@ class FileSource {
   FileSource(const QString& path, const QByteArray& name, const ZipCallbacks& callbacks)
       : file_(path), name_(name), callbacks_(callbacks) {
     zip_error_init(&error_);
+    zip_stat_init(&status_);
   }
   ~FileSource() { zip_error_fini(&error_); }
 
@@ -68,12 +69,13 @@ class FileSource {
 
   zip_int64_t Stat(void* data, zip_uint64_t length) {
     if (length < sizeof(zip_stat_t)) return Fail(ZIP_ER_INVAL);
-    const QFileInfo info(file_.fileName());
-    auto* status = static_cast<zip_stat_t*>(data);
-    zip_stat_init(status);
-    status->size = static_cast<zip_uint64_t>(info.size());
-    status->mtime = static_cast<time_t>(info.lastModified().toSecsSinceEpoch());
-    status->valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+    if (status_.valid == 0) {
+      const QFileInfo info(file_.fileName());
+      status_.size = static_cast<zip_uint64_t>(info.size());
+      status_.mtime = static_cast<time_t>(info.lastModified().toSecsSinceEpoch());
+      status_.valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+    }
+    *static_cast<zip_stat_t*>(data) = status_;
     return sizeof(zip_stat_t);
   }
 
@@ -81,7 +83,16 @@ class FileSource {
   QByteArray name_;
   const ZipCallbacks& callbacks_;
   zip_error_t error_;
+  zip_stat_t status_;  // valid once it has been asked for
 };
+
+// Each entry takes about 300 KB for its compression and frees it. The C library would hand that back to the system and
+// fetch it again for every file, which costs more than compressing a small one; having freed one larger block it keeps
+// as much.
+void KeepFreedMemory() {
+  constexpr qsizetype moreThanAnEntryTakes = 4 << 20;
+  const QByteArray block(moreThanAnEntryTakes, Qt::Uninitialized);
+}
 
 bool AddFile(zip_t* archive, const QString& path, const QByteArray& name, const ZipCallbacks& callbacks, int level) {
   auto source = std::make_unique<FileSource>(path, name, callbacks);
@@ -109,6 +120,7 @@ int32_t ZipArchiver::ZpSetOptions(const ZipOptions& options) {
 }
 
 int32_t ZipArchiver::ZpArchive(int32_t count, const QByteArray& zipName, const ZipNames& names) {
+  KeepFreedMemory();
   const QString root = QFile::decodeName(options_.szRootDir);
   struct Entry {
     QByteArray name;
@@ -119,8 +131,8 @@ int32_t ZipArchiver::ZpArchive(int32_t count, const QByteArray& zipName, const Z
     if (entries.size() >= count || name == QByteArray(1, kEndMark)) break;
     const QString path = root + QString::fromUtf8(name);
     if (!access_.CanBeRead(path)) return ZipResult::kCannotOpen;
-    const bool hidden = attributes_.Get(path).value_or(AttributeNormal) & AttributeHidden;
-    if (!hidden || options_.fSystem != 0) entries.append({name, path});
+    if (options_.fSystem != 0 || !(attributes_.Get(path).value_or(AttributeNormal) & AttributeHidden))
+      entries.append({name, path});
   }
 
   const QByteArray target = (root + QString::fromUtf8(zipName)).toUtf8();

@@ -7,6 +7,7 @@
 #include "CoreKinds.h"
 #include "ElementKinds.h"
 #include "FormattingKinds.h"
+#include "IconKinds.h"
 #include "KindTable.h"
 #include "PackKinds.h"
 #include "PageViewKinds.h"
@@ -83,5 +84,6 @@ int main(int argc, char** argv) {
   RegisterElementKinds(table);
   RegisterFormattingKinds(table);
   RegisterSettingsKinds(table);
+  RegisterIconKinds(table);
   return Run(table, QApplication::arguments());
 }

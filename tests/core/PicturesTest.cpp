@@ -9,7 +9,9 @@
 // Outside of any namespace, as the macro wants it.
 static void InitPictures() {
   Q_INIT_RESOURCE(Tools);
+  Q_INIT_RESOURCE(PictureTools);
   Q_INIT_RESOURCE(Themes);
+  Q_INIT_RESOURCE(IconEditor);
 }
 
 namespace {
@@ -19,9 +21,16 @@ QStringList ToolPictures() {
              "new-project open-project new-page save-page delete-page picture-editor icon-editor email web-pack "
              "sel-cut "
              "sel-copy sel-paste sel-link sel-picture sel-table sel-forward sel-left sel-up sel-right sel-down "
-             "sel-back")
+             "sel-back picture-open picture-save picture-close-editor picture-close picture-resize picture-compress "
+             "picture-crop picture-undo")
       .split(u' ')
       .replaceInStrings(QRegularExpression("(.+)"), ":/tools/\\1.svg");
+}
+
+QStringList IconEditorPictures() {
+  return QString("line rectangle solid-rectangle ellipse solid-ellipse")
+      .split(u' ')
+      .replaceInStrings(QRegularExpression("(.+)"), ":/iconeditor/\\1.svg");
 }
 
 QStringList ThemePictures() {
@@ -69,7 +78,7 @@ double ShareThatShows(const QImage& picture, QRgb ground) {
 class Pictures : public ::testing::Test {
  protected:
   Pictures() { InitPictures(); }
-  const QStringList all_ = ToolPictures() + ThemePictures();
+  const QStringList all_ = ToolPictures() + ThemePictures() + IconEditorPictures();
 };
 
 TEST_F(Pictures, EachIsDrawnAtItsSizeAndTwiceAsLarge) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QByteArrayList>
+
 #include "Resource.h"
 #include "StringTable.h"
 
@@ -46,6 +48,19 @@ TEST(Resource, IconImagesHave744Bytes) {
   for (const char* name : {"WP", "MAIL", "HEART", "ROCKET", "LTNING", "ROSE", "HAND", "CARD", "TRAY", "FOLDER"}) {
     EXPECT_EQ(744, Resource(name).size()) << name;
   }
+}
+
+QByteArray GroupsOfFour(const QByteArray& bytes) {
+  QByteArrayList groups;
+  for (qsizetype at = 0; at < bytes.size(); at += 4) groups << bytes.mid(at, 4).toHex();
+  return groups.join(' ');
+}
+
+TEST(Resource, TheColorTableOfIconsHasItsOrder) {
+  EXPECT_EQ(
+      "00000000 00008000 00800000 00808000 80000000 80008000 80800000 c0c0c000 "
+      "80808000 0000ff00 00ff0000 00ffff00 ff000000 ff00ff00 ffff0000 ffffff00",
+      GroupsOfFour(Resource("ICO4TABLE")));
 }
 
 TEST(Resource, AnythingElseIsNull) {

@@ -66,12 +66,62 @@ TEST_F(CropBand, AnyButtonDrags) {
 
 TEST_F(CropBand, TheBandShowsOnLightAndDark) {
   for (const QColor color : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::red), QColor(40, 50, 60)}) {
-    OpenOneColor("one.png", color);
+    OpenOneColor("one.bmp", color);
     Drag({5, 5}, {40, 30});
     EXPECT_EQ(QColor(color.rgb() ^ 0xFFFFFF), PixelShown(5, 5));
     EXPECT_EQ(QColor(color.rgb() ^ 0xFFFFFF), PixelShown(40, 30));
     EXPECT_EQ(color, PixelShown(6, 6));
   }
+}
+
+// On the screen only: what is saved has the inverted line.
+TEST_F(CropBand, OnMiddleGreyTheBandIsDashedOnTheScreen) {
+  for (const int grey : {104, 127, 128, 150}) {
+    OpenOneColor("grey.bmp", QColor(grey, grey, grey));
+    Drag({5, 5}, {40, 30});
+    EXPECT_EQ(qRgb(255 - grey, 255 - grey, 255 - grey), Shown().pixel(20, 5));
+    const QImage seen = viewer_.Pic->grab().toImage();
+    int black = 0, white = 0;
+    for (int x = 5; x <= 40; ++x) {
+      black += seen.pixel(x, 5) == qRgb(0, 0, 0) ? 1 : 0;
+      white += seen.pixel(x, 30) == qRgb(255, 255, 255) ? 1 : 0;
+    }
+    EXPECT_NEAR(18, black, 2) << grey;
+    EXPECT_NEAR(18, white, 2) << grey;
+    EXPECT_EQ(qRgb(grey, grey, grey), seen.pixel(20, 6));
+    EXPECT_EQ(qRgb(grey, grey, grey), seen.pixel(4, 4));
+    // The dashes go with the band.
+    pics_.ResizePicture(200);
+    EXPECT_EQ(Shown(), viewer_.Pic->grab().toImage().convertToFormat(QImage::Format_RGB32));
+  }
+}
+
+TEST_F(CropBand, WhereInvertingShowsTheScreenShowsWhatIsSaved) {
+  for (const QColor color : {QColor(Qt::white), QColor(Qt::black), QColor(90, 90, 90), QColor(0, 150, 255)}) {
+    OpenOneColor("one.bmp", color);
+    Drag({5, 5}, {40, 30});
+    EXPECT_EQ(Shown(), viewer_.Pic->grab().toImage().convertToFormat(QImage::Format_RGB32));
+  }
+}
+
+TEST_F(CropBand, TheDashesFollowTheDragAndGoWithAClick) {
+  OpenOneColor("grey.bmp", QColor(128, 128, 128));
+  viewer_.Pic_MouseDown({5, 5});
+  const auto dashed = [this] {
+    const QImage seen = viewer_.Pic->grab().toImage();
+    QRect rect;
+    for (int y = 0; y < seen.height(); ++y)
+      for (int x = 0; x < seen.width(); ++x)
+        if (std::abs(qGray(seen.pixel(x, y)) - 128) > 100) rect |= QRect(x, y, 1, 1);
+    return rect;
+  };
+  EXPECT_EQ(QRect(), dashed());
+  for (const QPoint to : {QPoint(50, 35), QPoint(20, 10)}) {
+    viewer_.Pic_MouseMove(to);
+    EXPECT_EQ(QRect(QPoint(5, 5), to), dashed());
+  }
+  viewer_.Pic_MouseDown({30, 30});
+  EXPECT_EQ(QRect(), dashed());
 }
 
 TEST_F(CropBand, AClickOrADragInOneRowOrColumnDefinesNothing) {

@@ -144,10 +144,10 @@ TEST_F(Jpeg, AfterSavingAnewUndoBringsBackTheSamePicture) {
 }
 
 TEST_F(Jpeg, CompressOneOpenAnotherSaveWritesTheFirst) {
-  OpenOneColor("a.png", Qt::red);
+  OpenOneColor("a.bmp", Qt::red);
   Compress(80);
   const QByteArray first = FileBytes(Scratch("cvtemp.jpg"));
-  OpenOneColor("b.png", Qt::green);
+  OpenOneColor("b.bmp", Qt::green);
   EXPECT_TRUE(state_.JpegCurrent);
   EXPECT_TRUE(Save());
   EXPECT_EQ(first, Saved());
@@ -200,7 +200,7 @@ TEST_F(Jpeg, SavingOverTheScratchFilesThemselvesWorks) {
 }
 
 TEST_F(Jpeg, ABandOnShowGoesIntoTheJpeg) {
-  OpenOneColor("white.png", Qt::white);
+  OpenOneColor("white.bmp", Qt::white);
   Drag({5, 5}, {40, 30});
   EXPECT_TRUE(Save());
   EXPECT_LT(qGray(ReadPicture(test_.Path("out.jpg")).pixel(20, 5)), 100);

@@ -89,7 +89,7 @@ TEST_F(PictureOps, ResizedLengthsAreRoundedToTheEvenOne) {
 }
 
 TEST_F(PictureOps, ResizeFillsToTheLastPixel) {
-  OpenOneColor("blue.png", Qt::blue, QSize(100, 75));
+  OpenOneColor("blue.bmp", Qt::blue, QSize(100, 75));
   pics_.ResizePicture(33);
   EXPECT_EQ(QColor(Qt::blue), PixelShown(32, 24));
   EXPECT_EQ(QColor(Qt::blue), PixelShown(0, 0));
@@ -174,9 +174,9 @@ TEST_F(PictureOps, UndoWithoutAViewerOnShowDoesNothing) {
 }
 
 TEST_F(PictureOps, UndoAfterOpeningAnotherPictureBringsTheFirstBack) {
-  OpenOneColor("a.png", Qt::red);
+  OpenOneColor("a.bmp", Qt::red);
   pics_.ResizePicture(50);
-  OpenOneColor("b.png", Qt::green, QSize(20, 20));
+  OpenOneColor("b.bmp", Qt::green, QSize(20, 20));
   EXPECT_TRUE(Has("cvtemp.bmp"));
   pics_.UndoPicture();
   EXPECT_EQ(QColor(Qt::red), PixelShown(0, 0));
@@ -215,7 +215,7 @@ TEST_F(PictureOps, AnOldCropAreaBeyondThePictureShowsTheBackground) {
 }
 
 TEST_F(PictureOps, ABandOnShowGoesIntoTheSnapshotOfAResize) {
-  OpenOneColor("white.png", Qt::white);
+  OpenOneColor("white.bmp", Qt::white);
   Drag({5, 5}, {40, 30});
   pics_.ResizePicture(50);
   EXPECT_EQ(QColor(Qt::white), PixelShown(3, 3));

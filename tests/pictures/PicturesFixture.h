@@ -37,12 +37,12 @@ class PicturesTest : public ::testing::Test {
   }
   // Opens a picture in which every pixel tells its place.
   void Open(int width, int height) {
-    ASSERT_TRUE(pics_.OpenPictureFile(File("open.png", EncodedPicture(PlacePicture(width, height), "png"))));
+    ASSERT_TRUE(pics_.OpenPictureFile(File("open.bmp", EncodedPicture(PlacePicture(width, height), "bmp"))));
   }
   void OpenOneColor(const QString& name, QColor color, QSize size = QSize(60, 40)) {
     QImage image(size, QImage::Format_RGB32);
     image.fill(color);
-    ASSERT_TRUE(pics_.OpenPictureFile(File(name, EncodedPicture(image, "png"))));
+    ASSERT_TRUE(pics_.OpenPictureFile(File(name, EncodedPicture(image, "bmp"))));
   }
 
   void Drag(QPoint from, QPoint to) {

@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImageReader>
 
 #include "PictureFiles.h"
 #include "PictureFormat.h"
+#include "PlainBmp.h"
 #include "TestPlatform.h"
 
 namespace {
@@ -37,6 +39,49 @@ TEST_F(ReadPictureTest, EveryFormatIsRead) {
   }
   const QImage fromTop = PictureFromBytes(Sample(PictureSamples(), "bmp from the top").bytes);
   EXPECT_EQ(image.mirrored(), fromTop.convertToFormat(QImage::Format_RGB32));
+}
+
+// The form that the program writes has a reader of its own.
+TEST_F(ReadPictureTest, APlainBitmapIsReadAsTheGeneralReaderDoes) {
+  for (const int width : {1, 2, 3, 4, 5, 7, 8, 1000, 29'999}) {
+    for (const int height : {1, 2, 61}) {
+      QImage image = PlacePicture(width, height);
+      image.setDotsPerMeterX(3000);
+      image.setDotsPerMeterY(4000);
+      const QByteArray bytes = EncodedPicture(image, "bmp");
+      QBuffer buffer;
+      buffer.setData(bytes);
+      ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+      const QImage plain = ReadPlainBmp(buffer);
+      ASSERT_EQ(image, plain.convertToFormat(QImage::Format_RGB32)) << width << ' ' << height;
+      EXPECT_EQ(3000, plain.dotsPerMeterX());
+      EXPECT_EQ(4000, plain.dotsPerMeterY());
+      EXPECT_EQ(image, ReadPicture(File("a.bmp", bytes)).convertToFormat(QImage::Format_RGB32));
+      EXPECT_EQ(image, PictureFromBytes(bytes).convertToFormat(QImage::Format_RGB32));
+    }
+  }
+}
+
+TEST_F(ReadPictureTest, ThePlainReaderLeavesOtherFormsToTheGeneralOne) {
+  const auto plain = [](QByteArray bytes) {
+    QBuffer buffer(&bytes);
+    EXPECT_TRUE(buffer.open(QIODevice::ReadOnly));
+    return ReadPlainBmp(buffer);
+  };
+  for (const PictureSample& sample : PictureSamples())
+    EXPECT_EQ(!strcmp(sample.name, "bmp"), !plain(sample.bytes).isNull()) << sample.name;
+  const QByteArray whole = EncodedPicture(PlacePicture(20, 15), "bmp");
+  for (qsizetype length = 0; length < whole.size(); ++length) ASSERT_TRUE(plain(whole.left(length)).isNull()) << length;
+  // Pixels that begin later, as a file may say.
+  QByteArray later = whole;
+  later.insert(54, QByteArray(10, 'x'));
+  PutLittle(later, 10, 64, 4);
+  EXPECT_EQ(PlacePicture(20, 15), plain(later).convertToFormat(QImage::Format_RGB32));
+  for (const quint32 begin : {0u, 53u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+    QByteArray wrong = whole;
+    PutLittle(wrong, 10, begin, 4);
+    EXPECT_TRUE(plain(wrong).isNull()) << begin;
+  }
 }
 
 TEST_F(ReadPictureTest, TheContentTellsTheFormatAndNotTheName) {

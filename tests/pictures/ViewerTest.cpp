@@ -126,7 +126,7 @@ TEST_F(Viewer, OpeningAsksForTheToolWindowToGo) {
   EXPECT_EQ(0, hide.size());
   Open(20, 10);
   EXPECT_EQ(1, hide.size());
-  EXPECT_TRUE(pics_.LoadPictureFile(test_.Path("open.png"), 0));
+  EXPECT_TRUE(pics_.LoadPictureFile(test_.Path("open.bmp"), 0));
   EXPECT_EQ(1, hide.size());
 }
 
@@ -151,7 +151,7 @@ TEST_F(Viewer, AFileThatIsNoPictureIsTold) {
 TEST_F(Viewer, APictureBombIsToldAsAnyBadFile) {
   QImage bomb(30'000, 2, QImage::Format_Mono);
   bomb.fill(0);
-  EXPECT_FALSE(pics_.OpenPictureFile(File("bomb.png", EncodedPicture(bomb, "png"))));
+  EXPECT_FALSE(pics_.OpenPictureFile(File("bomb.bmp", EncodedPicture(bomb, "bmp"))));
   EXPECT_EQ(QStringList{"Error loading image file."}, Messages());
   EXPECT_FALSE(viewer_.isVisible());
 }
@@ -200,7 +200,7 @@ TEST_F(Viewer, TheCloseBoxOnlyHides) {
 }
 
 TEST_F(Viewer, AnOpenedFileKeepsItsAttributes) {
-  const QString path = File("mine.png", EncodedPicture(PlacePicture(20, 10), "png"));
+  const QString path = File("mine.bmp", EncodedPicture(PlacePicture(20, 10), "bmp"));
   ASSERT_TRUE(test_.platform.attributes.Set(path, AttributeReadOnly));
   EXPECT_TRUE(pics_.OpenPictureFile(path));
   EXPECT_EQ(AttributeReadOnly, test_.platform.attributes.Get(path).value_or(0) & AttributeReadOnly);
@@ -227,7 +227,7 @@ TEST_F(Viewer, ItMayGoDuringARoutine) {
   const auto run = [this](const std::function<void(ModPics&)>& routine) {
     auto* viewer = new fBitmap;
     ModPics pics(test_.program, *viewer);
-    ASSERT_TRUE(pics.OpenPictureFile(File("a.png", EncodedPicture(PlacePicture(20, 10), "png"))));
+    ASSERT_TRUE(pics.OpenPictureFile(File("a.bmp", EncodedPicture(PlacePicture(20, 10), "bmp"))));
     viewer->State = {false, true, false, 1, 1, 5, 5};
     QPointer<fBitmap> watch(viewer);
     QMetaObject::invokeMethod(

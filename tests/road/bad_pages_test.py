@@ -91,7 +91,8 @@ class Work:
             return [self.desktop.color_at(x, 52) for x in range(270, 340)]
 
         def is_bare():
-            return len(set(strip())) == 1
+            # Before it is painted a window is black or white.
+            return len(set(strip())) == 1 and 0x808080 < strip()[0] < 0xFFFFFF
         wait_for("the strip is bare", is_bare, 30, 0.005)
         bare = strip()
         begin = time.monotonic()
@@ -135,7 +136,7 @@ class Work:
         def answered():
             self.desktop.click(400, 300)
             try:
-                return wait_for("an insertion point", self.caret, 0.7)
+                return wait_for("an insertion point", self.caret, 1.5)
             except TooLate:
                 return None
         try:

@@ -2,12 +2,17 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <cstdio>
 
-#include "ModPackage.h"
 #include "ModZip.h"
+#include "PackPanel.h"
+#include "PathRules.h"
 #include "Settings.h"
+#include "StringTable.h"
 #include "TestPlatform.h"
 
 // Builds a web-pack, or only the archive, from a folder of pages: make_pack WORKFOLDER FOLDER NAME [ICON], or
@@ -36,16 +41,27 @@ int main(int argc, char** argv) {
   }
   program.WorkPath = arguments.at(archiveOnly ? 2 : 1);
   QElapsedTimer clock;
-  clock.start();
-  qint32 size = 0;
+  qint64 size = 0;
   int code = 0;
   if (archiveOnly) {
     QString list;
     const int count = program.Files.ListFiles(program.WorkPath, QString(), list);
+    clock.start();
     code = ZipWorkFiles(program, list.split(u'*'), count);
   } else {
-    code = CreateWebPack(program, arguments.at(2), arguments.at(3), size);
+    // Through the panel, as the user does.
+    bool busy = false;
+    PackPanel panel(program, busy);
+    panel.tMakePath->setText(arguments.at(2));
+    panel.tMakeFileName->setText(arguments.at(3));
+    platform.dialogs.Answers = {MessageAnswer::Ok, MessageAnswer::No};
+    if (!QFile::exists(PathRules::Join(arguments.at(2), arguments.at(3)))) platform.dialogs.Answers.removeFirst();
+    clock.start();
+    panel.bCreate[0]->click();
+    size = QFileInfo(PathRules::Join(arguments.at(2), arguments.at(3))).size();
+    for (int n = 1; n <= 7; ++n)
+      if (platform.dialogs.Messages().contains(StringText(127 + n))) code = n;
   }
-  std::printf("%d %d %.3f\n", code, size, static_cast<double>(clock.nsecsElapsed()) / 1e6);
+  std::printf("%d %lld %.3f\n", code, static_cast<long long>(size), static_cast<double>(clock.nsecsElapsed()) / 1e6);
   return code == 0 ? 0 : 1;
 }

@@ -98,8 +98,7 @@ TEST_F(SettingsWindow, ControlsCarryTheirNamesTextsAndTips) {
       {"bIcoSets0", "Apply", "Assign selected icon as web-pack file icon."},
       {"bIcoSets1", "Custom Icon Options", "Open options to use custom icon for web-pack files."},
       {"bCustomIco0", "Browse", "Browse for icon file."},
-      {"bCustomIco1", "Add To Custom Icons List",
-       "Add icon file to list of icons that may be selected for web-packs."},
+      {"bCustomIco1", "Add To Custom Icons List", "Add icon file to list of icons that may be selected for web-packs."},
       {"bCustomIco2", "Use Selected Icon", "Assign selected icon as the custom icon."},
       {"bCustomIco3", "OK", "Close custom icon options window."},
   };
@@ -129,8 +128,8 @@ TEST_F(SettingsWindow, ControlsCarryTheirNamesTextsAndTips) {
   QStringList frames;
   for (const QGroupBox* frame : sets_.findChildren<QGroupBox*>()) frames.append(frame->title());
   frames.sort();
-  EXPECT_EQ(QStringList({"  Custom Icons  ", "  General Settings  ", "  Page element defaults:  ",
-                         "Select icon for web-pack files:"}),
+  EXPECT_EQ(QStringList({"  Custom Icons  ", "  General Settings  ",
+                         "  Page element defaults:  ", "Select icon for web-pack files:"}),
             frames);
 }
 
@@ -357,9 +356,8 @@ TEST_F(SettingsWindow, WhileBusyItsButtonsDoNothing) {
   sets_.Busy = true;
   Icon(Icons("a.ico"));
   sets_.tPath->setText(test_.Path("desktop"));
-  for (QPushButton* const button :
-       {sets_.bSets[0], sets_.bSets[1], sets_.bSets[2], sets_.bIcoSets[0], sets_.bIcoSets[1], sets_.bCustomIco[0],
-        sets_.bCustomIco[3]})
+  for (QPushButton* const button : {sets_.bSets[0], sets_.bSets[1], sets_.bSets[2], sets_.bIcoSets[0],
+                                    sets_.bIcoSets[1], sets_.bCustomIco[0], sets_.bCustomIco[3]})
     button->click();
   EXPECT_TRUE(Dialogs().Boxes.isEmpty());
   EXPECT_TRUE(Dialogs().Questions.isEmpty());
@@ -388,15 +386,21 @@ TEST_F(SettingsWindow, NothingIsCutOffFrom8To14Points) {
     for (int panel = 0; panel < 3; ++panel) {
       if (panel < 2) sets.bSetWins[std::size_t(panel)]->click();
       if (panel == 2) sets.bIcoSets[1]->click();
+      QList<QRect> places;
       for (QWidget* const control : sets.findChildren<QWidget*>()) {
         if (!control->isVisible()) continue;
         const auto* label = qobject_cast<QLabel*>(control);
-        if (!label && !qobject_cast<QAbstractButton*>(control) && !qobject_cast<QLineEdit*>(control)) continue;
+        if (!label && !qobject_cast<QAbstractButton*>(control) && !qobject_cast<QLineEdit*>(control) &&
+            !qobject_cast<QListWidget*>(control))
+          continue;
         const QRect place(control->mapTo(&sets, QPoint(0, 0)), control->size());
+        for (const QRect& other : places)
+          EXPECT_FALSE(place.intersects(other)) << points << qPrintable(control->objectName());
+        places.append(place);
         EXPECT_TRUE(sets.rect().contains(place)) << points << qPrintable(control->objectName());
         if (label && label->wordWrap()) {
           EXPECT_GE(label->height(), label->heightForWidth(label->width())) << points;
-        } else if (!qobject_cast<QLineEdit*>(control)) {
+        } else if (label || qobject_cast<QAbstractButton*>(control)) {
           EXPECT_GE(control->width(), control->minimumSizeHint().width())
               << points << qPrintable(control->objectName());
         }

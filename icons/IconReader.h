@@ -1,0 +1,15 @@
+// What the icon editor takes from a picture file's bytes, which may be anything: the picture that it loads, and the
+// mask of an icon. Of an icon file with several images that of 32 by 32 pixels counts, or else the first one, brought
+// to that size pixel by pixel; picture and mask come from the same image.
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <optional>
+
+// At most 32 by 32 pixels: of a larger picture the top left. Null when the bytes are no picture.
+QImage PictureForIcon(const QByteArray& bytes);
+
+// 32 by 32 pixels in RGB32, white where the icon is see-through and black elsewhere. Nothing when the bytes are no icon
+// or its image has no whole mask, as one that is stored as PNG hasn't.
+std::optional<QImage> MaskOfIcon(const QByteArray& bytes);

@@ -1,0 +1,6 @@
+#pragma once
+
+class KindTable;
+
+// cells, draw, iconfile, reduce16.
+void RegisterIconKinds(KindTable& table);

@@ -1,0 +1,436 @@
+#include "ModIcons2.h"
+
+#include <QFileInfo>
+#include <QMimeData>
+
+#include "CheckIconFile.h"
+#include "IconBytes.h"
+#include "IconFixture.h"
+#include "PictureFiles.h"
+#include "Resource.h"
+#include "StringTable.h"
+
+namespace {
+
+class IconFiles : public IconTest {
+ protected:
+  int Check(const QString& path) {
+    QString message;
+    return CheckIconFile(test_.program.Files, path, message);
+  }
+  static quint32 Number(const QByteArray& bytes, int at, int length) {
+    quint32 number = 0;
+    for (int i = length - 1; i >= 0; --i) number = number << 8 | quint8(bytes[at + i]);
+    return number;
+  }
+  static QImage Picture(int width, int height, QColor color = Qt::red) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(color);
+    return image;
+  }
+  QString Bmp(int width, int height) { return File("picture.bmp", EncodedPicture(Picture(width, height), "bmp")); }
+  bool OpenImageOf(const QByteArray& bytes, const QString& name = "a.ico") {
+    editor_.ClearImage();
+    return OpenImage(editor_.Surfaces, File(name, bytes));
+  }
+  static void PutOnClipboard(const QImage& image) {
+    QGuiApplication::clipboard()->setImage(image, QClipboard::Clipboard);
+  }
+  static bool ClipboardIsEmpty() {
+    const QMimeData* const content = QGuiApplication::clipboard()->mimeData(QClipboard::Clipboard);
+    return !content || content->formats().isEmpty();
+  }
+  // That of an icon with HalfRed on it, in the file's form.
+  void ExpectHalfRed() {
+    EXPECT_EQ(QRect(16, 0, 16, 32), OpaqueRect());
+    EXPECT_EQ(512, Opaque().size());
+    const QImage seen = Plane(planes_.Pic1), colors = Plane(planes_.Pic1Black);
+    EXPECT_EQ(qRgb(255, 0, 0), seen.pixel(16, 0));
+    EXPECT_EQ(qRgb(255, 255, 255), seen.pixel(3, 3));
+    EXPECT_EQ(qRgb(255, 0, 0), colors.pixel(20, 20));
+    EXPECT_EQ(qRgb(0, 0, 255), colors.pixel(31, 31));
+    EXPECT_EQ(qRgb(0, 0, 0), colors.pixel(15, 31));
+  }
+};
+
+// --- writing
+
+TEST_F(IconFiles, ASavedFileIs766BytesAndCanStandInAWebPack) {
+  UseColor(Red);
+  Use(Tool::SolidEllipse);
+  Drag({4, 4}, {27, 27});
+  const QByteArray bytes = Saved();
+  EXPECT_EQ(766, bytes.size());
+  EXPECT_EQ(744u, Number(bytes, 14, 4));
+  EXPECT_EQ(22u, Number(bytes, 18, 4));
+  EXPECT_EQ(0, Check(test_.Path("saved.ico")));
+}
+
+TEST_F(IconFiles, TheWriterLeavesTheSizeOfTheDataAt0) {
+  EXPECT_EQ(0u, Number(Saved(), 42, 4));
+}
+
+TEST_F(IconFiles, ReadersDoNotCheckTheSizeOfTheData) {
+  const QByteArray head = Saved().left(22);
+  for (const char* name : {"HEART", "MAIL"}) {
+    const QByteArray built = head + Resource(name);
+    ASSERT_EQ(640u, Number(built, 42, 4));
+    EXPECT_TRUE(OpenImageOf(built));
+    const QByteArray again = Saved();
+    EXPECT_EQ(0u, Number(again, 42, 4));
+    // MAIL has a colour table of its own; heart and file have the same one.
+    if (QByteArray(name) == "HEART") {
+      EXPECT_EQ(built.mid(62), again.mid(62));
+    }
+    EXPECT_EQ(built.mid(638), again.mid(638));
+    EXPECT_LT(200, Opaque().size());
+    QByteArray strange = built;
+    PutLittle(strange, 42, 0xFFFFFFFF, 4);
+    EXPECT_TRUE(OpenImageOf(strange));
+    EXPECT_EQ(again, Saved());
+  }
+}
+
+TEST_F(IconFiles, AClearedImageSavedHasNoColorsAndNoOpaquePixel) {
+  const QByteArray bytes = Saved();
+  EXPECT_EQ(QByteArray(512, '\0'), bytes.mid(126, 512));
+  EXPECT_EQ(QByteArray(128, '\xFF'), bytes.mid(638));
+}
+
+TEST_F(IconFiles, RowsComeFromTheBottomAndTheLeftPixelIsHigh) {
+  UseColor(Red);
+  Drag({0, 31}, {0, 31});
+  UseColor(Blue);
+  Drag({31, 0}, {31, 0});
+  const QByteArray bytes = Saved();
+  EXPECT_EQ('\x90', bytes[126]);
+  EXPECT_EQ('\x0C', bytes[126 + 511]);
+  EXPECT_EQ('\x7F', bytes[638]);
+  EXPECT_EQ('\xFE', bytes[765]);
+}
+
+TEST_F(IconFiles, WhatIsSavedOpensAsItWas) {
+  UseColor(Yellow);
+  Use(Tool::Ellipse);
+  Drag({4, 2}, {27, 30});
+  const QByteArray bytes = Saved();
+  const QImage colors = Plane(planes_.Pic1Black), mask = Plane(planes_.Pic2);
+  Open(test_.Path("saved.ico"));
+  EXPECT_EQ(colors, Plane(planes_.Pic1Black));
+  EXPECT_EQ(mask, Plane(planes_.Pic2));
+  EXPECT_EQ(bytes, Saved("again.ico"));
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(IconFiles, WritingDoesNotShortenALongerFile) {
+  File("long.ico", QByteArray(1000, 'x'));
+  // Without the suffix, so that nobody asks and nobody deletes.
+  SaveAs(test_.Path("long"));
+  const QByteArray bytes = FileBytes(test_.Path("long.ico"));
+  EXPECT_EQ(1000, bytes.size());
+  EXPECT_EQ(Saved(), bytes.left(766));
+  EXPECT_EQ(QByteArray(234, 'x'), bytes.mid(766));
+  EXPECT_EQ(6, Check(test_.Path("long.ico")));
+}
+
+TEST_F(IconFiles, AWriteThatFailsIsSilent) {
+  WriteIconFile(editor_.Surfaces, test_.Path("no/such/folder.ico"));
+  WriteIconFile(editor_.Surfaces, QString());
+  WriteIconFile(editor_.Surfaces, QFileInfo(test_.Path("x")).path());
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+// --- opening
+
+TEST_F(IconFiles, APictureIsOpaqueOverItsSizeAndSeeThroughBeyond) {
+  Open(Bmp(10, 10));
+  EXPECT_EQ(QRect(0, 0, 10, 10), OpaqueRect());
+  EXPECT_EQ(100, Opaque().size());
+  Open(Bmp(40, 40));
+  EXPECT_EQ(1024, Opaque().size());
+  Open(Bmp(5, 60));
+  EXPECT_EQ(QRect(0, 0, 5, 32), OpaqueRect());
+  Open(Bmp(32, 32));
+  EXPECT_EQ(1024, Opaque().size());
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(IconFiles, ALargePictureIsCutToItsTopLeft) {
+  QImage picture = Picture(40, 40, Qt::black);
+  picture.setPixelColor(31, 31, Qt::white);
+  picture.setPixelColor(32, 32, Qt::white);
+  Open(File("p.bmp", EncodedPicture(picture, "bmp")));
+  EXPECT_EQ(qRgb(255, 255, 255), Plane(planes_.Pic1Black).pixel(31, 31));
+  EXPECT_EQ(qRgb(0, 0, 0), Plane(planes_.Pic1Black).pixel(0, 0));
+  EXPECT_EQ(Enlarged(Plane(planes_.Pic1)), Plane(planes_.PicBig));
+}
+
+TEST_F(IconFiles, ColorsBecomeTheNearestOfThe16) {
+  QImage picture = Picture(4, 1);
+  picture.setPixel(0, 0, qRgb(120, 10, 0));
+  picture.setPixel(1, 0, qRgb(200, 200, 200));
+  picture.setPixel(2, 0, qRgb(0, 200, 255));
+  picture.setPixel(3, 0, qRgb(64, 64, 64));
+  Open(File("p.bmp", EncodedPicture(picture, "bmp")));
+  const QImage colors = Plane(planes_.Pic1Black);
+  EXPECT_EQ(qRgb(0x80, 0, 0), colors.pixel(0, 0));
+  EXPECT_EQ(qRgb(0xC0, 0xC0, 0xC0), colors.pixel(1, 0));
+  EXPECT_EQ(qRgb(0, 0xFF, 0xFF), colors.pixel(2, 0));
+  EXPECT_EQ(qRgb(0, 0, 0), colors.pixel(3, 0));  // as near to dark grey, which comes later
+}
+
+TEST_F(IconFiles, AfterOpeningSeeThroughPixelsAreWhiteOnScreenAndOnlyTheMaskCounts) {
+  ASSERT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), 4)})));
+  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.Pic1).pixel(0, 0));
+  EXPECT_NE(PixelOf(TransparentColor), Plane(planes_.Pic1).pixel(0, 0));
+  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.Pic2).pixel(0, 0));
+  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.PicBig).pixel(0, 0));
+  ExpectHalfRed();
+  // What is drawn afterwards keeps the see-through colour.
+  UseSeeThrough();
+  Drag({20, 20}, {20, 20});
+  EXPECT_EQ(PixelOf(TransparentColor), Plane(planes_.Pic1).pixel(20, 20));
+}
+
+TEST_F(IconFiles, APictureOf10By10ShowsWhiteBesideIt) {
+  Open(Bmp(10, 10));
+  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.Pic1).pixel(20, 20));
+  EXPECT_EQ(PixelOf(0), Plane(planes_.Pic1Black).pixel(20, 20));
+}
+
+TEST_F(IconFiles, IconsOfEveryDepthOpen) {
+  for (const int bits : {1, 4, 8, 24, 32}) {
+    if (bits == 1) {
+      QImage two = HalfRed(32);
+      two.setPixel(31, 31, qRgb(255, 0, 0));
+      EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(two, 1)})));
+      EXPECT_EQ(512, Opaque().size());
+      EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(31, 31));
+      continue;
+    }
+    EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), bits)}))) << bits;
+    ExpectHalfRed();
+  }
+}
+
+TEST_F(IconFiles, IconsOfOtherSizesAreNotRefusedButBroughtTo32By32) {
+  for (const int side : {16, 48, 64, 128}) {
+    EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(side), 32)}))) << side;
+    EXPECT_EQ(QRect(16, 0, 16, 32), OpaqueRect()) << side;
+    EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(20, 20));
+    EXPECT_EQ(qRgb(0, 0, 0), Plane(planes_.Pic1Black).pixel(15, 20));
+    EXPECT_EQ(766, Saved().size());
+  }
+}
+
+TEST_F(IconFiles, OfSeveralImagesThatOf32By32Counts) {
+  const QImage blue = Picture(48, 48, Qt::blue).convertToFormat(QImage::Format_ARGB32);
+  EXPECT_TRUE(OpenImageOf(
+      IconFileOf({BitmapImage(blue, 8), BitmapImage(blue.scaled(16, 16), 4), BitmapImage(HalfRed(32), 32)})));
+  ExpectHalfRed();
+}
+
+TEST_F(IconFiles, WithoutOneOf32By32TheFirstImageCounts) {
+  const QImage blue = Picture(48, 48, Qt::blue).convertToFormat(QImage::Format_ARGB32);
+  EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(16), 8), BitmapImage(blue, 8)})));
+  EXPECT_EQ(QRect(16, 0, 16, 32), OpaqueRect());
+}
+
+TEST_F(IconFiles, TheEntrysOwnSizeMayBeWrong) {
+  QByteArray file = IconFileOf({BitmapImage(HalfRed(32), 4)});
+  file[6] = 16;
+  file[7] = '\xFF';
+  EXPECT_TRUE(OpenImageOf(file));
+  ExpectHalfRed();
+}
+
+TEST_F(IconFiles, AnIconWithoutAReadableMaskIsToldAndWhollySeeThrough) {
+  QByteArray cut = IconFileOf({BitmapImage(HalfRed(32), 32)});
+  cut.chop(64);
+  PutLittle(cut, 14, quint32(cut.size() - 22), 4);
+  Open(File("cut.ico", cut));
+  EXPECT_EQ(QStringList{StringText(144)}, Messages());
+  EXPECT_EQ(MessageIcon::Information, test_.platform.dialogs.Boxes.last().icon);
+  EXPECT_EQ(MessageButtons::Ok, test_.platform.dialogs.Boxes.last().buttons);
+  EXPECT_EQ(&editor_, test_.platform.dialogs.Boxes.last().owner);
+  EXPECT_TRUE(Opaque().isEmpty());
+  // The title is that of an icon all the same.
+  EXPECT_EQ(test_.Path("cut.ico"), editor_.IconFileName);
+}
+
+TEST_F(IconFiles, AnIconStoredAsPngHasNoMask) {
+  const QByteArray png = EncodedPicture(HalfRed(32), "png");
+  QByteArray file("\0\0\1\0\1\0\x20\x20\0\0\1\0\x20\0", 14);
+  file.resize(22);
+  PutLittle(file, 14, quint32(png.size()), 4);
+  PutLittle(file, 18, 22, 4);
+  Open(File("png.ico", file + png));
+  EXPECT_EQ(QStringList{StringText(144)}, Messages());
+  EXPECT_TRUE(Opaque().isEmpty());
+  EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(20, 20));
+}
+
+TEST_F(IconFiles, ANameThatEndsInIcoWithoutADotIsOpenedAsAnIcon) {
+  for (const char* name : {"myico", "MyIcO", "x.ICO"}) {
+    EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), 4)}), name));
+    EXPECT_EQ(512, Opaque().size());
+  }
+  // By another name it is a picture, and opaque.
+  EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), 4)}), "icon.bmp"));
+  EXPECT_EQ(1024, Opaque().size());
+}
+
+TEST_F(IconFiles, APictureNamedAsAnIconHasNoMask) {
+  Open(File("wrong.ico", EncodedPicture(Picture(32, 32), "bmp")));
+  EXPECT_EQ(QStringList{StringText(144)}, Messages());
+  EXPECT_TRUE(Opaque().isEmpty());
+  EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(0, 0));
+}
+
+TEST_F(IconFiles, TheContentTellsTheKindOfAPicture) {
+  for (const PictureSample& sample : PictureSamples()) {
+    const QImage read = QImage::fromData(sample.bytes);
+    Open(File("any.jpg", sample.bytes));
+    const QRect wanted = QRect(0, 0, 32, 32) & (QByteArray(sample.name) == "turned jpg" ? QRect(0, 0, 50, 70)
+                                                : QByteArray(sample.name) == "ico"      ? QRect(0, 0, 32, 32)
+                                                                                        : read.rect());
+    EXPECT_EQ(wanted, OpaqueRect()) << sample.name;
+    EXPECT_TRUE(Messages().isEmpty()) << sample.name;
+  }
+}
+
+TEST_F(IconFiles, WhatIsNoPictureLeavesABlankEditor) {
+  UseColor(Red);
+  for (const QByteArray& bytes :
+       {QByteArray(), QByteArray("text"), QByteArray(5000, '\0'), EncodedPicture(Picture(20, 20), "bmp").left(300),
+        EncodedPicture(Picture(50, 50), "jpg").left(200), EncodedPicture(Picture(20, 20), "png").left(40),
+        QByteArray("BM") + QByteArray(60, '\xFF')}) {
+    Drag({3, 3}, {20, 20});
+    Open(File("broken.bmp", bytes));
+    EXPECT_TRUE(IsBlank());
+    EXPECT_FALSE(UndoEnabled());
+    EXPECT_TRUE(Messages().isEmpty());
+  }
+  Drag({3, 3}, {20, 20});
+  Open(File("broken.ico", "text"));
+  EXPECT_TRUE(IsBlank());
+  EXPECT_EQ(QStringList{StringText(144)}, Messages());
+}
+
+TEST_F(IconFiles, APictureWithHugeClaimsIsNone) {
+  QByteArray bmp = EncodedPicture(Picture(20, 20), "bmp");
+  PutLittle(bmp, 18, 0x7FFFFFFF, 4);
+  PutLittle(bmp, 22, 0x7FFFFFFF, 4);
+  Open(File("huge.bmp", bmp));
+  EXPECT_TRUE(IsBlank());
+  QByteArray ico = IconFileOf({BitmapImage(HalfRed(32), 4)});
+  PutLittle(ico, 26, 0x7FFFFFFF, 4);
+  EXPECT_FALSE(OpenImageOf(ico));
+  EXPECT_TRUE(Opaque().isEmpty());
+  PutLittle(ico, 26, 32, 4);
+  PutLittle(ico, 54, 0x7FFFFFFF, 4);  // entries of the colour table
+  EXPECT_FALSE(OpenImageOf(ico));
+  EXPECT_TRUE(Opaque().isEmpty());
+  PutLittle(ico, 54, 0, 4);
+  PutLittle(ico, 18, 0xFFFFFFF0, 4);  // where the image begins
+  EXPECT_FALSE(OpenImageOf(ico));
+  EXPECT_TRUE(IsBlank());
+  // Images that aren't there are passed over.
+  PutLittle(ico, 18, 22, 4);
+  PutLittle(ico, 4, 0xFFFF, 2);
+  EXPECT_TRUE(OpenImageOf(ico));
+  ExpectHalfRed();
+}
+
+TEST_F(IconFiles, AFolderOrAMissingFileIsNoPicture) {
+  EXPECT_TRUE(OpenImage(editor_.Surfaces, test_.Path("nothing.bmp")));
+  EXPECT_FALSE(OpenImage(editor_.Surfaces, test_.Path("nothing.ico")));
+  EXPECT_TRUE(OpenImage(editor_.Surfaces, QFileInfo(test_.Path("x")).path()));
+  EXPECT_TRUE(IsBlank());
+}
+
+// --- the mask
+
+TEST_F(IconFiles, TheMaskIsHardenedByPlainNumbersInWhichBlueCountsMost) {
+  struct Row {
+    qint32 color;
+    qint32 hard;
+  };
+  constexpr Row rows[] = {{0x000000, 0x000000}, {0x808080, 0x000000}, {0xFEFEFE, 0x000000}, {0xFEFEFF, 0xFFFFFF},
+                          {0xFFFFFF, 0xFFFFFF}, {0xFF0000, 0xFFFFFF}, {0xFEFFFF, 0xFFFFFF}, {0xFEFDFF, 0x000000},
+                          {0xFDFFFF, 0x000000}, {0x00FFFF, 0x000000}, {0xFEFF00, 0xFFFFFF}};
+  QImage mask = OneColor(PixelOf(0));
+  for (int x = 0; x < int(std::size(rows)); ++x) mask.setPixel(x, 7, PixelOf(rows[x].color));
+  editor_.Surfaces.Pic2->SetPicture(mask);
+  HardenMask(*editor_.Surfaces.Pic2);
+  for (int x = 0; x < int(std::size(rows)); ++x)
+    EXPECT_EQ(PixelOf(rows[x].hard), Plane(planes_.Pic2).pixel(x, 7)) << std::hex << rows[x].color;
+}
+
+// --- pasting
+
+TEST_F(IconFiles, PastingEmptiesTheClipboardAndMakesEverythingOpaqueWhateverTheSize) {
+  for (const int side : {1, 10, 32, 70}) {
+    PutOnClipboard(Picture(side, side));
+    editor_.mPaste();
+    EXPECT_TRUE(ClipboardIsEmpty());
+    EXPECT_EQ(1024, Opaque().size());
+    EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1).pixel(0, 0));
+    EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(0, 0));
+  }
+}
+
+TEST_F(IconFiles, BesideASmallPastedBitmapTheScreenShowsWhiteWhileTheFileHoldsOpaqueBlack) {
+  PutOnClipboard(Picture(10, 10));
+  editor_.mPaste();
+  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.Pic1).pixel(20, 20));
+  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.PicBig).pixel(150, 150));
+  EXPECT_EQ(PixelOf(0), Plane(planes_.Pic1Black).pixel(20, 20));
+  EXPECT_EQ(PixelOf(0), Plane(planes_.Pic2).pixel(20, 20));
+  const QByteArray bytes = Saved();
+  EXPECT_EQ(QByteArray(128, '\0'), bytes.mid(638));
+  EXPECT_EQ(QByteArray(16 * 22, '\0'), bytes.mid(126, 16 * 22));
+}
+
+TEST_F(IconFiles, APasteCanBeTakenBack) {
+  UseColor(Green);
+  Drag({1, 1}, {9, 9});
+  const QList<QImage> before = AllPlanes();
+  PutOnClipboard(Picture(40, 40));
+  editor_.mPaste();
+  EXPECT_TRUE(UndoEnabled());
+  editor_.bUndo->click();
+  EXPECT_EQ(before, AllPlanes());
+}
+
+TEST_F(IconFiles, PastingReducesToThe16Colors) {
+  PutOnClipboard(Picture(32, 32, QColor(120, 10, 0)));
+  editor_.mPaste();
+  EXPECT_EQ(OneColor(qRgb(0x80, 0, 0)), Plane(planes_.Pic1));
+  EXPECT_EQ(OneColor(qRgb(0x80, 0, 0)), Plane(planes_.Pic1Black));
+}
+
+TEST_F(IconFiles, ASeeThroughBitmapIsPastedOnWhite) {
+  QImage image(32, 32, QImage::Format_ARGB32);
+  image.fill(Qt::transparent);
+  PutOnClipboard(image);
+  editor_.mPaste();
+  EXPECT_EQ(OneColor(PixelOf(0xFFFFFF)), Plane(planes_.Pic1Black));
+  EXPECT_EQ(1024, Opaque().size());
+}
+
+TEST_F(IconFiles, WithoutABitmapOnTheClipboardNoSurfaceChangesAndUndoStays) {
+  UseColor(Green);
+  Drag({1, 1}, {9, 9});
+  const QList<QImage> before = AllPlanes();
+  QGuiApplication::clipboard()->clear();
+  editor_.mPaste();
+  EXPECT_EQ(before, AllPlanes());
+  EXPECT_TRUE(UndoEnabled());
+  QGuiApplication::clipboard()->setText("text");
+  editor_.mPaste();
+  EXPECT_EQ(before, AllPlanes());
+  EXPECT_EQ("text", QGuiApplication::clipboard()->text());
+}
+
+}  // namespace

@@ -1,0 +1,294 @@
+#include <QCloseEvent>
+
+#include "PictureWindowFixture.h"
+
+namespace {
+
+// Opening a picture in the window and saving it.
+class PictureOpenSave : public PictureWindowTest {};
+
+// --- without a picture
+
+TEST_F(PictureOpenSave, WithoutAPictureAllButUndoSaySo) {
+  for (QPushButton* button : {window_.bSaveJPG, window_.bCrop, window_.bResize, window_.bCompress}) {
+    button->click();
+    ASSERT_FALSE(Dialogs().Boxes.isEmpty()) << qPrintable(button->objectName());
+    EXPECT_EQ(&window_, Dialogs().Boxes[0].owner);
+    ExpectBox("There must be a picture open and visible in the Picture Editor window.");
+    EXPECT_FALSE(window_.Busy);
+  }
+  window_.bUnDo->click();
+  EXPECT_TRUE(Messages().isEmpty());
+  EXPECT_TRUE(Dialogs().Questions.isEmpty());
+}
+
+TEST_F(PictureOpenSave, AViewerClosedByItsOwnBoxCountsAsNoPictureAndTheReadOutsStay) {
+  ChoosePicture(100, 80);
+  Compress("80");
+  const QStringList before = ReadOuts();
+  QCloseEvent close;
+  QApplication::sendEvent(&viewer_, &close);
+  EXPECT_FALSE(viewer_.isVisible());
+  EXPECT_EQ(before, ReadOuts());
+  Resize("50");
+  EXPECT_EQ(QStringList{StringText(102)}, TakeMessages());
+  EXPECT_EQ(QSize(100, 80), Shown().size());
+  window_.bUnDo->click();
+  EXPECT_TRUE(Messages().isEmpty());
+  EXPECT_TRUE(Has("cvtemp.bmp"));
+}
+
+// --- opening
+
+TEST_F(PictureOpenSave, OpenAsksForAPictureFile) {
+  Choose("");
+  ASSERT_EQ(1, Dialogs().Questions.size());
+  const ScriptedDialogs::Question question = Dialogs().Questions[0];
+  EXPECT_EQ(ScriptedDialogs::Question::Kind::OpenFile, question.kind);
+  EXPECT_EQ("Select Picture", question.title);
+  EXPECT_EQ("", question.given);
+  EXPECT_EQ((QList<FileFilter>{{"Picture Files(*.bmp;*.jpg;*.gif;*.ico)", "*.bmp;*.jpg;*.gif;*.ico"}}),
+            question.filters);
+  EXPECT_EQ(&window_, question.owner);
+  EXPECT_FALSE(viewer_.isVisible());
+  EXPECT_FALSE(window_.Busy);
+}
+
+TEST_F(PictureOpenSave, OpenShowsThePicture) {
+  ChoosePicture(100, 80);
+  EXPECT_EQ(PlacePicture(100, 80), Shown());
+  EXPECT_TRUE(viewer_.isVisible());
+  EXPECT_TRUE(IsOnTop());
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(PictureOpenSave, AFileThatIsNotThereIsPassedOverInSilence) {
+  ChoosePicture(100, 80);
+  Drag({10, 20}, {50, 35});
+  Choose(test_.Path("missing.jpg"));
+  EXPECT_TRUE(Messages().isEmpty());
+  EXPECT_EQ(QSize(100, 80), Shown().size());
+  EXPECT_FALSE(state_.CropDefined);
+  EXPECT_FALSE(IsOnTop());
+}
+
+TEST_F(PictureOpenSave, OpeningForgetsTheCropAreaAndCancelKeepsIt) {
+  ChoosePicture(100, 80);
+  Drag({10, 20}, {50, 35});
+  Choose("");
+  EXPECT_TRUE(state_.CropDefined);
+  viewer_.Pic_MouseDown({1, 1});
+  ChoosePicture(100, 80);
+  EXPECT_FALSE(state_.CropDefined);
+  EXPECT_FALSE(state_.CropDragging);
+  window_.bCrop->click();
+  ExpectBox("A cropping area must first be defined by dragging the mouse.");
+}
+
+TEST_F(PictureOpenSave, DamagedAndMislabelledFilesAreToldAndHugeOnesToo) {
+  const QByteArray whole = EncodedPicture(PlacePicture(100, 80), "jpg");
+  QByteArray huge = EncodedPicture(PlacePicture(20, 15), "bmp");
+  PutLittle(huge, 18, 60000, 4);
+  PutLittle(huge, 22, 60000, 4);
+  const std::pair<const char*, QByteArray> files[] = {
+      {"empty.jpg", ""},
+      {"text.gif", "no picture"},
+      {"cut.jpg", whole.left(whole.size() / 2)},
+      {"cut.bmp", EncodedPicture(PlacePicture(20, 15), "bmp").chopped(1)},
+      {"huge.bmp", huge},
+      {"wrong.ico", QByteArray("\0\0\1\0\1\0", 6)},
+      {"page.bmp", "<HTML></HTML>"}};
+  for (const auto& [name, bytes] : files) {
+    Choose(File(name, bytes));
+    SCOPED_TRACE(name);
+    ExpectBox("Error loading image file.");
+    EXPECT_FALSE(window_.Busy);
+  }
+  // A good picture under another kind's name is opened.
+  Choose(File("jpeg.bmp", whole));
+  EXPECT_TRUE(Messages().isEmpty());
+  EXPECT_EQ(QSize(100, 80), Shown().size());
+}
+
+TEST_F(PictureOpenSave, TheEditorOpensNoPng) {
+  const QByteArray png = EncodedPicture(PlacePicture(20, 15), "png");
+  for (const char* name : {"a.png", "b.jpg"}) {
+    Choose(File(name, png));
+    ExpectBox("Error loading image file.");
+    EXPECT_FALSE(viewer_.isVisible());
+  }
+}
+
+TEST_F(PictureOpenSave, UseThisPictureIsNeverSeen) {
+  struct Watch : QObject {
+    QStringList captions;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+      if (event->type() == QEvent::Show) captions.append(static_cast<QWidget*>(watched)->windowTitle());
+      return false;
+    }
+  } watch;
+  EXPECT_EQ("Use This Picture?", Caption());
+  viewer_.installEventFilter(&watch);
+  const QString path = File("a.bmp", EncodedPicture(PlacePicture(20, 15), "bmp"));
+  Choose(path);
+  viewer_.hide();
+  EXPECT_TRUE(pics_.LoadPictureFile(path, 0));
+  viewer_.hide();
+  ChoosePicture(3000, 100);
+  EXPECT_EQ((QStringList{path, path, kCutCaption}), watch.captions);
+}
+
+TEST_F(PictureOpenSave, WhileAFileIsChosenTheViewerIsNoLongerOnTop) {
+  ChoosePicture(100, 80);
+  bool asked = false;
+  Dialogs().WhileShown = [&] {
+    asked = true;
+    EXPECT_TRUE(viewer_.isVisible());
+    EXPECT_FALSE(IsOnTop());
+    EXPECT_TRUE(window_.Busy);
+  };
+  Choose("");
+  EXPECT_TRUE(asked);
+}
+
+TEST_F(PictureOpenSave, AfterACancelledOpenTheViewerStaysOutOfTheTopLayerUntilTheNextFileIsOpenedOrSaved) {
+  ChoosePicture(100, 80);
+  Choose("");
+  EXPECT_TRUE(viewer_.isVisible());
+  EXPECT_FALSE(IsOnTop());
+  Resize("50");
+  window_.bUnDo->click();
+  Compress("80");
+  EXPECT_FALSE(IsOnTop());
+  Save("");
+  EXPECT_TRUE(IsOnTop());
+  Choose("");
+  EXPECT_FALSE(IsOnTop());
+  ChoosePicture(100, 80);
+  EXPECT_TRUE(IsOnTop());
+}
+
+TEST_F(PictureOpenSave, OpeningAnotherPictureLeavesTheSizeOfTheLastJpeg) {
+  ChoosePicture(100, 80);
+  Compress("80");
+  const QString size = window_.tJSz->text();
+  ASSERT_NE("", size);
+  ChoosePicture(60, 40, "b.bmp");
+  EXPECT_EQ(size, window_.tJSz->text());
+}
+
+// --- saving
+
+TEST_F(PictureOpenSave, SaveAsksForAJpegFileWithTheViewerHidden) {
+  ChoosePicture(100, 80);
+  bool asked = false;
+  Dialogs().WhileShown = [&] {
+    asked = true;
+    EXPECT_FALSE(viewer_.isVisible());
+    EXPECT_FALSE(IsOnTop());
+    EXPECT_TRUE(window_.Busy);
+  };
+  Dialogs().Questions.clear();
+  Save("");
+  EXPECT_TRUE(asked);
+  ASSERT_EQ(1, Dialogs().Questions.size());
+  const ScriptedDialogs::Question question = Dialogs().Questions[0];
+  EXPECT_EQ(ScriptedDialogs::Question::Kind::SaveFile, question.kind);
+  EXPECT_EQ("Save AS JPG File", question.title);
+  EXPECT_EQ("jpg", question.given);
+  EXPECT_EQ((QList<FileFilter>{{"JPG Files(*.jpg)", "*.jpg"}}), question.filters);
+  EXPECT_EQ(&window_, question.owner);
+  EXPECT_TRUE(viewer_.isVisible());
+  EXPECT_TRUE(IsOnTop());
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(PictureOpenSave, ACancelledSaveKeepsEverything) {
+  ChoosePicture(100, 80);
+  Compress("80");
+  Save("");
+  EXPECT_TRUE(state_.JpegCurrent);
+  EXPECT_TRUE(Has("cvtemp.bmp"));
+  window_.bUnDo->click();
+  EXPECT_EQ(PlacePicture(100, 80), Shown());
+}
+
+TEST_F(PictureOpenSave, SavePutsTheViewerBackWhereItWas) {
+  ChoosePicture(100, 80);
+  const QPoint before = viewer_.pos();
+  Save(test_.Path("out.jpg"));
+  EXPECT_TRUE(viewer_.isVisible());
+  EXPECT_TRUE(IsOnTop());
+  EXPECT_EQ(before, viewer_.pos());
+  EXPECT_TRUE(Messages().isEmpty());
+  EXPECT_EQ(JpegOf(PlacePicture(100, 80), 100), FileBytes(test_.Path("out.jpg")));
+  EXPECT_EQ(QString::number(FileSizeKb(test_.Path("out.jpg"))), window_.tJSz->text());
+}
+
+TEST_F(PictureOpenSave, AnExistingFileIsReplacedOnlyOnOk) {
+  ChoosePicture(100, 80);
+  const QString path = File("out.jpg", "old");
+  Save(path, {MessageAnswer::Cancel});
+  ExpectBox("File exists. Replace it?", MessageButtons::OkCancel);
+  EXPECT_EQ("old", FileBytes(path));
+  EXPECT_TRUE(viewer_.isVisible());
+  EXPECT_TRUE(IsOnTop());
+  EXPECT_EQ("", window_.tJSz->text());
+  Save(path, {MessageAnswer::Ok});
+  ExpectBox("File exists. Replace it?", MessageButtons::OkCancel);
+  EXPECT_EQ(JpegOf(PlacePicture(100, 80), 100), FileBytes(path));
+}
+
+TEST_F(PictureOpenSave, AnsweringCancelKeepsTheLastJpegAsThePicture) {
+  ChoosePicture(100, 80);
+  Compress("30");
+  Save(File("out.jpg", "old"), {MessageAnswer::Cancel});
+  EXPECT_TRUE(state_.JpegCurrent);
+}
+
+TEST_F(PictureOpenSave, AFailedSaveIsToldBeforeTheViewerComesBack) {
+  ChoosePicture(100, 80);
+  int told = 0;
+  Dialogs().WhileShown = [&] { told += viewer_.isVisible() ? 0 : 1; };
+  state_.JpegCurrent = true;
+  Save(test_.Path("no/such/folder/out.jpg"));
+  ExpectBox("Error saving file.");
+  EXPECT_EQ(2, told);  // the dialog and the box
+  EXPECT_TRUE(viewer_.isVisible());
+  EXPECT_FALSE(state_.JpegCurrent);
+  EXPECT_FALSE(window_.Busy);
+}
+
+TEST_F(PictureOpenSave, CompressOneOpenAnotherAndSaveWritesTheFirst) {
+  ChooseOneColor("a.bmp", Qt::red);
+  Compress("80");
+  const QByteArray first = FileBytes(Scratch("cvtemp.jpg"));
+  ChooseOneColor("b.bmp", Qt::green);
+  EXPECT_TRUE(state_.JpegCurrent);
+  Save(test_.Path("out.jpg"));
+  EXPECT_EQ(first, FileBytes(test_.Path("out.jpg")));
+  EXPECT_EQ(QColor(Qt::green), PixelShown(0, 0));
+  EXPECT_FALSE(state_.JpegCurrent);
+}
+
+TEST_F(PictureOpenSave, SavingRemovesTheSnapshotSoUndoHasNothingAfterACopy) {
+  ChoosePicture(100, 80);
+  Compress("30");
+  Save(test_.Path("out.jpg"));
+  EXPECT_FALSE(Has("cvtemp.bmp"));
+  window_.bUnDo->click();
+  ExpectBox("Only one level of undo.");
+}
+
+TEST_F(PictureOpenSave, ASecondSaveEncodesAnewWhatIsOnShow) {
+  ChoosePicture(100, 80);
+  Compress("30");
+  const QImage shown = Shown();
+  const QByteArray compressed = FileBytes(Scratch("cvtemp.jpg"));
+  Save(test_.Path("one.jpg"));
+  Save(test_.Path("two.jpg"));
+  EXPECT_EQ(compressed, FileBytes(test_.Path("one.jpg")));
+  EXPECT_EQ(JpegOf(shown, 100), FileBytes(test_.Path("two.jpg")));
+}
+
+}  // namespace
