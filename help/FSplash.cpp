@@ -1,12 +1,9 @@
 #include "FSplash.h"
 
-#include <QCloseEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "HotLink.h"
@@ -61,10 +58,9 @@ QLabel* NewText(const QString& name, const char* text) {
 
 }  // namespace
 
-FSplash::FSplash(Program& program) : program_(program) {
+FSplash::FSplash(Program& program)
+    : HelpWindow(QStringLiteral("FSplash"), QStringLiteral("About Corvane")), program_(program) {
   InitHelpResources();  // those of a static library have to be asked for
-  setObjectName(QStringLiteral("FSplash"));
-  setWindowTitle(QStringLiteral("About Corvane"));
   setMouseTracking(true);
   pointer_ = QCursor(QIcon(QStringLiteral(":/help/BLUEA.svg")).pixmap(kPointerSide), 1, 1);
   for (std::size_t i = 0; i < Label2.size(); ++i) Label2[i] = NewText(QStringLiteral("Label2_%1").arg(i), kTexts[i]);
@@ -93,13 +89,6 @@ FSplash::FSplash(Program& program) : program_(program) {
   head->addLayout(texts, 1);
 
   FrAbout = NewAboutFrame();
-  bClose = new QPushButton(QStringLiteral("OK"));
-  bClose->setObjectName(QStringLiteral("bClose"));
-  bClose->setAutoDefault(true);
-  connect(bClose, &QPushButton::clicked, this, &QWidget::hide);
-  auto* row = new QHBoxLayout;
-  row->addStretch(1);
-  row->addWidget(bClose);
 
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(16, 14, 16, 12);
@@ -107,7 +96,7 @@ FSplash::FSplash(Program& program) : program_(program) {
   column->addLayout(head);
   column->addWidget(NewList());
   column->addWidget(FrAbout);
-  column->addLayout(row);
+  column->addLayout(NewButtonRow());
   column->addStrut(kLettersWide * fontMetrics().averageCharWidth());
   column->setSizeConstraint(QLayout::SetFixedSize);
 }
@@ -147,11 +136,7 @@ QIcon FSplash::Logo() {
 
 void FSplash::ShowAbout() {
   FrAbout->show();
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
-  bClose->setFocus();
+  ShowInFront();
 }
 
 void FSplash::OpenHomePage() {
@@ -165,15 +150,5 @@ void FSplash::TakePointer() {
 // The other labels leave the pointer as it is; only the bare window gives the desktop's own back, and that is meant.
 void FSplash::mouseMoveEvent(QMouseEvent* event) {
   if (!childAt(event->position().toPoint())) unsetCursor();
-  QWidget::mouseMoveEvent(event);
-}
-
-void FSplash::closeEvent(QCloseEvent* event) {
-  event->ignore();
-  hide();
-}
-
-void FSplash::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) hide();
-  QWidget::keyPressEvent(event);
+  HelpWindow::mouseMoveEvent(event);
 }

@@ -1,18 +1,17 @@
-// The window that tells about the program. It is made first of all windows and stays hidden until it is asked for; its
-// close box only hides it.
+// The window that tells about the program. It is made first of all windows and stays hidden until it is asked for.
 #pragma once
 
 #include <QIcon>
-#include <QWidget>
 #include <array>
+
+#include "HelpWindow.h"
 
 class HotLink;
 class QFrame;
 class QLabel;
-class QPushButton;
 struct Program;
 
-class FSplash : public QWidget {
+class FSplash : public HelpWindow {
   Q_OBJECT
 
  public:
@@ -33,11 +32,8 @@ class FSplash : public QWidget {
   // What it does, where a click leads, the heading of the list, and the ten entries of the list.
   std::array<QLabel*, 13> Label2{};
   QFrame* FrAbout = nullptr;
-  QPushButton* bClose = nullptr;
 
  protected:
-  void closeEvent(QCloseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
 
  private:

@@ -1,11 +1,8 @@
 #include "FTip.h"
 
-#include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "Colors.h"
@@ -22,9 +19,7 @@ constexpr int kLinesHigh = 12;
 
 }  // namespace
 
-FTip::FTip() {
-  setObjectName(QStringLiteral("FTip"));
-  setWindowTitle(QStringLiteral("Corvane - Quick Tips"));
+FTip::FTip() : HelpWindow(QStringLiteral("FTip"), QStringLiteral("Corvane - Quick Tips")) {
   auto* column = new QVBoxLayout(this);
   LabTitle = new QLabel;
   LabTitle->setObjectName(QStringLiteral("LabTitle"));
@@ -53,14 +48,8 @@ FTip::FTip() {
   TTip->setMinimumSize(kLettersWide * measure.averageCharWidth(), kLinesHigh * measure.lineSpacing());
   column->addWidget(TTip, 1);
 
-  bClose = new QPushButton(QStringLiteral("OK"));
-  bClose->setObjectName(QStringLiteral("bClose"));
-  bClose->setAutoDefault(true);
-  auto* row = new QHBoxLayout;
-  row->addStretch(1);
-  row->addWidget(bClose);
-  column->addLayout(row);
-  connect(bClose, &QPushButton::clicked, this, &QWidget::hide);
+  column->addLayout(NewButtonRow());
+  adjustSize();
 }
 
 void FTip::ShowTip(int Index, const QString& Caption) {
@@ -68,19 +57,5 @@ void FTip::ShowTip(int Index, const QString& Caption) {
   if (text.isEmpty()) return;
   LabTitle->setText(Caption);
   TTip->setPlainText(text);
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
-  bClose->setFocus();
-}
-
-void FTip::closeEvent(QCloseEvent* event) {
-  event->ignore();
-  hide();
-}
-
-void FTip::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) hide();
-  QWidget::keyPressEvent(event);
+  ShowInFront();
 }

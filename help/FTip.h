@@ -1,14 +1,12 @@
-// The window that answers the questions of the Quick Tips menu. It keeps its text while it is hidden, and its close box
-// only hides it.
+// The window that answers the questions of the Quick Tips menu. It keeps its text while it is hidden.
 #pragma once
 
-#include <QWidget>
+#include "HelpWindow.h"
 
 class QLabel;
 class QPlainTextEdit;
-class QPushButton;
 
-class FTip : public QWidget {
+class FTip : public HelpWindow {
   Q_OBJECT
 
  public:
@@ -19,9 +17,4 @@ class FTip : public QWidget {
 
   QLabel* LabTitle = nullptr;
   QPlainTextEdit* TTip = nullptr;
-  QPushButton* bClose = nullptr;
-
- protected:
-  void closeEvent(QCloseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 };
