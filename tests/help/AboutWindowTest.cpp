@@ -40,6 +40,9 @@ TEST_F(AboutWindow, VersionAndThanksStayInViewAfterTheFirstAbout) {
   EXPECT_FALSE(splash_.FrAbout->isHidden());
   splash_.show();
   EXPECT_TRUE(splash_.FrAbout->isVisible());
+  splash_.close();
+  splash_.ShowAbout();
+  EXPECT_TRUE(splash_.FrAbout->isVisible());
 }
 
 TEST_F(AboutWindow, SaysWhatTheProgramIsFor) {
