@@ -5,6 +5,7 @@
 #include "FWeb.h"
 #include "OpenProjectPanel.h"
 #include "PackPanel.h"
+#include "Program.h"
 #include "Twips.h"
 
 namespace {
@@ -19,7 +20,7 @@ constexpr Task kTasks[] = {
 
 }  // namespace
 
-FOps::FOps(Program& program, FWeb& web) : web_(web) {
+FOps::FOps(Program& program, FWeb& web) : MUC(program.platform), web_(web) {
   setObjectName(QStringLiteral("FOps"));
   FrOps0 = new PackPanel(program, Busy, this);
   FrOps1 = new OpenProjectPanel(program, web, Busy, this);

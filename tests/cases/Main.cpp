@@ -6,6 +6,7 @@
 
 #include "CoreKinds.h"
 #include "ElementKinds.h"
+#include "EmailKinds.h"
 #include "FormattingKinds.h"
 #include "KindTable.h"
 #include "PackKinds.h"
@@ -83,5 +84,6 @@ int main(int argc, char** argv) {
   RegisterElementKinds(table);
   RegisterFormattingKinds(table);
   RegisterSettingsKinds(table);
+  RegisterEmailKinds(table);
   return Run(table, QApplication::arguments());
 }
