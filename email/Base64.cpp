@@ -3,6 +3,7 @@
 #include <QFile>
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace {
 
@@ -27,12 +28,8 @@ constexpr std::array<Pair, 4096> kPairs = PairTable();
 // Encodes whole groups of three bytes; returns the place behind the text.
 char* EncodeGroups(char* to, const uchar* from, qsizetype bytes) {
   for (const uchar* const end = from + bytes; from < end; from += 3, to += 4) {
-    const Pair& high = kPairs[std::size_t(from[0] << 4 | from[1] >> 4)];
-    const Pair& low = kPairs[std::size_t((from[1] & 15) << 8 | from[2])];
-    to[0] = high.first;
-    to[1] = high.second;
-    to[2] = low.first;
-    to[3] = low.second;
+    std::memcpy(to, &kPairs[std::size_t(from[0] << 4 | from[1] >> 4)], sizeof(Pair));
+    std::memcpy(to + 2, &kPairs[std::size_t((from[1] & 15) << 8 | from[2])], sizeof(Pair));
   }
   return to;
 }
@@ -47,25 +44,57 @@ char* EncodeRest(char* to, const uchar* from, qsizetype bytes) {
   return to;
 }
 
-void Append(QByteArray& text, const QByteArray& source, LineBreaks breaks) {
-  const bool broken = breaks == LineBreaks::Every76 && source.size() >= kLeastBroken;
-  const qsizetype length = (source.size() + 2) / 3 * 4;
+// Bytes of a file that are read at once, whole lines and whole groups.
+constexpr qsizetype kChunk = kBytesOfLine * 4096;
+
+qsizetype LengthOf(qsizetype bytes) {
+  const qsizetype length = (bytes + 2) / 3 * 4;
+  return length + length / kLine * 2;
+}
+
+// Puts the text of some bytes behind another, every full line with a break behind it.
+void AppendLines(QByteArray& text, const uchar* from, qsizetype bytes) {
   const qsizetype start = text.size();
-  text.resize(start + length + (broken ? length / kLine * 2 : 0));
+  text.resize(start + LengthOf(bytes));
   char* to = text.data() + start;
-  const auto* from = reinterpret_cast<const uchar*>(source.constData());
-  qsizetype left = source.size();
-  while (broken && left > kBytesOfLine) {
-    to = EncodeGroups(to, from, kBytesOfLine);
+  const auto breakLine = [&] {
     *to++ = '\r';
     *to++ = '\n';
-    from += kBytesOfLine;
-    left -= kBytesOfLine;
+  };
+  for (; bytes >= kBytesOfLine; bytes -= kBytesOfLine, from += kBytesOfLine) {
+    to = EncodeGroups(to, from, kBytesOfLine);
+    breakLine();
   }
-  const qsizetype whole = left / 3 * 3;
-  to = EncodeRest(EncodeGroups(to, from, whole), from + whole, left - whole);
-  // The room of a break that doesn't follow a full last line.
-  std::fill(to, text.data() + text.size(), '\0');
+  const qsizetype whole = bytes / 3 * 3;
+  to = EncodeRest(EncodeGroups(to, from, whole), from + whole, bytes - whole);
+  // The rest fills a line where its last group is padded to one.
+  if (to != text.data() + text.size()) breakLine();
+}
+
+void AppendOneLine(QByteArray& text, const uchar* from, qsizetype bytes) {
+  const qsizetype start = text.size();
+  text.resize(start + (bytes + 2) / 3 * 4);
+  const qsizetype whole = bytes / 3 * 3;
+  EncodeRest(EncodeGroups(text.data() + start, from, whole), from + whole, bytes - whole);
+}
+
+void EndLines(QByteArray& text) {
+  if (text.endsWith("\r\n")) text.replace(text.size() - 2, 2, "\0\0", 2);
+}
+
+// Number of bytes; fewer than there is room for only at the end of the file.
+qsizetype ReadWhole(QFile& file, QByteArray& room) {
+  qsizetype size = 0;
+  while (size < room.size()) {
+    const qint64 got = file.read(room.data() + size, room.size() - size);
+    if (got <= 0) break;
+    size += got;
+  }
+  return size;
+}
+
+const uchar* BytesOf(const QByteArray& source) {
+  return reinterpret_cast<const uchar*>(source.constData());
 }
 
 constexpr uchar kOutside = 64;
@@ -81,13 +110,32 @@ std::array<uchar, 256> ValueTable() {
 
 QByteArray EncodeBase64(const QByteArray& source, LineBreaks breaks) {
   QByteArray text;
-  Append(text, source, breaks);
+  if (breaks == LineBreaks::None || source.size() < kLeastBroken) {
+    AppendOneLine(text, BytesOf(source), source.size());
+  } else {
+    AppendLines(text, BytesOf(source), source.size());
+    EndLines(text);
+  }
   return text;
 }
 
+// The file is never in memory as a whole.
 void AppendBase64OfFile(QByteArray& text, const QString& path, LineBreaks breaks) {
   QFile file(path);
-  if (file.open(QIODevice::ReadOnly)) Append(text, file.readAll(), breaks);
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return;
+  text.reserve(text.size() + LengthOf(file.size()) + kLine);
+  QByteArray chunk(kChunk, Qt::Uninitialized);
+  bool broken = breaks == LineBreaks::Every76;
+  for (qsizetype size = kChunk; size == kChunk;) {
+    size = ReadWhole(file, chunk);
+    if (file.pos() < kLeastBroken) broken = false;
+    if (broken) {
+      AppendLines(text, BytesOf(chunk), size);
+    } else {
+      AppendOneLine(text, BytesOf(chunk), size);
+    }
+  }
+  if (broken) EndLines(text);
 }
 
 QByteArray DecodeBase64(const QByteArray& text) {

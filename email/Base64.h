@@ -11,7 +11,7 @@ enum class LineBreaks { None, Every76 };
 
 QByteArray EncodeBase64(const QByteArray& source, LineBreaks breaks);
 
-// Puts the same behind `text`, for the bytes of the file at `path`; nothing for one that can't be read.
+// Puts the text of the file at `path` behind another; nothing for one that can't be read.
 void AppendBase64OfFile(QByteArray& text, const QString& path, LineBreaks breaks);
 
 // Whole groups of four characters only; one outside the alphabet counts as 64. A "=" drops bytes only as the last

@@ -237,23 +237,23 @@ void MailUC::ReadReply() {
 
 int MailUC::SendData(const QByteArray& text) {
   Sockets& sockets = platform_.sockets;
-  sendBuffer_ += text;
+  if (!text.isEmpty()) sendBuffer_ += text;
   if (sendBuffer_.isEmpty()) return 0;
-  const qsizetype taken = sockets.Send(sockHandle_, sendBuffer_.constData(), sendBuffer_.size());
+  const qsizetype taken = sockets.Send(sockHandle_, sendBuffer_);
   if (taken < 0) {
     const bool waits = sockets.IsNotReady(sockets.LastError());
     // A socket that is broken would be ready to write for ever.
     sockets.WatchWritable(sockHandle_, waits);
     return waits ? 0 : -1;
   }
-  if (taken == sendBuffer_.size()) {
-    // The room of a whole message isn't kept.
-    sendBuffer_ = QByteArray();
-  } else {
-    sendBuffer_.remove(0, taken);
-  }
+  DropSent(taken);
   sockets.WatchWritable(sockHandle_, !sendBuffer_.isEmpty());
   return 0;
+}
+
+void MailUC::DropSent(qsizetype taken) {
+  while (!sendBuffer_.isEmpty() && taken >= sendBuffer_.first().size()) taken -= sendBuffer_.takeFirst().size();
+  if (taken > 0) sendBuffer_.first().remove(0, taken);
 }
 
 void MailUC::SendLine(const QByteArray& line, State next) {

@@ -91,6 +91,7 @@ class MailUC : public QObject {
   void OnNotice(SocketNotice notice);
   void ReadReply();
   int SendData(const QByteArray& text);
+  void DropSent(qsizetype taken);
   void SendLine(const QByteArray& line, State next);
   void SendMailFrom();
   void SendMessage();
@@ -113,8 +114,8 @@ class MailUC : public QObject {
   State smtpState_ = State::WaitsForGreeting;
   QByteArray userName_, password_;
   QByteArray userB64_, passB64_, plainB64_;
-  // What the socket hasn't taken yet.
-  QByteArray sendBuffer_;
+  // What the socket hasn't taken yet, no piece of it empty. Pictures aren't copied for it.
+  QList<QByteArray> sendBuffer_;
   // All that has come since the greeting.
   QByteArray replyBuffer_;
 };

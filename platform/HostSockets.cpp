@@ -1,6 +1,7 @@
 #include "HostSockets.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #ifdef Q_OS_WIN
@@ -12,6 +13,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,13 +21,24 @@
 
 namespace {
 
-// One call takes at most so many bytes, since some systems count in 32 bits.
+// One call takes at most so much, since systems have their bounds for both.
 constexpr qsizetype kLargestCall = 1 << 30;
+constexpr std::size_t kMostPieces = 16;
 
 #ifdef Q_OS_WIN
 
 using Socket = SOCKET;
-constexpr int kFlags = 0;
+using Buffer = WSABUF;
+
+Buffer BufferOf(const QByteArray& bytes, qsizetype size) {
+  return {static_cast<ULONG>(size), const_cast<char*>(bytes.constData())};
+}
+
+qsizetype SendBuffers(Socket socket, Buffer* buffers, std::size_t count) {
+  DWORD taken = 0;
+  if (WSASend(socket, buffers, static_cast<DWORD>(count), &taken, 0, nullptr, nullptr) != 0) return -1;
+  return static_cast<qsizetype>(taken);
+}
 
 int CloseSocket(Socket socket) {
   return closesocket(socket);
@@ -48,6 +61,18 @@ constexpr int kFlags = MSG_NOSIGNAL;
 #else
 constexpr int kFlags = 0;
 #endif
+using Buffer = iovec;
+
+Buffer BufferOf(const QByteArray& bytes, qsizetype size) {
+  return {const_cast<char*>(bytes.constData()), static_cast<std::size_t>(size)};
+}
+
+qsizetype SendBuffers(Socket socket, Buffer* buffers, std::size_t count) {
+  msghdr message{};
+  message.msg_iov = buffers;
+  message.msg_iovlen = count;
+  return sendmsg(socket, &message, kFlags);
+}
 
 int CloseSocket(Socket socket) {
   return close(socket);
@@ -189,8 +214,17 @@ void HostSockets::StopNotices(Handle socket) {
   watches_.erase(found);
 }
 
-qsizetype HostSockets::Send(Handle socket, const char* data, qsizetype size) {
-  return ::send(Native(socket), data, static_cast<int>(std::min(size, kLargestCall)), kFlags);
+qsizetype HostSockets::Send(Handle socket, const QList<QByteArray>& pieces) {
+  std::array<Buffer, kMostPieces> buffers;
+  std::size_t count = 0;
+  qsizetype left = kLargestCall;
+  for (const QByteArray& piece : pieces) {
+    if (count == buffers.size() || left == 0) break;
+    const qsizetype size = std::min(piece.size(), left);
+    buffers[count++] = BufferOf(piece, size);
+    left -= size;
+  }
+  return SendBuffers(Native(socket), buffers.data(), count);
 }
 
 qsizetype HostSockets::Receive(Handle socket, char* data, qsizetype size) {

@@ -19,7 +19,7 @@ class HostSockets : public Sockets {
   bool StartNotices(Handle socket, std::function<void(SocketNotice)> notify) override;
   void WatchWritable(Handle socket, bool watched) override;
   void StopNotices(Handle socket) override;
-  qsizetype Send(Handle socket, const char* data, qsizetype size) override;
+  qsizetype Send(Handle socket, const QList<QByteArray>& pieces) override;
   qsizetype Receive(Handle socket, char* data, qsizetype size) override;
   void Close(Handle socket) override;
   int LastError() const override;

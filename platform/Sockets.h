@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QtGlobal>
 #include <functional>
 #include <optional>
@@ -33,8 +34,9 @@ class Sockets {
   virtual void WatchWritable(Handle socket, bool watched) = 0;
   virtual void StopNotices(Handle socket) = 0;
 
-  // Number of bytes that were taken or came; -1 on failure. 0 bytes received: the peer has closed.
-  virtual qsizetype Send(Handle socket, const char* data, qsizetype size) = 0;
+  // Number of bytes that were taken or came; -1 on failure. The pieces count as one text, of which any part may be
+  // taken. 0 bytes received: the peer has closed.
+  virtual qsizetype Send(Handle socket, const QList<QByteArray>& pieces) = 0;
   virtual qsizetype Receive(Handle socket, char* data, qsizetype size) = 0;
 
   // A good close leaves the error number as it is.

@@ -53,6 +53,16 @@ TEST(Base64, IsWhatOthersMakeOfTheSameBytes) {
   }
 }
 
+TEST(Base64, ALargeFileIsEncodedLikeAShortOne) {
+  QByteArray bytes;
+  while (bytes.size() < 57 * 4096 * 2 + 100) bytes += QByteArray::number(bytes.size());
+  for (const int size : {57 * 4096 - 1, 57 * 4096, 57 * 4096 + 1, 57 * 4096 * 2, 57 * 4096 * 2 + 77}) {
+    const QByteArray part = bytes.left(size);
+    EXPECT_EQ(EncodeBase64(part, LineBreaks::Every76), OfFile(part)) << size;
+    EXPECT_EQ(part.toBase64(), OfFile(part).replace("\r\n", "").replace('\0', "")) << size;
+  }
+}
+
 TEST(Base64, AFileThatCannotBeReadGivesNothing) {
   QByteArray text = "before";
   AppendBase64OfFile(text, "/nowhere/at/all.gif", LineBreaks::Every76);

@@ -77,16 +77,20 @@ void ScriptedSockets::StopNotices(Handle) {
   writable_ = false;
 }
 
-qsizetype ScriptedSockets::Send(Handle, const char* data, qsizetype size) {
+qsizetype ScriptedSockets::Send(Handle, const QList<QByteArray>& pieces) {
   ++SendCalls;
   const qsizetype takes = SendTakes.isEmpty() ? kTakesAll : SendTakes.takeFirst();
   if (takes < 0) {
     error_ = takes == -1 ? kWouldBlock : kBroken;
     return -1;
   }
-  const qsizetype taken = std::min(size, takes);
-  Sent.append(data, taken);
-  return taken;
+  qsizetype left = takes;
+  for (const QByteArray& piece : pieces) {
+    const qsizetype taken = std::min(piece.size(), left);
+    Sent.append(piece.constData(), taken);
+    left -= taken;
+  }
+  return takes - left;
 }
 
 qsizetype ScriptedSockets::Receive(Handle, char* data, qsizetype size) {
