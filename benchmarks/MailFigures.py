@@ -72,7 +72,7 @@ def base64_of(path):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", required=True, help="the build folder")
-    parser.add_argument("--rounds", type=int, default=7, help="messages of each, of which the median counts")
+    parser.add_argument("--rounds", type=int, default=15, help="messages of each, of which the median counts")
     arguments = parser.parse_args()
     tool = os.path.join(arguments.build, "bin", "mail_tool")
     if not os.path.exists(tool) or not shutil.which("base64"):
