@@ -70,6 +70,8 @@ void FillList(QComboBox& box, const QString& stored) {
   const QString text = box.currentText();
   box.clear();
   if (!stored.isEmpty()) box.addItems(stored.split(u'*'));
+  // So that the arrow down comes to the first one.
+  box.setCurrentIndex(-1);
   box.setEditText(text);
 }
 
@@ -199,6 +201,7 @@ void EmailPanel::LoadEmailDefaults() {
 }
 
 void EmailPanel::StartUp() {
+  ComboMail[0]->setFocus();
   TStat->clear();
   TStat->setToolTip(QString());
   QString error;
@@ -304,6 +307,9 @@ void EmailPanel::SaveEmailDefaults() {
 
 void EmailPanel::SaveEmailCopy() {
   const QString path = ShowSaveEmailDialog(program_, main_, QStringLiteral("Save Email"));
+  // The desktop gave the keys to the dialog's owner, which may cover this window.
+  window()->raise();
+  window()->activateWindow();
   if (path.isEmpty()) return;
   if (program_.Files.FileExists(path)) {
     const MessageAnswer answer =

@@ -24,7 +24,7 @@ class EmailPanel : public QFrame {
 
   // Fills lists and boxes with what is remembered, else with the defaults of the mail account.
   void LoadEmailDefaults();
-  // Empties the status line and readies the network; a failure is told there.
+  // Empties the status line and readies the network; a failure is told there. The keys go to the first box.
   void StartUp();
 
   // 0 "To:", 1 "From:".

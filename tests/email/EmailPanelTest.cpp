@@ -498,6 +498,15 @@ TEST_F(Panel, UpToElevenRecipientsAreStored) {
   EXPECT_EQ("more@a.bb*bob@example.net*" + ten.first(9).join('*'), Stored(Settings::To10));
 }
 
+TEST_F(Panel, TheArrowDownComesToTheFirstOfTheList) {
+  Store(Settings::To10, "one@a.bb*two@a.bb");
+  Open();
+  QTest::keyClick(panel_.ComboMail[0], Qt::Key_Down);
+  EXPECT_EQ("one@a.bb", panel_.ComboMail[0]->currentText());
+  QTest::keyClick(panel_.ComboMail[0], Qt::Key_Down);
+  EXPECT_EQ("two@a.bb", panel_.ComboMail[0]->currentText());
+}
+
 // Whatever is chosen or typed stays what it is.
 TEST_F(Panel, TypingIsNeverCompletedFromTheList) {
   Store(Settings::To10, "bob@example.network");
