@@ -27,6 +27,19 @@ qsizetype Find(const Text& text, const Text& what, qsizetype from) {
   return found == text.cend() ? -1 : found - text.cbegin();
 }
 
+template <typename Text>
+Text ReplaceIn(const Text& text, const Text& what, const Text& with, Matches which) {
+  if (what.isEmpty()) return text;
+  Text result;
+  qsizetype copied = 0;
+  for (qsizetype at = Find(text, what, 0); at >= 0; at = Find(text, what, copied)) {
+    result.append(text.constData() + copied, at - copied).append(with);
+    copied = at + what.size();
+    if (which == Matches::First) break;
+  }
+  return result.append(text.constData() + copied, text.size() - copied);
+}
+
 template <typename Text, typename Char>
 Text Trim(const Text& text, Char blank) {
   qsizetype begin = 0;
@@ -50,6 +63,13 @@ qsizetype FindNoCase(const QString& text, const QString& what, qsizetype from) {
 }
 qsizetype FindNoCase(const QByteArray& text, const QByteArray& what, qsizetype from) {
   return Find(text, what, from);
+}
+
+QString ReplaceNoCase(const QString& text, const QString& what, const QString& with, Matches which) {
+  return ReplaceIn(text, what, with, which);
+}
+QByteArray ReplaceNoCase(const QByteArray& text, const QByteArray& what, const QByteArray& with, Matches which) {
+  return ReplaceIn(text, what, with, which);
 }
 
 bool EqualsNoCase(const QString& a, const QString& b) {

@@ -13,6 +13,13 @@ QByteArray UpperAscii(const QByteArray& text);
 qsizetype FindNoCase(const QString& text, const QString& what, qsizetype from = 0);
 qsizetype FindNoCase(const QByteArray& text, const QByteArray& what, qsizetype from = 0);
 
+// All matches of `what`, in any case, replaced from left to right, or only the first one. An empty `what` is found
+// nowhere here.
+enum class Matches { All, First };
+QString ReplaceNoCase(const QString& text, const QString& what, const QString& with, Matches which = Matches::All);
+QByteArray ReplaceNoCase(const QByteArray& text, const QByteArray& what, const QByteArray& with,
+                         Matches which = Matches::All);
+
 bool EqualsNoCase(const QString& a, const QString& b);
 
 // Without the blanks (U+0020) at both ends. Tabs, line ends and no-break spaces stay.

@@ -55,19 +55,27 @@ QImage PictureFromBytes(const QByteArray& bytes) {
   return IsHoldableSize(image.size()) ? image : QImage();
 }
 
+namespace {
+
+// A plain file no longer than any picture.
+bool OpenToRead(QFile& file) {
+  const QFileInfo info(file.fileName());
+  return info.isFile() && info.size() <= kMostFileBytes && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
+}  // namespace
+
 QByteArray PictureFileBytes(const QString& path) {
-  const QFileInfo info(path);
-  if (!info.isFile() || info.size() > kMostFileBytes) return QByteArray();
   QFile file(path);
-  return file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? file.readAll() : QByteArray();
+  return OpenToRead(file) ? file.readAll() : QByteArray();
 }
 
 QImage ReadPicture(const QString& path) {
   QFile file(path);
-  if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-    if (QImage image = ReadPlainBmp(file); !image.isNull()) return image;
-  }
-  return PictureFromBytes(PictureFileBytes(path));
+  if (!OpenToRead(file)) return QImage();
+  if (QImage image = ReadPlainBmp(file); !image.isNull()) return image;
+  file.seek(0);
+  return PictureFromBytes(file.readAll());
 }
 
 PictureFormat FormatOfFile(const QString& path) {

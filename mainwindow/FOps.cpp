@@ -3,9 +3,11 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 
+#include "EmailPanel.h"
 #include "FWeb.h"
 #include "OpenProjectPanel.h"
 #include "PackPanel.h"
+#include "Program.h"
 #include "Twips.h"
 
 namespace {
@@ -20,14 +22,14 @@ constexpr Task kTasks[] = {
 
 }  // namespace
 
-FOps::FOps(Program& program, FWeb& web) : web_(web) {
+FOps::FOps(Program& program, FWeb& web) : MUC(program.platform), web_(web) {
   setObjectName(QStringLiteral("FOps"));
   FrOps0 = new PackPanel(program, Busy, this);
   FrOps1 = new OpenProjectPanel(program, web, Busy, this);
-  FrOps2 = new QWidget(this);
-  FrOps2->setObjectName(QStringLiteral("FrOps2"));
+  FrOps2 = new EmailPanel(program, MUC, Busy, &web, this);
   connect(FrOps0, &PackPanel::HideRequested, this, &QWidget::hide);
   connect(FrOps1, &OpenProjectPanel::HideRequested, this, &QWidget::hide);
+  connect(FrOps2, &EmailPanel::HideRequested, this, &QWidget::hide);
 }
 
 QWidget* FOps::Panel(int Kind) const {
@@ -40,20 +42,23 @@ void FOps::ShowOps(int Kind) {
   const Task& task = kTasks[Kind];
   if (Kind == 0) FrOps0->LoadBoxes();
   if (Kind == 1) FrOps1->LoadList();
+  if (Kind == 2) FrOps2->LoadEmailDefaults();
   setWindowTitle(QString::fromLatin1(task.caption));
   setFixedSize(TwipsToPixels(task.width), TwipsToPixels(task.height));
   for (int kind = 0; kind < 3; ++kind) Panel(kind)->setVisible(kind == Kind);
   Panel(Kind)->setGeometry(rect());
   Panel(Kind)->raise();
+  if (Kind == 2) FrOps2->StartUp();
   if (!isVisible()) move(web_.geometry().center() - rect().center());
   show();
   raise();
   activateWindow();
 }
 
-// The close box only hides.
+// The close box only hides, and ends a message that is on its way.
 void FOps::closeEvent(QCloseEvent* event) {
   event->ignore();
+  MUC.CloseDown();
   hide();
 }
 

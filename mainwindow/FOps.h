@@ -5,6 +5,7 @@
 
 #include "MailUC.h"
 
+class EmailPanel;
 class FWeb;
 class OpenProjectPanel;
 class PackPanel;
@@ -23,7 +24,7 @@ class FOps : public QWidget {
   MailUC MUC;
   PackPanel* FrOps0 = nullptr;
   OpenProjectPanel* FrOps1 = nullptr;
-  QWidget* FrOps2 = nullptr;
+  EmailPanel* FrOps2 = nullptr;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

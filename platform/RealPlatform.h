@@ -4,6 +4,7 @@
 #include "HostFileAttributes.h"
 #include "HostSettingsStore.h"
 #include "HostShell.h"
+#include "HostSockets.h"
 #include "Platform.h"
 
 // Owns the services of the system that the program runs on.
@@ -23,5 +24,10 @@ class RealPlatform {
   HostShell shell_;
   HostSingleInstance singleInstance_;
   HostStandardFolders folders_;
-  Platform platform_{fileAttributes_, fileAccess_, settings_, dialogs_, shell_, singleInstance_, folders_};
+  HostSockets sockets_;
+  HostNetworkState network_;
+  HostMailAccount mailAccount_;
+  HostStamps stamps_;
+  Platform platform_{fileAttributes_, fileAccess_, settings_, dialogs_,     shell_, singleInstance_,
+                     folders_,        sockets_,    network_,  mailAccount_, stamps_};
 };

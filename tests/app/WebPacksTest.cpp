@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QTest>
 
 #include "FSets.h"
 #include "FTools.h"
@@ -12,6 +13,8 @@
 #include "PackedFiles.h"
 #include "Resource.h"
 #include "Settings.h"
+#include "Swatch.h"
+#include "fIconMaker.h"
 
 namespace {
 
@@ -195,6 +198,47 @@ TEST_F(WebPacks, AChosenIconAndTheUsersOwnOneAreInThePack) {
   Sets().bIcoSets[0]->click();
   BuildAgain();
   EXPECT_EQ(own.mid(22), icon());
+}
+
+TEST_F(WebPacks, AnIconDrawnInTheEditorIsInThePack) {
+  ASSERT_TRUE(run_.Choose("mOpenIcoEd"));
+  fIconMaker* editor = nullptr;
+  for (QWidget* const window : QApplication::topLevelWidgets())
+    if (window->isVisible() && window->objectName() == QLatin1String("fIconMaker"))
+      editor = static_cast<fIconMaker*>(window);
+  ASSERT_NE(nullptr, editor);
+  // A solid ellipse in blue, then a line of another width across it.
+  editor->bOps[4]->click();
+  QTest::mouseClick(editor->PCols[12], Qt::LeftButton);
+  QTest::mousePress(editor->Surfaces.PicBig, Qt::LeftButton, {}, {24, 31});
+  QTest::mouseRelease(editor->Surfaces.PicBig, Qt::LeftButton, {}, {200, 192});
+  editor->bOps[0]->click();
+  editor->OpW[2]->click();
+  QTest::mouseClick(editor->PCols[9], Qt::LeftButton);
+  QTest::mousePress(editor->Surfaces.PicBig, Qt::LeftButton, {}, {10, 10});
+  QTest::mouseRelease(editor->Surfaces.PicBig, Qt::LeftButton, {}, {215, 210});
+  const QString file = run_.test.Path("pictures/drawn.ico");
+  QDir().mkpath(run_.test.Path("pictures"));
+  Answer({}, {file});
+  editor->findChild<QAction*>("mSaveIco")->trigger();
+  const QByteArray drawn = FileBytes(file);
+  ASSERT_EQ(766, drawn.size());
+  EXPECT_GT(QSet<char>(drawn.begin() + 126, drawn.begin() + 638).size(), 3) << "something is drawn in it";
+  // The way of the user: the settings window's list, the choice, Apply.
+  ASSERT_TRUE(run_.Choose("mSettings"));
+  Sets().bSetWins[1]->click();
+  Sets().bIcoSets[1]->click();
+  Answer({}, {file});
+  Sets().bCustomIco[0]->click();
+  Sets().bCustomIco[1]->click();
+  Sets().BoxIcons->setCurrentRow(0);
+  Sets().bCustomIco[2]->click();
+  EXPECT_EQ(QStringList{StringText(124)}, run_.Dialogs().Messages());
+  Sets().bCustomIco[3]->click();
+  Sets().OpIco[10]->click();
+  Sets().bIcoSets[0]->click();
+  Build();
+  EXPECT_EQ(drawn.mid(22), FileBytes(run_.test.Path("desktop/pack.exe")).mid(0x124B0, 744));
 }
 
 TEST_F(WebPacks, TheFolderOfThePanelAndOfTheSettingsIsOne) {

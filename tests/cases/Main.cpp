@@ -6,6 +6,7 @@
 
 #include "CoreKinds.h"
 #include "ElementKinds.h"
+#include "EmailKinds.h"
 #include "FormattingKinds.h"
 #include "IconKinds.h"
 #include "KindTable.h"
@@ -85,5 +86,6 @@ int main(int argc, char** argv) {
   RegisterFormattingKinds(table);
   RegisterSettingsKinds(table);
   RegisterIconKinds(table);
+  RegisterEmailKinds(table);
   return Run(table, QApplication::arguments());
 }

@@ -30,8 +30,9 @@ class ColorDialog : public ::testing::Test {
   // The program on the real dialogs.
   TestPlatform doubles_;
   HostDialogs dialogs_;
-  Platform services_{doubles_.attributes, doubles_.access,   doubles_.settings, dialogs_,
-                     doubles_.shell,      doubles_.instance, doubles_.folders};
+  Platform services_{doubles_.attributes, doubles_.access,      doubles_.settings, dialogs_,
+                     doubles_.shell,      doubles_.instance,    doubles_.folders,  doubles_.sockets,
+                     doubles_.network,    doubles_.mailAccount, doubles_.stamps};
   Program program_{services_};
   QWidget owner_;
 

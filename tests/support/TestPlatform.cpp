@@ -8,7 +8,19 @@ bool RefusingAccess::CanBeRead(const QString& path) const {
   return !RefusedNames.contains(QFileInfo(path).fileName()) && host_.CanBeRead(path);
 }
 
-TestProgram::TestProgram(SettingsStore* store) : platform(store) {
+std::optional<QString> FixedMailAccount::ReadRegString(const QString& key, const QString& value) const {
+  const auto found = Values.constFind(key + u'|' + value);
+  if (found == Values.constEnd()) return std::nullopt;
+  return *found;
+}
+
+QString FixedStamps::NewGuid() {
+  ++Given;
+  if (!Guids.isEmpty()) return Guids.takeFirst();
+  return QStringLiteral("{00000000-0000-0000-0000-%1}").arg(Given, 12, 10, QLatin1Char('0'));
+}
+
+TestProgram::TestProgram(SettingsStore* store, Sockets* net) : platform(store, net) {
   program.AppPath = Path(QStringLiteral("app"));
   program.CardPath = program.AppPath + QStringLiteral("/card");
   program.WorkPath = program.CardPath;

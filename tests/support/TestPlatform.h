@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <functional>
@@ -10,6 +11,7 @@
 #include "Program.h"
 #include "RecordingShell.h"
 #include "ScriptedDialogs.h"
+#include "ScriptedSockets.h"
 
 // File access that refuses the names it is told to, as if another program held those files open.
 class RefusingAccess : public FileAccess {
@@ -47,12 +49,41 @@ class FixedFolders : public StandardFolders {
   QString AppPath() override { return AppFolder; }
 };
 
+// On a network without a proxy, unless told.
+class FixedNetwork : public NetworkState {
+ public:
+  bool Online = true;
+  bool Proxy = false;
+  bool IsOnline() const override { return Online; }
+  bool IsConnectionProxy() const override { return Proxy; }
+};
+
+// No mail account, unless values are put in under "key|value".
+class FixedMailAccount : public MailAccount {
+ public:
+  QMap<QString, QString> Values;
+  std::optional<QString> ReadRegString(const QString& key, const QString& value) const override;
+};
+
+// The same moment all the time, and ids from a list; behind its last one ids of their own.
+class FixedStamps : public Stamps {
+ public:
+  QStringList Guids;
+  QDateTime Moment{QDate(1994, 11, 6), QTime(8, 49, 37), Qt::UTC};
+  int Given = 0;
+  QString NewGuid() override;
+  QDateTime Now() override { return Moment; }
+};
+
 // A platform for tests: files are real, and everything else is scripted or recorded.
 class TestPlatform {
  public:
-  // With a settings store of the test's own in place of `settings`, if there is one; it must outlive the object.
-  explicit TestPlatform(SettingsStore* store = nullptr)
-      : services{attributes, access, store ? *store : settings, dialogs, shell, instance, folders} {}
+  // With a settings store and sockets of the test's own in place of `settings` and `sockets`, if there are any; they
+  // must outlive the object.
+  explicit TestPlatform(SettingsStore* store = nullptr, Sockets* net = nullptr)
+      : services{attributes, access,  store ? *store : settings, dialogs, shell,
+                 instance,   folders, net ? *net : sockets,      network, mailAccount,
+                 stamps} {}
 
   WatchedAttributes attributes;
   RefusingAccess access;
@@ -61,6 +92,10 @@ class TestPlatform {
   RecordingShell shell;
   FixedInstance instance;
   FixedFolders folders;
+  ScriptedSockets sockets;
+  FixedNetwork network;
+  FixedMailAccount mailAccount;
+  FixedStamps stamps;
   Platform services;
 };
 
@@ -68,7 +103,7 @@ class TestPlatform {
 // go with the object.
 class TestProgram {
  public:
-  explicit TestProgram(SettingsStore* store = nullptr);
+  explicit TestProgram(SettingsStore* store = nullptr, Sockets* net = nullptr);
 
   TestPlatform platform;
   Program program{platform.services};

@@ -32,8 +32,9 @@ class Checks:
         print(after + ("ok     " + what if good else "FAILED %s: %s" % (what, found)), flush=True)
 
 
-def run(document, name, play, needs=()):
-    """The whole of such a test: play(build, out, check) with the folder for its pictures; gives the exit code."""
+def run(document, name, play, needs=(), refusal=None):
+    """The whole of such a test: play(build, out, check) with the folder for its pictures; gives the exit code. `refusal`
+    tells why the machine itself can't run it, or None."""
     parser = argparse.ArgumentParser(description=document, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--build", required=True, help="folder that was built into")
     parser.add_argument("--out", help="folder for the pictures, reports/%s of the other one if not given" % name)
@@ -44,6 +45,10 @@ def run(document, name, play, needs=()):
     if missing:
         print("skipped, not there:", *missing)
         return 1 if os.environ.get("CI") == "true" else SKIPPED
+    reason = refusal() if refusal else None
+    if reason:
+        print("skipped:", reason)
+        return SKIPPED
     shutil.rmtree(out, ignore_errors=True)
     check = Checks()
     try:

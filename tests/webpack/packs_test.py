@@ -147,6 +147,18 @@ class Packs(unittest.TestCase):
         self.assertEqual(data[ICON_PLACE:ICON_PLACE + ICON_SIZE], own_icon()[22:])
         self.assertEqual(self.icon_of(), image_pixels(own_icon()[22:]))
 
+    def test_IconsDrawnInTheEditorComeOutPixelForPixel(self):
+        work = self.project({"wgcard.html": self.page("x")})
+        drawn = subprocess.run([os.path.join(BUILD, "bin", "icon_tool"), "draw", self.folder, "5"], capture_output=True,
+                               text=True, check=True, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
+        for number, line in enumerate(drawn.stdout.splitlines()):
+            with self.subTest(number):
+                self.build({}, self.path("%d.ico" % number), work=work)
+                colors, _, mask, _ = line.split()
+                seen = [None if mask[i] == "1" else tuple(bytes.fromhex(colors[6 * i:6 * i + 6])) for i in range(1024)]
+                self.assertGreater(len(set(seen)), 4)
+                self.assertEqual([seen[32 * row:32 * row + 32] for row in range(32)], self.icon_of())
+
     def test_PacksDifferOnlyInTheirIcon(self):
         work = self.project({"wgcard.html": self.page("x")})
         one = self.build({}, "WP", work=work)

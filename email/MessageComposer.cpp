@@ -1,0 +1,143 @@
+#include "MessageComposer.h"
+
+#include <QFileInfo>
+#include <QLocale>
+
+#include "AsciiText.h"
+#include "Base64.h"
+#include "CodePage.h"
+#include "HtmlBody.h"
+#include "OneLine.h"
+#include "PathRules.h"
+#include "Stamps.h"
+#include "StringTable.h"
+
+namespace {
+
+// The same in every message.
+constexpr char kOuter[] = "CVN2_A_3435FE2_6617A_AA";
+constexpr char kInner[] = "CVN2_B_3435FE2_6617B_BB";
+constexpr char kEnd[] = "\r\n";
+
+bool FileIsThere(const QString& path) {
+  // Of what is no folder a pipe would wait for its writer.
+  return QFileInfo(path).isFile();
+}
+
+QByteArray BuildPlainText() {
+  QByteArray text;
+  for (const int number : {165, 166, 167}) text += StringText(number).toLatin1() + kEnd;
+  return text + kEnd;
+}
+
+QByteArray TextPart(const QByteArray& boundary, const QByteArray& kind, const QByteArray& text) {
+  return "--" + boundary + kEnd + "Content-Type: text/" + kind + ";" + kEnd + "\tcharset=\"iso-8859-1\"" + kEnd +
+         "Content-Transfer-Encoding: quoted-printable" + kEnd + kEnd + text;
+}
+
+QByteArray Closing(const QByteArray& boundary) {
+  return "--" + boundary + "--";
+}
+
+}  // namespace
+
+void MessageComposer::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
+  HtmlBody_ = EncodeHtmlBody(sHTML);
+  PictureParts_.clear();
+  for (const QString& piece : TrimBlanks(sFils).split(u'*')) {
+    const QString path = TrimBlanks(piece);
+    if (!FileIsThere(path)) continue;
+    QByteArray part = BuildPictureHeader(path.mid(PathRules::LastSeparator(path) + 1));
+    AppendBase64OfFile(part, path, LineBreaks::Every76);
+    part.append(kEnd).append(kEnd);
+    PictureParts_.append(std::move(part));
+  }
+}
+
+void MessageComposer::Clear() {
+  HtmlBody_.clear();
+  PictureParts_.clear();
+}
+
+// The kind is the name's ending as it stands, in its own case. A reference that a line break has split isn't found and
+// keeps the file's name; of a picture that stands twice in the list only the first id is referred to.
+QByteArray MessageComposer::BuildPictureHeader(const QString& fileName) {
+  const QByteArray name = ToCodePage(OneLine(fileName));
+  QByteArray extension = name.right(3);
+  if (UpperAscii(extension) == "PEG") extension = "jpg";
+  QByteArray id = BuildGuidText();
+  if (id.isEmpty()) {
+    id = name;
+  } else {
+    // A page may hold the name in either form.
+    const QByteArray utf8 = fileName.toUtf8();
+    HtmlBody_ = ReplaceNoCase(HtmlBody_, "cid:" + utf8, "cid:" + id);
+    if (name != utf8) HtmlBody_ = ReplaceNoCase(HtmlBody_, "cid:" + name, "cid:" + id);
+  }
+  return QByteArray("--") + kOuter + kEnd + "Content-Type: image/" + extension + ";" + kEnd + "\tName=\"" + name +
+         "\"" + kEnd + "Content-Transfer-Encoding: base64" + kEnd + "Content-ID: <" + id + ">" + kEnd + kEnd;
+}
+
+QByteArray MessageComposer::BuildGuidText() const {
+  const QString guid = stamps_.NewGuid();
+  if (guid.size() <= 30) return QByteArray();
+  return guid.mid(1, guid.size() - 2).replace(u'-', u'.').toLatin1();
+}
+
+QByteArray MessageComposer::BuildDateHeader() const {
+  const QDateTime now = stamps_.Now();
+  if (!now.isValid()) return "Date: " + ToCodePage(QDateTime::currentDateTime().toString());
+  // The same in every language of the desktop.
+  const QString text = QLocale::c().toString(now.toUTC(), QStringLiteral("ddd, dd MMM yyyy HH:mm:ss"));
+  return "Date: " + text.toLatin1() + " GMT";
+}
+
+// From the content type to the end of the head.
+QByteArray MessageComposer::BuildHead() const {
+  const bool hasPictures = !PictureParts_.isEmpty();
+  QByteArray head = QByteArray("Content-Type: multipart/") + (hasPictures ? "related;" : "alternative;") + kEnd +
+                    "\tboundary=\"" + kOuter + "\"";
+  if (hasPictures) head += QByteArray(";") + kEnd + "\ttype=\"multipart/alternative\"";
+  return head + kEnd + "X-Mailer: Corvane v. 2" + kEnd + kEnd;
+}
+
+// The notice and the page, as two forms of the same.
+QByteArray MessageComposer::BuildTexts() const {
+  const bool hasPictures = !PictureParts_.isEmpty();
+  const QByteArray boundary = hasPictures ? kInner : kOuter;
+  QByteArray texts;
+  if (hasPictures) {
+    texts = QByteArray("--") + kOuter + kEnd + "Content-Type: multipart/alternative;" + kEnd + "\tboundary=\"" +
+            kInner + "\"" + kEnd + kEnd;
+  }
+  texts += TextPart(boundary, "plain", BuildPlainText());
+  texts += TextPart(boundary, "html", HtmlBody_) + kEnd + kEnd;
+  if (hasPictures) texts += Closing(kInner) + kEnd + kEnd;
+  return texts;
+}
+
+QList<QByteArray> MessageComposer::WirePieces(const MessageFields& fields) const {
+  const QByteArray head = "From: " + fields.FromName + " <" + fields.FromEmail + ">" + kEnd +  //
+                          "To: " + fields.ToName + " <" + fields.ToEmail + ">" + kEnd +        //
+                          "Subject: " + fields.Subject + kEnd +                                //
+                          BuildDateHeader() + kEnd +                                           //
+                          "Message-ID: <" + BuildGuidText() + "@" + fields.Server + ">" + kEnd + "MIME-Version: 1.0" +
+                          kEnd;
+  QList<QByteArray> pieces = {head + BuildHead() + BuildTexts()};
+  pieces += PictureParts_;
+  pieces += Closing(kOuter) + kEnd + "." + kEnd;
+  return pieces;
+}
+
+// Head and last line end differ from the form that is sent, and that is meant.
+QByteArray MessageComposer::BuildMessageFile(const MessageFields& fields) const {
+  QByteArray file = "FROM: " + fields.FromName + "<" + fields.FromEmail + ">" + kEnd +  //
+                    "TO: " + fields.ToName + "<" + fields.ToEmail + ">" + kEnd +        //
+                    "Subject: " + fields.Subject + kEnd +                               //
+                    BuildDateHeader() + kEnd + "MIME-Version: 1.0" + kEnd;
+  file += BuildHead() + BuildTexts();
+  for (const QByteArray& part : PictureParts_) file += part;
+  file += Closing(kOuter);
+  if (PictureParts_.isEmpty()) file += kEnd;
+  return file;
+}

@@ -1,0 +1,19 @@
+#include "ModEmail.h"
+
+#include "MailUC.h"
+#include "PageText.h"
+#include "PathRules.h"
+#include "Program.h"
+#include "StringTable.h"
+#include "StripPicturePaths.h"
+
+QString PrepareCurrentEmail(Program& program, MailUC& MUC) {
+  if (!program.Files.FileExists(program.CurPageFile)) return StringText(FixedText::PageFileNotFound);
+  QByteArray names;
+  const QByteArray text = StripPicturePathsOfFile(program.Files, program.CurPageFile, names);
+  if (text.isEmpty()) return StringText(FixedText::PageFileNotRead);
+  QStringList paths;
+  for (const QByteArray& name : names.split('*')) paths += PathRules::Join(program.WorkPath, DecodePageName(name));
+  MUC.PrepareEmail(text, paths.join(u'*'));
+  return QString();
+}

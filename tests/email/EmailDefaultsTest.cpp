@@ -1,0 +1,51 @@
+#include "EmailDefaults.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Address, TheFirstDotBehindTheAtSignCounts) {
+  EXPECT_TRUE(IsValidAddress("a.b@cc.dd"));
+  EXPECT_FALSE(IsValidAddress("a.b@ccdd"));
+  // A later dot would leave enough behind it, or too little.
+  EXPECT_TRUE(IsValidAddress("a@b.c.d"));
+  EXPECT_FALSE(IsValidAddress("a@.b.cc"));
+  EXPECT_FALSE(IsValidAddress("x@y.c"));
+  EXPECT_TRUE(IsValidAddress("x@y.co"));
+  EXPECT_FALSE(IsValidAddress("@y.co"));
+  EXPECT_FALSE(IsValidAddress(""));
+}
+
+TEST(Recents, APartOfALongerRecipientCountsAsKnown) {
+  EXPECT_EQ("bob@example.net", RecentRecipients({"bob@example.net"}, "ob@example.net"));
+  EXPECT_EQ("bob@example.net", RecentRecipients({"bob@example.net"}, "BOB@example.net"));
+  EXPECT_EQ("ann@b.cc*bob@example.net", RecentRecipients({"bob@example.net"}, "ann@b.cc"));
+}
+
+TEST(Recents, ASenderAtTheEndOfALongerOneDamagesIt) {
+  EXPECT_EQ("nn@example.org*ax@y.zz", RecentSenders({"ann@example.org", "x@y.zz"}, "nn@example.org"));
+  EXPECT_EQ("x@y.zz*a@b.cc", RecentSenders({"a@b.cc", "X@Y.ZZ"}, "x@y.zz"));
+}
+
+TEST(Recents, UpToElevenAreStored) {
+  const QStringList ten = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
+  EXPECT_EQ(11, RecentRecipients(ten, "new").split('*').size());
+  EXPECT_EQ(11, RecentSenders(ten, "new").split('*').size());
+  EXPECT_EQ(11, RecentRecipients(ten + QStringList{"10"}, "new").split('*').size());
+}
+
+TEST(Password, IsStoredAsTheCodesOfItsCharacters) {
+  EXPECT_EQ("65.98.49", StoredPassword("Ab1"));
+  EXPECT_EQ("Ab1", PasswordOf("65.98.49"));
+  EXPECT_EQ("AB", PasswordOf("65.x.66"));
+  EXPECT_EQ("A", PasswordOf("65.256.-1.99999"));
+}
+
+TEST(Password, EveryCharacterOfTheCodePageComesBack) {
+  QString all;
+  for (int code = 1; code < 256; ++code) all += PasswordOf(QString::number(code));
+  EXPECT_EQ(255, all.size());
+  EXPECT_EQ(all, PasswordOf(StoredPassword(all)));
+}
+
+}  // namespace

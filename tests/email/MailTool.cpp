@@ -1,0 +1,169 @@
+// The mail control on a command line, for readers, servers and figures:
+//   mail_tool compose FOLDER...              leaves FOLDER.wire and FOLDER.eml, the two forms of the message
+//   mail_tool send FROM TO USER PASSWORD FOLDER...
+//                                            sends to 127.0.0.1, port 25, and leaves FOLDER.eml; prints a line of JSON
+//                                            for each: what ConnectAndSend gave, how it ended, and the text
+//   mail_tool measure FOLDER                 prints milliseconds from the files to the wire form, its bytes, and the
+//                                            bytes by which the memory grew at most
+// A folder holds the page wgcard.html and its pictures.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+#include <cstdio>
+
+#include "HostSockets.h"
+#include "MailUC.h"
+#include "MessageComposer.h"
+#include "ModEmail.h"
+#include "TestPlatform.h"
+
+namespace {
+
+constexpr int kUsage = 2;
+constexpr int kPatienceMs = 60000;
+
+class Tool {
+ public:
+  explicit Tool(Sockets* sockets = nullptr) : platform_(nullptr, sockets) {
+    MUC_.SetServer("127.0.0.1");
+    MUC_.SetFromName("Ann Lee");
+    MUC_.SetToName("Bob");
+    MUC_.SetSubject("A page");
+    QString error;
+    MUC_.StartUp(error);
+  }
+
+  void Address(const QString& from, const QString& to, const QString& user, const QString& password) {
+    MUC_.SetFromEmail(from);
+    MUC_.SetToEmail(to);
+    if (!user.isEmpty()) MUC_.SetUserName(user);
+    if (!password.isEmpty()) MUC_.SetPassword(password);
+  }
+
+  bool Prepare(const QString& folder) {
+    program_.WorkPath = folder;
+    program_.CurPageFile = folder + QStringLiteral("/wgcard.html");
+    const QString error = PrepareCurrentEmail(program_, MUC_);
+    if (!error.isEmpty()) std::fprintf(stderr, "%s\n", qPrintable(error));
+    return error.isEmpty();
+  }
+
+  MailUC& MUC() { return MUC_; }
+  ScriptedSockets& Played() { return platform_.sockets; }
+
+ private:
+  HostStamps stamps_;
+  TestPlatform platform_;
+  Platform services_{platform_.attributes,
+                     platform_.access,
+                     platform_.settings,
+                     platform_.dialogs,
+                     platform_.shell,
+                     platform_.instance,
+                     platform_.folders,
+                     platform_.services.sockets,
+                     platform_.network,
+                     platform_.mailAccount,
+                     stamps_};
+  Program program_{services_};
+  MailUC MUC_{services_};
+};
+
+int Compose(const QStringList& folders) {
+  Tool tool;
+  ScriptedSockets& net = tool.Played();
+  tool.Address("ann@example.org", "bob@example.net", {}, {});
+  for (const QString& folder : folders) {
+    QString error;
+    if (!tool.Prepare(folder) || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return 1;
+    for (const char* const reply : {"220 a", "250 b", "250 c", "250 d"}) net.Bring(reply);
+    net.Sent.clear();
+    net.Bring("354 e");
+    if (!PutFile(folder + ".wire", net.Sent) || !PutFile(folder + ".eml", tool.MUC().EmailFileText())) return 1;
+  }
+  return 0;
+}
+
+int SendAll(const QStringList& arguments) {
+  HostSockets sockets;
+  Tool tool(&sockets);
+  tool.Address(arguments.at(0), arguments.at(1), arguments.at(2), arguments.at(3));
+  for (const QString& folder : arguments.mid(4)) {
+    if (!tool.Prepare(folder)) return 1;
+    QJsonObject outcome;
+    QEventLoop loop;
+    QObject::connect(&tool.MUC(), &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
+      outcome["success"] = success;
+      outcome["text"] = QString::fromLatin1(text);
+      loop.quit();
+    });
+    QTimer::singleShot(kPatienceMs, &loop, &QEventLoop::quit);
+    QString error;
+    const int code = tool.MUC().ConnectAndSend(error);
+    outcome["code"] = code;
+    outcome["text"] = error;
+    if (code == MailUC::kGood) loop.exec();
+    PutFile(folder + ".eml", tool.MUC().EmailFileText());
+    std::printf("%s\n", QJsonDocument(outcome).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+  }
+  return 0;
+}
+
+// The most memory that this process has held since the last reset, in bytes.
+qint64 PeakBytes() {
+  QFile status("/proc/self/status");
+  if (!status.open(QIODevice::ReadOnly)) return 0;
+  for (const QByteArray& line : status.readAll().split('\n')) {
+    if (line.startsWith("VmHWM:")) return line.mid(6).trimmed().chopped(3).toLongLong() * 1024;
+  }
+  return 0;
+}
+
+bool ResetPeak() {
+  QFile clear("/proc/self/clear_refs");
+  return clear.open(QIODevice::WriteOnly) && clear.write("5") == 1;
+}
+
+int Measure(const QString& folder) {
+  Tool tool;
+  ScriptedSockets& net = tool.Played();
+  tool.Address("ann@example.org", "bob@example.net", {}, {});
+  // A socket that takes nothing leaves all of the message waiting, as a slow line does.
+  const auto compose = [&] {
+    QString error;
+    if (!tool.Prepare(folder) || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return;
+    for (const char* const reply : {"220 a", "250 b", "250 c", "250 d"}) net.Bring(reply);
+    net.SendTakes = QList<qsizetype>(1000, -1);
+    net.Bring("354 e");
+  };
+  if (!ResetPeak()) return 1;
+  const qint64 before = PeakBytes();
+  QElapsedTimer clock;
+  clock.start();
+  compose();
+  const double milliseconds = double(clock.nsecsElapsed()) / 1e6;
+  const qint64 grown = PeakBytes() - before;
+  net.SendTakes.clear();
+  net.Sent.clear();
+  net.BecomeWritable();
+  std::printf("%.3f %lld %lld\n", milliseconds, static_cast<long long>(net.Sent.size()), static_cast<long long>(grown));
+  return net.Sent.endsWith("\r\n.\r\n") ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  const QStringList arguments = QApplication::arguments().mid(2);
+  const QString task = QApplication::arguments().value(1);
+  if (task == u"compose" && !arguments.isEmpty()) return Compose(arguments);
+  if (task == u"send" && arguments.size() > 4) return SendAll(arguments);
+  if (task == u"measure" && arguments.size() == 1) return Measure(arguments.first());
+  return kUsage;
+}

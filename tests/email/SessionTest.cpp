@@ -1,0 +1,494 @@
+// The mail session against a network that the test plays itself: each state, each code, each text.
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+
+#include "MailUC.h"
+#include "TestPlatform.h"
+
+namespace {
+
+class Session : public ::testing::Test {
+ protected:
+  Session() {
+    MUC_.SetServer("mail.example.org");
+    MUC_.SetFromEmail("ann@example.org");
+    MUC_.SetToEmail("bob@example.net");
+    MUC_.PrepareEmail("<HTML><BODY>text</BODY></HTML>", "");
+    QString error;
+    MUC_.StartUp(error);
+  }
+
+  int Connect() {
+    const int result = MUC_.ConnectAndSend(error_);
+    Net().Sent.clear();
+    return result;
+  }
+  // Brings the session to what is sent behind so many good replies.
+  void Begin(int replies = 0) {
+    EXPECT_EQ(100, Connect());
+    const char* const good[] = {"220 a", "250 b", "250 c", "250 d", "354 e", "250 f"};
+    for (int i = 0; i < replies; ++i) Net().Bring(good[i]);
+    Net().Sent.clear();
+  }
+  void BeginAuth(const char* kinds) {
+    MUC_.SetPassword("secret");
+    Begin(1);
+    Net().Bring(QByteArray("250 AUTH ") + kinds);
+    Net().Sent.clear();
+  }
+  // What is sent on a reply.
+  QByteArray On(const QByteArray& reply) {
+    Net().Sent.clear();
+    Net().Bring(reply);
+    return Net().Sent;
+  }
+  void ExpectFailure(const QByteArray& text) {
+    ASSERT_EQ(1, complete_.size());
+    EXPECT_FALSE(complete_.first().at(0).toBool());
+    EXPECT_EQ(text, complete_.first().at(1).toByteArray());
+    EXPECT_FALSE(Net().IsOpen());
+  }
+  ScriptedSockets& Net() { return test_.platform.sockets; }
+
+  TestProgram test_;
+  MailUC MUC_{test_.platform.services};
+  QSignalSpy complete_{&MUC_, &MailUC::OnSendComplete};
+  QString error_;
+};
+
+// Before the talk.
+
+TEST_F(Session, TheChecksComeInTheirOrderEachWithItsText) {
+  MailUC fresh(test_.platform.services);
+  const auto expect = [&](int number, const char* text) {
+    QString error = "untouched";
+    EXPECT_EQ(number, fresh.ConnectAndSend(error));
+    EXPECT_EQ(QString(text), error);
+    EXPECT_FALSE(fresh.EmailAvailable());
+  };
+  expect(0, "");
+  QString none;
+  EXPECT_EQ(100, fresh.StartUp(none));
+  test_.platform.network.Online = false;
+  test_.platform.network.Proxy = true;
+  expect(152, "No Internet connection active. You must be online to send email.");
+  test_.platform.network.Online = true;
+  expect(153, "Internet connection is via proxy server. Unable to send email via proxy.");
+  test_.platform.network.Proxy = false;
+  expect(154, "Server address string missing.");
+  fresh.SetServer("s");
+  expect(156, "From email address missing.");
+  fresh.SetFromEmail("ann");
+  expect(157, "Invalid From email address.");
+  fresh.SetFromEmail("ann@a.bb");
+  expect(158, "To email address missing.");
+  fresh.SetToEmail("bob");
+  expect(159, "Invalid To email address.");
+  fresh.SetToEmail("bob@b.cc");
+  expect(160, "Text of email is missing.");
+  EXPECT_EQ(0, Net().Opened);
+}
+
+TEST_F(Session, FailuresOfTheSystemCarryItsNumberWithoutABlank) {
+  Net().OpenFails = true;
+  EXPECT_EQ(161, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Winsock error - Failed to create socket. Error number:111", error_);
+  Net().OpenFails = false;
+  Net().ConnectFails = true;
+  EXPECT_EQ(163, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Winsock error - Failed to connect to server. Error number:111", error_);
+  EXPECT_EQ(QStringList({"open", "open", "resolve", "connect", "close"}), Net().Calls);
+  Net().ConnectFails = false;
+  Net().NoticesFail = true;
+  EXPECT_EQ(164, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Winsock err - Failure with WSAAsyncSelect. Error number:111", error_);
+  EXPECT_FALSE(Net().IsOpen());
+  EXPECT_EQ(0, complete_.size());
+}
+
+TEST_F(Session, AServerThatIsNotFoundIsToldWithoutANumber) {
+  Net().ResolveFails = true;
+  EXPECT_EQ(162, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Failed to resolve server IP address.", error_);
+  EXPECT_FALSE(Net().IsOpen());
+}
+
+TEST_F(Session, TheMessageIsAvailableBeforeThereIsASocket) {
+  EXPECT_FALSE(MUC_.EmailAvailable());
+  EXPECT_EQ("", MUC_.EmailFileText());
+  Net().OpenFails = true;
+  MUC_.ConnectAndSend(error_);
+  EXPECT_TRUE(MUC_.EmailAvailable());
+  EXPECT_TRUE(MUC_.EmailFileText().startsWith("FROM: <ann@example.org>\r\n"));
+  MUC_.PrepareEmail("another", "");
+  EXPECT_FALSE(MUC_.EmailAvailable());
+  EXPECT_EQ("", MUC_.EmailFileText());
+}
+
+TEST(SessionStart, EveryFailureOfTheLibraryHasItsCodeAndText) {
+  struct Row {
+    int winsock, code;
+    const char* text;
+  };
+  const Row rows[] = {{0, 100, "untouched"},
+                      {10091, 1, "System not ready for network communication."},
+                      {10092, 2, "Winsock version 1.1 not supported."},
+                      {10036, 3, "A blocking winsock is already in use."},
+                      {10067, 4, "The limit on number of winsock tasks has been reached."},
+                      {10014, 5, "Error with parameter of WSAStartup call."},
+                      {10093, 0, "untouched"}};
+  for (const Row& row : rows) {
+    TestProgram test;
+    test.platform.sockets.StartUpResult = row.winsock;
+    MailUC MUC(test.platform.services);
+    QString error = "untouched";
+    EXPECT_EQ(row.code, MUC.StartUp(error)) << row.winsock;
+    EXPECT_EQ(QString(row.text), error) << row.winsock;
+    QString again = "untouched";
+    const int result = MUC.ConnectAndSend(again);
+    if (row.code == 100) continue;
+    EXPECT_EQ(row.code == 0 ? 0 : 146 + row.code, result);
+    EXPECT_EQ(row.code == 0 ? QString() : QString(row.text), again);
+  }
+}
+
+TEST_F(Session, TheLibraryIsReadiedOnceAndLetGoOnce) {
+  QString error;
+  EXPECT_EQ(100, MUC_.StartUp(error));
+  EXPECT_EQ(1, Net().StartUps);
+  MUC_.CloseDown();
+  MUC_.CloseDown();
+  EXPECT_EQ(1, Net().CleanUps);
+  EXPECT_EQ(0, MUC_.ConnectAndSend(error));
+  EXPECT_EQ(100, MUC_.StartUp(error));
+  EXPECT_EQ(2, Net().StartUps);
+}
+
+TEST_F(Session, TheControlEndsWhatIsUnderWayWhenItGoes) {
+  {
+    MailUC other(test_.platform.services);
+    QString error;
+    other.StartUp(error);
+    other.SetServer("s");
+    other.SetFromEmail("a@b.cc");
+    other.SetToEmail("a@b.cc");
+    other.PrepareEmail("x", "");
+    ASSERT_EQ(100, other.ConnectAndSend(error));
+  }
+  EXPECT_FALSE(Net().IsOpen());
+  EXPECT_EQ(1, Net().CleanUps);
+}
+
+TEST_F(Session, ThePortIs25) {
+  Connect();
+  EXPECT_EQ(25, Net().Port);
+  EXPECT_EQ("mail.example.org", Net().ResolvedName);
+}
+
+TEST_F(Session, AGoodConnectIsToldOnce) {
+  QSignalSpy connected(&MUC_, &MailUC::OnConnect);
+  Connect();
+  EXPECT_EQ(1, connected.size());
+  EXPECT_EQ("", Net().Sent);
+}
+
+TEST_F(Session, CloseDownKeepsUserAndPasswordAndNothingElse) {
+  MUC_.SetUserName("ann9");
+  MUC_.SetPassword("secret");
+  Begin(1);
+  MUC_.CloseDown();
+  EXPECT_FALSE(Net().IsOpen());
+  EXPECT_FALSE(MUC_.EmailAvailable());
+  QString error;
+  MUC_.StartUp(error);
+  EXPECT_EQ(160, MUC_.ConnectAndSend(error));
+  MUC_.PrepareEmail("x", "");
+  Begin();
+  EXPECT_EQ("EHLO ann9\r\n", On("220 a"));
+  EXPECT_EQ("AUTH PLAIN\r\n", On("250 AUTH PLAIN"));
+  EXPECT_EQ("YW5uOQBhbm45AHNlY3JldA==\r\n", On("334 "));
+}
+
+// The states.
+
+TEST_F(Session, TheGreetingBringsEhloWithTheUserNameAndNoHostName) {
+  MUC_.SetUserName("ann9");
+  Begin();
+  EXPECT_EQ("EHLO ann9\r\n", On("220 mail.example.org ready\r\n"));
+}
+
+TEST_F(Session, WithoutAUserNameTheNamePartOfTheSenderIsIt) {
+  MUC_.SetPassword("secret");
+  Begin();
+  EXPECT_EQ("EHLO ann\r\n", On("220 a"));
+  EXPECT_EQ("AUTH LOGIN\r\n", On("250 AUTH LOGIN"));
+  EXPECT_EQ("YW5u\r\n", On("334 VXNlcm5hbWU6"));
+}
+
+TEST_F(Session, AnotherGreetingEndsItWithTheBareCode) {
+  Begin();
+  Net().Bring("554 busy\r\n");
+  ExpectFailure("554");
+  EXPECT_EQ("", Net().Sent);
+}
+
+TEST_F(Session, ARefusedEhloEndsItWithTheWholeTextAndNoHelo) {
+  Begin(1);
+  EXPECT_EQ("", On("500 unknown\r\n500 really\r\n"));
+  ExpectFailure("500 unknown\r\n500 really\r\n");
+}
+
+TEST_F(Session, WithoutAuthTheSenderFollowsAtOnce) {
+  Begin(1);
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250 HELP\r\n"));
+}
+
+TEST_F(Session, StartTlsIsNeverTaken) {
+  Begin(1);
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250-STARTTLS\r\n250 HELP\r\n"));
+}
+
+TEST_F(Session, OfferedAuthWithoutAPasswordEndsIt) {
+  Begin(1);
+  EXPECT_EQ("", On("250-a\r\n250-AUTH LOGIN PLAIN\r\n250 HELP\r\n"));
+  ExpectFailure("Password required.");
+}
+
+TEST_F(Session, LoginGoesBeforePlain) {
+  MUC_.SetPassword("secret");
+  Begin(1);
+  EXPECT_EQ("AUTH LOGIN\r\n", On("250-a\r\n250-auth plain Login\r\n250 HELP\r\n"));
+}
+
+TEST_F(Session, WhateverElseIsOfferedPlainIsTaken) {
+  MUC_.SetPassword("secret");
+  Begin(1);
+  EXPECT_EQ("AUTH PLAIN\r\n", On("250 AUTH CRAM-MD5\r\n"));
+}
+
+TEST_F(Session, LoginAnswersWhatItIsAskedFor) {
+  BeginAuth("LOGIN");
+  EXPECT_EQ("YW5u\r\n", On("334 VXNlcm5hbWU6\r\n"));
+  EXPECT_EQ("c2VjcmV0\r\n", On("334 UGFzc3dvcmQ6\r\n"));
+  EXPECT_EQ("", On("334 \r\n"));
+  EXPECT_EQ("", On("334 not base64\r\n"));
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("235 go\r\n"));
+}
+
+TEST_F(Session, ARefusedLoginEndsItWithTheWholeText) {
+  BeginAuth("LOGIN");
+  EXPECT_EQ("", On("535 bad credentials\r\n"));
+  ExpectFailure("535 bad credentials\r\n");
+}
+
+TEST_F(Session, PlainSendsAllInOneAndARefusalEndsItWithTheWholeText) {
+  BeginAuth("PLAIN");
+  EXPECT_EQ("YW5uAGFubgBzZWNyZXQ=\r\n", On("334 go\r\n"));
+  EXPECT_EQ("", On("535 5.7.8 bad\r\n"));
+  ExpectFailure("535 5.7.8 bad\r\n");
+}
+
+TEST_F(Session, ThePlainTextIsBuiltOnceAndNeverAgain) {
+  BeginAuth("PLAIN");
+  EXPECT_EQ("YW5uAGFubgBzZWNyZXQ=\r\n", On("334 go\r\n"));
+  MUC_.SetPassword("another");
+  MUC_.SetUserName("eve");
+  Begin();
+  EXPECT_EQ("EHLO eve\r\n", On("220 a"));
+  EXPECT_EQ("AUTH PLAIN\r\n", On("250 AUTH PLAIN"));
+  EXPECT_EQ("YW5uAGFubgBzZWNyZXQ=\r\n", On("334 go\r\n"));
+  // AUTH LOGIN has the new ones.
+  Begin(1);
+  EXPECT_EQ("AUTH LOGIN\r\n", On("250 AUTH LOGIN"));
+  EXPECT_EQ("ZXZl\r\n", On("334 VXNlcm5hbWU6"));
+  EXPECT_EQ("YW5vdGhlcg==\r\n", On("334 UGFzc3dvcmQ6"));
+}
+
+TEST_F(Session, RefusalsOfSenderRecipientAndDataAreTheBareCode) {
+  for (int replies : {2, 3, 4}) {
+    complete_.clear();
+    MUC_.PrepareEmail("x", "");
+    Begin(replies);
+    EXPECT_EQ("", On("550 no such thing\r\n"));
+    ExpectFailure("550");
+  }
+}
+
+TEST_F(Session, BothGoodCodesCountInTheMiddle) {
+  Begin(1);
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250 b"));
+  EXPECT_EQ("RCPT TO: <bob@example.net>\r\n", On("354 c"));
+  EXPECT_EQ("DATA\r\n", On("354 d"));
+  EXPECT_TRUE(On("250 e").endsWith("--CVN2_A_3435FE2_6617A_AA--\r\n.\r\n"));
+  EXPECT_EQ("QUIT\r\n", On("250 f"));
+  EXPECT_EQ("", On("221 g"));
+  ASSERT_EQ(1, complete_.size());
+  EXPECT_TRUE(complete_.first().at(0).toBool());
+  EXPECT_EQ("", complete_.first().at(1).toByteArray());
+  EXPECT_FALSE(Net().IsOpen());
+}
+
+TEST_F(Session, AMessageThatIsRefusedCountsAsSent) {
+  Begin(5);
+  EXPECT_EQ("QUIT\r\n", On("554 it is spam\r\n"));
+  EXPECT_EQ("", On("500 what\r\n"));
+  ASSERT_EQ(1, complete_.size());
+  EXPECT_TRUE(complete_.first().at(0).toBool());
+}
+
+TEST_F(Session, AFailureClosesWithoutQuit) {
+  Begin(3);
+  EXPECT_EQ("", On("550 no"));
+  ExpectFailure("550");
+  EXPECT_EQ(QStringList({"open", "resolve", "connect", "notices", "stop", "close"}), Net().Calls);
+}
+
+// Pieces.
+
+TEST_F(Session, ASecondPieceOfAReplyMovesOnByAStep) {
+  Begin(1);
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-mail.example.org\r\n"));
+  EXPECT_EQ("RCPT TO: <bob@example.net>\r\n", On("250-AUTH LOGIN\r\n250 OK\r\n"));
+}
+
+TEST_F(Session, RepliesThatComeTogetherAreOne) {
+  Begin();
+  EXPECT_EQ("EHLO ann\r\n", On("220 a\r\n250 b\r\n250 c\r\n"));
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250 b\r\n500 c\r\n"));
+}
+
+TEST_F(Session, WhatDoesNotBeginWithThreeDigitsIsNoReplyButIsKept) {
+  MUC_.SetPassword("secret");
+  Begin(1);
+  for (const char* const piece : {"2", "25", "2 5", "x250 a", "-250", "AUTH LOGIN", "\xB2\xB3\xB9"})
+    EXPECT_EQ("", On(piece)) << piece;
+  EXPECT_EQ("AUTH LOGIN\r\n", On("250"));
+}
+
+TEST_F(Session, TheGreetingIsForgottenBeforeAuthIsLookedFor) {
+  Begin();
+  EXPECT_EQ("EHLO ann\r\n", On("220 AUTH LOGIN"));
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250 ok"));
+}
+
+TEST_F(Session, OneReadTakes1024Bytes) {
+  Begin(1);
+  EXPECT_EQ("", On("500 " + QByteArray(2000, 'x')));
+  ExpectFailure("500 " + QByteArray(1020, 'x'));
+}
+
+TEST_F(Session, TextOf8BitsComesBackAsItCame) {
+  Begin(1);
+  On("500 \x80\xFF\x01 \0 x\r\n");
+  ExpectFailure("500 \x80\xFF\x01 \0 x\r\n");
+}
+
+TEST_F(Session, APeerThatClosesOrFailsRaisesNothing) {
+  for (const bool isClosed : {true, false}) {
+    Begin(2);
+    if (isClosed) {
+      Net().Bring("");
+    } else {
+      Net().FailReading(ScriptedSockets::kBroken);
+    }
+    EXPECT_FALSE(Net().IsOpen());
+    EXPECT_EQ(0, complete_.size());
+  }
+}
+
+TEST_F(Session, NothingToReadAfterAllChangesNothing) {
+  Begin(2);
+  Net().FailReading(ScriptedSockets::kWouldBlock);
+  EXPECT_TRUE(Net().IsOpen());
+  EXPECT_EQ("RCPT TO: <bob@example.net>\r\n", On("250 c"));
+}
+
+// Sending.
+
+TEST_F(Session, WhatTheSocketRefusesWaitsInItsOrder) {
+  Begin();
+  Net().SendTakes = {3};
+  EXPECT_EQ("EHL", On("220 a"));
+  EXPECT_TRUE(Net().IsWatchedForWriting());
+  Net().SendTakes = {-1};
+  EXPECT_EQ("", On("250 b"));
+  Net().Sent.clear();
+  Net().BecomeWritable();
+  EXPECT_EQ("O ann\r\nMAIL FROM: <ann@example.org>\r\n", Net().Sent);
+  EXPECT_FALSE(Net().IsWatchedForWriting());
+}
+
+TEST_F(Session, ReadyToWriteWithNothingToSendDoesNothing) {
+  Begin(1);
+  const int calls = Net().SendCalls;
+  Net().BecomeWritable();
+  EXPECT_EQ(calls, Net().SendCalls);
+}
+
+TEST_F(Session, AnErrorOfSendKeepsTheTextAndIsNotWaitedOn) {
+  Begin(1);
+  Net().SendTakes = {-2};
+  EXPECT_EQ("", On("250 b"));
+  EXPECT_FALSE(Net().IsWatchedForWriting());
+  EXPECT_TRUE(Net().IsOpen());
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\nRCPT TO: <bob@example.net>\r\n", On("250 c"));
+}
+
+TEST_F(Session, ALargeMessageGoesInManyPiecesWhole) {
+  const QByteArray page = "<BODY>" + QByteArray(300000, 'x') + "</BODY>";
+  const auto sent = [&](const QList<qsizetype>& takes) {
+    test_.platform.stamps.Given = 0;
+    MUC_.PrepareEmail(page, "");
+    Begin(4);
+    Net().SendTakes = takes;
+    Net().Bring("354 e");
+    int rounds = 0;
+    for (; Net().IsWatchedForWriting(); ++rounds) Net().BecomeWritable();
+    EXPECT_EQ(takes.isEmpty(), rounds == 0);
+    return Net().Sent;
+  };
+  const QByteArray whole = sent({});
+  EXPECT_GT(whole.size(), 300000);
+  EXPECT_EQ(whole, sent({1, -1, 100, 65536, -1, 7, 100000, -1, 3}));
+}
+
+TEST_F(Session, ANewSendDropsWhatTheOldOneCouldNotSend) {
+  Begin();
+  Net().SendTakes = {-1};
+  On("220 a");
+  MUC_.PrepareEmail("x", "");
+  Begin();
+  EXPECT_EQ("EHLO ann\r\n", On("220 a"));
+  EXPECT_EQ(1, Net().Closed);
+}
+
+// Bad input.
+
+TEST_F(Session, LineBreaksInFieldsBringNoLineOfTheirOwnOntoTheWire) {
+  for (const char* const end : {"\r\n", "\n", "\r"}) {
+    const QString bad = QString("%1Bcc: evil@x.yz%1RCPT TO: <evil@x.yz>").arg(end);
+    MUC_.SetFromEmail("ann@example.org" + bad);
+    MUC_.SetToEmail(" bob@example.net " + bad);
+    MUC_.SetFromName("Ann" + bad);
+    MUC_.SetToName("Bob" + bad);
+    MUC_.SetSubject("Hello" + bad);
+    MUC_.SetServer("mail.example.org" + bad);
+    MUC_.SetUserName("ann" + bad);
+    MUC_.SetPassword("secret" + bad);
+    MUC_.PrepareEmail("x", "");
+    EXPECT_EQ(100, MUC_.ConnectAndSend(error_));
+    EXPECT_EQ("mail.example.org", Net().ResolvedName);
+    Net().Sent.clear();
+    for (const char* const reply : {"220 a", "250 AUTH PLAIN", "334 ", "235 b", "250 c", "250 d", "354 e", "250 f"})
+      Net().Bring(reply);
+    EXPECT_FALSE(Net().Sent.contains("evil"));
+    EXPECT_TRUE(
+        Net().Sent.startsWith("EHLO ann\r\nAUTH PLAIN\r\nYW5uAGFubgBzZWNyZXQ=\r\nMAIL FROM: <ann@example.org>"
+                              "\r\nRCPT TO: <bob@example.net>\r\nDATA\r\nFrom: Ann <ann@example.org>\r\n"
+                              "To: Bob <bob@example.net>\r\nSubject: Hello\r\nDate: "));
+    EXPECT_FALSE(MUC_.EmailFileText().contains("evil"));
+  }
+}
+
+}  // namespace

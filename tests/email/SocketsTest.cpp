@@ -1,0 +1,296 @@
+// The mail session on the system's sockets, against a server in this process. Whatever the server does, the event loop
+// goes on.
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+#include "HostSockets.h"
+#include "MailUC.h"
+#include "TestPlatform.h"
+
+namespace {
+
+constexpr int kPatienceMs = 20000;
+
+// A server of one client at a time that answers each line as told.
+class Server {
+ public:
+  using Answer = std::function<QByteArray(const QByteArray& line)>;
+
+  Server() {
+    EXPECT_TRUE(server_.listen(QHostAddress::LocalHost));
+    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
+      client = server_.nextPendingConnection();
+      received.clear();
+      inMessage_ = false;
+      QObject::connect(client, &QTcpSocket::readyRead, client, [this] { Read(); });
+      if (greets) client->write("220 here I am\r\n");
+    });
+  }
+
+  quint16 Port() const { return server_.serverPort(); }
+  void Close() { server_.close(); }
+
+  QTcpSocket* client = nullptr;
+  bool greets = true;
+  bool reads = true;
+  Answer answer = TakesAll;
+  QByteArray received;
+  QByteArray message;
+
+  static QByteArray TakesAll(const QByteArray& line) {
+    if (line.startsWith("DATA")) return "354 go on\r\n";
+    if (line.startsWith("QUIT")) return "221 bye\r\n";
+    return "250 fine\r\n";
+  }
+
+  void Read() {
+    if (!reads) return;
+    received += client->readAll();
+    for (qsizetype end = NextEnd(); end >= 0; end = NextEnd()) {
+      const QByteArray line = received.left(end);
+      received.remove(0, end);
+      if (inMessage_) message = line;
+      inMessage_ = line.startsWith("DATA");
+      const QByteArray reply = answer(inMessage_ || !line.endsWith("\r\n.\r\n") ? line : QByteArray("."));
+      if (!reply.isEmpty() && client) client->write(reply);
+    }
+  }
+
+ private:
+  qsizetype NextEnd() const {
+    const QByteArray mark = inMessage_ ? "\r\n.\r\n" : "\r\n";
+    const qsizetype at = received.indexOf(mark);
+    return at < 0 ? -1 : at + mark.size();
+  }
+
+  QTcpServer server_;
+  bool inMessage_ = false;
+};
+
+class OnSockets : public ::testing::Test {
+ protected:
+  OnSockets() {
+    MUC_.SetServer("127.0.0.1");
+    MUC_.SetFromEmail("ann@example.org");
+    MUC_.SetToEmail("bob@example.net");
+    MUC_.PrepareEmail(page_, "");
+    QString error;
+    EXPECT_EQ(100, MUC_.StartUp(error));
+    heart_.setInterval(5);
+    QObject::connect(&heart_, &QTimer::timeout, [this] {
+      longestMs_ = std::max(longestMs_, sinceBeat_.restart());
+      ++beats_;
+    });
+    heart_.start();
+  }
+
+  int Connect() {
+    const int result = MUC_.ConnectAndSend(error_);
+    beats_ = 0;
+    longestMs_ = 0;
+    sinceBeat_.start();
+    return result;
+  }
+  bool WaitForEnd() { return !complete_.isEmpty() || complete_.wait(kPatienceMs); }
+  // The event loop has turned so often.
+  bool WaitForBeats(int count) {
+    const int until = beats_ + count;
+    return QTest::qWaitFor([&] { return beats_ >= until; }, kPatienceMs);
+  }
+  void ExpectSent() {
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_TRUE(complete_.first().at(0).toBool()) << complete_.first().at(1).toByteArray().constData();
+    EXPECT_TRUE(server_.message.contains(page_));
+    EXPECT_LT(longestMs_, 2000);
+  }
+
+  Server server_;
+  HostSockets sockets_;
+  TestProgram test_{nullptr, &sockets_};
+  MailUC MUC_{test_.platform.services, server_.Port()};
+  QSignalSpy complete_{&MUC_, &MailUC::OnSendComplete};
+  QByteArray page_ = "<HTML><BODY>text</BODY></HTML>";
+  QString error_;
+  QTimer heart_;
+  QElapsedTimer sinceBeat_;
+  int beats_ = 0;
+  qint64 longestMs_ = 0;
+};
+
+TEST_F(OnSockets, AMessageArrives) {
+  ASSERT_EQ(100, Connect());
+  ExpectSent();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return server_.client->state() == QAbstractSocket::UnconnectedState; }));
+}
+
+TEST_F(OnSockets, MessagesFollowOneAnother) {
+  for (int i = 0; i < 20; ++i) {
+    complete_.clear();
+    server_.message.clear();
+    ASSERT_EQ(100, Connect());
+    ExpectSent();
+  }
+}
+
+TEST_F(OnSockets, AHostNameIsLookedUp) {
+  MUC_.SetServer("localhost");
+  ASSERT_EQ(100, Connect());
+  ExpectSent();
+}
+
+TEST_F(OnSockets, AMessageOf30MegabytesArrivesWholeWhileTheWindowLives) {
+  page_ = QByteArray(30000000, 'x');
+  // Lines are broken on the way, so what is compared is the message itself.
+  MUC_.PrepareEmail(page_, "");
+  page_ = "\r\n\r\n" + QByteArray(70, 'x') + "=\r\n";
+  server_.reads = false;
+  ASSERT_EQ(100, Connect());
+  // It stops somewhere: the greeting has been answered, and nobody reads.
+  ASSERT_TRUE(WaitForBeats(20));
+  server_.reads = true;
+  server_.Read();
+  ExpectSent();
+  EXPECT_TRUE(server_.message.replace("=\r\n", "").contains("\r\n\r\n" + QByteArray(30000000, 'x') + "\r\n\r\n--"));
+}
+
+TEST_F(OnSockets, RepliesInPiecesMoveOnWithEachOneThatBeginsWithDigits) {
+  QList<QByteArray> lines;
+  server_.answer = [&](const QByteArray& line) {
+    lines += line;
+    if (!line.startsWith("EHLO")) return Server::TakesAll(line);
+    server_.client->write("250-a\r\n");
+    server_.client->flush();
+    return QByteArray();
+  };
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return lines.size() == 3; }, kPatienceMs));
+  // The first line alone is taken for the whole reply.
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", lines.at(1));
+  ExpectSent();
+}
+
+TEST_F(OnSockets, ASilentServerIsWaitedForWithoutEndAndTheWindowLives) {
+  server_.greets = false;
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(WaitForBeats(100));
+  EXPECT_LT(longestMs_, 500);
+  EXPECT_TRUE(complete_.isEmpty());
+  MUC_.CloseDown();
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return server_.client->state() == QAbstractSocket::UnconnectedState; }, kPatienceMs));
+  EXPECT_TRUE(complete_.isEmpty());
+}
+
+TEST_F(OnSockets, AServerThatClosesRaisesNothing) {
+  for (const char* const at : {"EHLO", "MAIL", "RCPT", "DATA", ".", "QUIT"}) {
+    complete_.clear();
+    server_.answer = [&](const QByteArray& line) {
+      if (!line.startsWith(at)) return Server::TakesAll(line);
+      server_.client->disconnectFromHost();
+      return QByteArray();
+    };
+    ASSERT_EQ(100, Connect());
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return server_.client && server_.client->state() == QAbstractSocket::UnconnectedState; }, kPatienceMs))
+        << at;
+    ASSERT_TRUE(WaitForBeats(5));
+    EXPECT_TRUE(complete_.isEmpty()) << at;
+    server_.client = nullptr;
+  }
+}
+
+TEST_F(OnSockets, AServerThatResetsInTheMiddleOfAMessageRaisesNothingAndDoesNotSpin) {
+  MUC_.PrepareEmail(QByteArray(30000000, 'x'), "");
+  server_.answer = [&](const QByteArray& line) {
+    if (line.startsWith("DATA")) {
+      server_.reads = false;
+      server_.client->setReadBufferSize(1);
+    }
+    return Server::TakesAll(line);
+  };
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !server_.reads; }, kPatienceMs));
+  ASSERT_TRUE(WaitForBeats(20));
+  server_.client->abort();
+  const clock_t before = clock();
+  ASSERT_TRUE(WaitForBeats(100));
+  EXPECT_LT(double(clock() - before) / CLOCKS_PER_SEC, 0.4);
+  EXPECT_TRUE(complete_.isEmpty());
+}
+
+TEST_F(OnSockets, ALineOf100KilobytesIsReadPieceByPiece) {
+  server_.answer = [](const QByteArray&) { return "500 " + QByteArray(100000, 'x') + "\r\n"; };
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_FALSE(complete_.first().at(0).toBool());
+  const QByteArray text = complete_.first().at(1).toByteArray();
+  EXPECT_TRUE(text.startsWith("500 xxx"));
+  EXPECT_LE(text.size(), 1024);
+}
+
+TEST_F(OnSockets, ALongGoodLineIsAReplyByItsFirstPieceAndTheRestIsNone) {
+  QList<QByteArray> lines;
+  server_.answer = [&](const QByteArray& line) {
+    lines += line.left(4);
+    return line.startsWith("EHLO") ? "250 " + QByteArray(100000, 'x') + "\r\n" : QByteArray();
+  };
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return lines.size() == 2; }, kPatienceMs));
+  ASSERT_TRUE(WaitForBeats(100));
+  EXPECT_EQ(QList<QByteArray>({"EHLO", "MAIL"}), lines);
+  EXPECT_LT(longestMs_, 500);
+  // What begins with digits moves it on again.
+  server_.client->write("250 fine\r\n");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return lines.size() == 3; }, kPatienceMs));
+}
+
+TEST_F(OnSockets, TextOf8BitsIsHandedOnAsItCame) {
+  server_.answer = [](const QByteArray&) { return QByteArray("500 \x80\xFF\0\x01 \xE4\r\n", 12); };
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(QByteArray("500 \x80\xFF\0\x01 \xE4\r\n", 12), complete_.first().at(1).toByteArray());
+}
+
+TEST_F(OnSockets, ASecondSendClosesTheFirst) {
+  server_.greets = false;
+  ASSERT_EQ(100, Connect());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return server_.client != nullptr; }, kPatienceMs));
+  QTcpSocket* const first = server_.client;
+  server_.greets = true;
+  ASSERT_EQ(100, Connect());
+  ExpectSent();
+  EXPECT_NE(first, server_.client);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return first->state() == QAbstractSocket::UnconnectedState; }, kPatienceMs));
+}
+
+TEST_F(OnSockets, AClosedPortIsToldWithTheSystemsNumber) {
+  server_.Close();
+  EXPECT_EQ(163, Connect());
+  EXPECT_EQ(QString("Winsock error - Failed to connect to server. Error number:%1").arg(ECONNREFUSED), error_);
+  EXPECT_TRUE(MUC_.EmailAvailable());
+  EXPECT_TRUE(complete_.isEmpty());
+}
+
+TEST_F(OnSockets, AnUnknownNameIsTold) {
+  MUC_.SetServer("no host has this name");
+  EXPECT_EQ(162, Connect());
+  EXPECT_EQ("Failed to resolve server IP address.", error_);
+}
+
+TEST(HostSockets, AllOnesCountAsANameThatNobodyHas) {
+  HostSockets sockets;
+  EXPECT_FALSE(sockets.Resolve("255.255.255.255.invalid").has_value());
+  const quint32 loop = sockets.Resolve("127.0.0.1").value_or(0);
+  const auto* const bytes = reinterpret_cast<const uchar*>(&loop);
+  EXPECT_EQ(127, bytes[0]);
+  EXPECT_EQ(1, bytes[3]);
+}
+
+}  // namespace

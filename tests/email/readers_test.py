@@ -1,0 +1,94 @@
+"""Messages of the program, in the form that is sent and in the one that is saved, read by Python's email package and by
+munpack.
+
+Usage: readers_test.py --build FOLDER
+"""
+import argparse
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import mail_messages  # noqa: E402
+
+BUILD = ""
+ROUNDS = 8
+DOT = b".\r\n"
+
+
+class Messages(unittest.TestCase):
+    """Every kind of page, several times over."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.scratch = tempfile.TemporaryDirectory()
+        cls.projects = {}
+        for seed in range(ROUNDS):
+            for kind in mail_messages.KINDS:
+                folder = os.path.join(cls.scratch.name, "%s%d" % (kind, seed))
+                cls.projects[folder] = mail_messages.make_project(folder, kind, seed)
+        subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "compose", *cls.projects], check=True, timeout=120)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.scratch.cleanup()
+
+    def each(self, ending):
+        for folder, (page, pictures) in self.projects.items():
+            with open(folder + ending, "rb") as file:
+                yield os.path.basename(folder) + ending, file.read(), page, pictures
+
+    def test_what_is_sent_is_read_by_python(self):
+        for name, raw, page, pictures in self.each(".wire"):
+            self.assertTrue(raw.endswith(b"--\r\n" + DOT))
+            self.assertEqual(mail_messages.problems(raw[:-len(DOT)], page, pictures), [], name)
+
+    def test_what_is_saved_is_read_by_python(self):
+        for name, raw, page, pictures in self.each(".eml"):
+            self.assertTrue(raw.startswith(b"FROM: Ann Lee<ann@example.org>\r\n"))
+            self.assertEqual(mail_messages.problems(raw, page, pictures), [], name)
+
+    def test_both_are_read_by_munpack(self):
+        if not shutil.which("munpack"):
+            self.fail("munpack isn't there; tools/setup installs it")
+        for ending in (".wire", ".eml"):
+            for name, raw, _, pictures in self.each(ending):
+                self.assertEqual(mail_messages.munpack_problems(raw, pictures), [], name)
+
+    def test_nuls_and_dots_occur(self):
+        """What the messages are to be read in spite of is in them."""
+        sent = [raw for _, raw, _, _ in self.each(".wire")]
+        self.assertTrue(any(b"\0\0" in raw for raw in sent))
+        self.assertTrue(any(len(line) > 76 for raw in sent for line in raw.split(b"\r\n")))
+
+
+class Reader(unittest.TestCase):
+    """The reading itself finds what is wrong."""
+
+    def test_damage_is_found(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            folder = os.path.join(scratch, "p")
+            page, pictures = mail_messages.make_project(folder, "twenty", 3)
+            subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "compose", folder], check=True, timeout=60)
+            with open(folder + ".eml", "rb") as file:
+                raw = file.read()
+        self.assertEqual(mail_messages.problems(raw, page, pictures), [])
+        for what, with_what in ((b"=3D", b"="), (b"cid:", b"cid:x"), (b"_BB--", b"_BB-"), (b"_AA--", b""),
+                                (b"\tName=\"", b"\tName=\"x"), (b"Content-ID: <", b"Content-ID: <x"),
+                                (b"base64\r\n", b"8bit\r\n"), (b"width", b"height")):
+            with self.subTest(what):
+                self.assertIn(what, raw)
+                self.assertNotEqual(mail_messages.problems(raw.replace(what, with_what), page, pictures), [])
+        name = next(iter(pictures))
+        self.assertNotEqual(mail_messages.problems(raw, page, {**pictures, name: b"other"}), [])
+        self.assertNotEqual(mail_messages.munpack_problems(raw, {**pictures, name: b"other"}), [])
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", required=True)
+    BUILD = parser.parse_args().build
+    unittest.main(argv=sys.argv[:1])
