@@ -50,7 +50,7 @@ bool ModMain::Main() {
     window = std::make_unique<Window>(std::forward<decltype(arguments)>(arguments)...);
     emit WindowMade(window->objectName());
   };
-  make(splash_);
+  make(splash_, program_);
   SetControlLook(splash_.get(), QStringLiteral("framed"));
   program_.AppPath = program_.platform.folders.AppPath();
   program_.WorkPath = program_.CardPath = PathRules::Join(program_.AppPath, QStringLiteral("card"));
@@ -99,8 +99,8 @@ void ModMain::Connect() {
   connect(web_.get(), &FWeb::SettingsRequested, sets_.get(), [this] { ShowInFront(*sets_); });
   connect(sets_.get(), &FSets::UnHookRequested, web_->jWB, &WBUC::UnHook);
   connect(ops_->FrOps0, &PackPanel::CardFolderChosen, sets_->tPath, &QLineEdit::setText);
-  connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &QWidget::show);
-  connect(web_.get(), &FWeb::TipRequested, tip_.get(), &QWidget::show);
+  connect(web_.get(), &FWeb::AboutRequested, splash_.get(), &FSplash::ShowAbout);
+  connect(web_.get(), &FWeb::TipRequested, tip_.get(), &FTip::ShowTip);
   web_->SetTools(tools_.get());
   FTools* const tools = tools_.get();
   connect(web_.get(), &FWeb::ToolRequested, tools, &FTools::ShowTool);

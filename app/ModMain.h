@@ -38,6 +38,8 @@ class ModMain : public QObject {
   FOps* Ops() const { return ops_.get(); }
   FTools* Tools() const { return tools_.get(); }
   FSets* Sets() const { return sets_.get(); }
+  FSplash* Splash() const { return splash_.get(); }
+  FTip* Tip() const { return tip_.get(); }
 
  signals:
   void Ended();

@@ -1,4 +1,4 @@
-// A window that is there from start to exit and has no content yet. Its close box only hides it.
+// A window that is there from start to exit: its close box only hides it.
 #pragma once
 
 #include <QWidget>

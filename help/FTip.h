@@ -1,11 +1,20 @@
-// The window that answers the questions of the Quick Tips menu; empty so far.
+// The window that answers the questions of the Quick Tips menu. It keeps its text while it is hidden.
 #pragma once
 
-#include "ShellWindow.h"
+#include "HelpWindow.h"
 
-class FTip : public ShellWindow {
+class QLabel;
+class QPlainTextEdit;
+
+class FTip : public HelpWindow {
   Q_OBJECT
 
  public:
-  FTip() : ShellWindow(QStringLiteral("FTip"), QStringLiteral("Quick Tip")) {}
+  FTip();
+
+  // Puts the question `Caption` and its answer into the window and shows it; nothing for an index outside 0 to 11.
+  void ShowTip(int Index, const QString& Caption);
+
+  QLabel* LabTitle = nullptr;
+  QPlainTextEdit* TTip = nullptr;
 };

@@ -2,7 +2,6 @@
 
 #include <QGroupBox>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
@@ -11,11 +10,53 @@
 #include "FittedText.h"
 #include "Twips.h"
 
+namespace {
+
+// Painted like a title bar. Its text is that of the symbol at its right end: "6" points down, anything else up, to
+// where a click sends the window.
+class TitleBar : public QAbstractButton {
+ public:
+  using QAbstractButton::QAbstractButton;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(rect(), palette().color(QPalette::Highlight));
+    const QColor ink = palette().color(QPalette::HighlightedText);
+    painter.setPen(ink);
+    painter.setFont(FontForHeight(this, height(), 1));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("    Work Window"));
+    const QPointF middle(rect().right() - 12, rect().center().y() + 0.5);
+    const double half = 4.5;
+    const double tip = text() == u"6" ? 2.5 : -2.5;
+    QPainterPath triangle;
+    triangle.moveTo(middle + QPointF(-half, -tip));
+    triangle.lineTo(middle + QPointF(half, -tip));
+    triangle.lineTo(middle + QPointF(0, tip));
+    triangle.closeSubpath();
+    painter.fillPath(triangle, ink);
+    if (!hasFocus()) return;
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(ink, 1, Qt::DotLine));
+    painter.drawRect(rect().adjusted(1, 1, -2, -2));
+  }
+};
+
+}  // namespace
+
 WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
   setObjectName(QStringLiteral("FrWork"));
   setAccessibleName(QStringLiteral("Work Window"));
   setAutoFillBackground(true);
   resize(TwipsToPixels(kWidth), TwipsToPixels(kHeight));
+  LabUp = new TitleBar(this);
+  LabUp->setObjectName(QStringLiteral("LabUp"));
+  LabUp->setAccessibleName(QStringLiteral("Raise or lower the Work Window"));
+  LabUp->setText(QStringLiteral("6"));
+  LabUp->setFocusPolicy(Qt::TabFocus);  // a click leaves the page its keys
+  LabUp->setGeometry(0, 0, width(), TwipsToPixels(kHeadHeight));
+  connect(LabUp, &QAbstractButton::clicked, this, &WorkWindow::HeadClicked);
   BuildButtons();
   LabHover = new FittedLabel(this);
   LabHover->setObjectName(QStringLiteral("LabHover"));
@@ -65,40 +106,17 @@ void WorkWindow::BuildButtons() {
     label->setAlignment(Qt::AlignCenter);
     label->setGeometry(row.left + button / 2 - labelWidth / 2, top + button, labelWidth, 14);
   }
+  // As they are read, which is not the order of their indexes.
+  QWidget* const read[] = {bSel[5], bProps, bSel[7], bSel[8], bSel[9], bSel[10], bSel[11], bSel[6]};
+  for (std::size_t i = 1; i < std::size(read); ++i) setTabOrder(read[i - 1], read[i]);
   FrSel->setEnabled(false);
   LabSel->setEnabled(false);
 }
 
-QRect WorkWindow::Head() const {
-  return {0, 0, width(), TwipsToPixels(kHeadHeight)};
+QString WorkWindow::UpCaption() const {
+  return LabUp->text();
 }
 
 void WorkWindow::SetUpCaption(const QString& caption) {
-  upCaption_ = caption;
-  update();
-}
-
-void WorkWindow::paintEvent(QPaintEvent* event) {
-  QFrame::paintEvent(event);
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const QRect head = Head();
-  painter.fillRect(head, palette().color(QPalette::Highlight));
-  painter.setPen(palette().color(QPalette::HighlightedText));
-  painter.setFont(FontForHeight(this, head.height(), 1));
-  painter.drawText(head, Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("    Work Window"));
-  // The triangle points to where a click sends the window.
-  const QPointF middle(head.right() - 12, head.center().y() + 0.5);
-  const double half = 4.5;
-  const double tip = upCaption_ == u"6" ? 2.5 : -2.5;
-  QPainterPath triangle;
-  triangle.moveTo(middle + QPointF(-half, -tip));
-  triangle.lineTo(middle + QPointF(half, -tip));
-  triangle.lineTo(middle + QPointF(0, tip));
-  triangle.closeSubpath();
-  painter.fillPath(triangle, palette().color(QPalette::HighlightedText));
-}
-
-void WorkWindow::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton && Head().contains(event->pos())) emit HeadClicked();
+  LabUp->setText(caption);
 }

@@ -7,6 +7,7 @@
 
 #include "FWebTables.h"
 
+class QAbstractButton;
 class QGroupBox;
 class QLabel;
 class QPushButton;
@@ -19,10 +20,11 @@ class WorkWindow : public QFrame {
   explicit WorkWindow(QWidget* parent = nullptr);
 
   // State text of the head: "6" while the window is up, "5" while it is down.
-  QString UpCaption() const { return upCaption_; }
+  QString UpCaption() const;
   void SetUpCaption(const QString& caption);
 
-  QLabel* LabHover = nullptr;  // what the mouse is on
+  QAbstractButton* LabUp = nullptr;  // the head
+  QLabel* LabHover = nullptr;        // what the mouse is on
   QPushButton* bProps = nullptr;
   QGroupBox* Frame1 = nullptr;  // the editing buttons
   QGroupBox* FrSel = nullptr;   // the moving buttons
@@ -37,12 +39,6 @@ class WorkWindow : public QFrame {
  signals:
   void HeadClicked();
 
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-
  private:
   void BuildButtons();
-  QRect Head() const;
-  QString upCaption_ = QStringLiteral("6");
 };

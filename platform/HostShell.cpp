@@ -38,9 +38,12 @@ QString OpenerName() {
 }  // namespace
 
 int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode) {
-  const QString path = folder.isEmpty() ? QFileInfo(file).absoluteFilePath() : QDir(folder).absoluteFilePath(file);
+  const bool isAddress = file.startsWith(QStringLiteral("https://"));
+  const QString path = isAddress          ? file
+                       : folder.isEmpty() ? QFileInfo(file).absoluteFilePath()
+                                          : QDir(folder).absoluteFilePath(file);
   const QString opener = QStandardPaths::findExecutable(OpenerName());
-  if (opener.isEmpty() || !QFileInfo::exists(path)) return 2;
+  if (opener.isEmpty() || (!isAddress && !QFileInfo::exists(path))) return 2;
   auto* process = new QProcess;
   if (!folder.isEmpty()) process->setWorkingDirectory(folder);
   process->setStandardInputFile(QProcess::nullDevice());

@@ -12,8 +12,9 @@ class Shell {
 
   virtual ~Shell() = default;
 
-  // Opens `file`, a bare name in `folder` or a whole path, with whatever the desktop has for it; `folder` becomes the
-  // working folder, "" leaves it as it is. Where the desktop has no such wish, `mode` is passed over.
+  // Opens `file`, a bare name in `folder`, a whole path or an https address, with whatever the desktop has for it;
+  // `folder` becomes the working folder, "" leaves it as it is. Where the desktop has no such wish, `mode` is passed
+  // over.
   virtual int OpenFile(const QString& file, const QString& folder, ShowMode mode) = 0;
 
   // Starts the program at `path` without arguments and doesn't wait for it; false when it can't be started.

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QStyleFactory>
 
+#include "FSplash.h"
 #include "HostedWebBrowser.h"
 #include "ModMain.h"
 #include "Program.h"
@@ -11,6 +12,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("corvane"));
   QApplication::setApplicationDisplayName(QString());
   QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setWindowIcon(FSplash::Logo());
   RealPlatform platform;
   Program program(platform.Services());
   ModMain modMain(program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });

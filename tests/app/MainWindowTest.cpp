@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QTest>
 
 #include "FTools.h"
 #include "ProgramFixture.h"
@@ -30,7 +31,7 @@ class MainWindow : public ProgramTest {
     run_.Settle();
     EXPECT_EQ(QSize(width, height), Web().size());
   }
-  void ClickHead() { Mouse(*Web().FrWork, QEvent::MouseButtonPress, Qt::LeftButton, {60, 6}); }
+  void ClickHead() { QTest::mouseClick(Web().FrWork->LabUp, Qt::LeftButton, {}, {60, 6}); }
   QPoint CaretInView() { return Web().FrCaret->pos() - View().pos(); }
   ToolButton::Look LookOf(int index) { return Web().ImTool[std::size_t(index)]->look(); }
 };

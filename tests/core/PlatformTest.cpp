@@ -229,6 +229,12 @@ TEST_F(HostShellTest, OpensAFileInItsFolder) {
   EXPECT_FALSE(QFile::exists(Path("out/no")));
 }
 
+TEST_F(HostShellTest, OpensAnAddressOfTheWebAsItStands) {
+  PutOpener(0);
+  EXPECT_GE(shell_.OpenFile("https://host.example/?a=b&c", QString(), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_EQ(QDir::currentPath() + "|1|https://host.example/?a=b&c", QString::fromLocal8Bit(FileBytes(Path("seen"))));
+}
+
 TEST_F(HostShellTest, AnOpenerThatRefusesIsAFailure) {
   Put("out/a.exe");
   PutOpener(3);
