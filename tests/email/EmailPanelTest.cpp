@@ -1,78 +1,19 @@
 #include "EmailPanel.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
 #include <QGroupBox>
 #include <QImage>
-#include <QLineEdit>
 #include <QPainter>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 
 #include "FewLinesLabel.h"
-#include "MailUC.h"
-#include "Settings.h"
-#include "TestPlatform.h"
+#include "PanelFixture.h"
 #include "Twips.h"
 
 namespace {
 
-const char* const kTo10 = "QKCVN2|settings|To10";
-
-class Panel : public ::testing::Test {
- protected:
-  Panel() : panel_(test_.program, MUC_, busy_, &main_) {
-    test_.program.CurPageFile = test_.WorkFile("wgcard.html");
-    EXPECT_TRUE(PutFile(test_.program.CurPageFile, "<HTML><BODY>text</BODY></HTML>"));
-    test_.platform.dialogs.WhileShown = [this] { busyWhileShown_.append(busy_); };
-    panel_.show();
-    Open();
-  }
-  ~Panel() override {
-    EXPECT_EQ(0, test_.platform.dialogs.Unanswered);
-    EXPECT_FALSE(busyWhileShown_.contains(false));
-  }
-
-  void Open() {
-    panel_.LoadEmailDefaults();
-    panel_.StartUp();
-  }
-  void Fill() {
-    panel_.ComboMail[0]->setEditText("bob@example.net");
-    panel_.ComboMail[1]->setEditText("ann@example.org");
-    panel_.TMail[2]->setText("mail.example.org");
-  }
-  void Click(int index) { panel_.bEmail[index]->click(); }
-  void Send() {
-    Fill();
-    Click(0);
-  }
-  // The server takes the message that is under way.
-  void Accept() {
-    for (const char* reply : {"220 a", "250 b", "250 c", "250 d", "354 e", "250 f", "221 g"}) Net().Bring(reply);
-  }
-  ScriptedSockets& Net() { return test_.platform.sockets; }
-  ScriptedDialogs& Dialogs() { return test_.platform.dialogs; }
-  QString Stored(const Settings::Key& key) const { return Settings::Get(test_.platform.settings, key); }
-  void Store(const Settings::Key& key, const QString& value) { Settings::Save(test_.platform.settings, key, value); }
-  QString Status() const { return panel_.TStat->text(); }
-  static QStringList ItemsOf(const QComboBox* box) {
-    QStringList items;
-    for (int i = 0; i < box->count(); ++i) items += box->itemText(i);
-    return items;
-  }
-
-  TestProgram test_;
-  MailUC MUC_{test_.platform.services};
-  bool busy_ = false;
-  QWidget main_;
-  EmailPanel panel_;
-  QList<bool> busyWhileShown_;
-};
+using Panel = PanelTest;
 
 TEST_F(Panel, ControlsCarryTheirNamesTextsAndTips) {
   EXPECT_EQ("FrOps2", panel_.objectName());
@@ -134,88 +75,6 @@ TEST_F(Panel, TheKeyboardGoesThroughTheBoxesInTheirOrder) {
   EXPECT_EQ(QStringList({"ComboMail0", "TMail0", "ComboMail1", "TMail1", "TMail2", "TMail3", "TMail4", "TMail5",
                          "bEmail0", "bEmail1", "bEmail2"}),
             order);
-}
-
-// Defaults.
-
-TEST_F(Panel, WithNothingKnownTheBoxesAreEmptyAndSendAsksForTheAddresses) {
-  EXPECT_EQ("", panel_.ComboMail[1]->currentText());
-  EXPECT_EQ("", panel_.TMail[1]->text());
-  EXPECT_EQ("", panel_.TMail[2]->text());
-  Click(0);
-  EXPECT_EQ(QStringList{"The From email address, To email address and server address are all required to send an "
-                        "email. See help for details."},
-            Dialogs().Messages());
-  EXPECT_EQ(MessageIcon::Information, Dialogs().Boxes.first().icon);
-  EXPECT_EQ("", Status());
-}
-
-TEST_F(Panel, WhatIsRememberedComesBack) {
-  Store(Settings::DefName, "Ann Lee");
-  Store(Settings::DefServ, "mail.example.org");
-  Store(Settings::DefUser, "ann9");
-  Store(Settings::DefPass, "65.98.49");
-  Store(Settings::To10, "b@c.dd*e@f.gg");
-  Store(Settings::From10, "x@y.zz*u@v.ww");
-  panel_.ComboMail[0]->setEditText("typed@before.org");
-  panel_.TMail[0]->setText("Bob");
-  panel_.TMail[3]->setText("Hello");
-  Open();
-  EXPECT_EQ(QStringList({"b@c.dd", "e@f.gg"}), ItemsOf(panel_.ComboMail[0]));
-  EXPECT_EQ("typed@before.org", panel_.ComboMail[0]->currentText());
-  EXPECT_EQ(QStringList({"x@y.zz", "u@v.ww"}), ItemsOf(panel_.ComboMail[1]));
-  EXPECT_EQ("x@y.zz", panel_.ComboMail[1]->currentText());
-  EXPECT_EQ("Bob", panel_.TMail[0]->text());
-  EXPECT_EQ("Ann Lee", panel_.TMail[1]->text());
-  EXPECT_EQ("mail.example.org", panel_.TMail[2]->text());
-  EXPECT_EQ("Hello", panel_.TMail[3]->text());
-  EXPECT_EQ("ann9", panel_.TMail[4]->text());
-  EXPECT_EQ("Ab1", panel_.TMail[5]->text());
-}
-
-TEST_F(Panel, ListsAreLoadedAnew) {
-  Store(Settings::To10, "b@c.dd*e@f.gg");
-  Open();
-  Store(Settings::To10, "new@c.dd");
-  Open();
-  EXPECT_EQ(QStringList{"new@c.dd"}, ItemsOf(panel_.ComboMail[0]));
-  EXPECT_EQ("", panel_.ComboMail[0]->currentText());
-}
-
-TEST_F(Panel, TheStoredSenderAddressIsReadAndNeverWritten) {
-  Store(Settings::DefEmail, "def@example.org");
-  Open();
-  EXPECT_EQ("def@example.org", panel_.ComboMail[1]->currentText());
-  Send();
-  Accept();
-  EXPECT_EQ(" Email sent.", Status());
-  EXPECT_EQ("def@example.org", Stored(Settings::DefEmail));
-}
-
-TEST(PanelDefaults, TheMailAccountFillsInWhatIsNotRemembered) {
-  TestProgram test;
-  const QString manager = "Software\\Microsoft\\Internet Account Manager";
-  test.platform.mailAccount.Values = {{manager + "|Default Mail Account", "00000002"},
-                                      {manager + "\\Accounts\\00000002|SMTP Server", "smtp.example.org"},
-                                      {manager + "\\Accounts\\00000002|SMTP Display Name", "Ann of the account"},
-                                      {manager + "\\Accounts\\00000002|SMTP Email Address", "account@example.org"}};
-  MailUC MUC(test.platform.services);
-  bool busy = false;
-  EmailPanel panel(test.program, MUC, busy, nullptr);
-  panel.LoadEmailDefaults();
-  EXPECT_EQ("account@example.org", panel.ComboMail[1]->currentText());
-  EXPECT_EQ("Ann of the account", panel.TMail[1]->text());
-  EXPECT_EQ("smtp.example.org", panel.TMail[2]->text());
-  Settings::Save(test.platform.settings, Settings::DefServ, "own.example.org");
-  panel.LoadEmailDefaults();
-  EXPECT_EQ("own.example.org", panel.TMail[2]->text());
-}
-
-TEST_F(Panel, AnEmptyStoredPasswordLeavesWhatTheBoxHeld) {
-  panel_.TMail[5]->setText("typed");
-  Store(Settings::DefPass, "");
-  Open();
-  EXPECT_EQ("typed", panel_.TMail[5]->text());
 }
 
 // Opening.
@@ -438,73 +297,6 @@ TEST_F(Panel, AClickWhileBusyIsIgnored) {
   EXPECT_EQ(0, hide.size());
   EXPECT_TRUE(Dialogs().Boxes.isEmpty());
   EXPECT_EQ(0, Net().Opened);
-}
-
-// What is remembered.
-
-TEST_F(Panel, NothingIsStoredBeforeTheMessageIsSent) {
-  Send();
-  Net().Bring("220 a");
-  Net().Bring("500 no");
-  EXPECT_TRUE(test_.platform.settings.Values().isEmpty());
-}
-
-TEST_F(Panel, NothingIsStoredWhenTheWindowHasBeenHidden) {
-  Send();
-  panel_.hide();
-  Accept();
-  EXPECT_EQ(" Email sent.", Status());
-  EXPECT_TRUE(panel_.bEmail[2]->isEnabled());
-  EXPECT_TRUE(test_.platform.settings.Values().isEmpty());
-}
-
-TEST_F(Panel, EmptyBoxesLeaveWhatIsRememberedButThePassword) {
-  Store(Settings::DefName, "Ann");
-  Store(Settings::DefUser, "ann9");
-  Store(Settings::DefPass, "65");
-  Send();
-  Accept();
-  EXPECT_EQ("Ann", Stored(Settings::DefName));
-  EXPECT_EQ("ann9", Stored(Settings::DefUser));
-  EXPECT_EQ("", Stored(Settings::DefPass));
-  EXPECT_TRUE(test_.platform.settings.Values().contains("QKCVN2|settings|DefPass"));
-}
-
-TEST_F(Panel, ANewRecipientComesInFrontAndTheListInTheBoxWaits) {
-  Store(Settings::To10, "one@a.bb*two@a.bb");
-  Store(Settings::From10, "x@y.zz*ann@example.org");
-  Open();
-  Send();
-  Accept();
-  EXPECT_EQ("bob@example.net*one@a.bb*two@a.bb", Stored(Settings::To10));
-  EXPECT_EQ("ann@example.org*x@y.zz", Stored(Settings::From10));
-  EXPECT_EQ(2, panel_.ComboMail[0]->count());
-  Open();
-  EXPECT_EQ(3, panel_.ComboMail[0]->count());
-}
-
-TEST_F(Panel, UpToElevenRecipientsAreStored) {
-  QStringList ten;
-  for (int i = 0; i < 10; ++i) ten += QString("r%1@a.bb").arg(i);
-  Store(Settings::To10, ten.join('*'));
-  Open();
-  Send();
-  Accept();
-  EXPECT_EQ(11, Stored(Settings::To10).split('*').size());
-  Open();
-  panel_.ComboMail[0]->setEditText("more@a.bb");
-  Click(0);
-  Accept();
-  EXPECT_EQ("more@a.bb*bob@example.net*" + ten.first(9).join('*'), Stored(Settings::To10));
-}
-
-TEST_F(Panel, TheArrowDownComesToTheFirstOfTheList) {
-  Store(Settings::To10, "one@a.bb*two@a.bb");
-  Open();
-  QTest::keyClick(panel_.ComboMail[0], Qt::Key_Down);
-  EXPECT_EQ("one@a.bb", panel_.ComboMail[0]->currentText());
-  QTest::keyClick(panel_.ComboMail[0], Qt::Key_Down);
-  EXPECT_EQ("two@a.bb", panel_.ComboMail[0]->currentText());
 }
 
 // Whatever is chosen or typed stays what it is.

@@ -5,6 +5,7 @@
 //                                            for each: what ConnectAndSend gave, how it ended, and the text
 //   mail_tool measure FOLDER                 prints milliseconds from the files to the wire form, its bytes, and the
 //                                            bytes by which the memory grew at most
+//   mail_tool online                         tells whether the computer is on a network, and behind a proxy
 // A folder holds the page wgcard.html and its pictures.
 #include <QApplication>
 #include <QElapsedTimer>
@@ -155,6 +156,13 @@ int Measure(const QString& folder) {
   return net.Sent.endsWith("\r\n.\r\n") ? 0 : 1;
 }
 
+int TellNetwork() {
+  const HostNetworkState network;
+  std::printf("%s, %s\n", network.IsOnline() ? "online" : "offline",
+              network.IsConnectionProxy() ? "proxy" : "no proxy");
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -165,5 +173,6 @@ int main(int argc, char** argv) {
   if (task == u"compose" && !arguments.isEmpty()) return Compose(arguments);
   if (task == u"send" && arguments.size() > 4) return SendAll(arguments);
   if (task == u"measure" && arguments.size() == 1) return Measure(arguments.first());
+  if (task == u"online" && arguments.isEmpty()) return TellNetwork();
   return kUsage;
 }
