@@ -81,10 +81,10 @@ QString HostedPage::ScriptText(const QString& expression) {
   return text;
 }
 
-QString HostedPage::LiveHtml() {
+QString LiveHtmlOf(HostedWebBrowser& browser) {
   QString html;
   bool told = false;
-  browser_->TellTree([&](const QJsonArray& flat) {
+  browser.TellTree([&](const QJsonArray& flat) {
     int from = 0;
     Node* const tree = DecodeTree(flat, from);
     for (const Node* child = tree ? tree->firstChild : nullptr; child; child = child->next)
@@ -92,8 +92,12 @@ QString HostedPage::LiveHtml() {
     if (tree) DestroyTree(tree);
     told = true;
   });
-  WaitFor([&] { return told; });
+  HostedPage::WaitFor([&] { return told; });
   return html;
+}
+
+QString HostedPage::LiveHtml() {
+  return LiveHtmlOf(*browser_);
 }
 
 QString HostedPage::ModelHtml() {

@@ -14,6 +14,9 @@
 #include "TestPlatform.h"
 #include "WBUC.h"
 
+// The live page's tree, written by the model's own serialiser; waits until all that is under way has arrived.
+QString LiveHtmlOf(HostedWebBrowser& browser);
+
 class HostedPage {
  public:
   static constexpr int patienceMs = 90000;
@@ -38,7 +41,6 @@ class HostedPage {
   void Script(const QString& script);
   QString ScriptText(const QString& expression);
 
-  // The live page's tree, written by the model's own serialiser; waits until all that is under way has arrived.
   QString LiveHtml();
   QString ModelHtml();
 

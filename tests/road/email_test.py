@@ -9,7 +9,6 @@ no network or no mail port.
 import configparser
 import glob
 import os
-import re
 import sys
 
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
@@ -103,8 +102,7 @@ def save_copy(editor, check, page, pictures):
 
 def tell_status(editor, check, server):
     """The status is copied into the subject, so the next message brings it."""
-    told = editor.desktop.ask("xwininfo", "-id", str(editor.desktop.active()))
-    left, top = (int(re.search("Absolute upper-left %s: *(\\d+)" % axis, told).group(1)) for axis in "XY")
+    left, top = editor.corner(editor.desktop.active())
     editor.desktop.click(left + STATUS[0], top + STATUS[1])
     editor.desktop.keys("ctrl+a", "ctrl+c")
     # From the recipient over four boxes to the subject.

@@ -84,14 +84,14 @@ def start_twice(desktop, program, check):
 def make_pack(desktop, program, check, pictures):
     desktop.keys("alt+t")
     desktop.settle(0.3)
-    desktop.shot(os.path.join(pictures, "3-menu.png"))
+    desktop.shot(os.path.join(pictures, "pack-menu.png"))
     desktop.keys("c")
     panel = desktop.wait_active("the panel", lambda now: desktop.title(str(now)) == "Make Web-Pack File")
-    desktop.shot(os.path.join(pictures, "4-panel.png"))
+    desktop.shot(os.path.join(pictures, "pack-panel.png"))
     # From the folder over the name to OK.
     desktop.keys("Tab", "Tab", "space")
     question = desktop.wait_active("the question about testing", lambda now: now not in (panel, program.window), 60)
-    desktop.shot(os.path.join(pictures, "5-question.png"))
+    desktop.shot(os.path.join(pictures, "pack-question.png"))
     pack = os.path.join(desktop.desktop, "Greeting.exe")
     check.same("the pack is on the desktop", os.listdir(desktop.desktop), ["Greeting.exe"])
     desktop.keys("alt+n")

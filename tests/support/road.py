@@ -132,6 +132,11 @@ class Editor:
         """Waits for a window with that title to have the keys."""
         return self.desktop.wait_active(title, lambda now: self.desktop.title(str(now)) == title)
 
+    def corner(self, window):
+        """Left and top of a window's content on the display."""
+        told = self.desktop.ask("xwininfo", "-id", str(window))
+        return tuple(int(re.search("Absolute upper-left %s: *(-?\\d+)" % axis, told).group(1)) for axis in "XY")
+
     def closed(self):
         self.desktop.wait_active("the main window has the keys again", lambda now: now == self.program.window)
 
