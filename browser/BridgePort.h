@@ -3,6 +3,10 @@
 
 #include <QJsonArray>
 #include <QObject>
+#include <QWebEngineScript>
+
+// The isolated world in which the bridge script runs.
+inline constexpr quint32 bridgeWorld = QWebEngineScript::ApplicationWorld;
 
 class BridgePort : public QObject {
   Q_OBJECT
