@@ -10,6 +10,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("corvane"));
   QApplication::setApplicationDisplayName(QString());
+  // The name of the desktop entry, by which a desktop finds the icon of the windows.
+  QApplication::setDesktopFileName(QStringLiteral("example.corvane.corvane"));
   QApplication::setQuitOnLastWindowClosed(false);
   RealPlatform platform;
   Program program(platform.Services());
