@@ -66,7 +66,7 @@ def status_of(process, name):
     return None
 
 
-def check_sandbox(program, check):
+def check_sandbox(program, check, spaces):
     own = [one for one in descendants(program.process.pid) if arguments_of(one)[0].endswith("corvane")][0]
 
     def renderers():
@@ -79,7 +79,7 @@ def check_sandbox(program, check):
                not any("--no-sandbox" in arguments_of(one) for one in descendants(own)))
     for one in found:
         check.same("a renderer's calls to the system are filtered", status_of(one, "Seccomp"), "2")
-        for space in ("user", "pid", "net"):
+        for space in spaces:
             inner, outer = (os.readlink("/proc/%d/ns/%s" % (process, space)) for process in (one, own))
             check.true("a renderer has a namespace of its own: " + space, inner != outer, inner)
 
@@ -100,6 +100,15 @@ def check_package(package, check):
         check.true("the package holds " + path, "./" + path in paths, listed)
 
 
+def namespaces_of_renderers(system):
+    """None where the machine refuses them to ordinary users; then the engine keeps to the filter."""
+    tried = system.run("unshare", "--user", "true", user=True, may_fail=True)
+    if tried.returncode == 0:
+        return "user", "pid", "net"
+    print("not looked for, as an ordinary user gets none here: namespaces of the renderers:", tried.stdout.strip())
+    return ()
+
+
 def use_program(desktop, system, check, out):
     program = InstalledCorvane(desktop, system)
     program.start()
@@ -110,7 +119,7 @@ def use_program(desktop, system, check, out):
     check.same("the samples are there", len(os.listdir(system.path(DATA + "/samples"))), SAMPLES)
     check.same("the help text came along where it was installed", os.path.isfile(system.path(DATA + "/cvn2.hlp")),
                os.path.isfile(system.path(PROGRAM_FOLDER + "/cvn2.hlp")))
-    check_sandbox(program, check)
+    check_sandbox(program, check, namespaces_of_renderers(system))
     program.click_into_page()
     desktop.keys("shift+h", "e", "l", "l", "o")
     # The sixth entry: Deep Blue.
@@ -135,8 +144,6 @@ def play(build, out, check, package=None):
     print("package:", package, os.path.getsize(package), "bytes")
     check_package(package, check)
     with Desktop(open_to_all=True) as desktop, FreshDebian() as system:
-        if system.run("unshare", "--user", "true", user=True, may_fail=True).returncode != 0:
-            raise Refused("an ordinary user gets no namespaces here, and without them the engine's sandbox can't start")
         system.install(package)
         use_program(desktop, system, check, out)
         system.run("apt-get", "-q", "remove", "-y", "corvane")
