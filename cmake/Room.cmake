@@ -3,7 +3,13 @@
 set_property(GLOBAL PROPERTY CORVANE_ROOMS "")
 
 add_library(corvane_flags INTERFACE)
-target_compile_options(corvane_flags INTERFACE -Wall -Wextra -Wshadow=local -Wno-unused-parameter)
+if(MSVC)
+  target_compile_options(corvane_flags INTERFACE /W3)
+  target_compile_definitions(corvane_flags INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
+else()
+  target_compile_options(corvane_flags INTERFACE -Wall -Wextra -Wno-unused-parameter
+                                                 $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
+endif()
 target_compile_definitions(corvane_flags INTERFACE QT_NO_CAST_TO_ASCII)
 if(CORVANE_SANITIZE)
   target_compile_options(corvane_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize=vptr)

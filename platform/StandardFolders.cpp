@@ -8,6 +8,11 @@
 
 namespace {
 
+// Such a folder is sealed: what is written into it breaks its signature, and goes when a new version takes its place.
+bool IsInBundle(const QString& programFolder) {
+  return programFolder.endsWith(QLatin1String("/Contents/MacOS"));
+}
+
 // Permission bits alone don't tell: the folder may lie on a medium that can't be written.
 bool CanWriteInto(const QString& folder) {
   QTemporaryFile probe(folder + QStringLiteral("/corvane-XXXXXX"));
@@ -15,6 +20,10 @@ bool CanWriteInto(const QString& folder) {
 }
 
 }  // namespace
+
+QString InstalledFolder(const QString& programFolder) {
+  return IsInBundle(programFolder) ? QDir::cleanPath(programFolder + QStringLiteral("/../Resources")) : programFolder;
+}
 
 void FillAppFolder(const QString& source, const QString& target) {
   for (const QString& folder : {QStringLiteral("samples"), QStringLiteral("icons")}) {
@@ -44,10 +53,10 @@ QString HostStandardFolders::Desktop() const {
 QString HostStandardFolders::AppPath() {
   if (appPath_.isEmpty()) {
     QString folder = programFolder_;
-    if (!CanWriteInto(folder)) {
+    if (IsInBundle(folder) || !CanWriteInto(folder)) {
       folder = userFolder_;
       QDir().mkpath(folder);
-      FillAppFolder(programFolder_, folder);
+      FillAppFolder(InstalledFolder(programFolder_), folder);
     }
     appPath_ = QDir::toNativeSeparators(folder);
   }

@@ -15,8 +15,8 @@ class StandardFolders {
 };
 
 // The real folders. The program's folder is that of the executable when the user can write there, so that a build tree
-// or an unpacked folder carries all it needs along; otherwise a folder of the user's own data, filled from the
-// executable's at first use.
+// or an unpacked folder carries all it needs along; otherwise a folder of the user's own data, filled at first use with
+// what was installed. Nothing is ever written into a bundle.
 class HostStandardFolders : public StandardFolders {
  public:
   HostStandardFolders();
@@ -31,6 +31,10 @@ class HostStandardFolders : public StandardFolders {
   QString userFolder_;
   QString appPath_;
 };
+
+// Where samples, icons and the help file were installed for an executable in `programFolder`: beside it, or in the
+// resources of its bundle.
+QString InstalledFolder(const QString& programFolder);
 
 // Copies the shipped folders `samples` and `icons` and the help file from `source` to `target`, each one only where
 // `target` hasn't got it yet.

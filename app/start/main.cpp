@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("corvane"));
   QApplication::setApplicationDisplayName(QString());
+  // The name of the desktop entry, by which a desktop finds the icon of the windows.
+  QApplication::setDesktopFileName(QStringLiteral("example.corvane.corvane"));
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(FSplash::Logo());
   RealPlatform platform;

@@ -170,6 +170,22 @@ TEST_F(Scratch, TheProgramLivesInTheUsersFolderOtherwise) {
   EXPECT_TRUE(QDir(Path("data/user")).exists());
 }
 
+TEST_F(Scratch, NothingIsWrittenIntoABundleAndItsResourcesFillTheUsersFolder) {
+  Put("Corvane.app/Contents/MacOS/corvane", "program");
+  Put("Corvane.app/Contents/Resources/samples/bars.jpg", "picture");
+  Put("Corvane.app/Contents/Resources/cvn2.hlp", "help");
+  HostStandardFolders folders(Path("Corvane.app/Contents/MacOS"), Path("user"));
+  EXPECT_EQ(Path("user"), folders.AppPath());
+  EXPECT_EQ("picture", FileBytes(Path("user/samples/bars.jpg")));
+  EXPECT_EQ("help", FileBytes(Path("user/cvn2.hlp")));
+  EXPECT_EQ(QStringList{"corvane"},
+            QDir(Path("Corvane.app/Contents/MacOS")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
+}
+
+TEST_F(Scratch, WhatWasInstalledLiesBesideTheProgramElsewhere) {
+  EXPECT_EQ(Path("lib/corvane"), InstalledFolder(Path("lib/corvane")));
+}
+
 TEST_F(Scratch, TheUsersFolderIsFilledOnce) {
   Put("from/samples/bars.jpg", "picture");
   Put("from/icons/a.ico", "icon");

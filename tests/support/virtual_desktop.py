@@ -48,10 +48,14 @@ def read(path):
 
 
 class Desktop:
-    """Xvfb and openbox in a scratch folder that also holds a user's home. To be used with `with`."""
+    """Xvfb and openbox in a scratch folder that also holds a user's home. To be used with `with`.
 
-    def __init__(self, width=1280, height=1024):
+    `open_to_all` lets programs of other users of this machine onto the display.
+    """
+
+    def __init__(self, width=1280, height=1024, open_to_all=False):
         self.width, self.height = width, height
+        self.open_to_all = open_to_all
         self.running = []
         self.scratch = None
 
@@ -90,7 +94,7 @@ class Desktop:
         taken, given = os.pipe()
         server = subprocess.Popen(["Xvfb", "-displayfd", str(given), "-screen", "0",
                                    "%dx%dx24" % (self.width, self.height), "-fbdir", self.path("frame"), "-nolisten",
-                                   "tcp", "-noreset"], pass_fds=[given], stdin=subprocess.DEVNULL,
+                                   "tcp", "-noreset", *(["-ac"] if self.open_to_all else [])], pass_fds=[given], stdin=subprocess.DEVNULL,
                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.running.append(server)
         os.close(given)
