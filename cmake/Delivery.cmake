@@ -38,7 +38,7 @@ endif()
 
 install(TARGETS corvane RUNTIME DESTINATION ${folder} BUNDLE DESTINATION .)
 install(FILES ${CORVANE_SAMPLES} DESTINATION ${data}/samples)
-install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/cvn2.hlp DESTINATION ${data} OPTIONAL)
+install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/cvn2.hlp DESTINATION ${data})
 if(APPLE OR WIN32)
   return()
 endif()

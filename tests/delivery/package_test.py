@@ -93,7 +93,8 @@ def check_package(package, check):
     lines = [line.split() for line in listed.splitlines()]
     check.same("all of it belongs to root", {line[1] for line in lines}, {"root/root"})
     paths = {line[5] for line in lines}
-    for path in ("usr/bin/corvane", "usr/share/applications/example.corvane.corvane.desktop",
+    for path in ("usr/bin/corvane", "usr/lib/corvane/cvn2.hlp",
+                 "usr/share/applications/example.corvane.corvane.desktop",
                  "usr/share/metainfo/example.corvane.corvane.metainfo.xml", "usr/share/man/man1/corvane.1.gz",
                  "usr/share/icons/hicolor/scalable/apps/corvane.svg", "usr/share/icons/hicolor/48x48/apps/corvane.png",
                  "usr/share/doc/corvane/copyright", "usr/share/doc/corvane/changelog.gz"):
@@ -117,8 +118,8 @@ def use_program(desktop, system, check, out):
                'WM_CLASS = "corvane", "corvane"')
     wait_for("page 1 in the user's folder", lambda: read(program.card("wgcard.html")))
     check.same("the samples are there", len(os.listdir(system.path(DATA + "/samples"))), SAMPLES)
-    check.same("the help text came along where it was installed", os.path.isfile(system.path(DATA + "/cvn2.hlp")),
-               os.path.isfile(system.path(PROGRAM_FOLDER + "/cvn2.hlp")))
+    check.same("the help text came along", read(system.path(DATA + "/cvn2.hlp")),
+               read(system.path(PROGRAM_FOLDER + "/cvn2.hlp")))
     check_sandbox(program, check, namespaces_of_renderers(system))
     program.click_into_page()
     desktop.keys("shift+h", "e", "l", "l", "o")
