@@ -67,7 +67,7 @@ WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
   LabHover->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-// Two frames of buttons with a small label under each; both frames are as wide as the window.
+// Two frames of buttons with a small label under each; places leave each label the room that it needs.
 void WorkWindow::BuildButtons() {
   constexpr int button = 28;
   constexpr int widestLabel = 60;
