@@ -155,7 +155,7 @@ void FWeb::BuildStrip() {
     connect(tool, &QAbstractButton::clicked, this, row.command);
     connect(tool, &ToolButton::MouseMoved, this, [this, tool, index = row.index] {
       if (HoverTool != index) ClearToolHover();
-      if (tool->look() != ToolButton::Look::Raised) tool->SetLook(ToolButton::Look::Framed);
+      tool->SetLook(ToolButton::Look::Framed);  // also while it is pressed
       HoverTool = index;
     });
     connect(tool, &ToolButton::MouseWentDown, this, [tool] { tool->SetLook(ToolButton::Look::Raised); });

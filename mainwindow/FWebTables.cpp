@@ -143,12 +143,12 @@ std::span<const FontRow> FontRows() {
 
 std::span<const WorkRow> WorkRows() {
   static constexpr WorkRow rows[] = {
-      {false, 8, "sel-cut", "Cut", "Cut selected text or element."},
-      {false, 46, "sel-copy", "Copy", "Copy selected text or element"},
-      {false, 84, "sel-paste", "Paste", "Paste text or element from cut/copy operation"},
-      {false, 122, "sel-link", "Link", "Add link."},
-      {false, 160, "sel-picture", "Picture", "Add picture to page."},
-      {false, 198, "sel-table", "Table", "Add table (rectangular area) to page."},
+      {false, 6, "sel-cut", "Cut", "Cut selected text or element."},
+      {false, 35, "sel-copy", "Copy", "Copy selected text or element"},
+      {false, 66, "sel-paste", "Paste", "Paste text or element from cut/copy operation"},
+      {false, 110, "sel-link", "make link", "Add link."},
+      {false, 166, "sel-picture", "add picture", "Add picture to page."},
+      {false, 211, "sel-table", "table", "Add table (rectangular area) to page."},
       {true, 306, "sel-forward", "Forward", "Move selected item forward."},
       {true, 8, "sel-left", "Left", "Move selected element to left."},
       {true, 46, "sel-up", "Up", "Move selected element up."},

@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QPushButton>
 #include <QToolButton>
+#include <algorithm>
 
 #include "FittedText.h"
 #include "Twips.h"
@@ -66,10 +67,10 @@ WorkWindow::WorkWindow(QWidget* parent) : QFrame(parent) {
   LabHover->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-// Two frames of buttons with a small label under each; both frames are as wide as the window.
+// Two frames of buttons with a small label under each; places leave each label the room that it needs.
 void WorkWindow::BuildButtons() {
   constexpr int button = 28;
-  constexpr int labelWidth = 46;
+  constexpr int widestLabel = 60;
   constexpr int top = 22;
   const auto frame = [this](const char* name, const char* caption, QRect place) {
     auto* const made = new QGroupBox(QLatin1String(caption), this);
@@ -102,9 +103,10 @@ void WorkWindow::BuildButtons() {
     made->setGeometry(row.left, top, button, button);
     auto* const label = new FittedLabel(QString::fromLatin1(row.label), around);
     label->setObjectName(QStringLiteral("Label2_%1").arg(i));
-    label->setFont(FontForHeight(label, 13));
+    label->setFont(FontForHeight(label, 12));
     label->setAlignment(Qt::AlignCenter);
-    label->setGeometry(row.left + button / 2 - labelWidth / 2, top + button, labelWidth, 14);
+    const int width = std::min(widestLabel, label->fontMetrics().horizontalAdvance(label->text()) + 4);
+    label->setGeometry(row.left + button / 2 - width / 2, top + button, width, 14);
   }
   // As they are read, which is not the order of their indexes.
   QWidget* const read[] = {bSel[5], bProps, bSel[7], bSel[8], bSel[9], bSel[10], bSel[11], bSel[6]};

@@ -5,7 +5,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
@@ -61,29 +60,6 @@ class EditingCommands : public ProgramTest {
 };
 
 const QString two = "<font id=\"a\">one</font><font id=\"b\">two</font>";
-
-// --- menus as they stand
-
-TEST_F(EditingCommands, TheMenuBarHasItsNineMenusAndHidesThePopups) {
-  QStringList shown, hidden;
-  for (const QAction* action : Web().menuBar()->actions()) (action->isVisible() ? shown : hidden) += action->text();
-  EXPECT_EQ(shown,
-            (QStringList{"&File", "&Page", "P&roject", "&Edit", "&View", "&Tools", "T&hemes", "&Quick Tips", "&Help"}));
-  EXPECT_EQ(hidden, (QStringList{"pop", "pop2"}));
-}
-
-TEST_F(EditingCommands, StationeryIsAnEntryOfThemesAndNotOfTheBar) {
-  QMenu* const themes = Web().findChild<QAction*>("mThemesMain")->menu();
-  EXPECT_EQ(themes->actions().size(), 8);
-  EXPECT_EQ(themes->actions().at(7)->text(), "Stationery");
-  EXPECT_EQ(themes->actions().at(7)->menu()->actions().size(), 7);
-}
-
-TEST_F(EditingCommands, PasteElementHasTwoBlanksInTheMenuOfTheButtonAlone) {
-  EXPECT_EQ(Web().findChild<QAction*>("mPasteP21")->text(), "Paste Cut/Copied  &Element");
-  EXPECT_EQ(Web().findChild<QAction*>("mPasteP1")->text(), "Paste Cut/Copied &Element");
-  EXPECT_EQ(Web().findChild<QAction*>("mPaste1")->text(), "Cut/Copied &Element");
-}
 
 // --- what a click shows
 
@@ -206,28 +182,6 @@ TEST_F(EditingCommands, ApplyFontTakesFaceSizeAndColourOfTheControls) {
 }
 
 // --- the Work Window
-
-TEST_F(EditingCommands, EveryButtonOfTheWorkWindowHasItsTipAndName) {
-  const char* const tips[] = {"Cut selected text or element.",
-                              "Copy selected text or element",
-                              "Paste text or element from cut/copy operation",
-                              "Add link.",
-                              "Add picture to page.",
-                              "Add table (rectangular area) to page.",
-                              "Move selected item forward.",
-                              "Move selected element to left.",
-                              "Move selected element up.",
-                              "Move selected element to right.",
-                              "Move selected element down.",
-                              "Move selected item back."};
-  for (std::size_t i = 0; i < std::size(tips); ++i) {
-    const QToolButton* const button = Web().FrWork->bSel[i];
-    EXPECT_EQ(button->toolTip(), tips[i]);
-    EXPECT_EQ(button->objectName(), QString("bSel%1").arg(i));
-    EXPECT_FALSE(button->accessibleName().isEmpty());
-    EXPECT_TRUE(button->parentWidget()->rect().contains(button->geometry()));
-  }
-}
 
 TEST_F(EditingCommands, TheMovingButtonsAreSwitchedByADoubleClickAlone) {
   Page(two + "<img id='i'><table><tr><td id='c'><font>x</font></td></tr></table>");
@@ -453,6 +407,26 @@ TEST_F(EditingCommands, TablePropertiesFindTheTableOfACellAndNothingForAPageOfNo
   View().SetCurrentElement(Named("f"));
   ASSERT_TRUE(run_.Choose("mTableProps"));
   EXPECT_EQ(asked.count(), 0);
+}
+
+TEST_F(EditingCommands, ACellMoreThanThreeStepsBelowItsTableHasNoTableProperties) {
+  Page("<table id='t'><tr id='r'><td id='c'>x</td></tr></table>");
+  // No parser makes such a tree, so it is built by hand.
+  HTMLDocument& document = *View().WBDocument();
+  Node* const row = Named("r").node();
+  Node* const body = row->parent;
+  Node* const between = document.CreateElement(Tag::Of("div"));
+  document.gateway().Insert(body, nullptr, between);
+  document.gateway().Take(row);
+  document.gateway().Insert(between, nullptr, row);
+  QSignalSpy asked(&Web(), &FWeb::TablePropsRequested);
+  View().SetCurrentElement(Named("c"));
+  ASSERT_TRUE(run_.Choose("mTableProps"));
+  EXPECT_EQ(asked.count(), 0);
+  // A row is one step nearer and still finds it.
+  View().SetCurrentElement(Named("r"));
+  ASSERT_TRUE(run_.Choose("mTableProps"));
+  EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(EditingCommands, TablePropertiesAreOnForACellWithoutACurrentElementAndDoNothing) {

@@ -133,6 +133,14 @@ TEST_F(MainWindow, AToolIsRaisedWhilePressedAndPlainAfterIt) {
   EXPECT_EQ(ToolButton::Look::Plain, LookOf(3));
 }
 
+TEST_F(MainWindow, AMoveOverAPressedToolMakesItFlatAgain) {
+  Mouse(*Web().ImTool[3], QEvent::MouseButtonPress, Qt::LeftButton);
+  ASSERT_EQ(ToolButton::Look::Raised, LookOf(3));
+  Mouse(*Web().ImTool[3], QEvent::MouseMove);
+  EXPECT_EQ(ToolButton::Look::Framed, LookOf(3));
+  EXPECT_EQ(3, Web().HoverTool);
+}
+
 TEST_F(MainWindow, AToolRunsItsCommand) {
   run_.Type("saved");
   Web().ImTool[3]->click();

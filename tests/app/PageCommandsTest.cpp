@@ -58,6 +58,7 @@ TEST_F(PageCommands, ChoosingAPageWritesTheOneInView) {
   ExpectPage(1);
   EXPECT_EQ("one", LettersInView());
   EXPECT_FALSE(Web().Busy);
+  EXPECT_EQ(&View(), Web().focusWidget()) << "the keys go to the page";
 }
 
 TEST_F(PageCommands, ANewPageWritesTheOneInView) {
@@ -174,6 +175,7 @@ TEST_F(PageCommands, OpeningAFileLosesTheEditsOfThePageInView) {
   const auto& question = run_.Dialogs().Questions.at(0);
   EXPECT_EQ(ScriptedDialogs::Question::Kind::OpenFile, question.kind);
   EXPECT_EQ("Select HTML file", question.title);
+  EXPECT_EQ(QList<FileFilter>({{"HTML Files(*.html)", "*.html"}}), question.filters);
   EXPECT_EQ("", question.given);
   EXPECT_EQ(&Web(), question.owner);
 }

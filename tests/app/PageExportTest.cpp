@@ -1,4 +1,4 @@
-// Sending a page out as a file of its own.
+// Sending a page out as a file, with its pictures.
 #include "FoldersFixture.h"
 
 namespace {
@@ -33,6 +33,8 @@ TEST_F(Export, APageWithoutPicturesGoesStraightToTheChosenPath) {
   EXPECT_EQ(ScriptedDialogs::Question::Kind::SaveFile, question.kind);
   EXPECT_EQ("Save Text to File", question.title);
   EXPECT_EQ("html", question.given);
+  EXPECT_EQ(QList<FileFilter>({{"HTML Files(*.html)", "*.html"}}), question.filters);
+  EXPECT_EQ(&Web(), question.owner);
 }
 
 TEST_F(Export, APageWithPicturesNeverGoesToTheChosenPathAndEachRepeatMakesTheNextFolder) {

@@ -389,6 +389,17 @@ TEST_F(ProjectCommands, ThePanelShowsTheFoldersInTheirOrderAndItsTexts) {
   EXPECT_FALSE(run_.modMain.Ops()->isVisible());
 }
 
+TEST_F(ProjectCommands, ADoubleClickOnARowOpensItsProject) {
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/wgcard.html"), "<html><body>hers</body></html>"));
+  ASSERT_TRUE(run_.Choose("mOpenProject"));
+  Panel().BoxProj->setCurrentRow(0);
+  emit Panel().BoxProj->itemDoubleClicked(Panel().BoxProj->item(0));
+  run_.Settle();
+  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ("hers", LettersInView());
+  EXPECT_FALSE(run_.modMain.Ops()->isVisible());
+}
+
 TEST_F(ProjectCommands, TheOpenProjectMayBeDeletedAndNothingWarns) {
   MakePages({"one"});
   SaveProjectAs("ann");

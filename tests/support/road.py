@@ -74,8 +74,8 @@ class Editor:
 
     # The Work Window stands at the bottom of the display, in the middle.
     WORK = (461, 835)
-    BUTTONS = {"cut": (25, 56), "copy": (63, 56), "paste": (101, 56), "link": (139, 56), "picture": (177, 56),
-               "table": (215, 56), "props": (303, 56), "left": (25, 124), "up": (63, 124), "right": (101, 124),
+    BUTTONS = {"cut": (25, 56), "copy": (54, 56), "paste": (85, 56), "link": (129, 56), "picture": (185, 56),
+               "table": (230, 56), "props": (303, 56), "left": (25, 124), "up": (63, 124), "right": (101, 124),
                "down": (139, 124), "back": (277, 124), "forward": (323, 124)}
 
     def __init__(self, desktop, program, pictures):

@@ -277,6 +277,18 @@ TEST_F(SettingsWindow, AnIconIsBrowsedForAndAdded) {
   EXPECT_EQ(QStringList(), Messages());
 }
 
+TEST_F(SettingsWindow, AnIconAddedOutOfTheIconFolderItselfIsDeletedBeforeItCanBeCopied) {
+  const QString file = Icon(Icons("mine.ico"));
+  OpenCustomIcons();
+  ASSERT_EQ(QStringList{"mine.ico"}, Rows());
+  Dialogs().Texts = {file};
+  sets_.bCustomIco[0]->click();
+  sets_.bCustomIco[1]->click();
+  EXPECT_FALSE(QFile::exists(file));
+  EXPECT_EQ(QStringList(), Rows());
+  EXPECT_EQ(QStringList(), Messages());
+}
+
 TEST_F(SettingsWindow, AFileThatCantBeUsedIsRefusedWithItsReason) {
   const QByteArray good = IconFileOf(Resource("HEART"));
   const auto with = [&good](int at, char value) {
