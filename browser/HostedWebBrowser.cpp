@@ -54,11 +54,7 @@ class QuietPage : public QWebEnginePage {
 
  protected:
   QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int line,
-                                const QString& source) override {
-    if (qEnvironmentVariableIsSet("CORVANE_CONSOLE"))
-      qWarning("%s:%d: %s", qPrintable(source), line, qPrintable(message));
-  }
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) override {}
 };
 
 QString ReadResource(const QString& name) {
