@@ -112,17 +112,16 @@ void ModMain::Connect() {
           [tools](qint32 color) { tools->BoxColor[2]->SetColor(color); });
 }
 
-// Whether anything changed plays no part: the name alone picks the question. True to go on.
+// Whether anything changed plays no part: the name alone picks the question, and its box has no picture. True to go on.
 bool ModMain::AskAboutSaving() {
   Dialogs& dialogs = program_.platform.dialogs;
   if (program_.ProjectName != u"Project1") {
-    const auto answer = dialogs.ShowMessage(web_.get(), StringText(FixedText::SaveChangesToPage), MessageIcon::Question,
+    const auto answer = dialogs.ShowMessage(web_.get(), StringText(FixedText::SaveChangesToPage), MessageIcon::None,
                                             MessageButtons::YesNoCancel);
     if (answer == MessageAnswer::Yes) web_->SavePage(program_.CurPageNo, false);
     return answer != MessageAnswer::Cancel;
   }
-  const auto answer =
-      dialogs.ShowMessage(web_.get(), StringText(187), MessageIcon::Question, MessageButtons::YesNoCancel);
+  const auto answer = dialogs.ShowMessage(web_.get(), StringText(187), MessageIcon::None, MessageButtons::YesNoCancel);
   // Copies the files as they stand; the page in view isn't written, and giving up the save doesn't stop the exit.
   if (answer == MessageAnswer::Yes) web_->SaveProject();
   return answer != MessageAnswer::Cancel;

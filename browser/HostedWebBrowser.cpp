@@ -28,10 +28,6 @@ static void InitBridgeResources() {
 
 namespace {
 
-constexpr int deathsInARow = 5;  // a page that kills every renderer is brought back at leisure
-constexpr qint64 rowOfDeathsMs = 10000;
-constexpr int leisureMs = 5000;  // less than the row's time, so that the row goes on
-
 // What a key is known by while it is down: its place on the keyboard. Events that Qt makes itself have none, and are
 // known by their key, which must not be taken for the place of another one.
 quint32 CodeOf(const QKeyEvent& key) {
@@ -46,11 +42,7 @@ class QuietPage : public QWebEnginePage {
 
  protected:
   QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int line,
-                                const QString& source) override {
-    if (qEnvironmentVariableIsSet("CORVANE_CONSOLE"))
-      qWarning("%s:%d: %s", qPrintable(source), line, qPrintable(message));
-  }
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) override {}
 };
 
 QString ReadResource(const QString& name) {
@@ -133,15 +125,6 @@ void HostedWebBrowser::SetUpPage() {
   });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
-}
-
-// The channel of a page whose renderer died doesn't always come back, so there is a new one for both.
-void HostedWebBrowser::RenewPage() {
-  QWebEnginePage* const dead = page_;
-  dead->disconnect(this);
-  SetUpPage();
-  dead->deleteLater();
-  if (std::exchange(hadFocus_, false) && !view_->window()->focusWidget()) view_->setFocus();
 }
 
 bool HostedWebBrowser::IsPages(const QWidget* widget) const {
@@ -366,53 +349,6 @@ void HostedWebBrowser::Measured(int question, const QVariant& place) {
     const bool answered = asked.number == question && parts.size() == 2;
     asked.answer(answered ? std::optional(QPoint(pixels(parts[0]), pixels(parts[1]))) : std::nullopt);
   }
-}
-
-// --- A renderer that died
-
-void HostedWebBrowser::RendererDied() {
-  if (!isDead_) return;  // a new page has taken its place already
-  DropQuestions();
-  token_.clear();
-  if (!sinceDeath_.isValid() || sinceDeath_.elapsed() > rowOfDeathsMs) deaths_ = 0;
-  sinceDeath_.restart();
-  ++deaths_;
-  if (load_ == Load::Pending) return deaths_ > deathsInARow ? FailLoad() : LoadWanted();
-  if (!document_) return;
-  load_ = Load::Recovering;
-  operations_ = {};
-  messages_ = {};
-  edits_.clear();
-  recovery_.start(deaths_ > deathsInARow ? leisureMs : 0);
-}
-
-// A page without content, in the right mode and place; the model follows when its bridge reports.
-void HostedWebBrowser::Recover() {
-  if (load_ != Load::Recovering) return;
-  RenewPage();
-  const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
-  page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
-}
-
-void HostedWebBrowser::Adopt(const QString& token) {
-  token_ = token;
-  load_ = Load::Done;
-  applied_ = batch_;
-  heard_ = 0;
-  QJsonArray flat;
-  EncodeTree(document_->root(), flat);
-  messages_ = {};
-  messages_.append(QJsonArray{QStringLiteral("adopt"), flat, QJsonArray{scroll_.x(), scroll_.y()}, batch_});
-  messages_.append(QJsonArray{QStringLiteral("keys"), takesKeys_});
-  const LiveRange& selection = document_->selection().range();
-  ++selectionNumber_;
-  if (selection.start)
-    messages_.append(
-        QJsonArray{QStringLiteral("select"), selectionNumber_, Encode(selection.start), Encode(selection.end)});
-  else
-    messages_.append(QJsonArray{QStringLiteral("select"), selectionNumber_});
-  Flush();
-  emit Recovered();
 }
 
 // --- For tests

@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include "AsciiText.h"
+
 namespace {
 
 enum Trait { Void = 1, RawText = 2, Hidden = 4, Atomic = 8, Block = 16, TablePart = 32, HoldsText = 64 };
@@ -45,7 +47,7 @@ const Tag* Tag::Of(const QString& localName, Namespace space) {
     tag->localName = localName;
     tag->space = space;
     const int traits = space == Namespace::Html ? traitsByName.value(localName) : 0;
-    tag->tagName = space == Namespace::Html ? localName.toUpper() : localName;
+    tag->tagName = space == Namespace::Html ? UpperAscii(localName) : localName;
     tag->isVoid = traits & Void;
     tag->isRawText = traits & RawText;
     tag->isHidden = traits & Hidden;

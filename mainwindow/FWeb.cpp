@@ -217,11 +217,11 @@ void FWeb::Load() {
   program_.CurPageNo = 1;
   program_.ProjectName = QStringLiteral("Project1");
   SetCaption();
-  SetThemeBitmaps();
   SetControlLook(FrWork, QStringLiteral("framed"));
   BoxFace->setCurrentIndex(0);
   BoxSize->setCurrentIndex(2);
   BoxPage->setCurrentIndex(0);
+  SetThemeBitmaps();
 }
 
 void FWeb::MakeWorkspace() {

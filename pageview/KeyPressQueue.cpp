@@ -28,6 +28,8 @@ void KeyPressQueue::Answered(int number, const HTMLTxtRange* range) {
     entry.position = position_;
   }
   Raise();
+  // A slow page that does answer is given its time anew.
+  if (!entries_.empty()) patience_.start();
 }
 
 void KeyPressQueue::Raise() {

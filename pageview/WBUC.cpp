@@ -125,11 +125,11 @@ void WBUC::UnHook() {
 }
 
 QString WBUC::Title() const {
-  return DocReady_ ? Doc_->title() : QString();
+  return Doc_ ? Doc_->title() : QString();
 }
 
 void WBUC::SetTitle(const QString& title) {
-  if (DocReady_) Doc_->setTitle(title);
+  if (Doc_) Doc_->setTitle(title);
 }
 
 void WBUC::SetBGColor(const QString& color) {

@@ -48,7 +48,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
 
   // Properties of the page. While no document is ready, writing does nothing and reading gives "", except where a line
   // says otherwise.
-  QString Title() const;
+  QString Title() const;  // of the page before, too, until the next one is there
   void SetTitle(const QString& title);
   QString Location() const { return Location_; }       // path last given to Navo
   QString BGColor() const { return values_.BGColor; }  // always the stored one, never that of an opened page
@@ -107,7 +107,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void SetSelColor(const QString& color);
   void SetSelBackColor(const QString& color);
   void SetSelFontFace(const QString& face);
-  void SetSelFontSize(const QString& size);  // "1" to "7"
+  void SetSelFontSize(const QString& size);  // "1" to "6"
   void ToggleBold();
   // Colour, face, size and background at the insertion point, and "*"; five empty texts where text is selected.
   std::array<QString, 5> CurFontProps() const;

@@ -98,8 +98,8 @@ void WBUC::AddTable(const QString& sWide, const QString& sHigh, const QString& s
                        QStringLiteral(" HEIGHT=") + sHigh + QStringLiteral(" BORDER=") + sBorder +
                        QStringLiteral(" BGCOLOR=\"") + sColor + QStringLiteral("\" CELLPADDING=") + sPadding +
                        QStringLiteral("><TR><TD ALIGN=\"") + sTDHPos + QStringLiteral("\" VALIGN=\"") + sTDVPos +
-                       QStringLiteral("\"><FONT FACE=\"") + BodyFontName() + QStringLiteral("\" SIZE=") +
-                       BodyFontSize() + QStringLiteral(" COLOR=\"") + BodyFontColor() +
+                       QStringLiteral("\"><FONT FACE=\"") + values_.BodyFontName + QStringLiteral("\" SIZE=") +
+                       values_.BodyFontSize + QStringLiteral(" COLOR=\"") + values_.BodyFontColor +
                        QStringLiteral("\">&nbsp;</FONT></TD></TR></TABLE>");
   Body_.insertAdjacentHTML(beforeEnd, html);
 }

@@ -1,4 +1,5 @@
 // Pointing at the page: where text goes, which element commands act on, and which element is selected as a whole.
+#include "AsciiText.h"
 #include "Program.h"
 #include "Twips.h"
 #include "WBUC.h"
@@ -41,7 +42,7 @@ HTMLElement FontOfCell(const HTMLElement& cell) {
 void WBUC::SetCurrentElement(const HTMLElement& ObEl) {
   if (!ObEl) return;
   CurrentElement_ = ObEl;
-  CurrentElementTag_ = ObEl.tagName().toUpper();
+  CurrentElementTag_ = UpperAscii(ObEl.tagName());
 }
 
 void WBUC::SetCurrentTextRange(std::shared_ptr<HTMLTxtRange> range) {
@@ -99,7 +100,7 @@ bool WBUC::Doc_onclick() {
   const int mouseX = PixelsToTwips(Event().clientX());
   const int mouseY = PixelsToTwips(Event().clientY());
   const HTMLElement source = Event().srcElement();
-  CurrentElementTag_ = source.tagName().toUpper();
+  CurrentElementTag_ = UpperAscii(source.tagName());
   QString tag = CurrentElementTag_;
   QPoint range(-1, -1);
   switch (RuleOf(tag)) {
@@ -133,7 +134,7 @@ bool WBUC::Doc_onclick() {
 bool WBUC::Doc_ondblclick() {
   if (!DocReady_) return false;
   const HTMLElement source = Event().srcElement();
-  CurrentElementTag_ = source.tagName().toUpper();
+  CurrentElementTag_ = UpperAscii(source.tagName());
   const QString tag = CurrentElementTag_;
   if (tag == u"IMG" || tag == u"FONT" || tag == u"TABLE") {
     SetCurrentTextRange(nullptr);

@@ -56,7 +56,8 @@ TableProps ReadTableProps(const HTMLElement& table) {
   if (!props.HasNoBorder && IsNumeric(border)) props.Border = ToInteger32(border).value_or(beyondAnyList);
   props.Color = HtmlToColor(Read(table, "bgColor"));
   // Whole division cuts what is left over: the list has no 7, so 7 shows as 5.
-  if (const auto padding = ToInteger32(Read(table, "cellpadding"))) props.PaddingIndex = *padding / paddingStep;
+  const QString padding = Read(table, "cellpadding");
+  if (IsNumeric(padding)) props.PaddingIndex = ToInteger32(padding).value_or(beyondAnyList) / paddingStep;
   props.Align = Read(table, "align");
   if (const HTMLElement cell = FirstCell(table)) {
     props.CellAlign = Read(cell, "align");

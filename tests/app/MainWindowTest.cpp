@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QMouseEvent>
@@ -6,6 +7,8 @@
 
 #include "FTools.h"
 #include "ProgramFixture.h"
+#include "Settings.h"
+#include "SettingsControls.h"
 #include "Swatch.h"
 #include "ToolButton.h"
 #include "Twips.h"
@@ -254,6 +257,28 @@ TEST_F(MainWindow, SavingAndRefreshingDontAskWhetherTheProgramIsBusy) {
   ASSERT_TRUE(run_.Choose("mRefresh"));
   EXPECT_TRUE(FileIn("card/wgcard.html").contains("earlylateagain"));
   EXPECT_TRUE(View().Source().contains("earlylateagain"));
+}
+
+// The headless component with a window that can be hooked.
+class WindowedBrowser : public HeadlessWebBrowser {
+ public:
+  QWidget* Widget() override { return &window_; }
+
+ private:
+  QWidget window_;
+};
+
+TEST(Compatibility, SwitchedOffItTakesTheHookFromThePageInViewAtOnce) {
+  TestProgram test;
+  Settings::Save(test.platform.settings, Settings::Compat4, "yes");
+  ModMain modMain(test.program, [](QWidget*) { return std::make_unique<WindowedBrowser>(); });
+  ASSERT_TRUE(modMain.Main());
+  QSignalSpy complete(modMain.Web()->jWB, &WBUC::DocComplete);
+  ASSERT_TRUE(complete.wait(3000));
+  ASSERT_TRUE(modMain.Web()->jWB->IsHooked());
+  SetsControl<QCheckBox>(modMain, "Ck4")->click();
+  EXPECT_FALSE(test.program.Compat4On);
+  EXPECT_FALSE(modMain.Web()->jWB->IsHooked());
 }
 
 }  // namespace

@@ -106,6 +106,7 @@ TEST_F(StartAndExit, TheQuestionComesWithNothingChangedAndCancelKeepsAll) {
   EXPECT_EQ(StringText(187), run_.Dialogs().Boxes[0].text);
   EXPECT_EQ("Do you want to save this project before closing?", run_.Dialogs().Boxes[0].text);
   EXPECT_EQ(MessageButtons::YesNoCancel, run_.Dialogs().Boxes[0].buttons);
+  EXPECT_EQ("Corvane", run_.Dialogs().Boxes[0].title);
   EXPECT_FALSE(run_.ended);
   EXPECT_EQ(0, released.size());
   EXPECT_TRUE(Web().isVisible());
@@ -113,6 +114,16 @@ TEST_F(StartAndExit, TheQuestionComesWithNothingChangedAndCancelKeepsAll) {
   EXPECT_TRUE(run_.test.platform.settings.Values().isEmpty());
   Exit({MessageAnswer::Cancel});
   EXPECT_EQ(1, run_.Dialogs().Boxes.size());
+}
+
+TEST_F(StartAndExit, NeitherQuestionShowsAnIcon) {
+  ASSERT_TRUE(run_.Start());
+  for (const char* name : {"Project1", "ann"}) {
+    run_.program().ProjectName = name;
+    Exit({MessageAnswer::Cancel});
+    ASSERT_EQ(1, run_.Dialogs().Boxes.size()) << name;
+    EXPECT_EQ(MessageIcon::None, run_.Dialogs().Boxes[0].icon) << name;
+  }
 }
 
 TEST_F(StartAndExit, OnlyTheNamePicksTheQuestion) {

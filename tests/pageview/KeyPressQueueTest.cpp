@@ -112,6 +112,15 @@ TEST_F(LateAnswers, HalfASecondWithoutAnAnswerFlushes) {
   EXPECT_EQ((std::vector<Told>{{"a", 30, 40}, {"b", 30, 40}}), Raised());
 }
 
+TEST_F(LateAnswers, ASlowPageThatDoesAnswerIsGivenItsTimeAnew) {
+  Key('A');
+  Key('B');
+  QTimer::singleShot(300, [this] { Answer(0, 30, 40); });
+  QTimer::singleShot(600, [this] { Answer(1, 50, 60); });
+  while (pressed_.size() < 2) ASSERT_TRUE(pressed_.wait(3000));
+  EXPECT_EQ((std::vector<Told>{{"a", 30, 40}, {"b", 50, 60}}), Raised());
+}
+
 TEST_F(LateAnswers, ThePositionOfAClickIsTheLastOneKnown) {
   Click("here");
   Key('A');

@@ -137,7 +137,6 @@ TEST_F(PageValues, WhileNoDocumentIsReadyOnlyBodyFontColorIsStoredAndNothingIsQu
   view_.SetBodyFontSize("6");
   view_.SetLinkColor("#222222");
   view_.SetBGColor("#333333");
-  view_.SetTitle("late");
   view_.SetBackPic("late.gif");
   const WBUC::Values& values = view_.StoredValues();
   EXPECT_EQ("#111111", values.BodyFontColor);
@@ -150,18 +149,16 @@ TEST_F(PageValues, WhileNoDocumentIsReadyOnlyBodyFontColorIsStoredAndNothingIsQu
   EXPECT_EQ("#0000FF", Raw("link"));
   EXPECT_EQ("#FFFFFF", Raw("bgcolor"));
   EXPECT_EQ("small", FontSize());
-  EXPECT_EQ("", view_.Title());
   EXPECT_EQ("", view_.BackPic());
 }
 
 TEST_F(PageValues, GettersWhileNotReadyGiveNothingButTheFieldsHoldTheirValues) {
   page_.browser->SetHtml("<HTML><HEAD><TITLE>t</TITLE></HEAD><BODY BACKGROUND='b.gif'>x</BODY></HTML>");
-  ASSERT_EQ("t", view_.Title());
   ASSERT_EQ("b.gif", view_.BackPic());
   view_.Navo(page_.test.Path("none.html"), false);
   EXPECT_EQ(nullptr, view_.WBDocument());
-  for (const QString& text : {view_.Title(), view_.BackPic(), view_.BodyFontColor(), view_.BodyFontName(),
-                              view_.BodyFontSize(), view_.Source()})
+  for (const QString& text :
+       {view_.BackPic(), view_.BodyFontColor(), view_.BodyFontName(), view_.BodyFontSize(), view_.Source()})
     EXPECT_EQ("", text);
   EXPECT_TRUE(view_.SourceForFile().isEmpty());
   EXPECT_EQ("#FFFFFF", view_.BGColor());
@@ -226,6 +223,19 @@ TEST_F(PageValues, TheTitleGoesStraightThrough) {
   view_.SetTitle("new");
   EXPECT_EQ("new", view_.Title());
   EXPECT_TRUE(view_.Source().contains("<title>new</title>"));
+}
+
+TEST_F(PageValues, WhileAPageLoadsTheTitleIsStillThatOfTheOneBefore) {
+  Open("");
+  view_.Navo(page_.test.Path("none.html"), false);
+  EXPECT_EQ("t", view_.Title());
+  view_.SetTitle("late");
+  EXPECT_EQ("late", view_.Title());
+  page_.browser->Finish();
+  EXPECT_EQ("", view_.Title());  // there is no document at all
+  view_.SetTitle("later");
+  page_.Open("<HTML><HEAD></HEAD><BODY>x</BODY></HTML>", true);
+  EXPECT_EQ("", view_.Title());
 }
 
 TEST_F(PageValues, DocCompleteComesOnceForEachPage) {

@@ -183,9 +183,14 @@ TEST_F(TablePanel, APaddingThatIsNoneOrNoNumberShowsNone) {
     Load(attributes);
     EXPECT_EQ("0", Tools().BoxPadding->currentText()) << attributes;
   }
-  Load("cellpadding=20");
-  Load("cellpadding=45");
-  EXPECT_EQ("20", Tools().BoxPadding->currentText());
+}
+
+TEST_F(TablePanel, APaddingBeyondTheListLeavesTheListWhereItIs) {
+  for (const char* attributes : {"cellpadding=45", "cellpadding=99999999999", "cellpadding=-5"}) {
+    Load("cellpadding=20");
+    Load(attributes);
+    EXPECT_EQ("20", Tools().BoxPadding->currentText()) << attributes;
+  }
 }
 
 TEST_F(TablePanel, AnEditSetsTheTableAndAllCellsInItThoseOfTablesInsideToo) {
