@@ -105,7 +105,6 @@ void FTools::changeEvent(QEvent* event) {
     if (panel && !panel->isHidden()) panel->FillRoom(size());
 }
 
-// The close box only hides.
 void FTools::keyPressEvent(QKeyEvent* event) {
   struct Row {
     ToolPanel* panel;
@@ -125,6 +124,7 @@ void FTools::keyPressEvent(QKeyEvent* event) {
   QWidget::keyPressEvent(event);
 }
 
+// The close box only hides.
 void FTools::closeEvent(QCloseEvent* event) {
   event->ignore();
   if (isVisible()) HideFromTop();
