@@ -23,18 +23,6 @@
 #include "fBitmap.h"
 #include "fIconMaker.h"
 
-namespace {
-
-// In view with the keys, whether it was hidden, behind others or minimised.
-void ShowInFront(QWidget& window) {
-  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-  window.show();
-  window.raise();
-  window.activateWindow();
-}
-
-}  // namespace
-
 ModMain::ModMain(Program& program, WebBrowserFactory makeBrowser)
     : program_(program), makeBrowser_(std::move(makeBrowser)) {}
 

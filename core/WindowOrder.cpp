@@ -23,3 +23,10 @@ void SetTopmost(QWidget* Window) {
 void SetNotTopmost(QWidget* Window) {
   SetStaysOnTop(Window, false);
 }
+
+void ShowInFront(QWidget& Window) {
+  Window.setWindowState(Window.windowState() & ~Qt::WindowMinimized);
+  Window.show();
+  Window.raise();
+  Window.activateWindow();
+}

@@ -6,3 +6,6 @@ class QWidget;
 // takes it as a wish. Null is passed over.
 void SetTopmost(QWidget* Window);
 void SetNotTopmost(QWidget* Window);
+
+// Brings a window into view with the keys, whether it was hidden, behind others or minimised.
+void ShowInFront(QWidget& Window);

@@ -25,8 +25,7 @@ namespace {
 
 constexpr char kNote[] =
     "Fill in relevant fields and click \"Send\". Note that large pictures are not suitable for email. See Help for "
-    "more "
-    "info.";
+    "more info.";
 
 // Twips of the window around.
 constexpr int kWidth = 6780;

@@ -136,7 +136,7 @@ QIcon FSplash::Logo() {
 
 void FSplash::ShowAbout() {
   FrAbout->show();
-  ShowInFront();
+  ComeUp();
 }
 
 void FSplash::OpenHomePage() {

@@ -57,5 +57,5 @@ void FTip::ShowTip(int Index, const QString& Caption) {
   if (text.isEmpty()) return;
   LabTitle->setText(Caption);
   TTip->setPlainText(text);
-  ShowInFront();
+  ComeUp();
 }

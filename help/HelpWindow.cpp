@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <QPushButton>
 
+#include "WindowOrder.h"
+
 QHBoxLayout* HelpWindow::NewButtonRow() {
   bClose = new QPushButton(QStringLiteral("OK"));
   bClose->setObjectName(QStringLiteral("bClose"));
@@ -15,11 +17,8 @@ QHBoxLayout* HelpWindow::NewButtonRow() {
   return row;
 }
 
-void HelpWindow::ShowInFront() {
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
+void HelpWindow::ComeUp() {
+  ShowInFront(*this);
   bClose->setFocus();
 }
 

@@ -20,6 +20,6 @@ class HelpWindow : public ShellWindow {
 
   // Makes the button, at the right of a row of its own. The last thing to be made, as the last that Tab comes to.
   QHBoxLayout* NewButtonRow();
-  // In view with the keys on the button, whether it was hidden, behind others or minimised.
-  void ShowInFront();
+  // In view with the keys on the button.
+  void ComeUp();
 };

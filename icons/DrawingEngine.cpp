@@ -6,7 +6,6 @@
 
 #include "BusyGuard.h"
 #include "IconColors.h"
-#include "IconFile.h"
 #include "IconSurfaces.h"
 #include "Numbers.h"
 #include "RasterCalls.h"

@@ -6,8 +6,6 @@
 #include <QtGlobal>
 
 class IconSurfaces;
-struct Pen;
-class QImage;
 
 enum class Tool { Line, Rectangle, SolidRectangle, Ellipse, SolidEllipse };
 

@@ -11,7 +11,6 @@
 #include <QVBoxLayout>
 
 #include "IconColors.h"
-#include "IconFile.h"
 #include "LineBar.h"
 #include "Swatch.h"
 #include "fIconMaker.h"

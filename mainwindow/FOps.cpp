@@ -9,6 +9,7 @@
 #include "PackPanel.h"
 #include "Program.h"
 #include "Twips.h"
+#include "WindowOrder.h"
 
 namespace {
 
@@ -50,12 +51,10 @@ void FOps::ShowOps(int Kind) {
   Panel(Kind)->raise();
   if (Kind == 2) FrOps2->StartUp();
   if (!isVisible()) move(web_.geometry().center() - rect().center());
-  show();
-  raise();
-  activateWindow();
+  ShowInFront(*this);
 }
 
-// The close box only hides, and ends a message that is on its way.
+// The close box, and the Escape key with it, only hides, and ends a message that is on its way.
 void FOps::closeEvent(QCloseEvent* event) {
   event->ignore();
   MUC.CloseDown();
@@ -63,6 +62,6 @@ void FOps::closeEvent(QCloseEvent* event) {
 }
 
 void FOps::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) hide();
+  if (event->key() == Qt::Key_Escape) close();
   QWidget::keyPressEvent(event);
 }

@@ -12,7 +12,6 @@
 class QAction;
 class QComboBox;
 class QFrame;
-class QLabel;
 class QMenu;
 class QPushButton;
 class Swatch;

@@ -8,7 +8,6 @@
 #include "fBitmap.h"
 
 class ModPics;
-class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;

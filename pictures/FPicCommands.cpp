@@ -57,9 +57,7 @@ void FPic::Open() {
   winId();
   TieViewer(windowHandle());
   FitFrame(screen()->availableGeometry().width());
-  show();
-  raise();
-  activateWindow();
+  ShowInFront(*this);
 }
 
 // Tied to this window the picture doesn't get lost behind it, not even outside of the top layer.

@@ -5,6 +5,7 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 
 #include "EmailPanel.h"
 #include "ProgramFixture.h"
@@ -89,6 +90,25 @@ TEST_F(EmailWindow, TheCloseBoxEndsWhatIsUnderWayAndHides) {
   EXPECT_FALSE(Net().IsOpen());
   EXPECT_EQ(1, Net().CleanUps);
   EXPECT_FALSE(Ops().MUC.EmailAvailable());
+}
+
+TEST_F(EmailWindow, TheEscapeKeyEndsWhatIsUnderWayAsTheCloseBoxDoes) {
+  Open();
+  Send();
+  ASSERT_TRUE(Net().IsOpen());
+  QTest::keyClick(Panel().TMail[3], Qt::Key_Escape);
+  EXPECT_FALSE(Ops().isVisible());
+  EXPECT_FALSE(Net().IsOpen());
+  EXPECT_EQ(1, Net().CleanUps);
+}
+
+TEST_F(EmailWindow, OpeningItBringsItBackFromMinimised) {
+  Open();
+  Ops().showMinimized();
+  ASSERT_TRUE(Ops().isMinimized());
+  Open();
+  EXPECT_FALSE(Ops().isMinimized());
+  EXPECT_EQ(QSize(452, 396), Ops().size());
 }
 
 TEST_F(EmailWindow, TheCloseBoxLeavesSaveCopyEnabledWithNothingToSave) {

@@ -58,6 +58,15 @@ TEST_F(PictureEditor, TheMenuOpensItAndTheToolWindowGoes) {
   EXPECT_FALSE(Viewer().State.JpegCurrent);
 }
 
+TEST_F(PictureEditor, OpeningItBringsItBackFromMinimised) {
+  ASSERT_TRUE(run_.Choose("mPicEditor"));
+  Editor().setWindowState(Editor().windowState() | Qt::WindowMinimized);
+  ASSERT_TRUE(Editor().isMinimized());
+  ASSERT_TRUE(run_.Choose("mPicEditor"));
+  EXPECT_FALSE(Editor().isMinimized());
+  EXPECT_TRUE(Editor().isMaximized());
+}
+
 TEST_F(PictureEditor, TheToolButtonOpensItToo) {
   QAbstractButton* found = nullptr;
   for (auto* button : Web().findChildren<QAbstractButton*>())

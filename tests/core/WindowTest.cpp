@@ -101,4 +101,14 @@ TEST(SetTopmost, HoldsForAWindowThatIsNotYetOnShow) {
   SetTopmost(nullptr);
 }
 
+TEST(ShowInFront, BringsAWindowIntoViewFromWhereverItWas) {
+  QWidget window;
+  ShowInFront(window);
+  EXPECT_TRUE(window.isVisible());
+  window.setWindowState(Qt::WindowMaximized | Qt::WindowMinimized);
+  ShowInFront(window);
+  EXPECT_FALSE(window.isMinimized());
+  EXPECT_TRUE(window.isMaximized());
+}
+
 }  // namespace

@@ -186,6 +186,27 @@ TEST_F(Session, ThePortIs25) {
   EXPECT_EQ("mail.example.org", Net().ResolvedName);
 }
 
+TEST_F(Session, BlanksAroundWhatIsToldAreTrimmed) {
+  MUC_.SetServer(" mail.example.org  ");
+  MUC_.SetFromEmail(" ann@example.org ");
+  MUC_.SetToEmail("  bob@example.net ");
+  MUC_.SetFromName(" Ann L. ");
+  MUC_.SetToName(" Bob ");
+  MUC_.SetSubject("  Hello  you ");
+  MUC_.SetUserName(" ann9 ");
+  MUC_.SetPassword(" secret ");
+  Begin();
+  EXPECT_EQ("mail.example.org", Net().ResolvedName);
+  EXPECT_EQ("EHLO ann9\r\n", On("220 a"));
+  EXPECT_EQ("AUTH PLAIN\r\n", On("250 AUTH PLAIN"));
+  EXPECT_EQ("YW5uOQBhbm45AHNlY3JldA==\r\n", On("334 "));
+  EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("235 b"));
+  EXPECT_EQ("RCPT TO: <bob@example.net>\r\n", On("250 c"));
+  On("250 d");
+  EXPECT_TRUE(On("354 e").startsWith(
+      "From: Ann L. <ann@example.org>\r\nTo: Bob <bob@example.net>\r\nSubject: Hello  you\r\nDate: "));
+}
+
 TEST_F(Session, AGoodConnectIsToldOnce) {
   QSignalSpy connected(&MUC_, &MailUC::OnConnect);
   Connect();
