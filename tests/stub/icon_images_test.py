@@ -22,8 +22,12 @@ def image(name):
 
 
 def pixels(name):
-    """Rows from the top, of (blue, green, red) or None for see-through."""
-    data = image(name)
+    """Of a built-in icon."""
+    return pixels_of(image(name))
+
+
+def pixels_of(data):
+    """Rows from the top, of (blue, green, red) or None for see-through, of the 744 bytes of an image."""
     rows = []
     for row in range(31, -1, -1):
         line = []
