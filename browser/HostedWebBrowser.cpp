@@ -82,8 +82,10 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
   profile_->setUrlRequestInterceptor(interceptor_);
   QWebEngineScript script;
   script.setName(QStringLiteral("bridge"));
-  script.setSourceCode(ReadResource(QStringLiteral(":/qtwebchannel/qwebchannel.js")) +
-                       ReadResource(QStringLiteral(":/bridge/Bridge.js")));
+  QString source = ReadResource(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
+  for (const char* const file : {"BridgeTree.js", "BridgePlaces.js", "BridgeChanges.js", "Bridge.js"})
+    source += ReadResource(QStringLiteral(":/bridge/") + QLatin1String(file));
+  script.setSourceCode(source);
   script.setInjectionPoint(QWebEngineScript::DocumentCreation);
   script.setWorldId(bridgeWorld);
   script.setRunsOnSubFrames(false);

@@ -1,20 +1,11 @@
-#include <QCoreApplication>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-
-#include "Breaker.h"
+#include "FuzzFiles.h"
 #include "IconBytes.h"
 #include "IconReader.h"
-#include "PictureFiles.h"
 
-// Broken icons under the sanitizers: fuzz_icons [ITERATIONS [SEED]]. Without a number of iterations it runs for about
-// eight seconds. Whatever is done to a file, the picture has at most the size of an icon, a mask has that size exactly
-// and is black and white, and both are there soon.
+// Broken icons under the sanitizers. Whatever is done to a file, the picture has at most the size of an icon, and a
+// mask has that size exactly and is black and white.
 namespace {
 
-constexpr auto kDuration = std::chrono::seconds(8);
-constexpr auto kLongest = std::chrono::seconds(5);
 constexpr unsigned kSeed = 11;
 constexpr int kSide = 32;
 
@@ -49,36 +40,15 @@ bool IsGoodMask(const QImage& mask) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);
-  // The decoders complain of each broken file.
-  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-  const long iterations = argc > 1 ? std::atol(argv[1]) : 0;
-  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : kSeed;
-  const QList<PictureSample> samples = Samples();
-  for (const PictureSample& sample : samples) {
-    if (!PictureForIcon(sample.bytes).isNull()) continue;
-    std::fprintf(stderr, "%s isn't read even unbroken\n", sample.name);
-    return 1;
-  }
-  const auto end = std::chrono::steady_clock::now() + kDuration;
-  long done = 0, pictures = 0, masks = 0;
-  for (; iterations > 0 ? done < iterations : std::chrono::steady_clock::now() < end; ++done) {
-    Breaker breaker(seed * 1000003u + unsigned(done));
-    const PictureSample& sample = samples[breaker.Below(std::size_t(samples.size()))];
-    QByteArray bytes = sample.bytes;
-    breaker.Break(bytes, samples[breaker.Below(std::size_t(samples.size()))].bytes);
-    const auto start = std::chrono::steady_clock::now();
+  long done = 0, masks = 0;
+  const int result = FuzzFiles(argc, argv, kSeed, Samples(), [&](const QByteArray& bytes) {
     const QImage picture = PictureForIcon(bytes);
     const auto mask = MaskOfIcon(bytes);
-    const bool late = std::chrono::steady_clock::now() - start > kLongest;
-    if (!picture.isNull()) ++pictures;
+    ++done;
     if (mask) ++masks;
-    if (late || picture.width() > kSide || picture.height() > kSide || (mask && !IsGoodMask(*mask))) {
-      std::fprintf(stderr, "iteration %ld, %s: %s\n", done, sample.name, late ? "takes too long" : "out of bounds");
-      return 1;
-    }
-  }
-  std::printf("%ld broken files, %ld of them still a picture, %ld with a mask\n", done, pictures, masks);
-  // Neither all refused nor all taken, or the breaking is no good.
-  return pictures > 0 && pictures < done && masks > 0 && masks < done ? 0 : 1;
+    if (picture.width() > kSide || picture.height() > kSide || (mask && !IsGoodMask(*mask))) return Fuzzed::OutOfBounds;
+    return picture.isNull() ? Fuzzed::Refused : Fuzzed::Read;
+  });
+  std::printf("%ld of %ld with a mask\n", masks, done);
+  return result != 0 || masks == 0 || masks == done ? 1 : 0;
 }

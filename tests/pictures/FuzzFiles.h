@@ -1,0 +1,51 @@
+// The run of a fuzz program over files of pictures, as a command: PROGRAM [ITERATIONS [SEED]]. Without a number of
+// iterations it goes on for about eight seconds.
+#pragma once
+
+#include <QCoreApplication>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "Breaker.h"
+#include "PictureFiles.h"
+
+// What came of one file.
+enum class Fuzzed { Refused, Read, OutOfBounds };
+
+// Gives each sample to `read` as it is, then broken over and over; the result is that of the program. Something is
+// wrong when an unbroken one isn't read, one is out of bounds or takes long, or none or all of the broken ones are
+// refused.
+template <typename Read>
+int FuzzFiles(int argc, char** argv, unsigned seed, const QList<PictureSample>& samples, Read read) {
+  constexpr auto kDuration = std::chrono::seconds(8);
+  constexpr auto kLongest = std::chrono::seconds(5);
+  const QCoreApplication application(argc, argv);
+  // The decoders complain of each broken file.
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  const long iterations = argc > 1 ? std::atol(argv[1]) : 0;
+  if (argc > 2) seed = unsigned(std::atol(argv[2]));
+  for (const PictureSample& sample : samples) {
+    if (read(sample.bytes) == Fuzzed::Read) continue;
+    std::fprintf(stderr, "%s isn't read even unbroken\n", sample.name);
+    return 1;
+  }
+  const auto end = std::chrono::steady_clock::now() + kDuration;
+  long done = 0, taken = 0;
+  for (; iterations > 0 ? done < iterations : std::chrono::steady_clock::now() < end; ++done) {
+    Breaker breaker(seed * 1000003u + unsigned(done));
+    const PictureSample& sample = samples[breaker.Below(std::size_t(samples.size()))];
+    QByteArray bytes = sample.bytes;
+    breaker.Break(bytes, samples[breaker.Below(std::size_t(samples.size()))].bytes);
+    const auto start = std::chrono::steady_clock::now();
+    const Fuzzed result = read(bytes);
+    const bool late = std::chrono::steady_clock::now() - start > kLongest;
+    if (result == Fuzzed::Read) ++taken;
+    if (late || result == Fuzzed::OutOfBounds) {
+      std::fprintf(stderr, "iteration %ld, %s: %s\n", done, sample.name, late ? "takes too long" : "out of bounds");
+      return 1;
+    }
+  }
+  std::printf("%ld broken files, %ld of them still a picture\n", done, taken);
+  return taken > 0 && taken < done ? 0 : 1;
+}
