@@ -106,12 +106,15 @@ class FreshDebian:
         self.holder = subprocess.Popen(
             ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--propagation", "private", "bash", "-c", MOUNTS,
              "mounts", *layers, BASE, archives], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
-        if self.holder.stdout.readline().strip() != "ready":
+        try:
+            if self.holder.stdout.readline().strip() != "ready":
+                raise Refused("its parts can't be mounted")
+            self.pid = read_text("/proc/%d/task/%d/children" % (self.holder.pid, self.holder.pid)).strip()
+            self.run("useradd", "--create-home", "--uid", str(UID), USER)
+            self.run("install", "-d", "-m", "700", "-o", USER, "-g", USER, "/run/user/%d" % UID)
+        except BaseException:
             self.__exit__()
-            raise Refused("its parts can't be mounted")
-        self.pid = read_text("/proc/%d/task/%d/children" % (self.holder.pid, self.holder.pid)).strip()
-        self.run("useradd", "--create-home", "--uid", str(UID), USER)
-        self.run("install", "-d", "-m", "700", "-o", USER, "-g", USER, "/run/user/%d" % UID)
+            raise
         return self
 
     def __exit__(self, *_):
@@ -131,9 +134,10 @@ class FreshDebian:
         if user:
             values["XDG_RUNTIME_DIR"] = "/run/user/%d" % UID
         become = ["setpriv", "--reuid", str(UID), "--regid", str(UID), "--init-groups"] if user else []
-        # The working folder is named so that none of the outer system is held open.
-        return ["nsenter", "--target", self.pid, "--mount", "--pid", "--wd=" + self.path(home), *become, "env", "-i",
-                *("%s=%s" % pair for pair in values.items()), *words]
+        # The root is named because that of a namespace of mounts made under a changed root is the machine's own. The
+        # working folder is named so that none of the outer system is held open.
+        return ["nsenter", "--target", self.pid, "--mount", "--pid", "--root", "--wd=" + self.path(home), *become,
+                "env", "-i", *("%s=%s" % pair for pair in values.items()), *words]
 
     def run(self, *words, user=False, may_fail=False, seconds=600):
         done = subprocess.run(self.command(words, user, {}), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
