@@ -70,11 +70,14 @@ startDisplay() {
   fi
 }
 
-# logged NAME COMMAND...: the command's output goes into build/reports/NAME.log and is shown only when it fails.
+# What the three build with, and where: a preset of CMake and its folder.
+preset=dev buildFolder=build
+
+# logged NAME COMMAND...: the command's output goes into reports/NAME.log of the build and is shown only when it fails.
 logged() {
-  local log=build/reports/$1.log
+  local log=$buildFolder/reports/$1.log
   shift
-  mkdir -p build/reports
+  mkdir -p "$buildFolder/reports"
   if ! "$@" >"$log" 2>&1 </dev/null; then
     cat "$log" >&2
     return 1
@@ -86,6 +89,14 @@ build() {
   local quiet=() target=()
   [[ -t 1 ]] || quiet=(-- --quiet)
   [[ $# -eq 0 ]] || target=(--target "$1")
-  logged configure cmake --preset dev || return 1
-  cmake --build build --parallel "$(nproc)" "${target[@]}" "${quiet[@]}"
+  logged configure cmake --preset "$preset" || return 1
+  cmake --build "$buildFolder" --parallel "$(nproc)" "${target[@]}" "${quiet[@]}"
+}
+
+# Programs that were built with the sanitizers stop at their first finding. The engine deletes some of its own objects by
+# the size of a base class.
+prepareSanitizers() {
+  export ASAN_OPTIONS=detect_leaks=1:new_delete_type_mismatch=0
+  export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  export LSAN_OPTIONS=print_suppressions=0:suppressions=$PWD/tests/support/leaks.supp
 }

@@ -30,8 +30,9 @@ class InstalledCorvane(Corvane):
 
     def start(self):
         self.log = open(self.desktop.path("program.log"), "ab")
-        self.process = self.system.start(["corvane"], {"DISPLAY": self.desktop.environment["DISPLAY"]}, stdout=self.log,
-                                         stderr=self.log)
+        outer = self.desktop.environment
+        handed = {name: outer[name] for name in ("DISPLAY", "ASAN_OPTIONS") if name in outer}
+        self.process = self.system.start(["corvane"], handed, stdout=self.log, stderr=self.log)
         self.desktop.running.append(self.process)
         self.window = int(wait_for("the main window", lambda: self.desktop.windows("Corvane - "), 60)[0], 16)
         self.desktop.wait_active("the main window has the keys", lambda now: now == self.window)

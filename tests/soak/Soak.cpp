@@ -29,6 +29,13 @@
 
 namespace {
 
+// The address sanitizer keeps what is freed from being used again, so that its program grows by all that it does.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kKeepsFreedMemory = true;
+#else
+constexpr bool kKeepsFreedMemory = false;
+#endif
+
 // Resident memory in MB of a process; 0 where it can't be told.
 double ResidentMegabytes(qint64 process) {
   QFile file(QStringLiteral("/proc/%1/statm").arg(process));
@@ -75,7 +82,7 @@ class Soak {
     std::printf("%d steps, %d renderers killed, %d packs, %d mails; %.1f MB when warm, %.1f MB at the end\n", steps_,
                 kills_, packs_, mails_, warmMegabytes, end);
     if (steps_ == 0 || kills_ == 0) return Fail("too short to tell anything");
-    if (end > warmMegabytes * 1.1) return Fail("the memory has grown by more than a tenth");
+    if (!kKeepsFreedMemory && end > warmMegabytes * 1.1) return Fail("the memory has grown by more than a tenth");
     return true;
   }
 
