@@ -1,10 +1,14 @@
-// A window with nothing but the browser engine in it: what a start of the program is compared with.
+// A window with nothing but the browser engine in it, drawn as the program draws: what a start of the program is
+// compared with.
 #include <QApplication>
 #include <QMainWindow>
 #include <QUrl>
 #include <QWebEngineView>
 
+#include "EngineGraphics.h"
+
 int main(int argc, char** argv) {
+  ChooseEngineGraphics();
   QApplication application(argc, argv);
   if (argc != 2) return 2;
   QMainWindow window;

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QStyleFactory>
 
+#include "EngineGraphics.h"
 #include "FSplash.h"
 #include "HostedWebBrowser.h"
 #include "ModMain.h"
@@ -8,6 +9,7 @@
 #include "RealPlatform.h"
 
 int main(int argc, char** argv) {
+  ChooseEngineGraphics();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("corvane"));
   QApplication::setApplicationDisplayName(QString());

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "GraphicsCard.h"
 #include "HostFileAttributes.h"
 #include "HostSettingsStore.h"
 #include "HostShell.h"
@@ -27,6 +28,25 @@ class Scratch : public ::testing::Test {
  private:
   QTemporaryDir scratch_;
 };
+
+class GraphicsCard : public Scratch {};
+
+#ifdef Q_OS_LINUX
+TEST_F(GraphicsCard, IsThereByItsRenderNodeOrItsControlDevice) {
+  EXPECT_FALSE(HasGraphicsCard(Path("")));
+  ASSERT_TRUE(QDir(Path("")).mkpath("dri"));
+  EXPECT_FALSE(HasGraphicsCard(Path("")));
+  Put("dri/card0");  // shows, but doesn't draw
+  EXPECT_FALSE(HasGraphicsCard(Path("")));
+  Put("dri/renderD128");
+  EXPECT_TRUE(HasGraphicsCard(Path("")));
+}
+
+TEST_F(GraphicsCard, OfNvidiaMayHaveNoRenderNode) {
+  Put("nvidiactl");
+  EXPECT_TRUE(HasGraphicsCard(Path("")));
+}
+#endif
 
 class Attributes : public Scratch {
  protected:

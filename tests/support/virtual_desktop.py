@@ -102,11 +102,11 @@ class Desktop:
             number = numbers.readline().strip()
         if not number:
             raise TooLate("no virtual display")
-        self.environment = {name: value for name, value in os.environ.items() if not name.startswith(("XDG_", "QT_"))}
+        self.environment = {name: value for name, value in os.environ.items() if not name.startswith(("XDG_", "QT_", "QTWEBENGINE_CHROMIUM_"))}
         self.environment.update({
             "DISPLAY": ":" + number, "HOME": home, "XDG_RUNTIME_DIR": runtime, "LC_ALL": "C.UTF-8",
             "XDG_CONFIG_HOME": os.path.join(home, ".config"), "XDG_DATA_HOME": os.path.join(home, ".local", "share"),
-            "XDG_CACHE_HOME": os.path.join(home, ".cache"), "QTWEBENGINE_CHROMIUM_FLAGS": "--disable-gpu"})
+            "XDG_CACHE_HOME": os.path.join(home, ".cache")})
         if os.geteuid() == 0:
             self.environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
         # The graphics library leaves memory behind when it is unloaded, and nobody can tell then whose it was. Leaks are
