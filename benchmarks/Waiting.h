@@ -14,7 +14,7 @@ class Wait {
  public:
   void Done() { loop_.quit(); }
   void Run(const char* what) {
-    constexpr int patienceMs = 300000;
+    constexpr int patienceMs = 900000;
     QTimer limit;
     limit.setSingleShot(true);
     QObject::connect(&limit, &QTimer::timeout, &loop_, [what] {
