@@ -102,7 +102,8 @@ class Desktop:
             number = numbers.readline().strip()
         if not number:
             raise TooLate("no virtual display")
-        self.environment = {name: value for name, value in os.environ.items() if not name.startswith(("XDG_", "QT_", "QTWEBENGINE_CHROMIUM_"))}
+        others = ("XDG_", "QT_", "QTWEBENGINE_CHROMIUM_")
+        self.environment = {name: value for name, value in os.environ.items() if not name.startswith(others)}
         self.environment.update({
             "DISPLAY": ":" + number, "HOME": home, "XDG_RUNTIME_DIR": runtime, "LC_ALL": "C.UTF-8",
             "XDG_CONFIG_HOME": os.path.join(home, ".config"), "XDG_DATA_HOME": os.path.join(home, ".local", "share"),
