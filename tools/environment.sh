@@ -12,6 +12,9 @@ prepareBrowser() {
   fi
 }
 
+# What the compiler's cache has to overlook to keep what was compiled with precompiled headers.
+export CCACHE_SLOPPINESS="${CCACHE_SLOPPINESS:-pch_defines,time_macros}"
+
 # A folder that goes with the script, for what its programs want to leave somewhere.
 makeScratch() {
   scratch=$(mktemp -d)
