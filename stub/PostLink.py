@@ -77,8 +77,12 @@ def set_imports(image):
 
 
 def set_resources(image, resources):
-    _, offset, size, address, _, _ = Layout.SECTIONS[3]
+    """The linker knows their section as .room, and leaves alone what is in it."""
+    name, offset, size, address, _, _ = Layout.SECTIONS[3]
     check("the length of the resources", len(resources), size)
+    at = image.sections + 40 * 3
+    check("the name of the room for the resources", bytes(image.data[at : at + 8]), b".room\0\0\0")
+    image.put("8s", at, name.encode("ascii"))
     image.data[offset : offset + size] = resources
     image.put("<II", image.directories + 8 * 2, address, size)
 
