@@ -80,8 +80,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://corvane.example/)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Loaded at run time, so that nothing in the program's file tells of it: the plug-in that draws the icons.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt6svg6)
+# Loaded at run time, so that nothing in the program's file tells of it: the plug-in that draws the icons. It once came
+# with the library.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-svg-plugins | libqt6svg6 (<< 6.5)")
 # The first opens the help text and the web-packs that are tested; the second has the letters of Arial, in which a page
 # starts.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, fonts-liberation")

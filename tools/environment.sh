@@ -76,24 +76,71 @@ startDisplay() {
 # What the three build with, and where: a preset of CMake and its folder.
 preset=dev buildFolder=build
 
+# stage NAME COMMAND...: tells that a stage begins. A command that fails says why in one sentence, its last line.
+stage() {
+  echo "== $1"
+  shift
+  "$@"
+}
+
+# Whether a file of a megabyte can be written in the folder.
+hasRoom() {
+  local trial=$1/room.$$ code=0
+  head -c 1000000 /dev/zero 2>/dev/null >"$trial" || code=1
+  rm -f "$trial"
+  return $code
+} 2>/dev/null
+
+# giveUp STAGE WORDS...: the one sentence of a stage that failed, with the disk's word where that is full; false.
+giveUp() {
+  local name=$1 folder
+  shift
+  for folder in "$buildFolder" "${TMPDIR:-/tmp}"; do
+    if ! mkdir -p "$folder" 2>/dev/null || ! hasRoom "$folder"; then
+      set -- "nothing can be written in $folder: the disk is full or locked"
+      break
+    fi
+  done
+  echo "$name: failed, $*" >&2
+  return 1
+}
+
 # logged NAME COMMAND...: the command's output goes into reports/NAME.log of the build and is shown only when it fails.
 logged() {
   local log=$buildFolder/reports/$1.log
   shift
-  mkdir -p "$buildFolder/reports"
-  if ! "$@" >"$log" 2>&1 </dev/null; then
-    cat "$log" >&2
-    return 1
-  fi
+  mkdir -p "$buildFolder/reports" 2>/dev/null || return 1
+  { "$@" >"$log" 2>&1 </dev/null; } 2>/dev/null && return
+  cat "$log" >&2 || true
+  return 1
 }
 
-# build [TARGET]: a terminal sees the progress, a log only what went wrong.
+configure() {
+  logged configure cmake --preset "$preset" || giveUp configure "cmake says why above"
+}
+
+# A log sees how far the build is every quarter of a minute, and all that isn't told of a step that went well.
+progress() {
+  local line next=$SECONDS
+  while IFS= read -r line; do
+    if [[ $line =~ ^\[([0-9]+)/([0-9]+)\]\  ]]; then
+      ((SECONDS >= next)) || continue
+      next=$((SECONDS + 15))
+      line="build: step ${BASH_REMATCH[1]} of ${BASH_REMATCH[2]}"
+    fi
+    [[ $line == "ninja: no work to do." ]] || echo "$line"
+  done
+}
+
+# build [TARGET...]: a terminal sees the progress as it is.
 build() {
-  local quiet=() target=()
-  [[ -t 1 ]] || quiet=(-- --quiet)
-  [[ $# -eq 0 ]] || target=(--target "$1")
-  logged configure cmake --preset "$preset" || return 1
-  cmake --build "$buildFolder" --parallel "$(nproc)" "${target[@]}" "${quiet[@]}"
+  local command=(cmake --build "$buildFolder" --parallel "$(nproc)")
+  [[ $# -eq 0 ]] || command+=(--target "$@")
+  if [[ -t 1 ]]; then
+    "${command[@]}"
+  else
+    NINJA_STATUS="[%f/%t] " "${command[@]}" 2>&1 | progress
+  fi || giveUp build "the compiler or its tool says why above"
 }
 
 # Programs that were built with the sanitizers stop at their first finding. The engine deletes some of its own objects by

@@ -1,4 +1,5 @@
-"""A freshly installed, minimal Debian 12 in namespaces of its own, which goes without a trace.
+"""A freshly installed, minimal Debian of the version that this machine has, in namespaces of its own, which goes without
+a trace.
 
 Its root is a layer over a base that is fetched once, into ~/.cache/corvane, and it is the root of its namespace, not a
 change of root: in the latter no program may make user namespaces, and with them goes the browser engine's sandbox.
@@ -11,7 +12,7 @@ import subprocess
 import tempfile
 
 CACHE = os.path.join(os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache"), "corvane")
-BASE = os.path.join(CACHE, "debian12")
+SUITES = ("bookworm", "trixie")
 USER, UID = "anna", 1000
 
 MOUNTS = """
@@ -47,8 +48,8 @@ class Refused(Exception):
 
 def why_not():
     """Why there can be no such system on this machine, None where it can."""
-    if platform.system() != "Linux" or "bookworm" not in read_text("/etc/os-release"):
-        return "this machine is no Debian 12, whose package is to be tried"
+    if platform.system() != "Linux" or suite() not in SUITES:
+        return "this machine is no Debian 12 or 13, whose package is to be tried"
     if os.geteuid() != 0:
         return "only root may install a system into a folder"
     for tool in ("debootstrap", "unshare", "nsenter", "apt-get"):
@@ -74,29 +75,42 @@ def read_text(path):
         return ""
 
 
-def fetch_base():
-    """The rename at the end is what makes it whole."""
-    if os.path.isdir(BASE):
-        return
-    os.makedirs(CACHE, exist_ok=True)
-    targets = subprocess.run(["apt-get", "indextargets", "--format", "$(REPO_URI) $(CODENAME) $(CREATED_BY)"],
+def suite():
+    """The name of this machine's Debian, "" for another system."""
+    told = dict(line.partition("=")[::2] for line in read_text("/etc/os-release").splitlines())
+    return told.get("VERSION_CODENAME", "").strip('"') if told.get("ID") == "debian" else ""
+
+
+def mirror():
+    """Where this machine's packages come from; [] for debootstrap's own choice."""
+    targets = subprocess.run(["apt-get", "indextargets", "--format", "$(REPO_URI) $(RELEASE) $(CODENAME) $(CREATED_BY)"],
                              capture_output=True, text=True, check=True).stdout
-    mirrors = [line.split()[0] for line in targets.splitlines() if line.split()[1:] == ["bookworm", "Packages"]]
-    part = BASE + ".part"
+    rows = [line.split() for line in targets.splitlines()]
+    return [row[0] for row in rows if suite() in row[1:-1] and row[-1] == "Packages"][:1]
+
+
+def fetch_base():
+    """Gives its folder. The rename at the end is what makes it whole."""
+    base = os.path.join(CACHE, "debian-" + suite())
+    if os.path.isdir(base):
+        return base
+    os.makedirs(CACHE, exist_ok=True)
+    part = base + ".part"
     shutil.rmtree(part, ignore_errors=True)
-    made = subprocess.run(["debootstrap", "--variant=minbase", "bookworm", part, *mirrors[:1]], text=True,
+    made = subprocess.run(["debootstrap", "--variant=minbase", suite(), part, *mirror()], text=True,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
     if made.returncode != 0:
         raise Refused("debootstrap: " + made.stdout[-500:])
-    os.rename(part, BASE)
+    os.rename(part, base)
+    return base
 
 
 class FreshDebian:
     """To be used with `with`. A display that runs already can be reached from within."""
 
     def __enter__(self):
-        fetch_base()
-        archives = os.path.join(CACHE, "debian12-archives")
+        base = fetch_base()
+        archives = base + "-archives"
         os.makedirs(os.path.join(archives, "partial"), exist_ok=True)
         self.scratch = tempfile.mkdtemp(prefix="debian-")
         layers = [os.path.join(self.scratch, name) for name in ("root", "upper", "work")]
@@ -105,7 +119,7 @@ class FreshDebian:
             os.chmod(layer, 0o755)
         self.holder = subprocess.Popen(
             ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--propagation", "private", "bash", "-c", MOUNTS,
-             "mounts", *layers, BASE, archives], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+             "mounts", *layers, base, archives], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
         try:
             if self.holder.stdout.readline().strip() != "ready":
                 raise Refused("its parts can't be mounted")

@@ -8,10 +8,12 @@ import struct
 import subprocess
 import sys
 import time
+import traceback
 import zlib
 
 from virtual_desktop import TooLate, missing_tools, wait_for
 
+HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 SKIPPED = 77
 
 
@@ -30,6 +32,12 @@ class Checks:
         self.failed += not good
         after = "%6.1f " % (time.monotonic() - self.begin)
         print(after + ("ok     " + what if good else "FAILED %s: %s" % (what, found)), flush=True)
+
+
+def where(problem):
+    """The places in the tests' own files that led to it, outermost first."""
+    steps = [step for step in traceback.extract_tb(problem.__traceback__) if step.filename.startswith(HOUSE)]
+    return ", ".join("%s:%d" % (os.path.basename(step.filename), step.lineno) for step in steps)
 
 
 def run(document, name, play, needs=(), refusal=None):
@@ -55,6 +63,8 @@ def run(document, name, play, needs=(), refusal=None):
         play(build, out, check)
     except (TooLate, subprocess.TimeoutExpired) as problem:
         check.true("all happens in time", False, problem)
+    except Exception as problem:  # whatever it was: one line that says what and where
+        check.true("goes on to the end", False, "%s: %s (%s)" % (type(problem).__name__, problem, where(problem)))
     print("%d checks, %d failed" % (check.count, check.failed))
     return 1 if check.failed else 0
 
