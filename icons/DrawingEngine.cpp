@@ -116,9 +116,8 @@ void DrawingEngine::OnEachPlane(const Draw& draw) {
                           {surfaces_.Pic2, isSeeThrough ? kSeeThrough : kOpaque},
                           {surfaces_.Pic1Black, isSeeThrough ? kBlack : CurColor}};
   for (const Plane& plane : planes)
-    plane.surface->Draw(plane.surface->rect(), [&](QImage& image) {
-      draw(image, Pen{PenWidth, PixelOf(plane.color)});
-    });
+    plane.surface->Draw(plane.surface->rect(),
+                        [&](QImage& image) { draw(image, Pen{PenWidth, PixelOf(plane.color)}); });
 }
 
 void DrawingEngine::DrawDot() {

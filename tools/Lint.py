@@ -18,6 +18,8 @@ import sys
 
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 SKIPPED_FOLDERS = re.compile(r"^(\..*|build|build-.*|tour)$")
+# Another version finds other things. Debian 12 and 13 both have this one.
+TOOL = "clang-tidy-19"
 NO_ROOMS = ("tests", "benchmarks", "tools")
 # Flags of gcc alone are not clang's business. The analyzer's shallow mode takes a third off the whole run.
 EXTRA = ["--extra-arg=" + flag for flag in ("-Wno-unknown-warning-option", "-Wno-unused-command-line-argument", "-Xclang",
@@ -70,13 +72,13 @@ def is_in_a_room(path):
 
 def setting_of_all():
     """What every answer depends on: the tool, the checks, the system's headers by Qt's version."""
-    version = subprocess.run(["clang-tidy", "--version"], capture_output=True, check=True).stdout
+    version = subprocess.run([TOOL, "--version"], capture_output=True, check=True).stdout
     qt = subprocess.run(["pkg-config", "--modversion", "Qt6Core"], capture_output=True).stdout
     return version + qt + read(os.path.join(HOUSE, ".clang-tidy")) + " ".join(EXTRA).encode()
 
 
 def look(path, build):
-    ran = subprocess.run(["clang-tidy", "--quiet", "-p", build, *EXTRA, path], capture_output=True, text=True)
+    ran = subprocess.run([TOOL, "--quiet", "-p", build, *EXTRA, path], capture_output=True, text=True)
     # What it says on the error channel besides is the number of warnings that it left out.
     return ran.returncode == 0, ran.stdout if ran.stdout.strip() or ran.returncode == 0 else ran.stderr
 

@@ -28,7 +28,7 @@ class FileOps : public ::testing::Test {
     ASSERT_EQ(0, ::link(qPrintable(Path(name)), qPrintable(Path(second))));
   }
   ino_t Node(const QString& name) const {
-    struct stat status {};
+    struct stat status{};
     EXPECT_EQ(0, ::stat(qPrintable(Path(name)), &status));
     return status.st_ino;
   }

@@ -83,7 +83,7 @@ TEST_F(Attributes, ReadOnlyIsTheOwnersWriteBit) {
   ASSERT_EQ(0, ::chmod(qPrintable(Path("a.txt")), 0464));
   EXPECT_EQ(AttributeReadOnly, attributes_.Get(Path("a.txt")));
   EXPECT_TRUE(attributes_.Clear(Path("a.txt")));
-  struct stat status {};
+  struct stat status{};
   ASSERT_EQ(0, ::stat(qPrintable(Path("a.txt")), &status));
   EXPECT_EQ(0664U, status.st_mode & 07777);
 }
@@ -92,7 +92,7 @@ TEST_F(Attributes, ClearedFoldersCanBeListedAndEntered) {
   ASSERT_TRUE(QDir().mkdir(Path("f")));
   ASSERT_EQ(0, ::chmod(qPrintable(Path("f")), 0050));
   EXPECT_TRUE(attributes_.Clear(Path("f")));
-  struct stat status {};
+  struct stat status{};
   ASSERT_EQ(0, ::stat(qPrintable(Path("f")), &status));
   EXPECT_EQ(0750U, status.st_mode & 07777);
 }

@@ -87,8 +87,7 @@ TEST(BusyGuard, LetsOnlyOneIn) {
 
 TEST(MessagePass, RunsWhatIsPending) {
   bool ran = false;
-  QMetaObject::invokeMethod(
-      qApp, [&] { ran = true; }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(qApp, [&] { ran = true; }, Qt::QueuedConnection);
   RunMessagePass();
   EXPECT_TRUE(ran);
 }

@@ -230,8 +230,7 @@ TEST_F(Viewer, ItMayGoDuringARoutine) {
     ASSERT_TRUE(pics.OpenPictureFile(File("a.bmp", EncodedPicture(PlacePicture(20, 10), "bmp"))));
     viewer->State = {false, true, false, 1, 1, 5, 5};
     QPointer<fBitmap> watch(viewer);
-    QMetaObject::invokeMethod(
-        qApp, [viewer] { delete viewer; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(qApp, [viewer] { delete viewer; }, Qt::QueuedConnection);
     routine(pics);
     EXPECT_FALSE(watch);
   };

@@ -196,7 +196,7 @@ TEST(ArchiveReader, WritesNothingOfAPackWithoutItsFirstBytes) {
 TEST(ArchiveReader, RefusesSizesAndOffsetsBeyondTheArchive) {
   struct Row {
     const char* name;
-    int64_t PackEntry::*field;
+    int64_t PackEntry::* field;
     int64_t value;
   };
   static const Row rows[] = {{"huge compressed size", &PackEntry::compressedSize, 0xFFFFFFFF},

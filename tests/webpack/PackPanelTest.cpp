@@ -167,8 +167,7 @@ TEST_F(Panel, ATargetThatCantBeWrittenIsTold) {
 TEST_F(Panel, AnArchiveThatVanishesBeforeItIsReadIsTold) {
   // Another program makes a file in the target's place while the archive is made, and takes the archive away as soon as
   // that file is deleted.
-  QMetaObject::invokeMethod(
-      &panel_, [this] { ASSERT_TRUE(PutFile(Target(), "late")); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(&panel_, [this] { ASSERT_TRUE(PutFile(Target(), "late")); }, Qt::QueuedConnection);
   test_.platform.attributes.BeforeSet = [this](const QString& path) {
     if (path == Target()) QFile::remove(test_.WorkFile("card.zip"));
   };
@@ -282,8 +281,7 @@ TEST_F(Panel, AClickWhileBusyIsIgnored) {
 
 TEST_F(Panel, ASecondClickDuringTheBuildIsIgnored) {
   QSignalSpy hide(&panel_, &PackPanel::HideRequested);
-  QMetaObject::invokeMethod(
-      &panel_, [this] { Click(2); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(&panel_, [this] { Click(2); }, Qt::QueuedConnection);
   Dialogs().Answers = {MessageAnswer::No};
   Click(0);
   QApplication::processEvents();
