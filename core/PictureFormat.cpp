@@ -1,8 +1,8 @@
 #include "PictureFormat.h"
 
-#include <QtEndian>
 #include <algorithm>
 #include <cstdlib>
+#include <initializer_list>
 
 namespace {
 
@@ -15,19 +15,18 @@ class Bytes {
   bool Holds(qint64 end) const { return end >= 0 && end <= Size(); }
 
   quint8 At(qint64 at) const { return Holds(at + 1) ? quint8(bytes_[qsizetype(at)]) : 0; }
-  quint16 Little16(qint64 at) const { return Little<quint16>(at); }
-  quint32 Little32(qint64 at) const { return Little<quint32>(at); }
-  quint16 Big16(qint64 at) const { return Big<quint16>(at); }
-  quint32 Big32(qint64 at) const { return Big<quint32>(at); }
+  quint16 Little16(qint64 at) const { return quint16(Joined(at, {0, 8})); }
+  quint32 Little32(qint64 at) const { return Joined(at, {0, 8, 16, 24}); }
+  quint16 Big16(qint64 at) const { return quint16(Joined(at, {8, 0})); }
+  quint32 Big32(qint64 at) const { return Joined(at, {24, 16, 8, 0}); }
 
  private:
-  template <typename Number>
-  Number Little(qint64 at) const {
-    return Holds(at + qint64(sizeof(Number))) ? qFromLittleEndian<Number>(bytes_.constData() + at) : Number(0);
-  }
-  template <typename Number>
-  Number Big(qint64 at) const {
-    return Holds(at + qint64(sizeof(Number))) ? qFromBigEndian<Number>(bytes_.constData() + at) : Number(0);
+  // Byte by byte: of one wide load the compiler fears that it reads beyond the one byte of the empty array.
+  quint32 Joined(qint64 at, std::initializer_list<int> shifts) const {
+    if (!Holds(at + qint64(shifts.size()))) return 0;
+    quint32 number = 0;
+    for (const int shift : shifts) number |= quint32(At(at++)) << shift;
+    return number;
   }
 
   const QByteArray& bytes_;

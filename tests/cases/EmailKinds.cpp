@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QLocale>
+#include <QTimeZone>
 #include <functional>
 
 #include "Base64.h"
@@ -50,7 +51,7 @@ CaseOutcome PlayUnbase64(const QJsonObject& one) {
 
 QDateTime MomentOf(const QString& text) {
   QDateTime moment = QLocale::c().toDateTime(text, QStringLiteral("ddd, dd MMM yyyy HH:mm:ss 'GMT'"));
-  moment.setTimeSpec(Qt::UTC);
+  moment.setTimeZone(QTimeZone::utc());
   return moment;
 }
 

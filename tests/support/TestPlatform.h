@@ -69,7 +69,7 @@ class FixedMailAccount : public MailAccount {
 class FixedStamps : public Stamps {
  public:
   QStringList Guids;
-  QDateTime Moment{QDate(1994, 11, 6), QTime(8, 49, 37), Qt::UTC};
+  QDateTime Moment = QDateTime::fromString(QStringLiteral("1994-11-06T08:49:37Z"), Qt::ISODate);
   int Given = 0;
   QString NewGuid() override;
   QDateTime Now() override { return Moment; }

@@ -36,10 +36,11 @@ class Readers(unittest.TestCase):
         for name in names:
             with self.subTest(name):
                 # All pixels are read, not the head alone.
-                told = run("identify", "-regard-warnings", "-format", "%m %w %h %[channels] %n %#\n",
+                told = run("identify", "-regard-warnings", "-format", "%m|%w|%h|%[channels]|%n|%#\n",
                            os.path.join(samples(), name))
                 self.assertEqual((told.returncode, told.stderr), (0, ""))
-                kind, width, height, channels, count, _ = told.stdout.split()
+                kind, width, height, channels, count, _ = told.stdout.split("|")
+                channels = channels.split()[0]  # version 7 tells their number besides
                 self.assertEqual(count, "1")
                 if name == BANNER:
                     self.assertEqual((kind, width, height, channels), ("GIF", "400", "80", "srgba"))
