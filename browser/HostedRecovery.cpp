@@ -22,7 +22,7 @@ void HostedWebBrowser::RenewPage() {
   dead->disconnect(this);
   SetUpPage();
   dead->deleteLater();
-  if (std::exchange(hadFocus_, false) && !view_->window()->focusWidget()) view_->setFocus();
+  TakeKeysBack();
 }
 
 void HostedWebBrowser::RendererDied() {

@@ -14,6 +14,7 @@
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 #include <cmath>
+#include <utility>
 
 #include "BridgePort.h"
 #include "ForeignChanges.h"
@@ -123,7 +124,7 @@ void HostedWebBrowser::SetUpPage() {
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
     isDead_ = true;
-    hadFocus_ = IsPages(view_->window()->focusWidget());  // what has it goes with the renderer
+    if (IsPages(view_->window()->focusWidget())) hadFocus_ = true;  // what has it goes with the renderer
   });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
@@ -133,8 +134,25 @@ bool HostedWebBrowser::IsPages(const QWidget* widget) const {
   return widget && (widget == view_ || view_->isAncestorOf(widget));
 }
 
+// The engine hides its widget when the renderer is gone, before or after it tells so, and whenever another takes its
+// place. Qt would hand the keys to the next control in line then; nobody shall have them until the page is back.
+void HostedWebBrowser::WidgetGoes(QWidget* widget) {
+  if (!view_->isVisible() || view_->window()->focusWidget() != widget) return;
+  hadFocus_ = true;
+  widget->clearFocus();
+}
+
+void HostedWebBrowser::TakeKeysBack() {
+  if (std::exchange(hadFocus_, false) && !view_->window()->focusWidget()) view_->setFocus();
+}
+
 bool HostedWebBrowser::eventFilter(QObject* watched, QEvent* event) {
   const auto type = event->type();
+  // A window that is minimised tells it with events of the system's own and keeps its keys.
+  if ((type == QEvent::Hide || type == QEvent::Show) && watched == view_->focusProxy() && !event->spontaneous()) {
+    if (type == QEvent::Hide) WidgetGoes(view_->focusProxy());
+    if (type == QEvent::Show && !isDead_) TakeKeysBack();
+  }
   if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride) return false;
   if (!watched->isWidgetType()) return false;
   const auto* key = static_cast<QKeyEvent*>(event);

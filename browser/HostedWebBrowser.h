@@ -71,11 +71,14 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void ReceiveSelection(const QJsonArray& selection, int applied);
   void Measured(int question, const QVariant& place);
 
-  // Keeps from the page the release of a key that went down elsewhere, as one that picked an entry of a menu.
+  // Keeps from the page the release of a key that went down elsewhere, as one that picked an entry of a menu; and the
+  // keys from other controls while the page has lost its widget.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   void SetUpPage();
   void RenewPage();
+  void WidgetGoes(QWidget* widget);
+  void TakeKeysBack();
   bool IsPages(const QWidget* widget) const;  // the view itself or what is in it
   void LoadWanted();
   void LoadFinished(bool good);

@@ -1,6 +1,7 @@
 // Real mouse and key events in the real engine.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWebEnginePage>
@@ -14,6 +15,16 @@ const char blocks[] =
     "<FONT ID=b SIZE=4>second <B ID=c>bold</B></FONT><BR><TABLE ID=t BORDER=1 WIDTH=300 HEIGHT=80><TR><TD ID=d>"
     "<FONT ID=e>cell</FONT></TD><TD ID=f><IMG ID=g WIDTH=20 HEIGHT=20></TD></TR></TABLE>"
     "<A ID=l HREF=\"other.html\">a link</A></BODY></HTML>";
+
+// Whether what it watches has been hidden.
+class HideWatch : public QObject {
+ public:
+  bool Seen = false;
+  bool eventFilter(QObject*, QEvent* event) override {
+    Seen = Seen || event->type() == QEvent::Hide;
+    return false;
+  }
+};
 
 }  // namespace
 
@@ -128,14 +139,32 @@ TEST(HostedEvents, TheKeysGoOnIntoThePageWhoseRendererDied) {
   const auto hasKeys = [&] { return hosted.window().focusWidget() == hosted.Input(); };
   hosted.browser().FocusPage();
   ASSERT_TRUE(hasKeys());
+  bool strayed = false;
+  const auto watch = QObject::connect(qApp, &QApplication::focusChanged, &other,
+                                      [&](QWidget*, QWidget* now) { strayed = strayed || now == &other; });
   for (int death = 0; death < 2; ++death) {
     ASSERT_TRUE(hosted.KillRenderer());
     EXPECT_TRUE(HostedPage::WaitFor(hasKeys, 5000)) << death;
   }
+  EXPECT_FALSE(strayed);
+  QObject::disconnect(watch);
   other.setFocus();
   ASSERT_TRUE(hosted.KillRenderer());
   hosted.LiveHtml();
   EXPECT_EQ(hosted.window().focusWidget(), &other);
+}
+
+TEST(HostedEvents, TheKeysStayInThePageWhoseWindowIsMinimised) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<BODY>text</BODY>"));
+  hosted.browser().FocusPage();
+  HideWatch watch;
+  hosted.Input()->installEventFilter(&watch);
+  hosted.window().showMinimized();
+  EXPECT_TRUE(HostedPage::WaitFor([&] { return watch.Seen; }, 5000));
+  EXPECT_EQ(hosted.window().focusWidget(), hosted.Input());
+  hosted.window().showNormal();
+  EXPECT_EQ(hosted.window().focusWidget(), hosted.Input());
 }
 
 // The engine hands keys that the page has no use for back to the windows around it, first as a possible shortcut. By
