@@ -5,11 +5,16 @@
 set(CORVANE_APP_ID example.corvane.corvane)
 set(CORVANE_RELEASE_DATE 2026-11-21)
 set(CORVANE_CHANGELOG_DATE "Sat, 21 Nov 2026 12:00:00 +0000")
+# Four numbers, as a version resource wants them; a zero in front would be taken for the sign of an octal one.
+string(REGEX REPLACE "(^|\\.)0+([0-9])" "\\1\\2" CORVANE_VERSION_NUMBERS ${PROJECT_VERSION}.0)
+string(REPLACE "." "," CORVANE_VERSION_NUMBERS ${CORVANE_VERSION_NUMBERS})
 set(CPACK_PACKAGE_CONTACT "The Corvane maintainers <maintainers@corvane.example>")
 
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 set(packaged ${CMAKE_BINARY_DIR}/packaging)
 add_dependencies(corvane app_icons)
+# Written on every system, so that it can be looked at on any.
+configure_file(${packaging}/corvane.rc.in ${packaged}/corvane.rc @ONLY)
 
 if(APPLE)
   set(folder .)
@@ -28,7 +33,6 @@ elseif(WIN32)
   set(data .)
   set_target_properties(corvane PROPERTIES WIN32_EXECUTABLE ON)
   enable_language(RC)
-  file(WRITE ${packaged}/corvane.rc "1 ICON \"${CORVANE_ICON_FOLDER}/corvane.ico\"\n")
   set_source_files_properties(${packaged}/corvane.rc PROPERTIES OBJECT_DEPENDS ${CORVANE_ICON_FOLDER}/corvane.ico)
   target_sources(corvane PRIVATE ${packaged}/corvane.rc)
 else()

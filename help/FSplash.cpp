@@ -37,7 +37,7 @@ constexpr int kHeading = 2;
 constexpr int kListColumns = 2;
 
 constexpr const char* kAboutTexts[] = {
-    "Version 2.04.419",
+    "Version " CORVANE_VERSION,
     "Corvane 2, the page maker for people who know no HTML",
     "Thank you to the author of the JPEG library and to the Independent JPEG Group for the JPG format functionality.",
     "Thank you to Info-ZIP for the use of their compression code and library. (The Info-ZIP license can be found in "

@@ -58,7 +58,7 @@ TEST_F(AboutWindow, SaysWhatTheProgramIsFor) {
   QStringList about;
   for (const QLabel* label : splash_.FrAbout->findChildren<QLabel*>()) about += label->text();
   ASSERT_EQ(4, about.size());
-  EXPECT_EQ("Version 2.04.419", about[0]);
+  EXPECT_EQ("Version " CORVANE_VERSION, about[0]);
   EXPECT_TRUE(about[1].contains("Corvane"));
   EXPECT_TRUE(about[2].contains("Independent JPEG Group for the JPG format functionality"));
   EXPECT_EQ(
