@@ -26,6 +26,6 @@ void OpenHelp(Program& program, QWidget* Owner) {
     program.platform.dialogs.ShowMessage(Owner, StringText(145));
     return;
   }
-  if (program.platform.shell.OpenFile(ViewedCopy(path), QString(), ShowMode::Normal) < firstSuccess)
+  if (program.platform.shell.OpenFile(nullptr, ViewedCopy(path), QString(), ShowMode::Normal) < firstSuccess)
     program.platform.dialogs.ShowMessage(Owner, StringText(146));
 }

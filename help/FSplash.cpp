@@ -140,7 +140,7 @@ void FSplash::ShowAbout() {
 }
 
 void FSplash::OpenHomePage() {
-  program_.platform.shell.OpenFile(QString::fromLatin1(kHomePage), QString(), ShowMode::Normal);
+  program_.platform.shell.OpenFile(nullptr, QString::fromLatin1(kHomePage), QString(), ShowMode::Normal);
 }
 
 void FSplash::TakePointer() {

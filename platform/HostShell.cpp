@@ -11,14 +11,37 @@
 
 #include <shellapi.h>
 
-int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode mode) {
+#include <QWidget>
+
+namespace {
+
+int ShowCommand(ShowMode mode) {
+  return mode == ShowMode::Maximised ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
+}
+
+}  // namespace
+
+int HostShell::OpenFile(QWidget* owner, const QString& file, const QString& folder, ShowMode mode) {
   const auto wide = [](const QString& text) { return reinterpret_cast<const wchar_t*>(text.utf16()); };
+  const HWND window = owner ? reinterpret_cast<HWND>(owner->window()->winId()) : nullptr;
   const QString nativeFile = QDir::toNativeSeparators(file);
   const QString nativeFolder = QDir::toNativeSeparators(folder);
-  const HINSTANCE result =
-      ShellExecuteW(nullptr, nullptr, wide(nativeFile), nullptr, nativeFolder.isEmpty() ? nullptr : wide(nativeFolder),
-                    mode == ShowMode::Maximised ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL);
+  const HINSTANCE result = ShellExecuteW(window, nullptr, wide(nativeFile), nullptr,
+                                         nativeFolder.isEmpty() ? nullptr : wide(nativeFolder), ShowCommand(mode));
   return static_cast<int>(reinterpret_cast<INT_PTR>(result));
+}
+
+bool HostShell::StartProgram(const QString& path, ShowMode mode) {
+  const QFileInfo program(path);
+  if (!program.isFile()) return false;
+  QProcess process;
+  process.setProgram(program.absoluteFilePath());
+  process.setWorkingDirectory(program.absolutePath());
+  process.setCreateProcessArgumentsModifier([mode](QProcess::CreateProcessArguments* arguments) {
+    arguments->startupInfo->dwFlags |= STARTF_USESHOWWINDOW;
+    arguments->startupInfo->wShowWindow = static_cast<WORD>(ShowCommand(mode));
+  });
+  return process.startDetached();
 }
 
 #else
@@ -37,7 +60,7 @@ QString OpenerName() {
 
 }  // namespace
 
-int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode) {
+int HostShell::OpenFile(QWidget*, const QString& file, const QString& folder, ShowMode) {
   const bool isAddress = file.startsWith(QStringLiteral("https://"));
   const QString path = isAddress          ? file
                        : folder.isEmpty() ? QFileInfo(file).absoluteFilePath()
@@ -61,9 +84,9 @@ int HostShell::OpenFile(const QString& file, const QString& folder, ShowMode) {
   return kFirstSuccess;
 }
 
-#endif
-
 bool HostShell::StartProgram(const QString& path, ShowMode) {
   return QFileInfo(path).isFile() &&
          QProcess::startDetached(QFileInfo(path).absoluteFilePath(), {}, QFileInfo(path).absolutePath());
 }
+
+#endif

@@ -9,7 +9,7 @@ class HostShell : public Shell {
   // An opener that is still at work after `patienceMs` has found something to open the file with.
   explicit HostShell(int patienceMs = 2000) : patienceMs_(patienceMs) {}
 
-  int OpenFile(const QString& file, const QString& folder, ShowMode mode) override;
+  int OpenFile(QWidget* owner, const QString& file, const QString& folder, ShowMode mode) override;
   bool StartProgram(const QString& path, ShowMode mode) override;
 
  private:

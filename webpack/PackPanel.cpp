@@ -146,7 +146,7 @@ void PackPanel::OfferTestRun(const QString& makePath, const QString& makeName, q
       dialogs.ShowMessage(window(), lines.join(QStringLiteral("\r\n")), MessageIcon::Question, MessageButtons::YesNo);
   if (answer != MessageAnswer::Yes) return;
   Shell& shell = program_.platform.shell;
-  if (shell.OpenFile(makeName, makePath, ShowMode::Maximised) >= Shell::kFirstSuccess) return;
+  if (shell.OpenFile(window(), makeName, makePath, ShowMode::Maximised) >= Shell::kFirstSuccess) return;
   if (shell.StartProgram(target, ShowMode::Maximised)) return;
   dialogs.ShowMessage(window(), StringText(FixedText::TestOfFileFailed));
 }

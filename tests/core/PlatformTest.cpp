@@ -262,7 +262,7 @@ TEST_F(HostShellTest, OpensAFileInItsFolder) {
   const QString name = "my $(touch no) 'pack'.exe";
   Put("out/" + name);
   PutOpener(0);
-  EXPECT_GE(shell_.OpenFile(name, Path("out"), ShowMode::Maximised), Shell::kFirstSuccess);
+  EXPECT_GE(shell_.OpenFile(nullptr, name, Path("out"), ShowMode::Maximised), Shell::kFirstSuccess);
   const QString folder = QFileInfo(Path("out")).canonicalFilePath();
   EXPECT_EQ(folder + "|1|" + Path("out/") + name, QString::fromLocal8Bit(FileBytes(Path("seen"))));
   EXPECT_FALSE(QFile::exists(Path("out/no")));
@@ -270,24 +270,24 @@ TEST_F(HostShellTest, OpensAFileInItsFolder) {
 
 TEST_F(HostShellTest, OpensAnAddressOfTheWebAsItStands) {
   PutOpener(0);
-  EXPECT_GE(shell_.OpenFile("https://host.example/?a=b&c", QString(), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_GE(shell_.OpenFile(nullptr, "https://host.example/?a=b&c", QString(), ShowMode::Normal), Shell::kFirstSuccess);
   EXPECT_EQ(QDir::currentPath() + "|1|https://host.example/?a=b&c", QString::fromLocal8Bit(FileBytes(Path("seen"))));
 }
 
 TEST_F(HostShellTest, AnOpenerThatRefusesIsAFailure) {
   Put("out/a.exe");
   PutOpener(3);
-  EXPECT_LT(shell_.OpenFile("a.exe", Path("out"), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_LT(shell_.OpenFile(nullptr, "a.exe", Path("out"), ShowMode::Normal), Shell::kFirstSuccess);
   EXPECT_TRUE(QFile::exists(Path("seen")));
 }
 
 TEST_F(HostShellTest, AMissingFileOrOpenerIsAFailure) {
   PutOpener(0);
-  EXPECT_LT(shell_.OpenFile("none.exe", Path("bin"), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_LT(shell_.OpenFile(nullptr, "none.exe", Path("bin"), ShowMode::Normal), Shell::kFirstSuccess);
   EXPECT_FALSE(QFile::exists(Path("seen")));
   Put("out/a.exe");
   qputenv("PATH", Path("out").toLocal8Bit());
-  EXPECT_LT(shell_.OpenFile("a.exe", Path("out"), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_LT(shell_.OpenFile(nullptr, "a.exe", Path("out"), ShowMode::Normal), Shell::kFirstSuccess);
 }
 
 TEST_F(HostShellTest, AnOpenerThatIsStillAtWorkIsASuccessAndWorksOn) {
@@ -296,7 +296,7 @@ TEST_F(HostShellTest, AnOpenerThatIsStillAtWorkIsASuccessAndWorksOn) {
   qputenv("PATH", Path("bin").toLocal8Bit() + ":" + qgetenv("PATH"));
   {
     HostShell hasty(10);
-    EXPECT_GE(hasty.OpenFile("a.exe", Path("out"), ShowMode::Maximised), Shell::kFirstSuccess);
+    EXPECT_GE(hasty.OpenFile(nullptr, "a.exe", Path("out"), ShowMode::Maximised), Shell::kFirstSuccess);
   }
   EXPECT_FALSE(QFile::exists(Path("seen")));
   EXPECT_TRUE(QTest::qWaitFor([this] { return FileBytes(Path("seen")) == "done\n"; }));
@@ -316,12 +316,10 @@ TEST_F(HostShellTest, WhatIsNoProgramIsNotStarted) {
 }
 
 TEST(RealPlatform, HandsOutItsOwnServices) {
-  qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/corvane-test-none");
   RealPlatform real;
   EXPECT_EQ(AttributeDirectory, real.Services().fileAttributes.Get(QDir::tempPath()).value_or(0) & AttributeDirectory);
   EXPECT_EQ("3", real.Services().settings.GetSetting("QKCVN2", "settings", "BSz", "3"));
   EXPECT_FALSE(real.Services().folders.AppPath().isEmpty());
-  qunsetenv("XDG_CONFIG_HOME");
 }
 
 }  // namespace

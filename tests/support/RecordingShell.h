@@ -12,6 +12,7 @@ class RecordingShell : public Shell {
     QString file;
     QString folder;
     ShowMode mode;
+    QWidget* owner;
   };
 
   int OpenResult = kFirstSuccess;
@@ -19,12 +20,12 @@ class RecordingShell : public Shell {
   QList<Call> Opened;
   QList<Call> Started;
 
-  int OpenFile(const QString& file, const QString& folder, ShowMode mode) override {
-    Opened.append({file, folder, mode});
+  int OpenFile(QWidget* owner, const QString& file, const QString& folder, ShowMode mode) override {
+    Opened.append({file, folder, mode, owner});
     return OpenResult;
   }
   bool StartProgram(const QString& path, ShowMode mode) override {
-    Started.append({path, QString(), mode});
+    Started.append({path, QString(), mode, nullptr});
     return StartResult;
   }
 };

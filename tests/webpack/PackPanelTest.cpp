@@ -198,14 +198,18 @@ TEST_F(Panel, ANameThatEndsInABlankGetsASecondEndingAndAFolderIsNotTrimmed) {
   EXPECT_EQ(QStringList{"Folder path for web-pack file is not valid."}, Dialogs().Messages());
 }
 
-TEST_F(Panel, TheTestRunOpensTheFileInItsFolder) {
+TEST_F(Panel, TheTestRunOpensTheFileInItsFolderForTheWindow) {
+  QWidget whole;
+  panel_.setParent(&whole);
   Dialogs().Answers = {MessageAnswer::Yes};
   Click(0);
+  panel_.setParent(nullptr);
   const RecordingShell& shell = test_.platform.shell;
   ASSERT_EQ(1, shell.Opened.size());
   EXPECT_EQ("pack.exe", shell.Opened.first().file);
   EXPECT_EQ(test_.Path("desktop"), shell.Opened.first().folder);
   EXPECT_EQ(ShowMode::Maximised, shell.Opened.first().mode);
+  EXPECT_EQ(&whole, shell.Opened.first().owner);
   EXPECT_TRUE(shell.Started.isEmpty());
   EXPECT_EQ(1, Dialogs().Boxes.size());
   EXPECT_EQ("pack.exe", Stored(Settings::GreetName));
