@@ -11,7 +11,8 @@ import shutil
 import subprocess
 import tempfile
 
-CACHE = os.path.join(os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache"), "corvane")
+CACHE = os.environ.get("CORVANE_CACHE") or os.path.join(
+    os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache"), "corvane")
 SUITES = ("bookworm", "trixie")
 USER, UID = "anna", 1000
 
