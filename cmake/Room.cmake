@@ -9,12 +9,19 @@ if(MSVC)
 else()
   target_compile_options(corvane_flags INTERFACE -Wall -Wextra -Wno-unused-parameter
                                                  $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
+  # What is shipped has the same bytes wherever it was built. Of two that fit the later one counts.
+  target_compile_options(
+    corvane_flags INTERFACE $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
+                            -ffile-prefix-map=${CMAKE_BINARY_DIR}=./build>)
 endif()
 target_compile_definitions(corvane_flags INTERFACE QT_NO_CAST_TO_ASCII)
 if(CORVANE_SANITIZE)
   target_compile_options(corvane_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize=vptr)
   target_link_options(corvane_flags INTERFACE -fsanitize=address,undefined)
 endif()
+
+# The second form of Qt's resources holds the times of the files, which differ from clone to clone.
+set(RCC_OPTIONS --format-version 1)
 
 function(room name)
   cmake_parse_arguments(R "" "FLOOR" "LINKS" ${ARGN})
@@ -29,7 +36,8 @@ function(room name)
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
   if(sources)
     add_library(room_${name} STATIC ${sources})
-    set_target_properties(room_${name} PROPERTIES AUTORCC ON LINKER_LANGUAGE CXX OUTPUT_NAME ${name})
+    set_target_properties(room_${name} PROPERTIES AUTORCC ON AUTORCC_OPTIONS "${RCC_OPTIONS}" LINKER_LANGUAGE CXX
+                                                  OUTPUT_NAME ${name})
     # A header that joins the room changes no file that moc's step looks at, except this one.
     set(members ${CMAKE_CURRENT_BINARY_DIR}/members.cmake)
     file(CONFIGURE OUTPUT ${members} CONTENT "# ${sources}\n" @ONLY)
