@@ -400,7 +400,7 @@ TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {
     if (HasFailure()) break;
   }
   EXPECT_GE(places, pointsPerPage / 4);
-  EXPECT_EQ(besideTables > 0, GetParam().html == LooseTables) << besideTables;
+  if (GetParam().html == LooseTables) EXPECT_GT(besideTables, 0);
   EXPECT_GE(letters, pointsPerPage / 4 / placesPerLetter);
 }
 
