@@ -191,7 +191,8 @@ void HTMLStyle::setTextAlign(const QString& value) {
 void HTMLStyle::Set(const QString& property, const QString& value) {
   if (!element_) return;
   StyleDeclarations style = StyleOf(element_.node());
+  const QString before = style.Text();
   style.Set(property, value);
-  if (style.Text().isEmpty() && !element_.node()->FindAttribute(QStringLiteral("style"))) return;
+  if (style.Text() == before) return;
   element_.setAttribute(QStringLiteral("style"), style.Text());
 }

@@ -6,35 +6,79 @@
 
 namespace {
 
+// Goes through CSS text and tells of each character whether it stands by itself: outside of comments, strings and
+// brackets, the contents of url() among them.
+class CssScanner {
+ public:
+  explicit CssScanner(QStringView text) : text_(text) {}
+
+  // Calls `visit(place, isComment, isOutside)` for each character.
+  template <typename Visit>
+  void Run(Visit visit) {
+    for (qsizetype i = 0; i < text_.size(); ++i) {
+      const QChar c = text_[i];
+      if (c == u'\\' && i + 1 < text_.size()) {
+        visit(i, false, false);
+        visit(++i, false, false);
+        continue;
+      }
+      if (!quote_.isNull()) {
+        if (c == quote_) quote_ = QChar();
+      } else if (!isUrl_ && c == u'/' && i + 1 < text_.size() && text_[i + 1] == u'*') {
+        const qsizetype found = text_.indexOf(u"*/", i + 2);
+        const qsizetype end = found < 0 ? text_.size() : found + 2;
+        isInComment_ = found < 0;
+        for (; i < end; ++i) visit(i, true, false);
+        --i;
+        continue;
+      } else if (!isUrl_ && (c == u'"' || c == u'\'')) {
+        quote_ = c;
+      } else if (!isUrl_ && (c == u'(' || c == u'[' || c == u'{')) {
+        open_ += c == u'(' ? u')' : c == u'[' ? u']' : u'}';
+        isUrl_ =
+            c == u'(' && i >= 3 && text_.mid(i - 3, 3).compare(u"url", Qt::CaseInsensitive) == 0 && !IsQuoted(i + 1);
+      } else if (!open_.isEmpty() && c == open_.back()) {
+        open_.chop(1);
+        isUrl_ = false;
+      } else if (open_.isEmpty()) {
+        visit(i, false, true);
+        continue;
+      }
+      visit(i, false, false);
+    }
+  }
+
+  // What would have to follow so that nothing is left open.
+  QString Closing() const {
+    QString closing = isInComment_ ? QStringLiteral("*/") : QString();
+    if (!quote_.isNull()) closing += quote_;
+    for (qsizetype i = open_.size(); i > 0; --i) closing += open_[i - 1];
+    return closing;
+  }
+
+ private:
+  bool IsQuoted(qsizetype at) const {
+    while (at < text_.size() && text_[at].isSpace()) ++at;
+    return at < text_.size() && (text_[at] == u'"' || text_[at] == u'\'');
+  }
+
+  QStringView text_;
+  QChar quote_;
+  QString open_;  // closing brackets that are waited for
+  bool isUrl_ = false;
+  bool isInComment_ = false;
+};
+
 // Splits at `separator` outside strings and brackets.
 QStringList SplitOutside(const QString& text, QChar separator) {
-  QStringList parts;
-  QString part;
-  QChar quote;
-  int depth = 0;
-  for (int i = 0; i < text.size(); ++i) {
-    const QChar c = text[i];
-    if (c == u'\\' && i + 1 < text.size()) {
-      part += c;
-      part += text[++i];
-      continue;
+  QStringList parts(QString{});
+  CssScanner(text).Run([&](qsizetype at, bool, bool isOutside) {
+    if (isOutside && text[at] == separator) {
+      parts += QString();
+    } else {
+      parts.back() += text[at];
     }
-    if (!quote.isNull()) {
-      if (c == quote) quote = QChar();
-    } else if (c == u'"' || c == u'\'') {
-      quote = c;
-    } else if (c == u'(' || c == u'[' || c == u'{') {
-      ++depth;
-    } else if ((c == u')' || c == u']' || c == u'}') && depth > 0) {
-      --depth;
-    } else if (c == separator && depth == 0) {
-      parts += part;
-      part.clear();
-      continue;
-    }
-    part += c;
-  }
-  parts += part;
+  });
   return parts;
 }
 
@@ -62,7 +106,37 @@ QString FontSizeValue(const QString& written, bool quirks) {
   return {};
 }
 
+// Words that CSS takes for a family's name without quotes.
+bool IsRowOfIdentifiers(const QString& family) {
+  static const QRegularExpression identifiers(
+      QStringLiteral("^-?[A-Za-z_\\x{80}-\\x{10ffff}][-\\w\\x{80}-\\x{10ffff}]*"
+                     "( -?[A-Za-z_\\x{80}-\\x{10ffff}][-\\w\\x{80}-\\x{10ffff}]*)*$"));
+  return identifiers.match(family).hasMatch();
+}
+
+// What is known only when the page is laid out is valid as it stands.
+bool HasVariable(const QString& value) {
+  return value.contains(u"var(", Qt::CaseInsensitive);
+}
+
+// The families as they may be written.
+QString QuotedFamilies(const QString& value) {
+  if (HasVariable(value)) return value;
+  QStringList families;
+  for (const QString& part : SplitOutside(value, u',')) {
+    QString family = part.trimmed();
+    const bool quoted = family.size() >= 2 && (family[0] == u'"' || family[0] == u'\'') && family.back() == family[0];
+    if (!quoted && !IsRowOfIdentifiers(family.simplified())) {
+      family.replace(u'\\', QLatin1String("\\\\")).replace(u'\'', QLatin1String("\\'"));
+      family = u'\'' + family + u'\'';
+    }
+    families += family;
+  }
+  return families.join(QStringLiteral(", "));
+}
+
 QString FontFamilyValue(const QString& written) {
+  if (HasVariable(written)) return written;
   QStringList families;
   for (const QString& part : SplitOutside(written, u',')) {
     QString family = part.trimmed();
@@ -71,10 +145,7 @@ QString FontFamilyValue(const QString& written) {
       family = family.mid(1, family.size() - 2);
     } else {
       family = family.simplified();
-      static const QRegularExpression identifiers(
-          QStringLiteral("^-?[A-Za-z_\\x{80}-\\x{10ffff}][-\\w\\x{80}-\\x{10ffff}]*"
-                         "( -?[A-Za-z_\\x{80}-\\x{10ffff}][-\\w\\x{80}-\\x{10ffff}]*)*$"));
-      if (!identifiers.match(family).hasMatch()) return {};  // one bad name makes the declaration invalid
+      if (!IsRowOfIdentifiers(family)) return {};  // one bad name makes the declaration invalid
       static const QStringList keywords = {QStringLiteral("serif"),     QStringLiteral("sans-serif"),
                                            QStringLiteral("cursive"),   QStringLiteral("fantasy"),
                                            QStringLiteral("monospace"), QStringLiteral("inherit"),
@@ -103,26 +174,50 @@ QString FontShorthandPart(const QString& shorthand, const QString& property, boo
 
 StyleDeclarations StyleDeclarations::Parse(const QString& text, bool quirks) {
   StyleDeclarations style;
+  style.text_ = text;
   style.quirks_ = quirks;
-  static const QRegularExpression comment(QStringLiteral("/\\*.*?\\*/"),
-                                          QRegularExpression::DotMatchesEverythingOption);
-  QString bare = text;
-  if (bare.contains(u"/*")) bare.remove(comment);
-  for (const QString& part : SplitOutside(bare, u';')) {
-    const int colon = int(part.indexOf(u':'));
-    if (colon < 0) continue;
-    Declaration declaration;
-    declaration.property = part.left(colon).trimmed().toLower();
-    declaration.value = part.mid(colon + 1).trimmed();
-    static const QRegularExpression important(QStringLiteral("\\s*!\\s*important$"),
-                                              QRegularExpression::CaseInsensitiveOption);
-    if (declaration.value.contains(important)) {
-      declaration.important = true;
-      declaration.value.remove(important);
-    }
-    if (!declaration.property.isEmpty()) style.declarations_.push_back(declaration);
-  }
+  style.Read();
   return style;
+}
+
+void StyleDeclarations::Read() {
+  declarations_.clear();
+  Declaration declaration{};
+  QString bare;  // of the declaration, without comments
+  qsizetype colon = -1;
+  bool isBegun = false;
+  const auto end = [&] {
+    if (colon >= 0) {
+      static const QRegularExpression important(QStringLiteral("\\s*!\\s*important$"),
+                                                QRegularExpression::CaseInsensitiveOption);
+      declaration.property = bare.left(colon).trimmed().toLower();
+      declaration.value = bare.mid(colon + 1).trimmed();
+      declaration.important = declaration.value.contains(important);
+      declaration.value.remove(important);
+      if (!declaration.property.isEmpty()) declarations_.push_back(declaration);
+    }
+    declaration = {};
+    bare.clear();
+    colon = -1;
+    isBegun = false;
+  };
+  CssScanner scanner(text_);
+  scanner.Run([&](qsizetype at, bool isComment, bool isOutside) {
+    const QChar c = text_[at];
+    if (isOutside && c == u';') return end();
+    if (isComment) return;
+    if (!c.isSpace()) {
+      if (!isBegun) declaration.from = at;
+      isBegun = true;
+      declaration.to = at + 1;
+      if (colon >= 0 && declaration.valueFrom == 0) declaration.valueFrom = at;
+      if (isOutside && c == u':' && colon < 0) colon = bare.size();
+    }
+    if (isBegun) bare += c;
+  });
+  isEnded_ = !isBegun;
+  closing_ = scanner.Closing();
+  end();
 }
 
 QString StyleDeclarations::Value(const QString& property) const {
@@ -150,30 +245,49 @@ QString StyleDeclarations::Value(const QString& property) const {
 }
 
 void StyleDeclarations::Set(const QString& property, const QString& value) {
+  if (Value(property) == value) return;
+  const QString written = property == u"font-family" ? QuotedFamilies(value) : value;
   const auto isProperty = [&](const Declaration& declaration) { return declaration.property == property; };
   const auto first = std::find_if(declarations_.begin(), declarations_.end(), isProperty);
   const bool shadowed =
       std::any_of(first, declarations_.end(), [](const Declaration& d) { return d.property == u"font"; });
-  if (value.isEmpty() || first == declarations_.end() || shadowed) {
-    std::erase_if(declarations_, isProperty);
+  const bool inPlace = !value.isEmpty() && first != declarations_.end() && !shadowed;
+  const qsizetype kept = inPlace ? first->from : -1;
+  for (std::size_t i = declarations_.size(); i > 0; --i) {
+    const Declaration declaration = declarations_[i - 1];
+    if (isProperty(declaration) && declaration.from != kept) Remove(declaration);
+  }
+  if (inPlace) {
+    const qsizetype from = first->valueFrom > 0 ? first->valueFrom : first->to;
+    text_.replace(from, first->to - from, written);
+  } else if (!value.isEmpty()) {
     // It has to be as important as a shorthand that it is to win over.
     const bool important = property.startsWith(u"font-") &&
                            std::any_of(declarations_.begin(), declarations_.end(),
                                        [](const Declaration& d) { return d.property == u"font" && d.important; });
-    if (!value.isEmpty()) declarations_.push_back({property, value, important});
-    return;
+    Append(property + QLatin1String(": ") + written + QLatin1String(important ? " !important;" : ";"));
   }
-  *first = {property, value, false};
-  declarations_.erase(std::remove_if(first + 1, declarations_.end(), isProperty), declarations_.end());
+  Read();
 }
 
-QString StyleDeclarations::Text() const {
-  QString text;
-  for (const Declaration& declaration : declarations_) {
-    if (!text.isEmpty()) text += u' ';
-    text += declaration.property + QLatin1String(": ") + declaration.value;
-    if (declaration.important) text += u" !important";
-    text += u';';
+// With its ";" and the blanks behind it. What is in front of it keeps its place.
+void StyleDeclarations::Remove(const Declaration& declaration) {
+  qsizetype end = declaration.to;
+  while (end < text_.size() && text_[end].isSpace()) ++end;
+  if (end < text_.size() && text_[end] == u';') ++end;
+  while (end < text_.size() && text_[end].isSpace()) ++end;
+  const bool isLast = end == text_.size();
+  text_.remove(declaration.from, end - declaration.from);
+  if (isLast) {
+    while (text_.endsWith(u' ')) text_.chop(1);
+    isEnded_ = true;
+    closing_.clear();
   }
-  return text;
+}
+
+void StyleDeclarations::Append(const QString& declaration) {
+  text_ += closing_;
+  if (!isEnded_) text_ += u';';
+  if (!text_.isEmpty() && !text_.back().isSpace()) text_ += u' ';
+  text_ += declaration;
 }

@@ -47,14 +47,41 @@ TEST(Style, Families) {
 }
 
 TEST(Style, SettingKeepsTheOrderAndWhatIsForeign) {
-  EXPECT_EQ(After("color:red; font-size:small; x:y", "font-size", "large"), "color: red; font-size: large; x: y;");
-  EXPECT_EQ(After("color:red", "font-size", "2"), "color: red; font-size: 2;");
-  EXPECT_EQ(After("font-size:1px; color:red; font-size:2px", "font-size", "3px"), "font-size: 3px; color: red;");
-  EXPECT_EQ(After("font-size:1px; color:red; font-size:2px", "font-size", ""), "color: red;");
+  EXPECT_EQ(After("color:red; font-size:small; x:y", "font-size", "large"), "color:red; font-size:large; x:y");
+  EXPECT_EQ(After("color:red", "font-size", "2"), "color:red; font-size: 2;");
+  EXPECT_EQ(After("font-size:1px; color:red; font-size:2px", "font-size", "3px"), "font-size:3px; color:red;");
+  EXPECT_EQ(After("font-size:1px; color:red; font-size:2px", "font-size", ""), "color:red;");
   EXPECT_EQ(After("background: url(a;b:c.png); color: red !important", "font-size", "1px"),
             "background: url(a;b:c.png); color: red !important; font-size: 1px;");
   // A shorthand behind it would win, so the new one goes to the end.
   EXPECT_EQ(After("font-size: 1px; font: 2px a", "font-size", "3px"), "font: 2px a; font-size: 3px;");
+}
+
+// Opening a page writes its own font back, and that must not cost it anything.
+TEST(Style, WhatIsntSetStaysByteForByte) {
+  for (const char* before :
+       {"font-family:'3 of 9 Barcode', serif", "font-family:var(--x)", "background:url(http://x/*y*/z.gif);color:red",
+        "FONT-FAMILY : Arial !IMPORTANT ;;", "/* a; b:c */font-family:/*x*/Arial/*y*/", "font: 12px \"A; B\", c",
+        "x:y;font-family: 3D", "a:b; c", ""}) {
+    StyleDeclarations style = StyleDeclarations::Parse(QString::fromLatin1(before), true);
+    style.Set("font-family", style.Value("font-family"));
+    style.Set("font-size", style.Value("font-size"));
+    EXPECT_EQ(style.Text(), before);
+  }
+  EXPECT_EQ(After("background:url(http://x/*y*/z.gif) /* ; */; color : red!important", "font-size", "1px"),
+            "background:url(http://x/*y*/z.gif) /* ; */; color : red!important; font-size: 1px;");
+  EXPECT_EQ(After("/*a*/ font-size : 2px /*b*/ ;x:y", "font-size", "3px"), "/*a*/ font-size : 3px /*b*/ ;x:y");
+  EXPECT_EQ(After("content:'a;b", "font-size", "1px"), "content:'a;b'; font-size: 1px;") << "what was left open";
+  EXPECT_EQ(After("a:url(x", "font-size", "1px"), "a:url(x); font-size: 1px;");
+  EXPECT_EQ(After("a:b /* c", "font-size", "1px"), "a:b /* c*/; font-size: 1px;");
+}
+
+TEST(Style, FamilyNamesThatAreNoWordsGetQuotes) {
+  EXPECT_EQ(After("", "font-family", "3 of 9 Barcode, serif"), "font-family: '3 of 9 Barcode', serif;");
+  EXPECT_EQ(After("", "font-family", "Arial, Times New Roman"), "font-family: Arial, Times New Roman;");
+  EXPECT_EQ(After("", "font-family", "\"A B\", 'c'"), "font-family: \"A B\", 'c';");
+  EXPECT_EQ(Family("font-family: '3 of 9 Barcode', serif"), "3 of 9 Barcode, serif");
+  EXPECT_EQ(Family("font-family: var(--x, Arial)"), "var(--x, Arial)");
 }
 
 TEST(Style, ASetValueIsReadBack) {
