@@ -59,6 +59,14 @@ struct Unit {
   bool isFormatting = false;  // a run of white space with a line end or tab in it
 };
 
+// Whether something shows in front of a place on the same line, as it does where a blank has been typed.
+bool StandsBehindText(const Node* text, int at) {
+  if (at > 0) return !IsBlank(text->data[at - 1]);
+  return NeighbourOf(text, false) == Neighbour::Content &&
+         !(text->previous && text->previous->IsText() && !text->previous->data.isEmpty() &&
+           IsFormatting(text->previous->data.back()));
+}
+
 Unit UnitAt(const Node* text, int at) {
   const QString& data = text->data;
   const int length = text->Length();
@@ -73,6 +81,13 @@ Unit UnitAt(const Node* text, int at) {
   while (from > 0 && IsBlank(data[from - 1])) formatting = IsFormatting(data[--from]) || formatting;
   while (to < length && IsBlank(data[to])) formatting = IsFormatting(data[to++]) || formatting;
   if (!formatting) return {at, at + 1, true};
+  // Blanks in front of the first line end or tab are no formatting: somebody has typed them there. What is behind them
+  // shows nothing more.
+  if (data[from] == u' ' && StandsBehindText(text, from)) {
+    int typed = from;
+    while (data[typed] == u' ') ++typed;
+    return at < typed ? Unit{at, at + 1, true} : Unit{typed, to, false, true};
+  }
   bool counts = !(text->parent && text->parent->IsElement() && text->parent->tag->isTablePart);
   if (counts && from == 0) counts = NeighbourOf(text, false) == Neighbour::Content;
   if (counts && to == length) counts = NeighbourOf(text, true) == Neighbour::Content;
@@ -97,7 +112,7 @@ bool VisitUnits(const Node* text, int from, int to, Visit visit) {
     if (unit.isFormatting) {
       end = std::min(unit.to, to);
     } else {
-      while (end < to && IsBlank(data[end])) ++end;
+      while (end < to && data[end] == u' ') ++end;
     }
     if (unit.counts && !visit(at, end, unit.isFormatting)) return false;
     at = end;

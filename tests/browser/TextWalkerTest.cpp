@@ -60,8 +60,10 @@ INSTANTIATE_TEST_SUITE_P(Cases, CountCharacters,
                                          Count{"<object>xyz</object>", 1}, Count{"<select><option>x</select>", 1},
                                          Count{"a<b>b</b><i>c</i>", 3}, Count{"a\nb", 3}, Count{"a \n  b", 3},
                                          Count{"a\r\n\tb", 3}, Count{"a<b>\n</b>b", 3}, Count{"\na", 1},
-                                         Count{"a\n", 1}, Count{"a\n<br>\nb", 3}, Count{"a<!--xyz-->b", 2},
-                                         Count{"a<script>xyz</script>b", 2}, Count{"a<style>xyz</style>b", 2},
+                                         Count{"a\n", 1}, Count{"a \n", 2}, Count{"a  \n  ", 3}, Count{"a \n<br>b", 4},
+                                         Count{"<b>a</b> \n", 2}, Count{"\n a", 1}, Count{"a\n<br>\nb", 3},
+                                         Count{"a<!--xyz-->b", 2}, Count{"a<script>xyz</script>b", 2},
+                                         Count{"a<style>xyz</style>b", 2},
                                          Count{"<pre>a\n\nb</pre>", 6}));  // the edges of PRE are two of them
 
 TEST(TextWalker, EdgesOfBlocksAndCells) {
