@@ -328,7 +328,10 @@ bool ExecCommand(HTMLDocument& document, LiveRange& range, const QString& name, 
   const auto is = [&](const char* command) { return name.compare(QLatin1String(command), Qt::CaseInsensitive) == 0; };
   if (range.IsCollapsed() || !document.bodyNode()) return false;
   if (const auto property = PropertyOf(name)) {
-    const QString normal = Normalized(*property, value);
+    // A page that gives no colour for its text has one that shows all the same.
+    const bool isColor = *property == FontProperty::Color || *property == FontProperty::Background;
+    const QString given = value.isEmpty() && isColor ? QueryCommandValue(document, range.start, name) : value;
+    const QString normal = Normalized(*property, given);
     return !normal.isEmpty() && Formatter(document, range).SetFont(*property, normal);
   }
   if (is("Bold")) return Formatter(document, range).ToggleBold();
