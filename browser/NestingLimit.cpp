@@ -23,12 +23,16 @@ struct Kind {
                              "button nobr rb rt rtc rp")),
         isFormatting(IsOneOf(lowerName, "b big code em font i s small strike strong tt u")),
         isBarrier(IsOneOf(lowerName, "table template applet object marquee svg math select")),
+        isCell(IsOneOf(lowerName, "td th caption")),
+        endsCell(isCell || IsOneOf(lowerName, "tr tbody thead tfoot col colgroup")),
         isText(Tag::Of(lowerName)->isRawText || IsOneOf(lowerName, "textarea title")) {}
 
   QString name;
   bool endsByItself;  // ended by the next of its kind or by what is around it
   bool isFormatting;  // its end tag ends it alone and leaves open what was begun inside
   bool isBarrier;     // an end tag inside reaches nothing around it
+  bool isCell;        // of a table: what is begun inside ends with it
+  bool endsCell;      // neither its start tag nor its end tag leaves a cell open
   bool isText;        // no tags inside
   int open = 0;       // levels of this name
 };
@@ -57,11 +61,13 @@ class Scanner {
         ++at;
         Kind& kind = KindAt(at);
         at = EndOfTag(at);
-        if (!Close(kind)) Drop(begin, at);
+        const bool wasCellKept = !kind.endsCell || CloseCell();
+        if (kind.isCell ? !wasCellKept : !kind.endsCell && !Close(kind)) Drop(begin, at);
       } else if (IsLetter(next)) {
         Kind& kind = KindAt(at);
         at = EndOfTag(at);
-        if (kind.endsByItself) continue;
+        if (kind.endsCell) CloseCell();
+        if (kind.endsByItself && !(kind.isCell && IsInTable())) continue;
         const bool isKept = kept_ < deepest_;
         Open(kind, isKept);
         if (!isKept) Drop(begin, at);
@@ -133,12 +139,38 @@ class Scanner {
     levels_.erase(levels_.begin() + std::ptrdiff_t(index));
   }
 
+  // Where nothing has been kept for long, to look through all that is open would take its time.
+  bool IsFarTooDeep() const { return levels_.size() > 4 * deepest_; }
+
+  // Whether the next tag stands in a table and in nothing else that would keep a cell from beginning.
+  bool IsInTable() const {
+    if (IsFarTooDeep()) return false;
+    for (std::size_t index = levels_.size(); index > 0; --index)
+      if (levels_[index - 1].kind->isBarrier) return levels_[index - 1].kind->name == u"table";
+    return false;
+  }
+
+  // Ends the cell that is open, with all that was begun in it; what was begun between table and cell goes on behind
+  // the table. False when its start tag was dropped.
+  bool CloseCell() {
+    if (IsFarTooDeep()) return true;
+    for (std::size_t index = levels_.size(); index > 0; --index) {
+      if (levels_[index - 1].kind->isCell) {
+        const bool isKept = levels_[index - 1].isKept;
+        while (levels_.size() >= index) Forget(levels_.size() - 1);
+        return isKept;
+      }
+      if (levels_[index - 1].kind->isBarrier) break;
+    }
+    return true;
+  }
+
   // False for the end tag of an element whose start tag was dropped.
   bool Close(const Kind& kind) {
     if (kind.open == 0) return true;
     std::size_t index = levels_.size();
     while (levels_[--index].kind != &kind)
-      if (levels_[index].kind->isBarrier && !kind.isBarrier) return true;
+      if ((levels_[index].kind->isBarrier || levels_[index].kind->isCell) && !kind.isBarrier) return true;
     const bool isKept = levels_[index].isKept;
     if (kind.isFormatting) {
       Forget(index);
