@@ -135,7 +135,7 @@ const corvane = (() => {
     if (complete) return;
     complete = true;
     changes.watch(document);
-    send('tree', location.href, document.compatMode === 'BackCompat', flatPage());
+    send('tree', location.href, document.compatMode === 'BackCompat', flatPage(), document.characterSet);
   };
   // Puts the program's page in place of what was loaded.
   const adopt = (flat, scroll, number) => {

@@ -52,11 +52,11 @@ const bridgeChanges = (tree, send) => {
     for (const element of into.attributes) {
       if (!isToldOf(element) || fresh.has(idOf(element))) continue;
       const entry = [idOf(element)];
-      for (const attribute of element.attributes) entry.push(attribute.name, attribute.value);
+      for (const attribute of element.attributes) entry.push(tree.wire(attribute.name), tree.wire(attribute.value));
       message.attributes.push(entry);
     }
     for (const node of into.data)
-      if (isToldOf(node) && !fresh.has(idOf(node))) message.data.push([idOf(node), node.data]);
+      if (isToldOf(node) && !fresh.has(idOf(node))) message.data.push([idOf(node), tree.wire(node.data)]);
     reports.push({number: ++reportNumber, touched: into, introduced});
     send('changes', reportNumber, applied, message);
   };

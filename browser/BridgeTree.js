@@ -62,6 +62,15 @@ const bridgeTree = watchContent => {
     watchContent(template.content);
   };
 
+  // A text on its way: where the reader of messages would drop its first character, or it looks as if that had happened,
+  // there is one more in front.
+  const guard = '\u0001';
+  const wire = text => {
+    const first = text.charCodeAt(0);
+    return first === 0xFEFF || first === 1 ? guard + text : text;
+  };
+  const unwire = text => text.charCodeAt(0) === 1 ? text.slice(1) : text;
+
   // The flat form of a tree; every node in it becomes known.
   const describe = (root, out, introduced) => {
     const one = node => {
@@ -72,12 +81,12 @@ const bridgeTree = watchContent => {
         case 1: {
           const kind = node.namespaceURI === SVG ? 2 : node.namespaceURI === MATHML ? 4 : 1;
           out.push(kind, id, node.prefix ? node.nodeName : node.localName, node.attributes.length);
-          for (const attribute of node.attributes) out.push(attribute.name, attribute.value);
+          for (const attribute of node.attributes) out.push(wire(attribute.name), wire(attribute.value));
           out.push(node.childNodes.length);
           return true;
         }
-        case 3: case 4: out.push(3, id, node.data); return false;
-        case 8: out.push(8, id, node.data); return false;
+        case 3: case 4: out.push(3, id, wire(node.data)); return false;
+        case 8: out.push(8, id, wire(node.data)); return false;
         case 9: out.push(9, id, node.childNodes.length); return true;
         case 10: out.push(10, id, node.name, node.publicId, node.systemId); return false;
         case 11: out.push(11, id, node.childNodes.length); return true;
@@ -144,9 +153,9 @@ const bridgeTree = watchContent => {
       let node;
       let children = 0;
       if (kind === 3) {
-        node = document.createTextNode(flat[position.at++]);
+        node = document.createTextNode(unwire(flat[position.at++]));
       } else if (kind === 8) {
-        node = document.createComment(flat[position.at++]);
+        node = document.createComment(unwire(flat[position.at++]));
       } else if (kind === 10) {
         node = document.implementation.createDocumentType(flat[position.at] || 'html', flat[position.at + 1],
                                                           flat[position.at + 2]);
@@ -156,7 +165,8 @@ const bridgeTree = watchContent => {
         children = flat[position.at++];
       } else {
         node = createElement(kind, flat[position.at++]);
-        for (let n = flat[position.at++]; n > 0; --n) setAttribute(node, flat[position.at++], flat[position.at++]);
+        for (let n = flat[position.at++]; n > 0; --n)
+          setAttribute(node, unwire(flat[position.at++]), unwire(flat[position.at++]));
         children = flat[position.at++];
       }
       makeKnown(node, id);
@@ -179,5 +189,5 @@ const bridgeTree = watchContent => {
   };
 
   return {idFor, idOf, nodeOf, isKnown, makeKnown, makeUnknown, clear, forget, templateAround, describe, build,
-          setAttribute};
+          setAttribute, wire};
 };

@@ -26,7 +26,7 @@ class Changes {
 
     for (const QJsonValue& entry : changes[QLatin1String("attributes")].toArray()) SetAttributes(entry.toArray());
     for (const QJsonValue& entry : changes[QLatin1String("data")].toArray())
-      if (Node* node = document_.FindNode(IdOf(entry))) SetData(node, entry.toArray().at(1).toString());
+      if (Node* node = document_.FindNode(IdOf(entry))) SetData(node, FromWire(entry.toArray().at(1).toString()));
   }
 
  private:
@@ -137,7 +137,7 @@ class Changes {
     if (!element || !element->IsElement()) return;
     element->attributes.clear();
     for (int i = 1; i + 1 < entry.size(); i += 2)
-      element->attributes.push_back({entry.at(i).toString(), entry.at(i + 1).toString()});
+      element->attributes.push_back({FromWire(entry.at(i).toString()), FromWire(entry.at(i + 1).toString())});
   }
 
   // Only what differs is replaced, so that points in the unchanged parts keep their place.

@@ -52,6 +52,8 @@ class HTMLDocument {
   void SetPage(LivePage* page) { page_ = page; }
   bool scripting() const { return scripting_; }
   void SetScripting(bool on) { scripting_ = on; }
+  const QString& encoding() const { return encoding_; }  // that the page was loaded in, "" where it isn't known
+  void SetEncoding(const QString& name) { encoding_ = name; }
   bool quirks() const { return quirks_; }
   void SetQuirks(bool on) { quirks_ = on; }
 
@@ -95,6 +97,7 @@ class HTMLDocument {
   HTMLDocumentEvents* events_ = nullptr;
   bool scripting_ = false;
   bool quirks_ = true;
+  QString encoding_;
   std::unordered_set<LiveRange*> ranges_;
   std::vector<Node*> pageNodes_;   // by id
   std::vector<Node*> modelNodes_;  // by -id

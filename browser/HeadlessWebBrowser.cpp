@@ -6,6 +6,7 @@
 #include "GridLayout.h"
 #include "HTMLDocument.h"
 #include "HtmlParser.h"
+#include "PageText.h"
 
 // There is nobody to tell of changes; only questions have to be answered.
 class HeadlessWebBrowser::Page : public LivePage {
@@ -46,14 +47,16 @@ void HeadlessWebBrowser::Finish() {
     emit DocumentComplete();
     return;
   }
-  SetHtml(DecodePage(file.readAll()));
+  const PageContent content = DecodePage(file.readAll());
+  SetHtml(content.text, content.encoding);
 }
 
-void HeadlessWebBrowser::SetHtml(const QString& html) {
+void HeadlessWebBrowser::SetHtml(const QString& html, const QString& encoding) {
   pending_.reset();
   page_.reset();
   auto document = std::make_unique<HTMLDocument>();
   ParseDocument(html, *document);
+  document->SetEncoding(encoding);
   page_ = std::make_unique<Page>(*document);
   document->SetPage(page_.get());
   document_ = std::move(document);

@@ -27,7 +27,7 @@ class HeadlessWebBrowser : public WebBrowser {
   void Finish();
 
   // Shows a page that is no file.
-  void SetHtml(const QString& html);
+  void SetHtml(const QString& html, const QString& encoding = {});
 
   // The user's doings, as the page would report them. Points are pixels in the view.
   void MouseDown(QPoint point, int button = 1);

@@ -272,6 +272,7 @@ void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& messa
       }))
     return;
   document->SetQuirks(message.at(3).toBool());
+  document->SetEncoding(message.at(5).toString());
   document->SetScripting(true);
   document->TreeBuilt();
   document->SetPage(this);

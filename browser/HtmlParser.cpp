@@ -2,7 +2,6 @@
 
 #include <gumbo.h>
 
-#include <QStringDecoder>
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -275,18 +274,4 @@ void ParseDocument(const QString& html, HTMLDocument& document) {
     document.root()->Link(node, beforeType ? type : nullptr);
   });
   document.TreeBuilt();
-}
-
-QString DecodePage(const QByteArray& bytes) {
-  if (const auto encoding = QStringConverter::encodingForData(bytes)) return QStringDecoder(*encoding).decode(bytes);
-  QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-  const QString text = utf8.decode(bytes);
-  if (!utf8.hasError()) return text;
-  static const char16_t upper[] =
-      u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
-      u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
-  QString latin = QString::fromLatin1(bytes);
-  for (QChar& c : latin)
-    if (c.unicode() >= 0x80 && c.unicode() < 0xA0) c = QChar(upper[c.unicode() - 0x80]);
-  return latin;
 }

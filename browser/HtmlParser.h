@@ -1,7 +1,6 @@
 // Turns HTML text into nodes of the model with libgumbo.
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <vector>
 
@@ -19,7 +18,3 @@ std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int de
 
 // Fills an empty document with a whole page.
 void ParseDocument(const QString& html, HTMLDocument& document);
-
-// The text of a page file as a browser guesses it: by its byte order mark, as UTF-8 where that is valid, else as
-// Windows-1252.
-QString DecodePage(const QByteArray& bytes);

@@ -1,11 +1,98 @@
 #include "Serializer.h"
 
+#include <QHash>
+#include <QSet>
+#include <utility>
+
+#include "HTMLDocument.h"
+#include "PageText.h"
+
 namespace {
+
+// What the parser ends before it opens an element.
+enum class Opening { Plain, Link, Nobr, Block, Heading, Item, Term, Button, Option };
+
+Opening OpeningOf(const Tag* tag) {
+  static const QHash<const Tag*, Opening> openings = [] {
+    QHash<const Tag*, Opening> table;
+    const auto add = [&](const char* names, Opening opening) {
+      for (const QString& name : QString::fromLatin1(names).split(u' ')) table.insert(Tag::Of(name), opening);
+    };
+    add("a", Opening::Link);
+    add("nobr", Opening::Nobr);
+    add("address article aside blockquote center details dialog dir div dl fieldset figcaption figure footer form "
+        "header "
+        "hgroup hr listing main menu nav ol p plaintext pre search section summary ul xmp",
+        Opening::Block);
+    add("h1 h2 h3 h4 h5 h6", Opening::Heading);
+    add("li", Opening::Item);
+    add("dd dt", Opening::Term);
+    add("button", Opening::Button);
+    add("option optgroup", Opening::Option);
+    return table;
+  }();
+  return openings.value(tag, Opening::Plain);
+}
+
+// Where the parser stops looking for what is open.
+bool IsScope(const Node* node) {
+  static const QSet<QString> names = {QStringLiteral("applet"),  QStringLiteral("caption"), QStringLiteral("html"),
+                                      QStringLiteral("table"),   QStringLiteral("td"),      QStringLiteral("th"),
+                                      QStringLiteral("marquee"), QStringLiteral("object"),  QStringLiteral("template")};
+  return !node->IsElement() || node->tag->space != Namespace::Html || names.contains(node->tag->localName);
+}
+
+bool EndsByImplication(const Node* node) {
+  static const QSet<QString> names = {QStringLiteral("dd"), QStringLiteral("dt"),       QStringLiteral("li"),
+                                      QStringLiteral("p"),  QStringLiteral("option"),   QStringLiteral("rb"),
+                                      QStringLiteral("rp"), QStringLiteral("optgroup"), QStringLiteral("rt"),
+                                      QStringLiteral("rtc")};
+  return node->IsElement() && node->tag->space == Namespace::Html && names.contains(node->tag->localName);
+}
+
+// Whether the element's start tag would end an element that it is in.
+bool ClosesOpenElement(const Node* element) {
+  const Opening opening = OpeningOf(element->tag);
+  if (opening == Opening::Plain) return false;
+  const Opening outside =
+      element->parent && element->parent->IsElement() ? OpeningOf(element->parent->tag) : Opening::Plain;
+  if (opening == Opening::Option) return element->parent && element->parent->tag->localName == u"option";
+  if (opening == Opening::Heading && outside == Opening::Heading) return true;
+  const bool endsParagraph = opening != Opening::Link && opening != Opening::Nobr && opening != Opening::Button;
+  bool isItemSought = true;
+  for (const Node* node = element->parent; node && !IsScope(node); node = node->parent) {
+    const Opening open = OpeningOf(node->tag);
+    if (endsParagraph && node->tag->localName == u"p") return true;
+    if (opening == open && (opening == Opening::Link || opening == Opening::Nobr || opening == Opening::Button))
+      return true;
+    if (opening == Opening::Item || opening == Opening::Term) {
+      if (isItemSought && open == opening) return true;
+      const QString& name = node->tag->localName;
+      if (node->tag->isBlock && name != u"address" && name != u"div" && name != u"p") isItemSought = false;
+    }
+    if (open == Opening::Button && endsParagraph) break;
+  }
+  return false;
+}
+
+// What is no stranger in a table, and so isn't put in front of it.
+bool StaysInTable(const Node* element) {
+  static const QSet<QString> names = {QStringLiteral("caption"), QStringLiteral("colgroup"), QStringLiteral("col"),
+                                      QStringLiteral("tbody"),   QStringLiteral("thead"),    QStringLiteral("tfoot"),
+                                      QStringLiteral("tr"),      QStringLiteral("td"),       QStringLiteral("th"),
+                                      QStringLiteral("style"),   QStringLiteral("script"),   QStringLiteral("template"),
+                                      QStringLiteral("input"),   QStringLiteral("form"),     QStringLiteral("table")};
+  return names.contains(element->tag->localName);
+}
+
+// Text as it is in the model, or as it stands in a file.
+enum class Form { Source, File };
 
 class Writer {
  public:
-  explicit Writer(bool scripting, bool references = false) : scripting_(scripting), references_(references) {}
+  explicit Writer(bool scripting, Form form = Form::Source) : scripting_(scripting), form_(form) {}
   QString Take() { return std::move(out_); }
+  bool dependsOnEncoding() const { return dependsOnEncoding_; }
 
   void StartTag(const Node* element) {
     out_ += u'<';
@@ -20,10 +107,16 @@ class Writer {
     }
     if (style) WriteAttribute(*style);
     out_ += element->tag->isVoid ? QStringView(u" />") : QStringView(u">");
+    if (element->tag->dropsLineEnd) lineEndDrops_ = out_.size();
   }
 
   void EndTag(const Node* element) {
-    if (element->tag->isVoid) return;
+    if (element->tag->isVoid || isAtEnd_) return;
+    if (element == tableOfForm_) CloseFormOfTable();
+    if (IsFormOfTable(element)) {
+      tableOfForm_ = TableAround(element);
+      if (tableOfForm_) return;
+    }
     out_ += u"</";
     out_ += element->tag->localName;
     out_ += u'>';
@@ -31,6 +124,7 @@ class Writer {
 
   void Text(const Node* text, int from, int to) {
     const QStringView data = QStringView(text->data).mid(from, to - from);
+    if (lineEndDrops_ == out_.size() && data.startsWith(u'\n')) out_ += u'\n';
     if (IsRaw(text->parent)) {
       out_ += data;
     } else {
@@ -63,7 +157,9 @@ class Writer {
     const Node* node = root;
     while (true) {
       if (node->IsElement()) {
-        StartTag(node);
+        if (node != root) PlaceBefore(node);
+        if (node != earlyTable_) StartTag(node);
+        if (node == earlyTable_) earlyTable_ = nullptr;
         if (node->content) Children(node->content);
       } else {
         Leaf(node);
@@ -74,6 +170,9 @@ class Writer {
         continue;
       }
       while (true) {
+        // Nothing ends a PLAINTEXT but the end of the page; an end tag would be its text.
+        if (node->tag == Known().plaintext && EndsPage(node, root)) isAtEnd_ = true;
+        if (isAtEnd_) return;
         if (node->IsElement()) EndTag(node);
         if (node == root) return;
         if (node->next) break;
@@ -89,12 +188,76 @@ class Writer {
   }
 
  private:
+  // --- What the parser makes of a tree can't always be written down tag by tag
+
+  // What stands in a TABLE where it can't comes in front of it, also into what it could not be opened in, as a link
+  // inside of a link. So it is written where it came from, inside of the TABLE that follows.
+  void PlaceBefore(const Node* element) {
+    if (!nestedForms_.empty() && nestedForms_.contains(element)) out_ += u"</form>";
+    if (IsForm(element)) {
+      CloseFormOfTable();
+      FindNestedForms(element);
+    }
+    if (earlyTable_ || !(element->tag == Known().plaintext || ClosesOpenElement(element))) return;
+    const Node* const table = TableBehind(element);
+    if (!table) return;
+    StartTag(table);
+    earlyTable_ = table;
+  }
+
+  static bool IsForm(const Node* node) { return node->tag == FormTag(); }
+  static const Tag* FormTag() {
+    static const Tag* const form = Tag::Of(QStringLiteral("form"));
+    return form;
+  }
+
+  // A FORM in a FORM comes of an end tag that stood further inside than its start tag. Whatever the end tag would end
+  // on its way has to be begun behind it.
+  void FindNestedForms(const Node* form) {
+    for (const Node* node = form->parent; node; node = node->parent)
+      if (IsForm(node)) return;  // has been found with the outermost one
+    for (const Node* node = NextInTree(form, form); node; node = NextInTree(node, form)) {
+      if (!IsForm(node)) continue;
+      const Node* first = node;
+      while (first->parent != form && EndsByImplication(first->parent)) first = first->parent;
+      nestedForms_.insert(first->parent == form && first != node ? node : first);
+    }
+  }
+
+  // An empty FORM among the rows of a table owns the controls in the cells as long as it isn't ended.
+  static bool IsFormOfTable(const Node* element) {
+    return IsForm(element) && !element->firstChild && element->parent && element->parent->IsElement() &&
+           element->parent->tag->isTablePart;
+  }
+  static const Node* TableAround(const Node* node) {
+    while (node && node->tag != Known().table) node = node->parent;
+    return node;
+  }
+  void CloseFormOfTable() {
+    if (std::exchange(tableOfForm_, nullptr)) out_ += u"</form>";
+  }
+
+  // The TABLE among the siblings behind `element` if all up to it would come in front of that table.
+  static const Node* TableBehind(const Node* element) {
+    for (const Node* node = element->next; node; node = node->next) {
+      if (node->tag == Known().table) return node;
+      if (node->IsText() ? node->data.trimmed().isEmpty() : !node->IsElement() || StaysInTable(node)) return nullptr;
+    }
+    return nullptr;
+  }
+
+  static bool EndsPage(const Node* plaintext, const Node* root) {
+    const Node* const next = NextSkippingChildren(plaintext, root);
+    return !next || (next->tag == Known().table && !next->firstChild && !NextSkippingChildren(next, root));
+  }
+
   void WriteAttribute(const Attribute& attribute) {
     out_ += u' ';
     out_ += attribute.name;
     out_ += u"=\"";
     Escape(attribute.value, true);
     out_ += u'"';
+    if (form_ == Form::File) dependsOnEncoding_ |= DependsOnEncoding(attribute.name, attribute.value);
   }
 
   bool IsRaw(const Node* parent) const {
@@ -103,6 +266,7 @@ class Writer {
   }
 
   void Escape(QStringView text, bool inAttribute) {
+    if (form_ == Form::File) return AppendPageText(out_, text, inAttribute ? PagePart::Value : PagePart::Text);
     qsizetype from = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
       QStringView entity;
@@ -123,20 +287,17 @@ class Writer {
           if (!inAttribute) entity = u"&gt;";
           break;
         default:
-          if (!references_ || inAttribute || text[i].unicode() < 0x80) continue;
-          out_ += text.mid(from, i - from);
-          from = i + 1;
-          char32_t code = text[i].unicode();
-          if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
-            code = QChar::surrogateToUcs4(text[i], text[i + 1]);
-            from = ++i + 1;
-          }
-          out_ += QStringLiteral("&#%1;").arg(uint(code));
-          continue;
+          if (text[i] >= u' ' || text[i] == u'\t' || text[i] == u'\n' || text[i].isNull()) continue;
+          break;
       }
-      if (entity.isEmpty()) continue;
+      const bool isControl = text[i] < u' ';  // a carriage return would be read as a line end, the others as mistakes
+      if (entity.isEmpty() && !isControl) continue;
       out_ += text.mid(from, i - from);
-      out_ += entity;
+      if (isControl) {
+        out_ += QStringLiteral("&#%1;").arg(text[i].unicode());
+      } else {
+        out_ += entity;
+      }
       from = i + 1;
     }
     out_ += text.mid(from);
@@ -144,7 +305,13 @@ class Writer {
 
   QString out_;
   bool scripting_;
-  bool references_;
+  Form form_;
+  qsizetype lineEndDrops_ = -1;        // where a reader drops a line end, so that one more is written there
+  bool isAtEnd_ = false;               // in a text that only the end of the page ends
+  const Node* earlyTable_ = nullptr;   // whose start tag is written already
+  const Node* tableOfForm_ = nullptr;  // that holds a FORM which isn't ended yet
+  QSet<const Node*> nestedForms_;      // in front of which the FORM around has to end
+  bool dependsOnEncoding_ = false;     // on the one that the page was loaded in
 };
 
 const Node* CommonAncestor(const Node* a, const Node* b) {
@@ -154,10 +321,13 @@ const Node* CommonAncestor(const Node* a, const Node* b) {
 
 }  // namespace
 
-QByteArray FileHtml(const Node* node, bool scripting) {
-  Writer writer(scripting, true);
-  writer.Subtree(node);
-  return writer.Take().toUtf8();
+QByteArray FileHtml(const HTMLDocument& document) {
+  const Node* const html = document.htmlNode();
+  if (!html) return QByteArray();
+  Writer writer(document.scripting(), Form::File);
+  writer.Subtree(html);
+  const QString encoding = writer.dependsOnEncoding() ? document.encoding() : QString();
+  return PageFileBytes(writer.Take(), encoding);
 }
 
 QString OuterHtml(const Node* node, bool scripting) {

@@ -1,6 +1,7 @@
 // Writes nodes as HTML by the fragment serialisation rules of the HTML standard, with two rules of our own: `style` is
 // always the last attribute, and void elements end in " />". So a blank stands behind every attribute value that names
-// a picture, which the scan for pictures relies on.
+// a picture, which the scan for pictures relies on. What is read again is the same tree: a text that begins with a line
+// end gets one more where the parser drops the first, and nothing is written behind a PLAINTEXT, which nothing ends.
 #pragma once
 
 #include <QByteArray>
@@ -8,9 +9,10 @@
 
 #include "BoundaryPoint.h"
 
-// The node with its tags as the text of a file, in UTF-8 with characters of text above U+007F as decimal references, so
-// that it reads right whatever encoding a reader takes it for.
-QByteArray FileHtml(const Node* node, bool scripting);
+class HTMLDocument;
+
+// The file of the page, as PageText.h has it; "" for a document without any element.
+QByteArray FileHtml(const HTMLDocument& document);
 
 // The node with its tags. `scripting`: NOSCRIPT holds plain text.
 QString OuterHtml(const Node* node, bool scripting);

@@ -8,7 +8,7 @@
 
 namespace {
 
-enum Trait { Void = 1, RawText = 2, Hidden = 4, Atomic = 8, Block = 16, TablePart = 32, HoldsText = 64 };
+enum Trait { Void = 1, RawText = 2, Hidden = 4, Atomic = 8, Block = 16, TablePart = 32, HoldsText = 64, DropsLineEnd = 128 };
 
 struct TraitRow {
   const char* names;
@@ -27,6 +27,7 @@ constexpr TraitRow traitRows[] = {
     {"ol ul optgroup option", Block},
     {"table tbody thead tfoot tr", Block | TablePart},
     {"colgroup col", Hidden},
+    {"pre listing textarea", DropsLineEnd},
 };
 
 QHash<QString, int> BuildTraits() {
@@ -54,6 +55,7 @@ const Tag* Tag::Of(const QString& localName, Namespace space) {
     tag->isAtomic = traits & Atomic || (space != Namespace::Html && (localName == u"svg" || localName == u"math"));
     tag->isBlock = traits & Block;
     tag->isTablePart = traits & TablePart;
+    tag->dropsLineEnd = traits & DropsLineEnd;
     tag->holdsText = traits & HoldsText;
     slot = std::move(tag);
   }

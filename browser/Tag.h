@@ -17,6 +17,7 @@ struct Tag {
   bool isAtomic = false;     // one character of text for itself: IMG, HR, INPUT, OBJECT, IFRAME and the like
   bool isBlock = false;      // its edges end a line of text: blocks, tables and their parts, cells
   bool isTablePart = false;  // TABLE, TBODY, THEAD, TFOOT, TR: white space directly inside is no text
+  bool dropsLineEnd = false;  // a line end right behind its start tag is none of its text
   bool holdsText = false;    // a block in which a caret may stand even while it is empty
 
   // The one Tag for a name. `localName` of HTML elements is lower case.

@@ -15,6 +15,9 @@ enum Kind {
   FragmentNode = 11
 };
 
+constexpr QChar byteOrderMark(0xFEFF);
+constexpr QChar guard(1);
+
 constexpr NodeId largestId = 1 << 26;  // the document keeps a table by id
 
 int CountChildren(const Node* node) {
@@ -32,8 +35,8 @@ void EncodeOne(const Node* node, int children, QJsonArray& out) {
       out.append(node->tag->localName);
       out.append(int(node->attributes.size()));
       for (const Attribute& attribute : node->attributes) {
-        out.append(attribute.name);
-        out.append(attribute.value);
+        out.append(ToWire(attribute.name));
+        out.append(ToWire(attribute.value));
       }
       out.append(children);
       break;
@@ -42,7 +45,7 @@ void EncodeOne(const Node* node, int children, QJsonArray& out) {
     case Node::Type::Comment:
       out.append(node->IsText() ? TextNode : CommentNode);
       out.append(node->id);
-      out.append(node->data);
+      out.append(ToWire(node->data));
       break;
     case Node::Type::DocumentType:
       out.append(DoctypeNode);
@@ -107,8 +110,8 @@ struct Reader {
         node->tag = Tag::Of(Text(), space);
         node->attributes.clear();
         for (int count = Number(); count > 0 && !broken; --count) {
-          const QString name = Text();
-          node->attributes.push_back({name, Text()});
+          const QString name = FromWire(Text());
+          node->attributes.push_back({name, FromWire(Text())});
         }
         children = Number();
         break;
@@ -116,7 +119,7 @@ struct Reader {
       case TextNode:
       case CommentNode:
         make(kind == TextNode ? Node::Type::Text : Node::Type::Comment);
-        node->data = Text();
+        node->data = FromWire(Text());
         break;
       case DoctypeNode: {
         make(Node::Type::DocumentType);
@@ -138,6 +141,14 @@ struct Reader {
 };
 
 }  // namespace
+
+QString ToWire(const QString& text) {
+  return text.startsWith(byteOrderMark) || text.startsWith(guard) ? guard + text : text;
+}
+
+QString FromWire(const QString& text) {
+  return text.startsWith(guard) ? text.mid(1) : text;
+}
 
 void EncodeTree(const Node* tree, QJsonArray& out) {
   const Node* node = tree;

@@ -6,12 +6,17 @@
 //   document  9, id, number of children
 //   doctype  10, id, name, public identifier, system identifier
 //   fragment 11, id, number of children
+// Names and values of attributes and data that begin with U+FEFF, which the JSON reader takes for a byte order mark and
+// drops, or with U+0001 have a U+0001 put in front.
 #pragma once
 
 #include <QJsonArray>
 #include <functional>
 
 #include "Node.h"
+
+QString ToWire(const QString& text);
+QString FromWire(const QString& text);
 
 void EncodeTree(const Node* tree, QJsonArray& out);
 

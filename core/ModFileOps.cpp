@@ -209,5 +209,5 @@ QString CutAtNul(const QString& Text) {
 }
 
 QString PictureFileName(const QString& Path) {
-  return FileNameOf(Path).replace(u' ', u'_');
+  return FileNameOf(Path).normalized(QString::NormalizationForm_C).replace(u' ', u'_');
 }

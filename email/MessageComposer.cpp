@@ -8,6 +8,7 @@
 #include "CodePage.h"
 #include "HtmlBody.h"
 #include "OneLine.h"
+#include "PageText.h"
 #include "PathRules.h"
 #include "Stamps.h"
 #include "StringTable.h"
@@ -69,10 +70,8 @@ QByteArray MessageComposer::BuildPictureHeader(const QString& fileName) {
   if (id.isEmpty()) {
     id = name;
   } else {
-    // A page may hold the name in either form.
-    const QByteArray utf8 = fileName.toUtf8();
-    HtmlBody_ = ReplaceNoCase(HtmlBody_, "cid:" + utf8, "cid:" + id);
-    if (name != utf8) HtmlBody_ = ReplaceNoCase(HtmlBody_, "cid:" + name, "cid:" + id);
+    for (const QByteArray& form : PageNameForms(fileName))
+      HtmlBody_ = ReplaceNoCase(HtmlBody_, "cid:" + form, "cid:" + id);
   }
   return QByteArray("--") + kOuter + kEnd + "Content-Type: image/" + extension + ";" + kEnd + "\tName=\"" + name +
          "\"" + kEnd + "Content-Transfer-Encoding: base64" + kEnd + "Content-ID: <" + id + ">" + kEnd + kEnd;

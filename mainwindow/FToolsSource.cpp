@@ -1,9 +1,11 @@
 // The panel with the page's source.
+#include <QFontDatabase>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "FTools.h"
 #include "FWeb.h"
+#include "PageText.h"
 #include "Program.h"
 #include "SourceText.h"
 #include "ToolPanel.h"
@@ -18,8 +20,10 @@ void FTools::BuildSourcePanel() {
   T1 = new SourceText;
   SetName(T1, "T1");
   T1->setAccessibleName(QStringLiteral("Page source"));
-  QFont font;
-  font.setFamily(QStringLiteral("Verdana"));
+  // Source is easiest to read where all letters are alike in width.
+  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  font.setFamilies(QStringList{QStringLiteral("Verdana")} + font.families());
+  font.setStyleHint(QFont::Monospace);
   T1->setFont(font);
   connect(T1, &QPlainTextEdit::textChanged, this, [this] {
     if (isVisible()) bCloseText[1]->setEnabled(true);
@@ -34,7 +38,7 @@ void FTools::BuildSourcePanel() {
 }
 
 void FTools::ShowSource() {
-  T1->SetText(web_.jWB->Source());
+  T1->SetText(SourceToEdit(web_.jWB->Source()));
   ShowTool(1, QString());
 }
 
@@ -49,6 +53,6 @@ void FTools::OnCloseText(int Index) {
   const QString page = program_.CurPageFile;
   if (!program_.Files.FileExists(page)) return;
   program_.Files.DeleteFileIfAny(page);
-  program_.Files.WriteTextFile(page, T1->Text().toUtf8());
+  program_.Files.WriteTextFile(page, web_.jWB->FileOfSource(T1->Text()));
   web_.jWB->Navo(page, false);
 }

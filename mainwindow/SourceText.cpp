@@ -1,5 +1,6 @@
 #include "SourceText.h"
 
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -23,6 +24,13 @@ SourceText::SourceText(QWidget* parent) : QPlainTextEdit(parent) {
 // toPlainText() would turn every no-break space into a blank.
 QString SourceText::Text() const {
   return WithLineEnds(document()->toRawText());
+}
+
+// The box itself would put in a mark that no page knows as a line end.
+void SourceText::keyPressEvent(QKeyEvent* event) {
+  if (!event->matches(QKeySequence::InsertLineSeparator)) return QPlainTextEdit::keyPressEvent(event);
+  textCursor().insertBlock();
+  ensureCursorVisible();
 }
 
 QMimeData* SourceText::createMimeDataFromSelection() const {

@@ -1,5 +1,5 @@
 // A box for a page's source. It gives its text as it was put in and typed: no-break spaces stay what they are, also on
-// their way to the clipboard. Line ends come as "\n".
+// their way to the clipboard. Line ends come as "\n", also those that are typed with Shift.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -14,5 +14,6 @@ class SourceText : public QPlainTextEdit {
   void SetText(const QString& text) { setPlainText(text); }
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;
 };

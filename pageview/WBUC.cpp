@@ -1,6 +1,7 @@
 #include "WBUC.h"
 
 #include "FontSizeMap.h"
+#include "PageText.h"
 #include "Program.h"
 #include "Serializer.h"
 #include "Settings.h"
@@ -192,6 +193,9 @@ QString WBUC::Source() const {
 }
 
 QByteArray WBUC::SourceForFile() const {
-  const HTMLElement root = DocReady_ ? Doc_->documentElement() : HTMLElement();
-  return root ? FileHtml(root.node(), Doc_->scripting()) : QByteArray();
+  return DocReady_ ? FileHtml(*Doc_) : QByteArray();
+}
+
+QByteArray WBUC::FileOfSource(const QString& source) const {
+  return SourceFileBytes(source, DocReady_ ? Doc_->encoding() : QString());
 }

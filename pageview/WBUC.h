@@ -65,6 +65,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void SetLinkColor(const QString& color);                 // for visited links too
   QString Source() const;                                  // the whole live page as HTML
   QByteArray SourceForFile() const;                        // the same as bytes of a page file: what is saved
+  QByteArray FileOfSource(const QString& source) const;    // of what was typed in place of the page's source
 
   bool HasTextClip() const { return !TextClip_.isEmpty(); }
   bool HasTagClip() const { return !TagClip_.isEmpty(); }

@@ -120,7 +120,7 @@ void PreparePackPages(Program& program) {
 
 QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount) {
   const QByteArray linkText = EncodePageText(program.LinkTextValue);
-  if (FindNoCase(html, linkText + "</A>") >= 0) return html;
+  if (FindNoCase(DecodePageName(html), program.LinkTextValue + "</A>") >= 0) return html;
   const qsizetype bodyEnd = FindNoCase(html, QByteArrayLiteral("</BODY>"));
   if (bodyEnd < 0) return html;
   const int pageNumber = PageNumberOf(pagePath);

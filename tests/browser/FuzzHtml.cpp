@@ -12,8 +12,7 @@
 //
 // Pages are of two sorts. Wild ones are made of anything, half of it broken. Tidy ones hold only what HTML can write
 // down and read back: no P, LI, A, FORM, NOBR, BUTTON or heading that could come to stand inside its like, nothing but
-// rows and cells where a table wants them, no PRE, LISTING or TEXTAREA (the line end behind the tag is dropped), no CR.
-// Their text must parse into the same tree at all times.
+// rows and cells where a table wants them. Their text, and their file, must parse into the same tree at all times.
 namespace {
 
 constexpr auto kDuration = std::chrono::seconds(8);
@@ -31,8 +30,9 @@ class Maker {
   }
 
   QString Text() {
-    static const char* const texts[] = {"a",     "b c", " ", "  ", "\n", " \n ", "\xC2\xA0", "\xF0\x9F\x98\x80",
-                                        "<&>\"", "xyz"};
+    static const char* const texts[] = {
+        "a",     "b c", " ",    "  ", "\n",           " \n ", "\xC2\xA0", "\xF0\x9F\x98\x80",
+        "<&>\"", "xyz", "\n\n", "\r", "\xC3\xA9.\n.", "\x01"};
     return QString::fromUtf8(texts[Below(std::size(texts))]);
   }
 
@@ -46,8 +46,10 @@ class Maker {
                                          "<!--c-->",
                                          "<script>1<2</script>",
                                          "<style>a>b</style>",
-                                         "<input value='a&amp;b'>"};
-    static const char* const tags[] = {"b", "i", "font", "span", "div", "center", "u", "template"};
+                                         "<input value='a&amp;b'>",
+                                         "<textarea>\n\n&lt;i></textarea>",
+                                         "<pre>\n\n</pre>"};
+    static const char* const tags[] = {"b", "i", "font", "span", "div", "center", "u", "template", "pre", "listing"};
     QString html;
     for (; size > 0; --size) {
       switch (Below(5)) {
@@ -205,7 +207,7 @@ class Playground {
 
   static bool HoldsAnything(const Node* node) {
     return node && node->IsElement() && !node->tag->isTablePart && !node->tag->isVoid && !node->tag->isHidden &&
-           node->tag != Known().html && node->tag->localName != u"colgroup";
+           node->tag != Known().html && node->tag != Known().textarea && node->tag->localName != u"colgroup";
   }
   bool MayPaste(const HTMLTxtRange& range) const {
     if (!tidy_) return true;
@@ -238,6 +240,12 @@ class Playground {
     const QString again = InnerHtml(body, false);
     DestroyTree(body);
     if (tidy_ && again != html) Fail("doesn't come back:\n" + again);
+    // Edits outside of BODY may leave more than one of it.
+    const Node* const head = page_.document.headNode();
+    const bool isWhole = head && head == page_.document.htmlNode()->firstChild &&
+                         head->next == page_.document.bodyNode() && !page_.document.bodyNode()->next;
+    const QString difference = tidy_ && isWhole ? DifferenceAfterSaving(page_.document) : QString();
+    if (!difference.isEmpty()) Fail("isn't the same after saving: " + difference);
   }
 
   Maker make_;

@@ -121,19 +121,4 @@ TEST(HtmlParser, Quirks) {
   EXPECT_FALSE(quirks("<!DOCTYPE html><p>"));
 }
 
-TEST(HtmlParser, BytesOfAPage) {
-  EXPECT_EQ(DecodePage("abc"), "abc");
-  EXPECT_EQ(DecodePage(""), "");
-  EXPECT_EQ(DecodePage("\xC3\xA9"), QString(QChar(0xE9)));
-  EXPECT_EQ(DecodePage("\xEF\xBB\xBF\xC3\xA9"), QString(QChar(0xE9)));
-  EXPECT_EQ(DecodePage("\xE9"), QString(QChar(0xE9)));
-  EXPECT_EQ(DecodePage("a\xC3"), QString("a") + QChar(0xC3)) << "cut off in the middle it isn't UTF-8";
-  EXPECT_EQ(DecodePage("\x80\x93\xFF"), QString(QChar(0x20AC)) + QChar(0x201C) + QChar(0xFF));
-  EXPECT_EQ(DecodePage(QByteArray("\xFF\xFE"
-                                  "a\0b\0",
-                                  6)),
-            "ab");
-  EXPECT_EQ(DecodePage(QByteArray("\xFE\xFF\0a\0b", 6)), "ab");
-}
-
 }  // namespace

@@ -5,6 +5,8 @@
 #include <random>
 
 #include "BoundaryPoint.h"
+#include "HtmlParser.h"
+#include "PageText.h"
 #include "QtPrinters.h"
 #include "TestPage.h"
 
@@ -38,6 +40,54 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"<input disabled>", "<input disabled=\"\" />"},
                     Row{"<svg viewbox=1><g/></svg>", "<svg viewBox=\"1\"><g></g></svg>"},
                     Row{"\xE2\x82\xAC", "\xE2\x82\xAC"}));
+
+// The parser drops one.
+TEST(Serializer, ATextThatBeginsWithALineEndGetsOneMoreWhereOneIsDropped) {
+  for (const char* html : {"<pre>\n\na</pre>", "<textarea>\n\n</textarea>", "<listing>\n\n\na</listing>",
+                           "<pre><b>\na</b></pre>", "<pre>a\n</pre>", "<div>\na</div>"})
+    EXPECT_EQ(TestPage(html).Body(), html);
+  const TestPage page("<pre>\n\na</pre>");
+  EXPECT_EQ(InnerHtml(page.Find("PRE"), false), "\na") << "without its tag nothing is dropped";
+}
+
+TEST(Serializer, NothingIsWrittenBehindAPlaintext) {
+  const TestPage page("a<plaintext>b<i>&amp;\n");
+  EXPECT_TRUE(
+      page.document.documentElement().outerHTML().startsWith("<html><head></head><body>a<plaintext>b<i>&amp;\n"));
+  const QByteArray file = FileHtml(page.document);
+  HTMLDocument read;
+  ParseDocument(DecodePage(file).text, read);
+  EXPECT_EQ(FileHtml(read), file);
+}
+
+TEST(Serializer, ACarriageReturnAndOtherControlsAreReferences) {
+  TestPage page("<b title='a&#13;b'>c&#13;d&#1;\te</b>");
+  EXPECT_EQ(page.Body(), "<b title=\"a&#13;b\">c&#13;d&#1;\te</b>");
+}
+
+TEST(Serializer, AFileIsAsciiWithReferencesInTextAndValues) {
+  const TestPage page(QString::fromUtf8("<img alt='\u00e9' src='M\u00fcller.gif'>\u5199<b>\U0001F389</b>"));
+  const QByteArray file = FileHtml(page.document);
+  EXPECT_TRUE(file.contains("<img alt=\"&#233;\" src=\"M&#252;ller.gif\" />&#20889;<b>&#127881;</b>"))
+      << file.constData();
+  EXPECT_FALSE(file.contains("<meta"));
+}
+
+TEST(Serializer, ARawTextAboveAsciiMakesTheFileSayUtf8AndNotTheModel) {
+  const TestPage page(QString::fromUtf8("<script>'\u00e9'</script>\u00e9"));
+  const QByteArray file = FileHtml(page.document);
+  EXPECT_TRUE(file.contains("<head><meta charset=\"utf-8\" /></head>")) << file.constData();
+  EXPECT_TRUE(file.contains("<script>'\xC3\xA9'</script>&#233;")) << file.constData();
+  EXPECT_FALSE(page.document.documentElement().outerHTML().contains("meta"));
+}
+
+TEST(Serializer, AQueryKeepsTheEncodingThatThePageWasLoadedIn) {
+  TestPage page(QString::fromUtf8("<a href='x?\u00e9'>a</a>"));
+  page.document.SetEncoding("KOI8-R");
+  EXPECT_TRUE(FileHtml(page.document).contains("<head><meta charset=\"KOI8-R\" /></head>"));
+  page.document.SetEncoding("windows-1252");
+  EXPECT_FALSE(FileHtml(page.document).contains("<meta"));
+}
 
 TEST(Serializer, TheDocumentElementHasNoDoctypeAndNoCommentsAround) {
   TestPage page("a");

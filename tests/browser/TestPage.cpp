@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "HtmlParser.h"
+#include "PageText.h"
 #include "Serializer.h"
 
 ReplicaPage::ReplicaPage(const HTMLDocument& document) {
@@ -220,7 +221,7 @@ QString TestPage::Show(const LiveRange& range) const {
 
 QString DifferenceAfterSaving(const HTMLDocument& document) {
   HTMLDocument read;
-  ParseDocument(DecodePage(FileHtml(document.htmlNode(), document.scripting())), read);
+  ParseDocument(DecodePage(FileHtml(document)).text, read);
   const Node* here = document.htmlNode();
   const Node* there = read.htmlNode();
   for (; here && there; here = NextInTree(here), there = NextInTree(there)) {

@@ -48,4 +48,15 @@ TEST(TreeCodec, WhatIsNoTreeIsRefused) {
   }
 }
 
+// The reader of messages would drop a U+FEFF in front.
+TEST(TreeCodec, ATextThatBeginsWithAByteOrderMarkIsGuarded) {
+  const QString mark = QChar(0xFEFF);
+  const QString guard = QChar(1);
+  EXPECT_EQ(ToWire(mark + u'a'), guard + mark + u'a');
+  EXPECT_EQ(ToWire(guard), guard + guard);
+  EXPECT_EQ(ToWire("a" + mark), "a" + mark);
+  for (const QString& text : {mark, guard, QString(), guard + mark, mark + mark, QStringLiteral("a")})
+    EXPECT_EQ(FromWire(ToWire(text)), text);
+}
+
 }  // namespace

@@ -12,6 +12,7 @@
 #include "KindTable.h"
 #include "OpenProjectPanel.h"
 #include "PageFiles.h"
+#include "PageText.h"
 #include "RunningProgram.h"
 #include "Serializer.h"
 #include "StringTable.h"
@@ -102,7 +103,7 @@ CaseOutcome PlayNextPage(const QJsonObject& one) {
 
 QString LettersOfFile(const QByteArray& bytes) {
   HTMLDocument document;
-  ParseDocument(DecodePage(bytes), document);
+  ParseDocument(DecodePage(bytes).text, document);
   return ShownLetters(document);
 }
 

@@ -5,7 +5,6 @@
 #include "AsciiText.h"
 #include "Colors.h"
 #include "Numbers.h"
-#include "PageText.h"
 #include "Twips.h"
 
 namespace {
@@ -135,29 +134,6 @@ TEST(HtmlToColor, NamesGiveBlack) {
   EXPECT_EQ(0, HtmlToColor(""));
   EXPECT_EQ(0, HtmlToColor("#"));
   EXPECT_EQ(0, HtmlToColor("F"));
-}
-
-TEST(PageText, EncodesEachCodePointAbove7F) {
-  EXPECT_EQ("plain <b>&amp;", EncodePageText("plain <b>&amp;"));
-  EXPECT_EQ("P&#225;gina", EncodePageText(QString::fromUtf8("P\u00E1gina")));
-  EXPECT_EQ("&#128054;&#8364;", EncodePageText(QString::fromUtf8("\U0001F436\u20AC")));
-  EXPECT_EQ("\x7F&#128;", EncodePageText(QString(QChar(0x7F)) + QChar(0x80)));
-  EXPECT_EQ("", EncodePageText(""));
-}
-
-TEST(PageText, NamesAreUtf8WhereThatIsValid) {
-  EXPECT_EQ(QString::fromUtf8("\u732B.gif"), DecodePageName("\xE7\x8C\xAB.gif"));
-  EXPECT_EQ(QString::fromUtf8("\u00E9.gif"), DecodePageName("\xC3\xA9.gif"));
-  EXPECT_EQ("cat.gif", DecodePageName("cat.gif"));
-  EXPECT_EQ("", DecodePageName(""));
-}
-
-TEST(PageText, NamesAreWindows1252WhereUtf8IsNotValid) {
-  EXPECT_EQ(QString::fromUtf8("\u00E9.gif"), DecodePageName("\xE9.gif"));
-  EXPECT_EQ(QString::fromUtf8("\u20AC\u017D\u201D.gif"), DecodePageName("\x80\x8E\x94.gif"));
-  // Cut off in the middle of a character, and an overlong form.
-  EXPECT_EQ(QString::fromUtf8("\u00E7\u0152"), DecodePageName("\xE7\x8C"));
-  EXPECT_EQ(QString::fromUtf8("\u00C0\u20AC"), DecodePageName("\xC0\x80"));
 }
 
 }  // namespace

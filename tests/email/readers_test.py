@@ -4,7 +4,11 @@ munpack.
 Usage: readers_test.py --build FOLDER
 """
 import argparse
+import email
+import email.policy
+import html
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -50,6 +54,27 @@ class Messages(unittest.TestCase):
         for name, raw, page, pictures in self.each(".eml"):
             self.assertTrue(raw.startswith(b"FROM: Ann Lee<ann@example.org>\r\n"))
             self.assertEqual(mail_messages.problems(raw, page, pictures), [], name)
+
+    def test_pictures_of_any_name_are_found_by_what_the_page_says(self):
+        names = ["M\u00fcller.gif", "stra\u00dfe.gif", "\u5199\u771f.png", "\u00e9t\u00e9.jpg"]
+        folder = os.path.join(self.scratch.name, "names")
+        os.makedirs(folder)
+        page = "<html><head></head><body>%s</body></html>" % "".join(
+            '<img src="%s" alt="%s" />' % (name, name) for name in names)
+        with open(os.path.join(folder, "wgcard.html"), "wb") as file:
+            file.write(page.encode("ascii", "xmlcharrefreplace"))
+        for name in names:
+            with open(os.path.join(folder, name), "wb") as file:
+                file.write(name.encode("utf-8"))
+        subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "compose", folder], check=True, timeout=120)
+        with open(folder + ".eml", "rb") as file:
+            message = email.message_from_bytes(file.read(), policy=email.policy.default)
+        parts = {part["Content-ID"].strip("<>"): part.get_payload(decode=True) for part in message.walk()
+                 if part["Content-ID"]}
+        body = [part for part in message.walk() if part.get_content_type() == "text/html"][0]
+        shown = re.findall('SRC="cid:([^"]*)" alt="([^"]*)"', html.unescape(body.get_content()))
+        self.assertEqual([alt for _, alt in shown], names)
+        self.assertEqual([parts[identifier].decode("utf-8") for identifier, _ in shown], names)
 
     def test_both_are_read_by_munpack(self):
         if not shutil.which("munpack"):

@@ -1,5 +1,7 @@
 #include <QClipboard>
 #include <QFontInfo>
+#include <QTest>
+#include <QTextCursor>
 
 #include "SourceText.h"
 #include "ToolsFixture.h"
@@ -30,6 +32,7 @@ TEST_F(SourcePanel, ShowsThePagesSourceWithNothingToSave) {
   }
   EXPECT_EQ("T1", Tools().T1->objectName());
   EXPECT_EQ("Verdana", Tools().T1->font().family());
+  EXPECT_TRUE(QFontInfo(Tools().T1->font()).fixedPitch() || QFontInfo(Tools().T1->font()).family() == "Verdana");
   EXPECT_EQ(Qt::ScrollBarAlwaysOff, Tools().T1->horizontalScrollBarPolicy());
   EXPECT_EQ(Qt::ScrollBarAlwaysOn, Tools().T1->verticalScrollBarPolicy());
 }
@@ -80,12 +83,61 @@ TEST_F(SourcePanel, InvalidHtmlIsWrittenAsItStands) {
   EXPECT_TRUE(View().DocReady());
 }
 
-TEST_F(SourcePanel, TextInAnyScriptIsWrittenAsUtf8) {
+TEST_F(SourcePanel, TextInAnyScriptIsWrittenAsReferences) {
   Tools().ShowSource();
   const QString page = QString::fromUtf8("<HTML><BODY>\u00e4 \u0416 \U0001F600\nline</BODY></HTML>");
   Tools().T1->SetText(page);
   Save();
-  EXPECT_EQ(page.toUtf8(), PageFile());
+  EXPECT_EQ("<HTML><BODY>&#228; &#1046; &#128512;\nline</BODY></HTML>", PageFile());
+  EXPECT_TRUE(View().Source().contains(QString::fromUtf8("\u00e4 \u0416 \U0001F600\nline")));
+}
+
+// What the page says of its encoding stays, as long as it doesn't matter.
+TEST_F(SourcePanel, SavingTenTimesGarblesNothingInAPageOfALegacyEncoding) {
+  Tools().ShowSource();
+  const QString page = QString::fromUtf8(
+      "<html><head><meta charset=\"iso-8859-1\"></head><body><p title=\"Gr\u00fc\u00dfe\">\u20ac 5 "
+      "\u00e9</p></body></html>");
+  Tools().T1->SetText(page);
+  QByteArray first;
+  for (int time = 0; time < 10; ++time) {
+    Save();
+    if (time == 0) first = PageFile();
+    EXPECT_EQ(first, PageFile());
+    const QString source = View().Source();
+    EXPECT_TRUE(source.contains(QString::fromUtf8("title=\"Gr\u00fc\u00dfe\"")));
+    EXPECT_TRUE(source.contains(QString::fromUtf8("\u20ac 5 \u00e9")));
+    EXPECT_TRUE(source.contains("charset=\"iso-8859-1\""));
+    Tools().ShowSource();
+  }
+}
+
+TEST_F(SourcePanel, AScriptAboveAsciiMakesThePageSayUtf8) {
+  Tools().ShowSource();
+  Tools().T1->SetText(QString::fromUtf8(
+      "<head><meta charset='iso-8859-1'></head><script>a='\u00e9'</script><i title=\u00e9>\u00e9</i>"));
+  Save();
+  EXPECT_EQ("<head><meta charset='utf-8'></head><script>a='\xC3\xA9'</script><i title=&#233;>&#233;</i>", PageFile());
+  EXPECT_TRUE(View().Source().contains(QString::fromUtf8("a='\u00e9'")));
+}
+
+TEST_F(SourcePanel, ShiftReturnIsALineEndLikeReturn) {
+  Tools().ShowSource();
+  Tools().T1->SetText("ab");
+  Tools().T1->moveCursor(QTextCursor::End);
+  QTest::keyClick(Tools().T1, Qt::Key_Return, Qt::ShiftModifier);
+  QTest::keyClick(Tools().T1, 'c');
+  QTest::keyClick(Tools().T1, Qt::Key_Return);
+  EXPECT_EQ("ab\nc\n", Tools().T1->Text());
+}
+
+TEST_F(SourcePanel, LineEndsThatTheBoxDoesntKnowAreShownAsReferences) {
+  ShowBody("<p title='a&#13;b'>c&#8232;d&#8233;e&#13;f</p>");
+  Tools().ShowSource();
+  EXPECT_TRUE(Tools().T1->Text().contains("<p title=\"a&#13;b\">c&#8232;d&#8233;e&#13;f</p>"));
+  const QString before = View().Source();
+  Save();
+  EXPECT_EQ(before, View().Source());
 }
 
 TEST_F(SourcePanel, ANoBreakSpaceStaysOne) {
@@ -94,7 +146,7 @@ TEST_F(SourcePanel, ANoBreakSpaceStaysOne) {
   Tools().T1->SetText(page);
   EXPECT_EQ(page, Tools().T1->Text());
   Save();
-  EXPECT_EQ(page.toUtf8(), PageFile());
+  EXPECT_EQ("<HTML><BODY>a&#160;b  c</BODY></HTML>", PageFile());
   // Also when it is moved about in the box.
   Tools().T1->selectAll();
   Tools().T1->cut();

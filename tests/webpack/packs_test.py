@@ -209,6 +209,12 @@ class Packs(unittest.TestCase):
         self.build({"wgcard.html": page, **{name: name.encode() for name in names}})
         self.assertEqual(self.packed(), {"wgcard.html": page, **{name: name.encode() for name in names}})
 
+    def test_NamesThatAPageHasAsReferencesGoAlong(self):
+        names = ["M\u00fcller.gif", "stra\u00dfe.gif", "\u5199\u771f.png", "\u00e9t\u00e9.jpg"]
+        page = self.page("x", *names).decode().encode("ascii", "xmlcharrefreplace")
+        self.build({"wgcard.html": page, "unused\u00fc.gif": b"GIF89a", **{name: name.encode() for name in names}})
+        self.assertEqual(self.packed(), {"wgcard.html": page, **{name: name.encode() for name in names}})
+
     def test_FiveHundredSmallFilesGoAlong(self):
         files = {"p%d.gif" % n: b"GIF89a%d" % n for n in range(500)}
         page = self.page("x", *files)
