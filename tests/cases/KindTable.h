@@ -11,6 +11,7 @@
 struct CaseOutcome {
   QStringList differences;
   QString skipReason;
+  QStringList remarks = {};  // what isn't judged, counted over all cases
 };
 
 // Collects the differences between what a case wants and what the program gave.
@@ -19,7 +20,7 @@ class CaseCheck {
   // `expected` is the case's own value; both are compared as JSON values, exactly.
   void Equal(const QString& field, const QJsonValue& expected, const QJsonValue& got);
 
-  CaseOutcome Outcome() const { return {differences_, QString()}; }
+  CaseOutcome Outcome() const { return {differences_, QString(), {}}; }
 
  private:
   QStringList differences_;

@@ -2,6 +2,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMap>
 #include <QTextStream>
 
 #include "CoreKinds.h"
@@ -12,6 +13,7 @@
 #include "KindTable.h"
 #include "PackKinds.h"
 #include "PageViewKinds.h"
+#include "RoundtripKinds.h"
 #include "SettingsKinds.h"
 #include "TreeKinds.h"
 
@@ -24,12 +26,14 @@ struct Counts {
   int passed = 0;
   int failed = 0;
   int skipped = 0;
+  QMap<QString, int> remarks;
 };
 
 void PlayAll(const KindTable::Player& play, const QJsonArray& cases, QTextStream& out, Counts& counts) {
   for (qsizetype index = 0; index < cases.size(); ++index) {
     const QJsonObject one = cases.at(index).toObject();
     const CaseOutcome outcome = play(one);
+    for (const QString& remark : outcome.remarks) ++counts.remarks[remark];
     const QString note = one.value(QLatin1String("note")).toString();
     if (!outcome.skipReason.isEmpty()) {
       ++counts.skipped;
@@ -41,6 +45,7 @@ void PlayAll(const KindTable::Player& play, const QJsonArray& cases, QTextStream
       out << "failed " << index << (note.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(note)) << '\n';
       for (const QString& difference : outcome.differences) out << "  " << difference << '\n';
     }
+    out.flush();
   }
 }
 
@@ -65,6 +70,8 @@ int Run(const KindTable& table, const QStringList& arguments) {
   }
   Counts counts;
   PlayAll(*play, cases, out, counts);
+  for (auto remark = counts.remarks.cbegin(); remark != counts.remarks.cend(); ++remark)
+    out << remark.key() << ": " << remark.value() << '\n';
   out << counts.passed << " passed, " << counts.failed << " failed";
   if (counts.skipped > 0) out << ", " << counts.skipped << " skipped";
   out << '\n';
@@ -75,7 +82,12 @@ int Run(const KindTable& table, const QStringList& arguments) {
 
 // Plays the cases of one kind: cases KIND FILE. The file is a JSON array with an object for each case.
 int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const bool isHosted = argc > 1 && qstrcmp(argv[1], "roundtrip") == 0;
+  if (isHosted) {
+    PrepareEngineForCases();
+  } else if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
   QApplication application(argc, argv);
   KindTable table;
   RegisterCoreKinds(table);
@@ -87,5 +99,6 @@ int main(int argc, char** argv) {
   RegisterSettingsKinds(table);
   RegisterIconKinds(table);
   RegisterEmailKinds(table);
+  RegisterRoundtripKinds(table);
   return Run(table, QApplication::arguments());
 }
