@@ -15,18 +15,46 @@ const corvane = (() => {
   const tree = bridgeTree(content => changes.watch(content));
   const places = bridgePlaces(tree);
   const changes = bridgeChanges(tree, send);
-  let selectionNumber = 0;
+  let selectionNumber = 0;     // of the program's last one
+  let userSelections = 0;      // how often the user, or a script of the page, has selected something since
+  let lastSelection = [];      // as it was when that was last looked at
   let takesKeys = false;
   let lastUp = null;
   let complete = false;
 
-  const select = (number, start, end) => {
+  // --- the selection; what the user selects is newer than what the program did before it heard of that
+
+  const selectionNow = () => {
+    const selection = getSelection();
+    return selection.rangeCount
+      ? [selection.anchorNode, selection.anchorOffset, selection.focusNode, selection.focusOffset] : [];
+  };
+  const settleSelection = () => { lastSelection = selectionNow(); };  // it has changed, but not by the user
+  const noteSelection = () => {
+    const now = selectionNow();
+    if (now.length === lastSelection.length && now.every((part, at) => part === lastSelection[at])) return;
+    ++userSelections;
+    lastSelection = now;
+  };
+  const encode = (container, offset) => places.encode(container, offset, changes.isHeardOf);
+  const encodeSelection = () => {
+    noteSelection();
+    const selection = getSelection();
+    if (!selection.rangeCount) return [selectionNumber, userSelections];
+    const range = selection.getRangeAt(0);
+    return [selectionNumber, userSelections, encode(range.startContainer, range.startOffset),
+            encode(range.endContainer, range.endOffset)];
+  };
+  const select = (number, heard, start, end) => {
     selectionNumber = number;
+    if (userSelections > heard) return;
     const selection = getSelection();
     const from = start && places.decode(start[0], start[1]);
     const to = end && places.decode(end[0], end[1]);
     if (from && to) selection.setBaseAndExtent(from[0], from[1], to[0], to[1]); else selection.removeAllRanges();
+    settleSelection();
   };
+
   const measure = (id, rest) => {
     const place = places.decode(id, rest);
     return place && place[0].isConnected ? places.positionOf(place[0], place[1]).map(Math.round) : [];
@@ -35,11 +63,15 @@ const corvane = (() => {
   // Answers with the place that the last message asks for, if it does.
   const receive = messages => {
     let place;
+    noteSelection();
     for (const message of messages) {
       switch (message[0]) {
-        case 'batch': changes.apply(message[1], message[2], message[3]); break;
+        case 'batch':
+          changes.apply(message[1], message[2], message[3]);
+          settleSelection();
+          break;
         case 'heard': changes.hear(message[1]); break;
-        case 'select': select(message[1], message[2], message[3]); break;
+        case 'select': select(message[1], message[2], message[3], message[4]); break;
         case 'measure': place = measure(message[1], message[2]); break;
         case 'keys': takesKeys = message[1]; break;
         case 'adopt': adopt(message[1], message[2], message[3]); break;
@@ -51,30 +83,30 @@ const corvane = (() => {
 
   // --- events
 
-  const selectionNow = () => {
-    const selection = getSelection();
-    if (!selection.rangeCount) return [selectionNumber];
-    const range = selection.getRangeAt(0);
-    return [selectionNumber, ...places.encode(range.startContainer, range.startOffset),
-            ...places.encode(range.endContainer, range.endOffset)];
-  };
   const elementOf = target => {
     let node = target;
     while (node && node.nodeType !== 1) node = node.nodeType === 9 ? node.documentElement : node.parentNode;
     if (node === document.documentElement && document.body) node = document.body;
     return node;
   };
+  // Of an element, and of the nearest one around it that the program has heard of for certain.
+  const namesOf = element => {
+    if (!element || changes.isHeardOf(element)) return element ? [tree.idOf(element)] : [];
+    const [id, around] = [tree.idOf(element) || 0, encode(element, 0)[2]];
+    return around ? [id, around] : [id];
+  };
   const tell = (type, event, target, withCaret) => {
     changes.flush();
     const element = elementOf(target);
-    const message = {type, target: element ? tree.idOf(element) || 0 : 0, x: event.clientX || 0, y: event.clientY || 0,
+    const message = {type, target: namesOf(element), x: event.clientX || 0, y: event.clientY || 0,
                      button: event.button || 0, keyCode: event.keyCode || 0, shift: !!event.shiftKey,
-                     selection: selectionNow(), applied: changes.lastApplied(), scroll: [scrollX, scrollY]};
+                     selection: encodeSelection(), applied: changes.lastApplied(), scroll: [scrollX, scrollY]};
     if (withCaret) {
       const caret = places.caretAt(event.clientX, event.clientY, element);
       if (caret) {
         const position = places.positionOf(caret[0], caret[1]);
-        message.caret = [...places.encode(caret[0], caret[1]), Math.round(position[0]), Math.round(position[1])];
+        message.caret = [encode(caret[0], caret[1]), Math.round(position[0]), Math.round(position[1])];
+        message.onText = caret[0].parentNode === element && places.isOnText(...caret, event.clientX, event.clientY);
       }
     }
     send('event', message);
@@ -120,7 +152,7 @@ const corvane = (() => {
   document.addEventListener('selectionchange', () => {
     if (complete) {
       changes.flush();
-      send('selection', selectionNow(), changes.lastApplied());
+      send('selection', encodeSelection(), changes.lastApplied());
     }
   }, true);
 
@@ -135,7 +167,10 @@ const corvane = (() => {
     if (complete) return;
     complete = true;
     changes.watch(document);
-    send('tree', location.href, document.compatMode === 'BackCompat', flatPage(), document.characterSet);
+    userSelections = 0;
+    settleSelection();
+    const number = typeof corvaneNavigation === 'number' ? corvaneNavigation : 0;  // a script beside this one
+    send('tree', number, location.href, document.compatMode === 'BackCompat', flatPage(), document.characterSet);
   };
   // Puts the program's page in place of what was loaded.
   const adopt = (flat, scroll, number) => {
@@ -155,6 +190,8 @@ const corvane = (() => {
       }
     }
     changes.restart(number);
+    userSelections = 0;
+    settleSelection();
     scrollTo(scroll[0], scroll[1]);
   };
 

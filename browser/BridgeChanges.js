@@ -168,6 +168,8 @@ const bridgeChanges = (tree, send) => {
     report(into, true);
   };
 
+  // Whether the program knows the node for certain: it was told, and that report isn't one that may still be refused.
+  const isHeardOf = node => isKnown(node) && !reports.some(report => report.introduced.includes(idOf(node)));
   const hear = number => { reports = reports.filter(r => r.number > number); };
   const watch = root => observer.observe(root, watched);  // the document, or the content of a template
   const pause = () => observer.disconnect();
@@ -178,5 +180,5 @@ const bridgeChanges = (tree, send) => {
     watch(document);
   };
 
-  return {apply, hear, flush, watch, pause, restart, lastApplied: () => applied};
+  return {apply, hear, isHeardOf, flush, watch, pause, restart, lastApplied: () => applied};
 };

@@ -6,11 +6,19 @@ const bridgePlaces = tree => {
   const isElement = node => node.nodeType === 1;
   const isText = node => node.nodeType === 3 || node.nodeType === 4;
 
-  const encode = (container, offset) => {
-    if (!container || idOf(container) === undefined) return [0, 0];
-    if (isText(container)) return [idOf(container), offset];
-    const child = container.childNodes[offset];
-    return [idOf(container), child ? idOf(child) || 0 : 0];
+  // As a pair, and as another pair where a node in the first one is such that the program may not have heard of it: the
+  // nearest place that it knows, outwards and then onwards. `isHeardOf` tells.
+  const encode = (container, offset, isHeardOf) => {
+    if (!container) return [];
+    let child = isText(container) ? null : container.childNodes[offset] || null;
+    const place = [idOf(container) || 0, isText(container) ? offset : child ? idOf(child) || 0 : 0];
+    if (isHeardOf(container) && (!child || isHeardOf(child))) return place;
+    while (container && !isHeardOf(container)) {
+      child = container.nextSibling;
+      container = container.parentNode;
+    }
+    while (child && !isHeardOf(child)) child = child.nextSibling;
+    return container ? [...place, idOf(container), child ? idOf(child) : 0] : place;
   };
   const decode = (id, rest) => {
     const container = nodeOf(id);
@@ -74,5 +82,13 @@ const bridgePlaces = tree => {
     return [container, offset];
   };
 
-  return {encode, decode, positionOf, caretAt};
+  // Whether a point of the view lies on the letters around a place.
+  const isOnText = (container, offset, x, y) => {
+    if (!isText(container)) return false;
+    range.setStart(container, Math.max(0, offset - 1));
+    range.setEnd(container, Math.min(container.length, offset + 1));
+    return [...range.getClientRects()].some(r => x >= r.left && x <= r.right && y >= r.top && y <= r.bottom);
+  };
+
+  return {encode, decode, positionOf, caretAt, isOnText};
 };

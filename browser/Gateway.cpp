@@ -4,37 +4,58 @@
 
 #include "HTMLDocument.h"
 #include "LivePage.h"
+#include "TreeStep.h"
+
+namespace {
+
+NodeId IdOf(const Node* node) {
+  return node ? node->id : 0;
+}
+
+Place PlaceOf(const BoundaryPoint& point) {
+  return {point.container->id, point.IsInText() ? point.offset : IdOf(point.before)};
+}
+
+}  // namespace
+
+void Gateway::Move(const TreeStep& step, Origin origin) {
+  document_.ForEachPoint([&](BoundaryPoint& point) {
+    if (!point) return;
+    Place place = PlaceOf(point);
+    if (!MovePlace(place, step)) return;
+    Node* const container = document_.FindNode(place.container);
+    assert(container);
+    point = container->IsText() ? BoundaryPoint::InText(container, place.rest)
+                                : BoundaryPoint{container, 0, document_.FindNode(place.rest)};
+  });
+  if (origin == Origin::Program && document_.page()) document_.page()->PlacesMoved(step);
+}
 
 void Gateway::Insert(Node* parent, Node* before, Node* subtree, Origin origin) {
   assert(parent->IsAttached() && !subtree->parent);
   parent->Link(subtree, before);
   document_.Attach(subtree);
-  // A point exactly at the place of the insertion stays before it.
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (point.container == parent && !parent->IsText() && point.before == before) point.before = subtree;
-  });
+  Move(InsertStep{parent->id, IdOf(before), subtree->id}, origin);
   if (origin == Origin::Program && document_.page()) document_.page()->Inserted(subtree);
 }
 
-void Gateway::Take(Node* subtree) {
+void Gateway::TakeOut(Node* subtree, Origin origin) {
   assert(subtree->IsAttached() && subtree->parent);
-  Node* const parent = subtree->parent;
-  Node* const next = subtree->next;
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (subtree->Contains(point.container)) {
-      point = {parent, 0, next};
-    } else if (point.container == parent && point.before == subtree) {
-      point.before = next;
-    }
-  });
+  RemoveStep step{subtree->parent->id, IdOf(subtree->next), {}};
+  for (const Node* node = subtree; node; node = NextInTree(node, subtree)) step.nodes.push_back(node->id);
+  Move(step, origin);
   document_.Detach(subtree);
   subtree->Unlink();
+}
+
+void Gateway::Take(Node* subtree) {
+  TakeOut(subtree, Origin::Page);
 }
 
 void Gateway::Remove(Node* subtree, Origin origin) {
   const Node* const parent = subtree->parent;
   const NodeId id = subtree->id;
-  Take(subtree);
+  TakeOut(subtree, origin);
   document_.Discard(subtree);
   if (origin == Origin::Program && document_.page()) document_.page()->Removed(parent, id);
 }
@@ -43,23 +64,18 @@ void Gateway::Wrap(Node* first, Node* last, Node* wrapper) {
   Node* const parent = first->parent;
   assert(parent->IsAttached() && !wrapper->parent && !wrapper->firstChild && last->parent == parent);
   parent->Link(wrapper, first);
+  std::vector<NodeId> children;
   for (Node* node = first;;) {
     Node* const next = node->next;
     const bool isLast = node == last;
+    children.push_back(node->id);
     node->Unlink();
     wrapper->Link(node, nullptr);
     if (isLast) break;
     node = next;
   }
   document_.AttachAlone(wrapper);
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (point.container != parent || !point.before || point.before->parent != wrapper) return;
-    if (point.before == first) {
-      point.before = wrapper;
-    } else {
-      point.container = wrapper;
-    }
-  });
+  Move(WrapStep{parent->id, wrapper->id, std::move(children)});
   if (document_.page()) document_.page()->Wrapped(wrapper);
 }
 
@@ -68,13 +84,7 @@ void Gateway::Unwrap(Node* element) {
   Node* const parent = element->parent;
   Node* const next = element->next;
   Node* const inFront = element->firstChild ? element->firstChild : next;
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (point.container == element) {
-      point = {parent, 0, point.before ? point.before : next};
-    } else if (point.container == parent && point.before == element) {
-      point.before = inFront;
-    }
-  });
+  Move(UnwrapStep{parent->id, element->id, IdOf(element->firstChild), IdOf(next)});
   Node* const last = element->lastChild;
   document_.DetachAlone(element);
   while (Node* child = element->firstChild) {
@@ -115,27 +125,22 @@ void Gateway::ReplaceData(Node* node, int offset, int count, const QString& data
   assert(offset >= 0 && count >= 0 && offset + count <= node->Length());
   if (count == 0 && data.isEmpty()) return;
   node->data.replace(offset, count, data);
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (point.container != node || point.offset <= offset) return;
-    point.offset = point.offset <= offset + count ? offset : point.offset + int(data.size()) - count;
-  });
+  Move(ReplaceStep{node->id, offset, count, int(data.size())}, origin);
   if (origin == Origin::Program && document_.page()) document_.page()->DataReplaced(node, offset, count, data);
 }
 
 Node* Gateway::SplitText(Node* text, int offset) {
   assert(text->IsText() && offset > 0 && offset < text->Length());
   Node* const rest = document_.CreateText(text->data.mid(offset));
-  Node* const parent = text->parent;
-  Node* const next = text->next;
-  Insert(parent, next, rest);
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (point.container == text && point.offset > offset) {
-      point = BoundaryPoint::InText(rest, point.offset - offset);
-    } else if (point.container == parent && point.before == rest) {
-      point.before = next;  // it stood behind the whole text
-    }
-  });
-  ReplaceData(text, offset, text->Length() - offset, {});
+  const int count = rest->Length();
+  text->parent->Link(rest, text->next);
+  document_.Attach(rest);
+  Move(SplitStep{text->id, offset, rest->id});
+  text->data.truncate(offset);
+  if (LivePage* const page = document_.page()) {
+    page->Inserted(rest);
+    page->DataReplaced(text, offset, count, {});
+  }
   return rest;
 }
 
@@ -144,15 +149,15 @@ void Gateway::JoinWithNext(Node* text) {
   assert(text->IsText() && rest && rest->IsText());
   const int length = text->Length();
   const QString data = rest->data;
-  document_.ForEachPoint([&](BoundaryPoint& point) {
-    if (point.container == rest) {
-      point = BoundaryPoint::InText(text, length + point.offset);
-    } else if (point.container == text->parent && point.before == rest) {
-      point = BoundaryPoint::InText(text, length);
-    }
-  });
-  // Points moved to `text` above lie beyond its end until the data follows; they must not move again.
+  Node* const parent = text->parent;
+  const NodeId id = rest->id;
+  Move(JoinStep{text->id, length, id, parent->id});
   text->data += data;
-  if (document_.page() && !data.isEmpty()) document_.page()->DataReplaced(text, length, 0, data);
-  Remove(rest);
+  document_.Detach(rest);
+  rest->Unlink();
+  document_.Discard(rest);
+  if (LivePage* const page = document_.page()) {
+    if (!data.isEmpty()) page->DataReplaced(text, length, 0, data);
+    page->Removed(parent, id);
+  }
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "BoundaryPoint.h"
+#include "TreeStep.h"
 
 class HTMLDocument;
 
@@ -42,5 +43,9 @@ class Gateway {
   void JoinWithNext(Node* text);
 
  private:
+  // Moves every live range, and tells the live page what moves places.
+  void Move(const TreeStep& step, Origin origin = Origin::Program);
+  void TakeOut(Node* subtree, Origin origin);
+
   HTMLDocument& document_;
 };

@@ -19,7 +19,7 @@ QJsonArray IdsOf(const Node* first, const Node* last) {
 }  // namespace
 
 void HostedWebBrowser::AddOperation(const QJsonArray& operation) {
-  if (load_ == Load::Recovering) return;  // the model is sent whole
+  if (load_ != Load::Done) return;  // the model is sent whole, or goes
   operations_.append(operation);
   ScheduleFlush();
 }
@@ -56,16 +56,15 @@ void HostedWebBrowser::Unwrapped(NodeId element, const Node* parent, const Node*
 
 void HostedWebBrowser::DataReplaced(const Node* text, int offset, int count, const QString& data) {
   AddOperation({QStringLiteral("data"), text->id, offset, count, data});
-  edits_.push_back({batch_ + 1, text->id, offset, count, int(data.size())});
+}
+
+void HostedWebBrowser::PlacesMoved(const TreeStep& step) {
+  if (load_ == Load::Done) history_.Add(batch_ + 1, step);
 }
 
 void HostedWebBrowser::ShowSelection(const LiveRange* range) {
-  ++selectionNumber_;
-  if (range && range->start) {
-    Post({QStringLiteral("select"), selectionNumber_, Encode(range->start), Encode(range->end)});
-  } else {
-    Post({QStringLiteral("select"), selectionNumber_});
-  }
+  if (load_ != Load::Done) return;
+  Post(SelectMessage(range));
   ScheduleFlush();
 }
 
@@ -82,6 +81,16 @@ void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {
   Post({QStringLiteral("measure"), place.at(0), place.at(1)});
   questions_.push_back({++questionNumber_, std::move(answer)});
   Flush(questionNumber_);
+}
+
+QJsonArray HostedWebBrowser::SelectMessage(const LiveRange* range) {
+  userSelectionsThen_ = userSelections_;
+  QJsonArray message{QStringLiteral("select"), ++selectionNumber_, userSelections_};
+  if (range && range->start) {
+    message.append(Encode(range->start));
+    message.append(Encode(range->end));
+  }
+  return message;
 }
 
 QJsonArray HostedWebBrowser::Encode(const BoundaryPoint& point) {

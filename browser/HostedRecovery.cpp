@@ -37,7 +37,7 @@ void HostedWebBrowser::RendererDied() {
   load_ = Load::Recovering;
   operations_ = {};
   messages_ = {};
-  edits_.clear();
+  history_.Clear();
   recovery_.start(deaths_ > deathsInARow ? leisureMs : 0);
 }
 
@@ -45,6 +45,7 @@ void HostedWebBrowser::RendererDied() {
 void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
   RenewPage();
+  NumberNavigation();
   const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
   page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
 }
@@ -52,20 +53,14 @@ void HostedWebBrowser::Recover() {
 void HostedWebBrowser::Adopt(const QString& token) {
   token_ = token;
   load_ = Load::Done;
-  applied_ = batch_;
-  heard_ = 0;
+  adopted_ = ++batch_;
+  heard_ = userSelections_ = 0;
   QJsonArray flat;
   EncodeTree(document_->root(), flat);
   messages_ = {};
   messages_.append(QJsonArray{QStringLiteral("adopt"), flat, QJsonArray{scroll_.x(), scroll_.y()}, batch_});
   messages_.append(QJsonArray{QStringLiteral("keys"), takesKeys_});
-  const LiveRange& selection = document_->selection().range();
-  ++selectionNumber_;
-  if (selection.start)
-    messages_.append(
-        QJsonArray{QStringLiteral("select"), selectionNumber_, Encode(selection.start), Encode(selection.end)});
-  else
-    messages_.append(QJsonArray{QStringLiteral("select"), selectionNumber_});
+  messages_.append(SelectMessage(&document_->selection().range()));
   Flush();
   emit Recovered();
 }

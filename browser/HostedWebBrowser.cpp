@@ -51,6 +51,16 @@ QString ReadResource(const QString& name) {
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+QWebEngineScript BridgeScript(const QString& name, const QString& source) {
+  QWebEngineScript script;
+  script.setName(name);
+  script.setSourceCode(source);
+  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+  script.setWorldId(bridgeWorld);
+  script.setRunsOnSubFrames(false);
+  return script;
+}
+
 int OldButton(int button) {
   constexpr int numbers[] = {1, 4, 2};
   return button >= 0 && button < 3 ? numbers[button] : 0;
@@ -81,16 +91,10 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
   profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
   profile_->setUrlRequestInterceptor(interceptor_);
-  QWebEngineScript script;
-  script.setName(QStringLiteral("bridge"));
   QString source = ReadResource(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
   for (const char* const file : {"BridgeTree.js", "BridgePlaces.js", "BridgeChanges.js", "Bridge.js"})
     source += ReadResource(QStringLiteral(":/bridge/") + QLatin1String(file));
-  script.setSourceCode(source);
-  script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-  script.setWorldId(bridgeWorld);
-  script.setRunsOnSubFrames(false);
-  profile_->scripts()->insert(script);
+  profile_->scripts()->insert(BridgeScript(QStringLiteral("bridge"), source));
   view_->setContextMenuPolicy(Qt::PreventContextMenu);
   view_->setAcceptDrops(false);
   SetUpPage();
@@ -200,8 +204,18 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   ScheduleFailLoad();
 }
 
+// For the bridge of the page that is loaded next.
+void HostedWebBrowser::NumberNavigation() {
+  ++navigation_;
+  QWebEngineScriptCollection& scripts = page_->scripts();
+  scripts.clear();
+  scripts.insert(
+      BridgeScript(QStringLiteral("navigation"), QStringLiteral("var corvaneNavigation = %1;").arg(navigation_)));
+}
+
 void HostedWebBrowser::LoadWanted() {
   if (isDead_) RenewPage();
+  NumberNavigation();
   page_->load(wanted_ == u"about:blank" ? QUrl(wanted_) : QUrl::fromLocalFile(wanted_));
 }
 
@@ -252,11 +266,12 @@ void HostedWebBrowser::Receive(const QJsonArray& message) {
 }
 
 void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& message) {
-  if (load_ == Load::None) return;  // the empty page behind a load that failed
+  if (load_ == Load::None) return;                   // the empty page behind a load that failed
+  if (message.at(2).toInt() != navigation_) return;  // of several loads in a row only the last counts
   if (load_ == Load::Recovering) return Adopt(token);
-  const QString address = message.at(2).toString();
+  const QString address = message.at(3).toString();
   if (load_ == Load::Pending) {
-    // Of two loads in a row only the second counts.
+    // The page before may have gone elsewhere by itself.
     const QUrl url(address);
     const bool asked = wanted_ == u"about:blank" ? address == wanted_
                                                  : QUrl::fromLocalFile(wanted_).toLocalFile() == url.toLocalFile();
@@ -264,15 +279,15 @@ void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& messa
   }
   auto document = std::make_unique<HTMLDocument>();
   int from = 0;
-  const QJsonArray flat = message.at(4).toArray();
+  const QJsonArray flat = message.at(5).toArray();
   if (!DecodeTree(flat, from, [&](NodeId id) {
         const bool first = from <= 2;
         if (first) document->root()->id = id;
         return first ? document->root() : nullptr;
       }))
     return;
-  document->SetQuirks(message.at(3).toBool());
-  document->SetEncoding(message.at(5).toString());
+  document->SetQuirks(message.at(4).toBool());
+  document->SetEncoding(message.at(6).toString());
   document->SetScripting(true);
   document->TreeBuilt();
   document->SetPage(this);
@@ -280,8 +295,8 @@ void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& messa
   DropQuestions();
   operations_ = {};
   messages_ = {};
-  edits_.clear();
-  batch_ = applied_ = heard_ = selectionNumber_ = 0;
+  history_.Clear();
+  batch_ = heard_ = adopted_ = selectionNumber_ = userSelections_ = userSelectionsThen_ = 0;
   takesKeys_ = false;
   scroll_ = {};
   token_ = token;
@@ -298,36 +313,56 @@ void HostedWebBrowser::ReceiveChanges(const QJsonArray& message) {
   // A report older than our last batch will come again, with what that batch has made of it.
   if (message.at(3).toInt() != batch_) return;
   heard_ = number;
-  applied_ = batch_;
+  history_.Forget(batch_);
   ApplyForeignChanges(*document_, message.at(4).toObject());
   Post({QStringLiteral("heard"), heard_});
   ScheduleFlush();
 }
 
-BoundaryPoint HostedWebBrowser::PointOf(NodeId id, int rest, int applied) const {
-  Node* const container = document_->FindNode(id);
-  if (!container) return {};
-  if (!container->IsText()) {
-    Node* const before = rest ? document_->FindNode(rest) : nullptr;
-    return {container, 0, before && before->parent == container ? before : nullptr};
+BoundaryPoint HostedWebBrowser::PointOf(const QJsonArray& place, int applied) const {
+  if (applied < adopted_) return {};
+  // The second pair, where there is one, is for a program that hasn't heard of what the first one names.
+  for (qsizetype at = 0; at + 1 < place.size(); at += 2) {
+    const Place now = history_.Now(Place{place.at(at).toInt(), place.at(at + 1).toInt()}, applied);
+    Node* const container = document_->FindNode(now.container);
+    if (!container) continue;
+    if (container->IsText()) return BoundaryPoint::InText(container, std::clamp(now.rest, 0, container->Length()));
+    Node* const before = now.rest ? document_->FindNode(now.rest) : nullptr;
+    const bool fits = now.rest == 0 || (before && before->parent == container);
+    if (fits || at + 2 >= place.size()) return {container, 0, fits ? before : nullptr};
   }
-  int offset = rest;
-  for (const Edit& edit : edits_) {
-    if (edit.id != id || edit.batch <= applied || offset <= edit.offset) continue;
-    offset = offset <= edit.offset + edit.count ? edit.offset : offset + edit.length - edit.count;
-  }
-  return BoundaryPoint::InText(container, std::clamp(offset, 0, container->Length()));
+  return {};
+}
+
+Node* HostedWebBrowser::NodeOf(const QJsonArray& node, int applied) const {
+  if (applied < adopted_) return nullptr;
+  for (const QJsonValue& id : node)
+    if (Node* const found = document_->FindNode(history_.Now(NodeId(id.toInt()), applied))) return found;
+  return nullptr;
 }
 
 void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied) {
-  if (selection.at(0).toInt() != selectionNumber_) return;  // older than what the program has selected since
+  if (applied < adopted_) return;
+  // What the program has selected since stays, unless the user has been at it again in the meantime.
+  const int userSelections = selection.at(1).toInt();
+  const bool crossing = selection.at(0).toInt() != selectionNumber_;
+  if (crossing && userSelections <= userSelectionsThen_) return;
+  userSelections_ = userSelections;
   LiveRange range;
-  if (selection.size() == 5) {
-    range.start = PointOf(selection.at(1).toInt(), selection.at(2).toInt(), applied);
-    range.end = PointOf(selection.at(3).toInt(), selection.at(4).toInt(), applied);
+  if (selection.size() == 4) {
+    range.start = PointOf(selection.at(2).toArray(), applied);
+    range.end = PointOf(selection.at(3).toArray(), applied);
     if (!range.start || !range.end || ComparePoints(document_->order(), range.start, range.end) > 0) range = {};
   }
   document_->selection().Mirror(range);
+  // The page keeps it too, but what the program does to the texts in it would move it there.
+  if (crossing && range.start) ShowSelection(&range);
+}
+
+Node* HostedWebBrowser::TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const {
+  if (event[QLatin1String("onText")].toBool() && caret.IsInText()) return caret.container->parent;
+  Node* const target = NodeOf(event[QLatin1String("target")].toArray(), event[QLatin1String("applied")].toInt());
+  return target && target->IsElement() ? target : nullptr;
 }
 
 void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
@@ -335,23 +370,23 @@ void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
   if (!type) return;
   // The mouse over the page is told by the engine alone; all else takes somebody who works with the page.
   if (*type != EventType::MouseOver && *type != EventType::MouseOut) deaths_ = 0;
-  applied_ = event[QLatin1String("applied")].toInt();
-  while (!edits_.empty() && edits_.front().batch <= applied_) edits_.pop_front();
+  const int applied = event[QLatin1String("applied")].toInt();
+  const bool isEarly = applied < adopted_;  // of the empty page that the model was on its way into
+  if (isEarly && *type != EventType::KeyUp) return;
   const QJsonArray scroll = event[QLatin1String("scroll")].toArray();
-  scroll_ = {int(scroll.at(0).toDouble()), int(scroll.at(1).toDouble())};
-  ReceiveSelection(event[QLatin1String("selection")].toArray(), applied_);
+  if (!isEarly) scroll_ = {int(scroll.at(0).toDouble()), int(scroll.at(1).toDouble())};
+  history_.Forget(applied);
+  ReceiveSelection(event[QLatin1String("selection")].toArray(), applied);
   const double zoom = view_->zoomFactor();
   const auto pixels = [zoom](const QJsonValue& value) { return int(std::nearbyint(value.toDouble() * zoom)); };
+  const QJsonArray caret = event[QLatin1String("caret")].toArray();
+  const BoundaryPoint place = PointOf(caret.at(0).toArray(), applied);
   HTMLEventObj message(*type);
-  Node* const target = document_->FindNode(event[QLatin1String("target")].toInt());
   message.At(pixels(event[QLatin1String("x")]), pixels(event[QLatin1String("y")]))
-      .On(HTMLElement(target && target->IsElement() ? target : nullptr))
+      .On(HTMLElement(TargetOf(event, place)))
       .Key(event[QLatin1String("keyCode")].toInt(), event[QLatin1String("shift")].toBool());
   if (*type != EventType::KeyUp) message.Button(OldButton(event[QLatin1String("button")].toInt()));
-  const QJsonArray caret = event[QLatin1String("caret")].toArray();
-  if (caret.size() == 4)
-    message.Caret(PointOf(caret.at(0).toInt(), caret.at(1).toInt(), applied_),
-                  QPoint(pixels(caret.at(2)), pixels(caret.at(3))));
+  if (place) message.Caret(place, QPoint(pixels(caret.at(1)), pixels(caret.at(2))));
   document_->Dispatch(std::move(message));
   if (*type == EventType::Click && load_ == Load::Done) {
     // The bridge takes a click for one that places the insertion point until it hears otherwise.

@@ -16,6 +16,7 @@
 #include <optional>
 
 #include "LivePage.h"
+#include "PlaceHistory.h"
 #include "WebBrowser.h"
 
 class BridgePort;
@@ -59,6 +60,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Wrapped(const Node* wrapper) override;
   void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) override;
   void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
+  void PlacesMoved(const TreeStep& step) override;
   void ShowSelection(const LiveRange* range) override;
   void TakesKeys(bool on) override;
   void Measure(const BoundaryPoint& point, Answer answer) override;
@@ -81,6 +83,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void TakeKeysBack();
   bool IsPages(const QWidget* widget) const;  // the view itself or what is in it
   void LoadWanted();
+  void NumberNavigation();
   void LoadFinished(bool good);
   void ScheduleFailLoad();
   void RendererDied();
@@ -93,7 +96,12 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Flush(int question = 0);          // the number of the one that the last message asks, if any
   void ScheduleFlush();
   void DropQuestions();
-  BoundaryPoint PointOf(NodeId id, int rest, int applied) const;
+  // Where the page's places and nodes are now; none for what the model has never heard of.
+  BoundaryPoint PointOf(const QJsonArray& place, int applied) const;
+  Node* NodeOf(const QJsonArray& node, int applied) const;
+  // The element under the mouse: that around the text which was hit, if it was, else the one that was named.
+  Node* TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const;
+  QJsonArray SelectMessage(const LiveRange* range);
   static QJsonArray Encode(const BoundaryPoint& point);
 
   QWebEngineView* view_;
@@ -105,7 +113,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
-  int navigation_ = 0;  // number of the last one
+  int navigation_ = 0;  // number of the last one, which its page's bridge tells
   QString wanted_;      // path of the pending navigation
   QString token_;       // of the page's bridge that is listened to
   QString base_;        // URL of the page in view
@@ -115,17 +123,15 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   QJsonArray messages_;    // not yet sent
   bool flushScheduled_ = false;
   int batch_ = 0;    // number of the last batch sent
-  int applied_ = 0;  // the last one that the page is known to have carried out
   int heard_ = 0;    // number of the last report of foreign changes
-  int selectionNumber_ = 0;
+  int adopted_ = 0;  // the one that stands for the model as a whole, which a page that was brought back got
+  PlaceHistory history_;
   bool takesKeys_ = false;
 
-  struct Edit {  // of a text, for events that were reported before it was carried out
-    int batch;
-    NodeId id;
-    int offset, count, length;
-  };
-  std::deque<Edit> edits_;
+  // The page counts what its user selects, the program what it selects itself; who was last is told by both.
+  int selectionNumber_ = 0;     // of the program's last one
+  int userSelections_ = 0;      // that have been heard of,
+  int userSelectionsThen_ = 0;  // and had been when the program selected last
 
   struct Question {
     int number;

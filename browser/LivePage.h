@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "BoundaryPoint.h"
+#include "TreeStep.h"
 
 class LivePage {
  public:
@@ -21,6 +22,10 @@ class LivePage {
   // `first` to `last`, which were inside, stand in its place; null when it was empty.
   virtual void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) = 0;
   virtual void DataReplaced(const Node* text, int offset, int count, const QString& data) = 0;
+
+  // The same change as far as it moves places, before it is told; attributes move none. Of use to a page that may name
+  // places of before it has heard of the change.
+  virtual void PlacesMoved(const TreeStep&) {}
 
   // Shows the text between the points as the visible selection; without points there is none.
   virtual void ShowSelection(const LiveRange* range) = 0;

@@ -62,11 +62,11 @@ TEST(HostedEvents, DoubleClickSelectsTheBlockAndMarksNothingInThePage) {
   QSignalSpy doubles(&page.jWB(), &WBUC::DoubleClick);
   const QPoint point = page.PointIn(QStringLiteral("#a"), 3);
   page.DoubleClick(point);
-  ASSERT_TRUE(HostedPage::WaitFor([&] { return doubles.count() > 0; }, 5000));
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return doubles.count() > 0; }));
   EXPECT_EQ(doubles.last()[0].toString(), QStringLiteral("FONT"));
   EXPECT_EQ(page.jWB().IfSelection(), WBUC::ElementSelected);
-  EXPECT_TRUE(HostedPage::WaitFor(
-      [&] { return page.ScriptText(QStringLiteral("String(getSelection())")) == u"first block"; }, 5000));
+  EXPECT_TRUE(
+      HostedPage::WaitFor([&] { return page.ScriptText(QStringLiteral("String(getSelection())")) == u"first block"; }));
   EXPECT_EQ(page.jWB().Source(), before);
 }
 
@@ -80,7 +80,7 @@ TEST(HostedEvents, DragSelectsTextAndIfSelectionIsOne) {
   QTest::mouseMove(page.Input(), (from + to) / 2);
   QTest::mouseMove(page.Input(), to);
   QTest::mouseRelease(page.Input(), Qt::LeftButton, {}, to);
-  ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }, 5000));
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }));
   EXPECT_EQ(clicks[0][0].toString(), QStringLiteral("FONT"));  // the element under the pointer, not the page
   EXPECT_EQ(page.jWB().CurrentElement().id(), QStringLiteral("b"));
   EXPECT_EQ(page.jWB().IfSelection(), WBUC::TextSelected);
@@ -94,7 +94,7 @@ TEST(HostedEvents, RightButtonRaisesRightClickOnceOnBothRoads) {
     EXPECT_EQ(page.jWB().IsHooked(), compat);
     QSignalSpy rights(&page.jWB(), &WBUC::RightClick);
     QTest::mouseClick(page.Input(), Qt::RightButton, {}, page.PointIn(QStringLiteral("#a"), 3));
-    ASSERT_TRUE(HostedPage::WaitFor([&] { return rights.count() > 0; }, 5000));
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return rights.count() > 0; }));
     page.ScriptText(QStringLiteral("'settled'"));  // whatever else the click does has arrived by then
     EXPECT_EQ(rights.count(), 1) << compat;
   }
@@ -181,7 +181,7 @@ TEST(HostedEvents, AKeyHandedBackIsNotTakenForTheNextOne) {
   send(page.Input(), QEvent::KeyPress, Qt::Key_Space, 65, QStringLiteral(" "));
   send(&page.jWB(), QEvent::ShortcutOverride, Qt::Key_A, 0, QStringLiteral("a"));
   send(page.Input(), QEvent::KeyRelease, Qt::Key_Space, 65, QStringLiteral(" "));
-  EXPECT_TRUE(HostedPage::WaitFor([&] { return keys.count() == 1; }, 5000));
+  EXPECT_TRUE(HostedPage::WaitFor([&] { return keys.count() == 1; }));
   EXPECT_TRUE(page.Body().contains(QStringLiteral(" first block"))) << qPrintable(page.Body());
 }
 

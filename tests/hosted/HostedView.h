@@ -52,7 +52,7 @@ class HostedView : public HostedPage {
   bool RightClick(QPoint point) {
     QSignalSpy rights(&jWB(), &WBUC::RightClick);
     QTest::mouseClick(Input(), Qt::RightButton, {}, point);
-    return WaitFor([&] { return rights.count() > 0; }, 5000);
+    return WaitFor([&] { return rights.count() > 0; });
   }
 
   // As the window system delivers it.
@@ -66,7 +66,7 @@ class HostedView : public HostedPage {
     send(QEvent::MouseButtonRelease, {});
     send(QEvent::MouseButtonDblClick, Qt::LeftButton);
     send(QEvent::MouseButtonRelease, {});
-    return WaitFor([&] { return doubles.count() > 0; }, 5000);
+    return WaitFor([&] { return doubles.count() > 0; });
   }
 
   bool Key(Qt::Key key, const QString& text = {}, Qt::KeyboardModifiers modifiers = {}) {
@@ -75,7 +75,7 @@ class HostedView : public HostedPage {
     QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
     QCoreApplication::sendEvent(Input(), &press);
     QCoreApplication::sendEvent(Input(), &release);
-    return WaitFor([&] { return keys.count() == 1; }, 5000);
+    return WaitFor([&] { return keys.count() == 1; });
   }
 
  private:
@@ -83,6 +83,6 @@ class HostedView : public HostedPage {
   bool Clicks(Act act) {
     QSignalSpy clicks(&jWB(), &WBUC::Click);
     act();
-    return WaitFor([&] { return clicks.count() == 1; }, 5000);
+    return WaitFor([&] { return clicks.count() == 1; });
   }
 };

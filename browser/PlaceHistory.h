@@ -1,0 +1,31 @@
+// What the program has changed in the page of late, batch by batch, for places that the page named before it had
+// carried that out: brings them to where they are now.
+#pragma once
+
+#include <deque>
+
+#include "TreeStep.h"
+
+class PlaceHistory {
+ public:
+  // The next step in order, which is part of this batch.
+  void Add(int batch, const TreeStep& step);
+
+  // The page has carried out all batches up to this one, and names no place of before it any more.
+  void Forget(int applied);
+  void Clear() { entries_.clear(); }
+  bool IsEmpty() const { return entries_.empty(); }
+
+  // Where a place is now that the page named when the batch `applied` was the last that it had carried out.
+  Place Now(Place place, int applied) const;
+
+  // The same for a node: itself, or what it was taken out of.
+  NodeId Now(NodeId node, int applied) const;
+
+ private:
+  struct Entry {
+    int batch;
+    TreeStep step;
+  };
+  std::deque<Entry> entries_;
+};

@@ -1,0 +1,511 @@
+// A click lands where the user clicked, whatever the program was doing to the page in the meantime: real mouse events
+// meet changes on their way.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QWebEnginePage>
+#include <csignal>
+#include <deque>
+#include <map>
+#include <random>
+
+#include "HTMLDocumentEvents.h"
+#include "HTMLTxtRange.h"
+#include "HostedView.h"
+
+namespace {
+
+const char page[] =
+    "<HTML><HEAD><TITLE></TITLE></HEAD><BODY BGCOLOR=\"#FFFFFF\"><FONT ID=a SIZE=4>first block</FONT><BR>"
+    "<FONT ID=b SIZE=4>second <B ID=c>bold</B></FONT><BR>plain text<BR></BODY></HTML>";
+
+const QString a = QStringLiteral("#a");
+const QString b = QStringLiteral("#b");
+
+// The renderer hears nothing for that long: what the user does and what the program does waits for it together.
+void KeepBusy(HostedPage& hosted, int ms) {
+  hosted.browser().RunPageScript(
+      QStringLiteral("(() => { const end = performance.now() + %1; while (performance.now() < end); })()").arg(ms));
+}
+
+}  // namespace
+
+// --- Each kind of change on its way
+
+class HostedPlaces : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(hosted.Load(page)); }
+  void TearDown() override { EXPECT_EQ(hosted.ModelHtml().toStdString(), hosted.LiveHtml().toStdString()); }
+
+  // Clicks while the renderer is busy, and changes the page before the click is heard of.
+  template <typename Change>
+  void ClickThrough(QPoint point, Change change) {
+    QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+    KeepBusy(hosted, 300);
+    QTest::mouseClick(hosted.Input(), Qt::LeftButton, {}, point);
+    change();
+    EXPECT_EQ(clicks.count(), 0);  // it is under way
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }));
+  }
+  // What typing there gives.
+  QString Typed() {
+    hosted.Key(Qt::Key_Z, QStringLiteral("z"));
+    return hosted.Body();
+  }
+  HTMLElement Element(const QString& id) {
+    const HTMLElementCollection all = hosted.document().all();
+    for (int i = 0; i < all.length(); ++i)
+      if (all.item(i).id() == id) return all.item(i);
+    return {};
+  }
+  std::shared_ptr<HTMLTxtRange> Characters(const QString& id, int from, int count) {
+    auto range = hosted.document().body().createTextRange();
+    range->moveToElementText(Element(id));
+    range->move(QStringLiteral("character"), 0);  // to its start
+    range->move(QStringLiteral("character"), from);
+    range->moveEnd(QStringLiteral("character"), count);
+    return range;
+  }
+
+  HostedView hosted;
+};
+
+TEST_F(HostedPlaces, AClickBehindTextThatIsBeingColoredStaysWhereItWas) {
+  ASSERT_TRUE(hosted.Drag(hosted.PointIn(a, 0), hosted.PointIn(a, 5)));
+  ClickThrough(hosted.PointIn(a, 8), [&] { hosted.jWB().SetSelColor(QStringLiteral("#0000FF")); });
+  EXPECT_EQ(hosted.jWB().IfSelection(), WBUC::NothingSelected);
+  EXPECT_EQ(hosted.jWB().CurrentElement().id(), QStringLiteral("a"));
+  EXPECT_TRUE(Typed().contains(QStringLiteral("first</font> blzock"))) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedPlaces, AClickInTextThatIsBeingColoredReportsItsFont) {
+  ASSERT_TRUE(hosted.Drag(hosted.PointIn(a, 0), hosted.PointIn(a, 5)));
+  ClickThrough(hosted.PointIn(a, 2), [&] { hosted.jWB().SetSelColor(QStringLiteral("#0000FF")); });
+  EXPECT_TRUE(hosted.jWB().CurrentElement().outerHTML().endsWith(QStringLiteral(">first</font>")));
+  EXPECT_EQ(hosted.jWB().CurFontProps()[0], QStringLiteral("#0000FF"));
+  EXPECT_TRUE(Typed().contains(QStringLiteral("fizrst</font> block"))) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedPlaces, AClickInTextThatIsBeingJoinedToAnotherGoesAlong) {
+  const HTMLBodyElement body = hosted.document().body();
+  hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), QStringLiteral("another line"));
+  hosted.LiveHtml();
+  const QPoint point = hosted.PointOf(QStringLiteral("document.body.lastChild"), 8);
+  Node* const line = hosted.document().bodyNode()->lastChild;
+  ASSERT_TRUE(line->IsText());
+  ClickThrough(point, [&] {
+    auto range = body.createTextRange();
+    range->moveToElementText(HTMLElement(line->previous));
+    range->pasteHTML(QString());
+  });
+  EXPECT_TRUE(Typed().endsWith(QStringLiteral("plain textanother zline"))) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedPlaces, AClickInAnElementThatIsBeingRemovedStandsWhereThatWas) {
+  ClickThrough(hosted.PointIn(b, 3), [&] { Element(QStringLiteral("b")).setOuterHTML(QString()); });
+  EXPECT_TRUE(Typed().contains(QStringLiteral("</font><br />z<br />plain"))) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedPlaces, AClickInALinkThatIsBeingTakenAwayStaysInItsText) {
+  Characters(QStringLiteral("a"), 6, 5)->execCommand(QStringLiteral("CreateLink"), false, QStringLiteral("x.html"));
+  hosted.document().selection().empty();
+  hosted.LiveHtml();
+  const HTMLElementCollection all = hosted.document().all();
+  HTMLElement link;
+  for (int i = 0; i < all.length(); ++i)
+    if (all.item(i).tagName() == u"A") link = all.item(i);
+  ASSERT_TRUE(link) << hosted.Body().toStdString();
+  ClickThrough(hosted.PointIn(QStringLiteral("a"), 2), [&] { hosted.document().gateway().Unwrap(link.node()); });
+  EXPECT_EQ(hosted.jWB().CurrentElement().id(), QStringLiteral("a"));
+  EXPECT_TRUE(Typed().contains(QStringLiteral("first blzock"))) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedPlaces, AClickBehindTextThatIsBeingPastedStaysAtItsLetter) {
+  ClickThrough(hosted.PointIn(a, 8),
+               [&] { Characters(QStringLiteral("a"), 3, 0)->pasteHTML(QStringLiteral("7<B>l</B>")); });
+  EXPECT_TRUE(Typed().contains(QStringLiteral("st blzock"))) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedPlaces, OfTwoSelectionsThatMeetTheUsersIsTheLater) {
+  const QPoint from = hosted.PointIn(b, 0);
+  const QPoint to = hosted.PointIn(b, 6);
+  QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+  KeepBusy(hosted, 300);
+  QTest::mousePress(hosted.Input(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(hosted.Input(), (from + to) / 2);
+  QTest::mouseMove(hosted.Input(), to);
+  QTest::mouseRelease(hosted.Input(), Qt::LeftButton, {}, to);
+  Characters(QStringLiteral("a"), 0, 5)->select();
+  Characters(QStringLiteral("b"), 2, 2)->execCommand(QStringLiteral("Bold"), false, QString());
+  Characters(QStringLiteral("a"), 0, 5)->select();
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }));
+  EXPECT_EQ(hosted.jWB().SelText(), QStringLiteral("second"));
+  hosted.LiveHtml();
+  EXPECT_EQ(hosted.ScriptText(QStringLiteral("String(getSelection())")), QStringLiteral("second"));
+  // And what the program selects from then on counts again.
+  Characters(QStringLiteral("a"), 0, 5)->select();
+  hosted.LiveHtml();
+  EXPECT_EQ(hosted.ScriptText(QStringLiteral("String(getSelection())")), QStringLiteral("first"));
+  EXPECT_EQ(hosted.jWB().SelText(), QStringLiteral("first"));
+}
+
+TEST_F(HostedPlaces, AClickInTextOfThePagesScriptThatTheProgramHasntHeardOfStandsNearIt) {
+  hosted.Script(
+      QStringLiteral("setTimeout(() => { const end = performance.now() + 300; while (performance.now() < end);"
+                     "document.querySelector('#b').firstChild.remove();"
+                     "document.querySelector('#b').prepend('SCRIPTED '); }, 50)"));
+  QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+  const QPoint point = hosted.PointIn(b, 3);
+  HostedPage::WaitFor([] { return false; }, 100);  // the script is at work
+  QTest::mouseClick(hosted.Input(), Qt::LeftButton, {}, point);
+  Characters(QStringLiteral("a"), 0, 0)->pasteHTML(QStringLiteral("x"));
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }));
+  EXPECT_EQ(hosted.jWB().CurrentElement().id(), QStringLiteral("b"));
+  ASSERT_TRUE(hosted.document().parentWindow().event().caret());
+  EXPECT_TRUE(
+      Element(QStringLiteral("b")).node()->Contains(hosted.document().parentWindow().event().caret().container));
+  hosted.LiveHtml();
+}
+
+TEST_F(HostedPlaces, WhatIsPastedWhileThereIsNoRendererDoesntShiftTheNextClick) {
+  bool back = false;
+  QObject::connect(&hosted.browser(), &HostedWebBrowser::Recovered, [&back] { back = true; });
+  bool died = false;
+  QObject::connect(hosted.browser().enginePage(), &QWebEnginePage::renderProcessTerminated, [&died] { died = true; });
+  ::kill(pid_t(hosted.browser().enginePage()->renderProcessPid()), SIGKILL);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return died; }));
+  Characters(QStringLiteral("a"), 6, 0)->pasteHTML(QStringLiteral("7 more "));
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return back; }));
+  ASSERT_TRUE(hosted.Click(hosted.PointIn(a, 13)));
+  EXPECT_EQ(hosted.document().parentWindow().event().caret().offset, 13);
+  EXPECT_TRUE(Typed().contains(QStringLiteral("first 7 more zblock"))) << hosted.Body().toStdString();
+}
+
+// --- Anything at random
+
+namespace {
+
+// Where a place is, by the indices of the nodes on the way to it: the form in which the page's own script tells it.
+QString PathOf(const Node* container, int offset, const Node* body) {
+  QString path = QStringLiteral(":") + QString::number(offset);
+  for (const Node* node = container; node != body; node = node->parent)
+    path.prepend(QStringLiteral(".") + QString::number(node->Index()));
+  return path;
+}
+
+const char listener[] = R"(
+  window.told = [];
+  const pathOf = (container, offset) => {
+    let path = ':' + offset;
+    for (let node = container; node !== document.body; node = node.parentNode) {
+      if (!node) return '';
+      path = '.' + [...node.parentNode.childNodes].indexOf(node) + path;
+    }
+    return path;
+  };
+  addEventListener('click', event => {
+    if (!event.isTrusted || !event.detail) return;
+    const hit = document.caretRangeFromPoint(event.clientX, event.clientY);
+    const selection = getSelection();
+    const range = selection.rangeCount ? selection.getRangeAt(0) : null;
+    told.push([+document.body.getAttribute('n'), hit ? pathOf(hit.startContainer, hit.startOffset) : '',
+               range ? pathOf(range.startContainer, range.startOffset) : '',
+               range ? pathOf(range.endContainer, range.endOffset) : '']);
+  }, true);
+)";
+
+class RandomClicks : private HTMLDocumentEvents {
+ public:
+  RandomClicks(HostedPage& hosted, unsigned seed) : hosted_(hosted), random_(seed) {
+    hosted_.document().ConnectEvents(this);
+    hosted_.Script(QString::fromLatin1(listener));
+    Number();
+    hosted_.LiveHtml();
+  }
+  ~RandomClicks() override {
+    hosted_.document().ConnectEvents(nullptr);
+    for (Snapshot& snapshot : snapshots_) Drop(snapshot);
+  }
+
+  // Some clicks and drags with changes around them, then what has come of them.
+  void Round() {
+    int wanted = 0;
+    for (int i = 0; i < 20; ++i) {
+      if (Below(3) == 0) KeepBusy(hosted_, 5 + Below(30));
+      for (int changes = Below(3); changes > 0; --changes) Change();
+      if (Below(3) != 0) {
+        Press();
+        ++wanted;
+      }
+      for (int turns = Below(3); turns > 0; --turns) QCoreApplication::processEvents();
+      if (Below(4) == 0) HostedPage::WaitFor([&] { return int(arrived_.size()) == wanted; }, 200);
+    }
+    const QString live = hosted_.LiveHtml();
+    ASSERT_EQ(hosted_.ModelHtml().toStdString(), live.toStdString());
+    const QString told = hosted_.ScriptText(QStringLiteral("JSON.stringify(told.splice(0))"));
+    const QJsonArray clicks = QJsonDocument::fromJson(told.toUtf8()).array();
+    ASSERT_EQ(clicks.size(), int(arrived_.size()));
+    EXPECT_EQ(wanted, int(arrived_.size())) << "clicks were lost";
+    for (int i = 0; i < clicks.size(); ++i) Compare(clicks.at(i).toArray(), arrived_[std::size_t(i)]);
+    arrived_.clear();
+    while (snapshots_.size() > 1) {
+      Drop(snapshots_.front());
+      snapshots_.pop_front();
+    }
+  }
+
+  int clicks = 0;
+  int crossing = 0;    // of them met a change on their way,
+  int moved = 0;       // and were brought to another place by it
+  int selections = 0;  // that were compared
+
+ private:
+  // Every place of the page as it was behind one of the changes, and where that is now.
+  struct Snapshot {
+    int number;
+    std::shared_ptr<QHash<QString, std::size_t>> paths;  // each one's index in the lists
+    std::vector<BoundaryPoint> then;
+    std::vector<std::unique_ptr<LiveRange>> now;
+  };
+  // What was told of a click, and where the places of the snapshots were at that moment. Only to be compared: nodes may
+  // have gone since.
+  struct Arrived {
+    BoundaryPoint caret;
+    LiveRange selection;
+    int selectedAt;
+    int number;  // of the last change
+    struct Places {
+      std::shared_ptr<QHash<QString, std::size_t>> paths;
+      std::vector<BoundaryPoint> then, now;
+    };
+    std::map<int, Places> places;
+  };
+
+  int Below(int bound) { return int(random_() % unsigned(bound)); }
+
+  Node* Any(bool text) {
+    std::vector<Node*> nodes;
+    Node* const body = hosted_.document().bodyNode();
+    for (Node* node = body->firstChild; node; node = NextInTree(node, body))
+      if (text ? node->IsText() : node->IsElement() && node->firstChild) nodes.push_back(node);
+    return nodes.empty() ? nullptr : nodes[std::size_t(Below(int(nodes.size())))];
+  }
+
+  QString Markup() {
+    static const QStringList pieces = {QStringLiteral("x"),
+                                       QStringLiteral("some more text "),
+                                       QStringLiteral("<BR>"),
+                                       QStringLiteral("<FONT COLOR=\"#FF0000\">red text</FONT>"),
+                                       QStringLiteral("t<B>bold</B>u<BR>"),
+                                       QStringLiteral("<IMG SRC=\"p.png\" WIDTH=20 HEIGHT=20>"),
+                                       QStringLiteral("<P>par <I>italic</I> par</P>"),
+                                       QStringLiteral("<!--c-->line<BR>line")};
+    return pieces[Below(int(pieces.size()))];
+  }
+
+  std::shared_ptr<HTMLTxtRange> AnyRange(int length) {
+    auto range = hosted_.document().body().createTextRange();
+    if (Node* const text = Any(true)) {
+      range->moveToElementText(HTMLElement(text->parent));
+      range->move(QStringLiteral("character"), Below(12));
+      range->moveEnd(QStringLiteral("character"), Below(length + 1));
+    } else {
+      range->move(QStringLiteral("textedit"), 1);
+    }
+    return range;
+  }
+
+  void Change() {
+    HTMLDocument& document = hosted_.document();
+    Gateway& gateway = document.gateway();
+    const int size = int(document.body().outerHTML().size());
+    if (size < 200 || size > 2000) {
+      document.body().createTextRange()->pasteHTML(QString());
+      for (int pieces = 0; pieces < 12; ++pieces)
+        document.body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), Markup());
+      return Number();
+    }
+    Node* const text = Any(true);
+    Node* const element = Any(false);
+    switch (Below(20)) {
+      case 0:
+      case 10:
+      case 11:
+        AnyRange(0)->pasteHTML(Markup());
+        break;
+      case 1:
+      case 12:
+        AnyRange(6)->pasteHTML(Markup());
+        break;
+      case 2:
+      case 13:
+        AnyRange(9)->pasteHTML(QString());
+        break;
+      case 3:
+      case 14:
+      case 15:
+        if (text && text->Length() > 1) gateway.SplitText(text, 1 + Below(text->Length() - 1));
+        break;
+      case 4:
+      case 16:
+      case 17:
+        for (Node* node = text; node; node = node->next)
+          if (node->IsText() && node->next && node->next->IsText()) {
+            gateway.JoinWithNext(node);
+            break;
+          }
+        break;
+      case 5:
+        if (element) gateway.Unwrap(element);
+        break;
+      case 6:
+        if (element) HTMLElement(element).setOuterHTML(QString());
+        break;
+      case 7:
+        AnyRange(9)->select();
+        selectedAt_ = number_ + 1;
+        break;
+      case 8:
+      case 18:
+        if (text) gateway.Wrap(text, text->next && Below(2) ? text->next : text, document.CreateElement(Known().font));
+        break;
+      case 19:
+        document.body().setAttribute(QStringLiteral("title"), QString::number(number_));
+        break;
+      default: {
+        static const QStringList commands = {QStringLiteral("Bold"), QStringLiteral("ForeColor"),
+                                             QStringLiteral("FontSize"), QStringLiteral("CreateLink")};
+        static const QStringList values = {QString(), QStringLiteral("#00FF00"), QStringLiteral("5"),
+                                           QStringLiteral("y.html")};
+        const int at = Below(int(commands.size()));
+        if (AnyRange(9)->execCommand(commands[at], false, values[at])) selectedAt_ = number_ + 1;
+        break;
+      }
+    }
+    Number();
+  }
+
+  // Tells the page how far it has come, and keeps every place of this moment.
+  void Number() {
+    HTMLDocument& document = hosted_.document();
+    document.body().setAttribute(QStringLiteral("n"), QString::number(++number_));
+    Snapshot snapshot{number_, std::make_shared<QHash<QString, std::size_t>>(), {}, {}};
+    Node* const body = document.bodyNode();
+    const auto keep = [&](const BoundaryPoint& point) {
+      snapshot.paths->insert(PathOf(point.container, point.DomOffset(), body), snapshot.now.size());
+      snapshot.then.push_back(point);
+      snapshot.now.push_back(std::make_unique<LiveRange>(LiveRange{point, point}));
+      document.AddRange(snapshot.now.back().get());
+    };
+    for (Node* node = body; node; node = NextInTree(node, body)) {
+      if (node->IsText()) {
+        for (int at = 0; at <= node->Length(); ++at) keep(BoundaryPoint::InText(node, at));
+      } else {
+        for (Node* child = node->firstChild; child; child = child->next) keep(BoundaryPoint::Before(child));
+        keep(BoundaryPoint::AtEnd(node));
+      }
+    }
+    snapshots_.push_back(std::move(snapshot));
+  }
+  void Drop(Snapshot& snapshot) {
+    for (auto& range : snapshot.now) hosted_.document().RemoveRange(range.get());
+  }
+
+  void Press() {
+    QWidget* const input = hosted_.Input();
+    const auto anywhere = [this] { return QPoint(5 + Below(300), 5 + Below(220)); };
+    const QPoint from = anywhere();
+    const QPoint to = Below(4) == 0 ? anywhere() : from;
+    QTest::mousePress(input, Qt::LeftButton, {}, from);
+    if (Below(6) == 0) QCoreApplication::processEvents();
+    if (Below(6) == 0) Change();
+    if (to != from) {
+      QTest::mouseMove(input, (from + to) / 2);
+      QTest::mouseMove(input, to);
+    }
+    QTest::mouseRelease(input, Qt::LeftButton, {}, to);
+  }
+
+  void Compare(const QJsonArray& told, const Arrived& arrived) {
+    ++clicks;
+    const auto found = arrived.places.find(told.at(0).toInt());
+    ASSERT_NE(found, arrived.places.end());
+    const Arrived::Places& places = found->second;
+    const auto indexOf = [&](int part) { return places.paths->value(told.at(part).toString(), places.now.size()); };
+    const auto placeAt = [&](int part) {
+      return indexOf(part) < places.now.size() ? places.now[indexOf(part)] : BoundaryPoint();
+    };
+    const BoundaryPoint wanted = placeAt(1);
+    const std::string about = "click " + std::to_string(clicks) + " at " + told.at(1).toString().toStdString();
+    ASSERT_TRUE(wanted) << about;
+    EXPECT_EQ(wanted.container, arrived.caret.container) << about;
+    EXPECT_EQ(wanted.offset, arrived.caret.offset) << about;
+    EXPECT_EQ(wanted.before, arrived.caret.before) << about;
+    if (told.at(0).toInt() < arrived.number) {
+      ++crossing;
+      if (wanted != places.then[indexOf(1)]) ++moved;
+    }
+    // What the program selects after the user did stands.
+    if (arrived.selectedAt > told.at(0).toInt()) return;
+    ++selections;
+    EXPECT_EQ(placeAt(2), arrived.selection.start) << about;
+    EXPECT_EQ(placeAt(3), arrived.selection.end) << about;
+  }
+
+  bool onclick() override {
+    Arrived arrived{hosted_.document().parentWindow().event().caret(),
+                    hosted_.document().selection().range(),
+                    selectedAt_,
+                    number_,
+                    {}};
+    for (const Snapshot& snapshot : snapshots_) {
+      Arrived::Places& places = arrived.places[snapshot.number];
+      places = {snapshot.paths, snapshot.then, {}};
+      for (const auto& range : snapshot.now) places.now.push_back(range->start);
+    }
+    arrived_.push_back(std::move(arrived));
+    return false;
+  }
+  bool ondblclick() override { return false; }
+  void onkeyup() override {}
+  void onmousedown() override {}
+  void onmouseup() override {}
+  void onmouseout() override {}
+  void onmouseover() override {}
+  bool oncontextmenu() override { return false; }
+
+  HostedPage& hosted_;
+  std::mt19937 random_;
+  int number_ = 0;
+  int selectedAt_ = 0;  // number of the change in which the program selected something
+  std::deque<Snapshot> snapshots_;
+  std::vector<Arrived> arrived_;
+};
+
+int Wanted(const char* variable, int otherwise) {
+  const int wanted = qEnvironmentVariableIntValue(variable);
+  return wanted > 0 ? wanted : otherwise;
+}
+
+}  // namespace
+
+// CORVANE_RANDOM_CLICKS asks for more of them, CORVANE_RANDOM_SEED for the same ones again.
+TEST(HostedPlacesAtRandom, EveryClickThatMeetsAChangeLandsWhereTheEngineSaid) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  const auto seed = unsigned(Wanted("CORVANE_RANDOM_SEED", int(std::random_device()() >> 1)));
+  const int clicks = Wanted("CORVANE_RANDOM_CLICKS", 150);
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  RandomClicks random(hosted, seed);
+  while (random.clicks < clicks) {
+    random.Round();
+    if (testing::Test::HasFailure()) break;
+  }
+  std::printf("seed %u: %d clicks, %d met a change on their way, %d moved with it, %d selections\n", seed,
+              random.clicks, random.crossing, random.moved, random.selections);
+  EXPECT_GT(random.crossing, clicks / 10);
+  EXPECT_GT(random.selections, clicks / 10);
+}
