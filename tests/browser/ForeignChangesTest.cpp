@@ -6,6 +6,7 @@
 #include <random>
 
 #include "QtPrinters.h"
+#include "RandomSeed.h"
 #include "TestPage.h"
 
 namespace {
@@ -112,7 +113,7 @@ TEST_F(Foreign, NonsenseIsPassedOver) {
 }
 
 TEST(ForeignChanges, RandomListsLeaveASoundDocument) {
-  for (unsigned seed = 0; seed < 300; ++seed) {
+  for (const unsigned seed : RandomSeeds("RandomListsLeaveASoundDocument", 300)) {
     std::mt19937 random(seed);
     TestPage page("a<b>b<i>c</i></b><p>d<u>e</u><template>t</template></p><table><tr><td>^x</table>");
     const auto range = page.Range();

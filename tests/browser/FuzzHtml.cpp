@@ -4,6 +4,7 @@
 #include <random>
 
 #include "HtmlParser.h"
+#include "RandomSeed.h"
 #include "Serializer.h"
 #include "TestPage.h"
 
@@ -16,7 +17,6 @@
 namespace {
 
 constexpr auto kDuration = std::chrono::seconds(8);
-constexpr unsigned kSeed = 5;
 
 class Maker {
  public:
@@ -258,7 +258,7 @@ class Playground {
 
 int main(int argc, char** argv) {
   const long iterations = argc > 1 ? std::atol(argv[1]) : 0;
-  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : kSeed;
+  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : RandomSeed("fuzz_html");
   const auto end = std::chrono::steady_clock::now() + kDuration;
   long done = 0;
   for (; iterations > 0 ? done < iterations : std::chrono::steady_clock::now() < end; ++done) {

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "QtPrinters.h"
+#include "RandomSeed.h"
 #include "TestPage.h"
 
 namespace {
@@ -200,7 +201,7 @@ class RandomEdits {
 };
 
 TEST(Gateway, RangesAndLivePageFollowRandomEdits) {
-  for (unsigned seed = 0; seed < 40; ++seed) {
+  for (const unsigned seed : RandomSeeds("RangesAndLivePageFollowRandomEdits", 40)) {
     RandomEdits edits(seed);
     for (int step = 0; step < 150; ++step) {
       edits.Step();

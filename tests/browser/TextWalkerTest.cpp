@@ -5,6 +5,7 @@
 #include <random>
 
 #include "QtPrinters.h"
+#include "RandomSeed.h"
 #include "TestPage.h"
 
 namespace {
@@ -140,7 +141,7 @@ bool AreEquivalent(const BoundaryPoint& a, const BoundaryPoint& b, const TreeOrd
 }
 
 TEST(TextWalker, ForwardAndBackwardAgreeOnRandomPages) {
-  std::mt19937 random(7);
+  std::mt19937 random(RandomSeed("ForwardAndBackwardAgreeOnRandomPages"));
   for (int round = 0; round < 3000; ++round) {
     const QString html = RandomHtml(random);
     const TestPage page(html);

@@ -6,13 +6,13 @@
 #include <random>
 
 #include "AsciiText.h"
+#include "RandomSeed.h"
 #include "StripPicturePaths.h"
 
 // Random pages against what always holds of StripPicturePaths, under the sanitizers: FuzzStrip [ITERATIONS [SEED]].
 namespace {
 
 constexpr long kIterations = 90000;
-constexpr unsigned kSeed = 20;
 
 class PageMaker {
  public:
@@ -95,7 +95,7 @@ const char* Wrong(const QByteArray& page) {
 
 int main(int argc, char** argv) {
   const long iterations = argc > 1 ? std::atol(argv[1]) : kIterations;
-  const unsigned seed = argc > 2 ? static_cast<unsigned>(std::atol(argv[2])) : kSeed;
+  const unsigned seed = argc > 2 ? static_cast<unsigned>(std::atol(argv[2])) : RandomSeed("fuzz_strip");
   PageMaker maker(seed);
   for (long at = 0; at < iterations; ++at) {
     const QByteArray page = maker.Next();
