@@ -3,10 +3,12 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QTest>
+#include <QPushButton>
+#include <QToolButton>
 
 #include "FTools.h"
 #include "ProgramFixture.h"
+#include "RealClicks.h"
 #include "Settings.h"
 #include "SettingsControls.h"
 #include "Swatch.h"
@@ -34,7 +36,7 @@ class MainWindow : public ProgramTest {
     run_.Settle();
     EXPECT_EQ(QSize(width, height), Web().size());
   }
-  void ClickHead() { QTest::mouseClick(Web().FrWork->LabUp, Qt::LeftButton, {}, {60, 6}); }
+  void ClickHead() { ClickAt(*Web().FrWork, {60, 6}); }
   QPoint CaretInView() { return Web().FrCaret->pos() - View().pos(); }
   ToolButton::Look LookOf(int index) { return Web().ImTool[std::size_t(index)]->look(); }
 };
@@ -52,6 +54,27 @@ TEST_F(MainWindow, EverythingStandsByTheResizeRules) {
     EXPECT_EQ(453, Web().FrFont->width());
     EXPECT_EQ(QRect(0, 51, width, height - 51), View().geometry());
     EXPECT_EQ(QRect((width - 357) / 2, height - 189, 357, 189), Web().FrWork->geometry());
+  }
+}
+
+TEST_F(MainWindow, FromItsSmallestUsefulWidthOnNothingOfTheStripCoversAnother) {
+  for (const int width : {720, 801, 1001}) {
+    Resize(width, 601);
+    QList<const QWidget*> shown = {Web().BoxPage,     Web().BoxFace,     Web().BoxSize,
+                                   Web().BoxColor[0], Web().BoxColor[1], Web().bBold};
+    for (const ToolButton* const tool : Web().ImTool) shown.append(tool);
+    for (const QLabel* const label : Web().FrFont->findChildren<QLabel*>()) shown.append(label);
+    for (const QWidget* const one : shown) {
+      const QRect place(one->mapTo(Web().Client(), QPoint(0, 0)), one->size());
+      EXPECT_TRUE(Web().FrTool2->rect().contains(place)) << qPrintable(one->objectName()) << " at " << width;
+      for (const QPoint corner : {place.topLeft(), place.topRight(), place.bottomLeft(), place.bottomRight()})
+        EXPECT_EQ(one, Web().Client()->childAt(corner)) << qPrintable(one->objectName()) << " at " << width;
+      for (const QWidget* const other : shown) {
+        if (other == one) continue;
+        EXPECT_FALSE(place.intersects(QRect(other->mapTo(Web().Client(), QPoint(0, 0)), other->size())))
+            << qPrintable(one->objectName()) << " and " << qPrintable(other->objectName());
+      }
+    }
   }
 }
 
@@ -97,10 +120,24 @@ TEST_F(MainWindow, RestoringFromMinimisedBringsTheWorkWindowUp) {
 
 TEST_F(MainWindow, AClickBesideTheHeadMovesNothing) {
   Resize(801, 601);
-  const QPoint before = Web().FrWork->pos();
-  Mouse(*Web().FrWork, QEvent::MouseButtonPress, Qt::LeftButton, {60, 100});
-  Mouse(*Web().FrWork, QEvent::MouseButtonPress, Qt::RightButton, {60, 6});
-  EXPECT_EQ(before, Web().FrWork->pos());
+  WorkWindow& work = *Web().FrWork;
+  const QPoint before = work.pos();
+  // Below it, on a group's caption, on the label at the bottom; then on the head with other buttons.
+  for (const QPoint place : {QPoint(60, work.LabUp->height() + 1), QPoint(100, 94), QPoint(60, work.height() - 10)}) {
+    ClickAt(work, place);
+    EXPECT_EQ(before, work.pos()) << place.y();
+  }
+  for (const Qt::MouseButton other : {Qt::RightButton, Qt::MiddleButton}) ClickAt(work, {60, 6}, other);
+  EXPECT_EQ(before, work.pos());
+  // Gone down on the head and up beside it is no click.
+  QTest::mousePress(Web().windowHandle(), Qt::LeftButton, {}, work.mapTo(&Web(), QPoint(60, 6)));
+  QTest::mouseRelease(Web().windowHandle(), Qt::LeftButton, {}, work.mapTo(&Web(), QPoint(60, 60)));
+  EXPECT_EQ(before, work.pos());
+  EXPECT_EQ("6", work.UpCaption());
+  // Its last row and column still belong to the head.
+  ClickAt(work, {work.width() - 1, work.LabUp->height() - 1});
+  EXPECT_NE(before, work.pos());
+  EXPECT_EQ("5", work.UpCaption());
 }
 
 TEST_F(MainWindow, AToolLightsUpUnderTheMouseAndTheOneBeforeGoesPlain) {
@@ -144,17 +181,49 @@ TEST_F(MainWindow, AMoveOverAPressedToolMakesItFlatAgain) {
   EXPECT_EQ(3, Web().HoverTool);
 }
 
-TEST_F(MainWindow, AToolRunsItsCommand) {
-  run_.Type("saved");
-  Web().ImTool[3]->click();
-  EXPECT_TRUE(FileIn("card/wgcard.html").contains("saved"));
-  Web().ImTool[0]->click();
-  run_.Settle();
-  EXPECT_EQ(2, run_.program().CurPageNo);
-  Web().ImTool[4]->click();
-  run_.Settle();
-  EXPECT_EQ(1, run_.program().CurPageNo);
-  EXPECT_EQ(QStringList{"wgcard.html"}, Names("card"));
+// Pixels of `a` that differ from those of `b`.
+int Different(const QImage& a, const QImage& b) {
+  int count = 0;
+  for (int y = 0; y < a.height(); ++y)
+    for (int x = 0; x < a.width(); ++x) count += a.pixel(x, y) != b.pixel(x, y);
+  return count;
+}
+
+TEST_F(MainWindow, TheThreeLooksOfAToolAreSeen) {
+  View().setFocus();  // a tool with the focus has a frame as well
+  for (int index = 0; index < kToolCount; ++index) {
+    ToolButton& tool = *Web().ImTool[std::size_t(index)];
+    const auto seen = [&tool] { return tool.grab().toImage().convertToFormat(QImage::Format_RGB32); };
+    const QImage plain = seen();
+    MoveOver(tool, tool.rect().center());
+    const QImage framed = seen();
+    QTest::mousePress(Web().windowHandle(), Qt::LeftButton, {}, tool.mapTo(&Web(), tool.rect().center()));
+    const QImage raised = seen();
+    // All that a light changes is the frame round the picture, closed on its four sides.
+    const QRect inside = plain.rect().adjusted(1, 1, -1, -1);
+    EXPECT_EQ(plain.copy(inside), framed.copy(inside)) << index;
+    for (int at = 0; at < plain.width(); ++at)
+      for (const QPoint edge :
+           {QPoint(at, 0), QPoint(at, plain.height() - 1), QPoint(0, at), QPoint(plain.width() - 1, at)})
+        EXPECT_NE(plain.pixel(edge), framed.pixel(edge)) << index << ": " << edge.x() << ", " << edge.y();
+    // A pressed tool is told from a lit one by more than the frame.
+    EXPECT_GT(Different(framed.copy(inside), raised.copy(inside)), 40) << index;
+    EXPECT_GT(Different(plain, raised), 40) << index;
+    // Released beside it nothing is run, and the look is plain again.
+    QTest::mouseRelease(Web().windowHandle(), Qt::LeftButton, {}, Web().FrTool2->mapTo(&Web(), QPoint(260, 4)));
+    MoveOver(*Web().FrTool2, {260, 4});
+    EXPECT_EQ(plain, seen()) << index;
+  }
+}
+
+TEST_F(MainWindow, NoTwoToolsLookTheSame) {
+  QList<QImage> pictures;
+  for (ToolButton* const tool : Web().ImTool) pictures.append(tool->grab().toImage());
+  for (QToolButton* const button : Web().FrWork->bSel) pictures.append(button->icon().pixmap(16, 16).toImage());
+  for (qsizetype a = 0; a < pictures.size(); ++a)
+    for (qsizetype b = 0; b < a; ++b)
+      EXPECT_TRUE(pictures[a].size() != pictures[b].size() || Different(pictures[a], pictures[b]) > 20)
+          << a << " and " << b;
 }
 
 TEST_F(MainWindow, TheCaretBarShowsWhereAClickPutsTheInsertionPoint) {

@@ -327,6 +327,23 @@ TEST_F(ProjectCommands, AProjectWhoseFolderHasGoneIsAskedForItsNameAndNothingIsC
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
 }
 
+TEST_F(ProjectCommands, TheProjectThatIsReplacedGoesAlsoWhereThereIsNothingToCopy) {
+  MakePages({"one"});
+  SaveProjectAs("ann");
+  ASSERT_TRUE(QDir(run_.PathInApp("saved/ann")).removeRecursively());
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/bob/wgcard.html"), "his"));
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/bob/sub/p.gif"), "his"));
+  const Tree before = TreeOf();
+  Answer({MessageAnswer::Ok}, {"bob"});
+  ASSERT_TRUE(run_.Choose("mSaveProject"));
+  EXPECT_EQ((Tree{{"saved/bob/", "<gone>"},
+                  {"saved/bob/wgcard.html", "<gone>"},
+                  {"saved/bob/sub/", "<gone>"},
+                  {"saved/bob/sub/p.gif", "<gone>"}}),
+            Changes(before, TreeOf()));
+  ExpectProject("bob", "saved/bob");
+}
+
 TEST_F(ProjectCommands, FromAnyProjectToAnyOther) {
   MakePages({"one"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -392,8 +409,11 @@ TEST_F(ProjectCommands, ThePanelShowsTheFoldersInTheirOrderAndItsTexts) {
 TEST_F(ProjectCommands, ADoubleClickOnARowOpensItsProject) {
   ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/wgcard.html"), "<html><body>hers</body></html>"));
   ASSERT_TRUE(run_.Choose("mOpenProject"));
-  Panel().BoxProj->setCurrentRow(0);
-  emit Panel().BoxProj->itemDoubleClicked(Panel().BoxProj->item(0));
+  const QPoint row = Panel().BoxProj->visualItemRect(Panel().BoxProj->item(0)).center();
+  QTest::mouseClick(Panel().BoxProj->viewport(), Qt::LeftButton, {}, row);
+  run_.Settle();
+  EXPECT_EQ("Project1", run_.program().ProjectName) << "a single click only selects";
+  QTest::mouseDClick(Panel().BoxProj->viewport(), Qt::LeftButton, {}, row);
   run_.Settle();
   EXPECT_EQ("ann", run_.program().ProjectName);
   EXPECT_EQ("hers", LettersInView());

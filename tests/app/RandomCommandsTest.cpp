@@ -2,6 +2,7 @@
 
 #include "FolderModel.h"
 #include "FoldersFixture.h"
+#include "RandomSeed.h"
 
 namespace {
 
@@ -177,20 +178,18 @@ class RandomCommands : public FoldersTest {
   FolderModel model_;
 };
 
-// A program for each sequence, and a hundred sequences for each row.
-class RandomSequences : public ::testing::TestWithParam<unsigned> {
- protected:
-  class One : public RandomCommands {
-   public:
-    void TestBody() override {}
-    using RandomCommands::Sequence;
-  };
+// A program for each sequence.
+class RandomSequence : public RandomCommands {
+ public:
+  void TestBody() override {}
+  using RandomCommands::Sequence;
 };
 
-TEST_P(RandomSequences, FoldersAndStateAgreeWithThePlainModelAtEveryStep) {
-  for (unsigned i = 0; i < 100 && !HasFailure(); ++i) One().Sequence(GetParam() * 100 + i + 1);
+TEST(RandomSequences, FoldersAndStateAgreeWithThePlainModelAtEveryStep) {
+  for (const unsigned seed : RandomSeeds("RandomSequences", 1000)) {
+    RandomSequence().Sequence(seed);
+    if (::testing::Test::HasFailure()) return;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Thousand, RandomSequences, ::testing::Range(0u, 10u));
 
 }  // namespace

@@ -1,4 +1,6 @@
 #include <QIcon>
+#include <algorithm>
+#include <string>
 
 #include "FTools.h"
 #include "FoldersFixture.h"
@@ -45,12 +47,10 @@ class Themes : public FoldersTest {
 TEST_F(Themes, EachHasItsEntryItsPictureAndItsColour) {
   PutSamples();
   MakePages({"text"});
-  QSet<qint64> icons;
   for (const Theme& theme : kThemes) {
     ASSERT_NE(nullptr, Entry(theme.entry)) << theme.entry;
     EXPECT_EQ(theme.caption, Entry(theme.entry)->text());
     ASSERT_FALSE(Entry(theme.entry)->icon().pixmap(16, 16).isNull()) << theme.entry;
-    icons += Entry(theme.entry)->icon().cacheKey();
     ASSERT_TRUE(run_.Choose(theme.entry));
     EXPECT_EQ(theme.picture, View().BackPic());
     EXPECT_EQ(theme.color, View().BodyFontColor());
@@ -60,11 +60,44 @@ TEST_F(Themes, EachHasItsEntryItsPictureAndItsColour) {
     EXPECT_EQ(theme.picture, background->value) << "the bare name";
     EXPECT_EQ(theme.picture, FileIn(QString("card/") + theme.picture));
   }
-  EXPECT_EQ(14, icons.size());
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
   // Each picture has stayed beside the pages, and nothing else was written.
   EXPECT_EQ(16, Names("card").size());
   EXPECT_EQ(FileIn("blank.html"), FileIn("card/wgcard.html"));
+}
+
+// The mean of a picture's opaque pixels.
+QColor Mean(const QImage& picture) {
+  qint64 red = 0, green = 0, blue = 0, count = 0;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) {
+      const QRgb pixel = picture.pixel(x, y);
+      if (qAlpha(pixel) < 255) continue;
+      red += qRed(pixel), green += qGreen(pixel), blue += qBlue(pixel), ++count;
+    }
+  return count == 0 ? QColor() : QColor(int(red / count), int(green / count), int(blue / count));
+}
+
+TEST_F(Themes, EachEntryHasASmallPictureOfItsOwn) {
+  QList<QImage> pictures;
+  for (std::size_t i = 0; i < std::size(kThemes); ++i) {
+    const QImage picture = Entry(kThemes[i].entry)->icon().pixmap(16, 16).toImage();
+    EXPECT_EQ(picture, QIcon(QStringLiteral(":/themes/%1.svg").arg(i)).pixmap(16, 16).toImage()) << kThemes[i].entry;
+    EXPECT_TRUE(Mean(picture).isValid()) << kThemes[i].entry << " is empty";
+    EXPECT_FALSE(pictures.contains(picture)) << kThemes[i].entry;
+    pictures.append(picture);
+  }
+}
+
+// What a small picture is known by, in the order of the menus: red, green or blue leads, or none does.
+TEST_F(Themes, TheSmallPicturesStandInTheOrderOfTheMenus) {
+  std::string leads;
+  for (const Theme& theme : kThemes) {
+    const QColor mean = Mean(Entry(theme.entry)->icon().pixmap(32, 32).toImage());
+    const auto [least, most] = std::minmax({mean.red(), mean.green(), mean.blue()});
+    leads += most - least < 30 ? '-' : most == mean.red() ? 'r' : most == mean.green() ? 'g' : 'b';
+  }
+  EXPECT_EQ("rr-grb-r--br-r", leads);
 }
 
 TEST_F(Themes, AMissingBackgroundRefusesTheThemeWithABox) {

@@ -152,7 +152,7 @@ TEST_F(WindowTexts, PasteElementHasTwoBlanksInTheMenuOfTheButtonAlone) {
 TEST_F(WindowTexts, ToolsStandInTheirOrderWithTheirTips) {
   struct Row {
     std::size_t index;
-    int left, top;  // pixels of the picture, which is 16 by 16
+    int left, top;  // pixels, of the place that the picture has; the button is 2 wider on each side
     const char* toolTip;
   };
   const Row rows[] = {
@@ -163,7 +163,6 @@ TEST_F(WindowTexts, ToolsStandInTheirOrderWithTheirTips) {
     const ToolButton& tool = *Web().ImTool[row.index];
     EXPECT_EQ(tool.toolTip(), row.toolTip);
     EXPECT_EQ(tool.objectName(), QString("ImTool%1").arg(row.index));
-    // The frame that lights up is 2 pixels wider on each side.
     EXPECT_EQ(tool.geometry(), QRect(row.left, row.top, 16, 16).adjusted(-2, -2, 2, 2)) << row.index;
     EXPECT_FALSE(tool.icon().isNull());
   }

@@ -107,6 +107,36 @@ TEST_F(Elements, PasteOfAnElementWithNothingCurrentGoesToTheEnd) {
   EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font><font id=\"a\">one</font>");
 }
 
+TEST_F(Elements, PastingAnElementTakesTheHighlightAwayAndPastingTextLeavesIt) {
+  Show(two);
+  DoubleClick("a");
+  view_.Copy();
+  for (const bool current : {true, false}) {
+    Click(current ? "b" : "");
+    Node* const text = TextOf(Named("b"));
+    page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
+    ASSERT_EQ(page_.Document().selection().type(), "Text");
+    view_.Paste(WBUC::FromTagClip);
+    EXPECT_EQ(page_.Document().selection().type(), "None");
+    EXPECT_EQ(view_.IfSelection(), WBUC::NothingSelected);
+  }
+  Node* const text = TextOf(Named("b"));
+  page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
+  view_.Copy();
+  view_.SetCurrentTextRange(nullptr);
+  view_.Paste(WBUC::FromTextClip);
+  EXPECT_EQ(page_.Document().selection().type(), "Text");
+}
+
+TEST_F(Elements, WithAnEmptyClipPastingAnElementStillTakesTheHighlightAway) {
+  Show(two);
+  Node* const text = TextOf(Named("b"));
+  page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
+  view_.Paste(WBUC::FromTagClip);
+  EXPECT_EQ(page_.Document().selection().type(), "None");
+  EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
+}
+
 TEST_F(Elements, PasteOfTextWhereNothingWasClickedGoesToTheEnd) {
   Show(two);
   Select("a", 0, 2);

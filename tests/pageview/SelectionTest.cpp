@@ -178,6 +178,14 @@ TEST_F(Selection, ACellMoreThanThreeStepsBelowItsTableRaisesNoDoubleClick) {
   DoubleClick("tr");
   EXPECT_EQ(1, doubleClicked.size());
   EXPECT_EQ("TABLE", view_.CurrentSelElementTag());
+  // It is the current element that is asked, so with a table current already the event goes out for the cell.
+  doubleClicked.clear();
+  Click("bold");
+  view_.SetCurrentElement(Named("table"));
+  Fire(EventType::DoubleClick, "bold");
+  ASSERT_EQ(1, doubleClicked.size());
+  EXPECT_EQ("TD", doubleClicked[0][0].toString());
+  EXPECT_EQ("", view_.CurrentSelElementTag());
 }
 
 TEST_F(Selection, DoubleClickOnThePageMovesTheInsertionPointToTheEndOfItsText) {

@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QMenu>
 
 #include "FOps.h"
 #include "FWeb.h"
@@ -52,10 +53,11 @@ class RunningProgram {
   FWeb& Web() { return *modMain.Web(); }
   WBUC& View() { return *Web().jWB; }
 
-  // Chooses an entry of the menu bar; false when there is none of that name.
+  // Chooses an entry of the menus as the user can: its menu opens first. False when there is none of that name, or when
+  // it or a menu around it is switched off.
   bool Choose(const QString& name) {
     auto* const action = Web().findChild<QAction*>(name);
-    if (!action) return false;
+    if (!action || !IsOpenTo(qobject_cast<QMenu*>(action->parent())) || !action->isEnabled()) return false;
     action->trigger();
     Settle();
     return true;
@@ -69,4 +71,15 @@ class RunningProgram {
   }
 
   QString PathInApp(const QString& name) const { return test.program.AppPath + u'/' + name; }
+
+ private:
+  // Opens the menus on the way to a menu, the outermost first.
+  static bool IsOpenTo(QMenu* menu) {
+    if (!menu) return true;
+    if (!IsOpenTo(qobject_cast<QMenu*>(menu->parentWidget()))) return false;
+    // The head of a popup is hidden, and so counts as switched off.
+    if (menu->menuAction()->isVisible() && !menu->menuAction()->isEnabled()) return false;
+    emit menu->aboutToShow();
+    return true;
+  }
 };

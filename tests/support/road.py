@@ -115,7 +115,7 @@ class Editor:
         self.settle()
 
     def double_click(self, x, y):
-        self.desktop.call("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
+        self.desktop.double_click(x, y)
         self.settle()
 
     def type(self, text):

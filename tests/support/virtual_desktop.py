@@ -4,6 +4,7 @@ Nothing here sleeps for a length of time that is hoped to be enough: whatever ha
 happened, or a limit is passed.
 """
 
+import contextlib
 import mmap
 import os
 import shutil
@@ -157,6 +158,20 @@ class Desktop:
                     return x, y
         return None
 
+    def find_line(self, color, height, left, top, right, bottom):
+        """Top of the first upright line of that colour, one pixel wide and at least that high; None for none."""
+        wanted = struct.pack("<I", color)[:3]
+        for y in range(top, bottom - height):
+            data = self.row(y)
+            at = data.find(wanted, 4 * left, 4 * right)
+            while at >= 0:
+                beside = (data[at - 4:at - 1], data[at + 4:at + 7])
+                if at % 4 == 0 and wanted not in beside and all(
+                        self.row(below)[at:at + 3] == wanted for below in range(y, y + height)):
+                    return at // 4, y
+                at = data.find(wanted, at + 1, 4 * right)
+        return None
+
     def windows(self, name=""):
         """Ids of the windows in view with that text in their title, as the window manager lists them."""
         managed = self.ask("xprop", "-root", "_NET_CLIENT_LIST")
@@ -193,6 +208,9 @@ class Desktop:
     def click(self, x, y):
         self.call("xdotool", "mousemove", str(x), str(y), "click", "1")
 
+    def double_click(self, x, y):
+        self.call("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
+
     def keys(self, *names):
         """Presses and releases keys one after the other. A modifier goes up behind its key, as with a hand."""
         command = ["xdotool"]
@@ -225,19 +243,48 @@ class Corvane:
         self.window = int(wait_for("the main window", lambda: self.desktop.windows("Corvane - "), 60)[0], 16)
         self.desktop.wait_active("the main window has the keys", lambda now: now == self.window)
 
-    def has_caret(self):
-        """The blue line of the insertion point stands in the page."""
-        return self.desktop.find_color(0x0000FF, 2, 80, 700, 500)
+    def caret(self):
+        """Top of the line of the insertion point in the page, None for none."""
+        return self.desktop.find_line(0x0000FF, 12, 2, 80, 700, 500)
 
-    def click_into_page(self, x=400, y=300):
-        """Clicks until the page answers with its insertion point; slower than a double click."""
-        def answered():
-            self.desktop.click(x, y)
+    def hovers(self):
+        """The Work Window names what is under the mouse."""
+        left, top = (self.desktop.width - 357) // 2, self.desktop.height - 189
+        rows = [self.desktop.row(y)[4 * (left + 14):4 * (left + 200)] for y in range(top + 165, top + 180)]
+        return len({row[at:at + 3] for row in rows for at in range(0, len(row), 4)}) > 1
+
+    def page_answers_the_mouse(self, x, y, seconds):
+        """Whether the page tells that the mouse goes and comes. It is there then, and takes clicks."""
+        # What the page before has told may still stand there, so the mouse has to be in this one before it can go.
+        self.desktop.call("xdotool", "mousemove", str(x), str(y))
+        with contextlib.suppress(TooLate):
+            self.desktop.settle(0.2, seconds)
+        for place, wanted in ((self.desktop.width // 2, 57), False), ((x, y), True):
+            self.desktop.call("xdotool", "mousemove", *map(str, place))
             try:
-                return wait_for("an insertion point", self.has_caret, 1.5)
+                wait_for("the page tells of the mouse", lambda: self.hovers() == wanted, seconds)
             except TooLate:
-                return None
-        return wait_for("the page answers a click", answered, 40)
+                return False
+        return True
+
+    def wait_for_page(self, x=400, y=300):
+        wait_for("the page answers the mouse", lambda: self.page_answers_the_mouse(x, y, 2), 60)
+
+    def click_into_page(self, x=400, y=300, seconds=60):
+        """One click, which the page has to answer with its insertion point."""
+        self.wait_for_page(x, y)
+        if self.caret():
+            # The one of before would pass for the answer. The next click must not be taken for a third one.
+            self.desktop.double_click(x, y)
+            wait_for("the insertion point goes", lambda: not self.caret())
+            self.desktop.settle(0.6)
+        self.click_once(x, y)
+        return wait_for("the page answers one click", self.caret, seconds)
+
+    def click_once(self, x, y):
+        """A click, and the mouse out of the way: its pointer may cover the insertion point."""
+        self.desktop.click(x, y)
+        self.desktop.call("xdotool", "mousemove", str(x + 40), str(y + 80))
 
     def save(self, number=1):
         """Page > Save Current, with the mouse; gives the bytes that were saved."""

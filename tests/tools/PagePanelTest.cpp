@@ -143,12 +143,14 @@ TEST_F(PagePanel, AFaceIsTakenAtOnceAlsoTheOneChosenAlready) {
 TEST_F(PagePanel, AnEmptyFaceIsReplaced) {
   View().SetBodyFontName("Tahoma");
   Tools().BoxFace->addItem("   ");
+  Tools().OpenPageProps();
   Pick(*Tools().BoxFace, 6);
   EXPECT_EQ("Arial, Helvetica", View().BodyFontName());
 }
 
 TEST_F(PagePanel, ASizeIsTakenAtOnce) {
   EXPECT_EQ(QStringList({"1", "2", "3", "4", "5", "6"}), Items(*Tools().BoxSize));
+  Tools().OpenPageProps();
   Pick(*Tools().BoxSize, 5);
   EXPECT_EQ("6", View().BodyFontSize());
   Pick(*Tools().BoxSize, 0);

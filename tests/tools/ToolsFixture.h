@@ -13,6 +13,7 @@
 #include <QRadioButton>
 
 #include "FTools.h"
+#include "RealClicks.h"
 #include "RunningProgram.h"
 #include "Serializer.h"
 #include "StringTable.h"
@@ -58,11 +59,8 @@ class ToolsTest : public ::testing::Test {
     for (int i = 0; i < list.count(); ++i) items.append(list.itemText(i));
     return items;
   }
-  // As the user does it, also where the entry is chosen already.
-  static void Pick(QComboBox& list, int index) {
-    list.setCurrentIndex(index);
-    emit list.activated(index);
-  }
+  // With the panel in view, as the user does it.
+  static void Pick(QComboBox& list, int index) { PickEntry(list, index); }
 
   // A picture outside of the project.
   QString Picture(const QString& name, const QByteArray& bytes = "picture") {
