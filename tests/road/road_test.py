@@ -18,6 +18,7 @@ from virtual_desktop import Corvane, Desktop, read, wait_for  # noqa: E402
 WINE = os.path.join(HOUSE, "tools", "wine32")
 TEMP = "users/guest/Temp"
 
+# The viewer of pages, and the folder for temporary files, which each version of wine has somewhere else.
 HANDLER = r"""REGEDIT4
 
 [HKEY_CLASSES_ROOT\.html]
@@ -25,6 +26,10 @@ HANDLER = r"""REGEDIT4
 
 [HKEY_CLASSES_ROOT\webpacktest\shell\open\command]
 @="C:\\viewer\\MarkOpened.exe \"%1\""
+
+[HKEY_CURRENT_USER\Environment]
+"TEMP"="C:\\users\\guest\\Temp"
+"TMP"="C:\\users\\guest\\Temp"
 """
 
 # The keys, each with what it leaves behind: `before` and `after` the insertion point.

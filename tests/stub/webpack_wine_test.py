@@ -29,6 +29,7 @@ WINE_TELLS = ["Wine cannot find the FreeType font library.  To enable Wine to",
               "use TrueType fonts please install a version of FreeType greater than", "or equal to 2.0.5.",
               "http://www.freetype.org"]
 
+# The viewer of pages, what is traced, and the folder for temporary files, which each version of wine has somewhere else.
 HANDLER = r"""REGEDIT4
 
 [HKEY_CLASSES_ROOT\.html]
@@ -39,6 +40,10 @@ HANDLER = r"""REGEDIT4
 
 [HKEY_CURRENT_USER\Software\Wine\Debug]
 "RelayInclude"="kernel32.*;user32.PostQuitMessage;shell32.ShellExecuteA"
+
+[HKEY_CURRENT_USER\Environment]
+"TEMP"="C:\\users\\guest\\Temp"
+"TMP"="C:\\users\\guest\\Temp"
 """
 
 PAGE = b"<html><body><a href=\"Page2.html\">next</a><img src=\"cat.jpg\">" + b"Hello, web. " * 400 + b"</body></html>"
