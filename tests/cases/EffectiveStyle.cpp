@@ -203,7 +203,7 @@ std::optional<QString> ColorOf(const QString& value, const QString& around, bool
   static const QRegularExpression name = Pattern("^[a-z]+$");
   if (const auto match = rgb.match(word); match.hasMatch()) return RgbColor(match.captured(1));
   if (word == u"rebeccapurple") return QStringLiteral("#663399");
-  if (name.match(word).hasMatch() && QColor::isValidColor(word)) return QColor(word).name();
+  if (name.match(word).hasMatch() && QColor::isValidColorName(word)) return QColor(word).name();
   const auto match = hex.match(word);
   if (!match.hasMatch()) return std::nullopt;
   const QString digits = match.captured(2);
