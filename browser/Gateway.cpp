@@ -12,7 +12,7 @@ NodeId IdOf(const Node* node) {
   return node ? node->id : 0;
 }
 
-Place PlaceOf(const BoundaryPoint& point) {
+NodePlace PlaceOf(const BoundaryPoint& point) {
   return {point.container->id, point.IsInText() ? point.offset : IdOf(point.before)};
 }
 
@@ -21,7 +21,7 @@ Place PlaceOf(const BoundaryPoint& point) {
 void Gateway::Move(const TreeStep& step, Origin origin) {
   document_.ForEachPoint([&](BoundaryPoint& point) {
     if (!point) return;
-    Place place = PlaceOf(point);
+    NodePlace place = PlaceOf(point);
     if (!MovePlace(place, step)) return;
     Node* const container = document_.FindNode(place.container);
     assert(container);

@@ -323,7 +323,7 @@ BoundaryPoint HostedWebBrowser::PointOf(const QJsonArray& place, int applied) co
   if (applied < adopted_) return {};
   // The second pair, where there is one, is for a program that hasn't heard of what the first one names.
   for (qsizetype at = 0; at + 1 < place.size(); at += 2) {
-    const Place now = history_.Now(Place{place.at(at).toInt(), place.at(at + 1).toInt()}, applied);
+    const NodePlace now = history_.Now(NodePlace{place.at(at).toInt(), place.at(at + 1).toInt()}, applied);
     Node* const container = document_->FindNode(now.container);
     if (!container) continue;
     if (container->IsText()) return BoundaryPoint::InText(container, std::clamp(now.rest, 0, container->Length()));

@@ -17,7 +17,7 @@ class PlaceHistory {
   bool IsEmpty() const { return entries_.empty(); }
 
   // Where a place is now that the page named when the batch `applied` was the last that it had carried out.
-  Place Now(Place place, int applied) const;
+  NodePlace Now(NodePlace place, int applied) const;
 
   // The same for a node: itself, or what it was taken out of.
   NodeId Now(NodeId node, int applied) const;

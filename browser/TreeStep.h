@@ -10,11 +10,11 @@
 #include "Node.h"
 
 // A boundary point as the messages between model and live page name it.
-struct Place {
+struct NodePlace {
   NodeId container = 0;
   int rest = 0;  // in text the offset in UTF-16 units, elsewhere the child behind the place, 0 at the container's end
 
-  bool operator==(const Place&) const = default;
+  bool operator==(const NodePlace&) const = default;
 };
 
 struct ReplaceStep {
@@ -50,4 +50,4 @@ struct UnwrapStep {
 using TreeStep = std::variant<ReplaceStep, SplitStep, JoinStep, InsertStep, RemoveStep, WrapStep, UnwrapStep>;
 
 // Brings a place of before the step up to date. Tells whether it has changed.
-bool MovePlace(Place& place, const TreeStep& step);
+bool MovePlace(NodePlace& place, const TreeStep& step);

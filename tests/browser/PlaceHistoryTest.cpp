@@ -19,7 +19,7 @@ class RecordingPage : public ReplicaPage {
   int batch = 1;
 };
 
-Place PlaceOf(const BoundaryPoint& point) {
+NodePlace PlaceOf(const BoundaryPoint& point) {
   return {point.container->id, point.IsInText() ? point.offset : point.before ? point.before->id : 0};
 }
 
@@ -36,7 +36,7 @@ class PlaceHistoryOnAPage : public testing::Test {
   Node* Text(const QString& data) { return page_->Text(data); }
   // The content with a mark where the place that was named before is now.
   QString Now() {
-    const Place now = recorder_->history.Now(named_, 0);
+    const NodePlace now = recorder_->history.Now(named_, 0);
     Node* const container = page_->document.FindNode(now.container);
     if (!container) return QStringLiteral("nowhere");
     return page_->Show(container->IsText() ? BoundaryPoint::InText(container, now.rest)
@@ -45,7 +45,7 @@ class PlaceHistoryOnAPage : public testing::Test {
 
   std::unique_ptr<TestPage> page_;
   std::unique_ptr<RecordingPage> recorder_;
-  Place named_;
+  NodePlace named_;
 };
 
 TEST_F(PlaceHistoryOnAPage, BehindInsertedAndRemovedTextStaysWithItsLetter) {
@@ -66,13 +66,13 @@ TEST_F(PlaceHistoryOnAPage, BehindACutGoesIntoTheSecondPiece) {
   Open("one two th^ree");
   gateway().SplitText(Text("one"), 7);
   EXPECT_EQ(Now(), "one two th^ree");
-  EXPECT_EQ(recorder_->history.Now(named_, 0), (Place{Text(" three")->id, 3}));
+  EXPECT_EQ(recorder_->history.Now(named_, 0), (NodePlace{Text(" three")->id, 3}));
 }
 
 TEST_F(PlaceHistoryOnAPage, AtACutStaysInTheFirstPiece) {
   Open("one two^ three");
   gateway().SplitText(Text("one"), 7);
-  EXPECT_EQ(recorder_->history.Now(named_, 0), (Place{Text("one two")->id, 7}));
+  EXPECT_EQ(recorder_->history.Now(named_, 0), (NodePlace{Text("one two")->id, 7}));
 }
 
 TEST_F(PlaceHistoryOnAPage, InATextThatIsJoinedToTheOneBeforeGoesThere) {
@@ -110,7 +110,7 @@ TEST_F(PlaceHistoryOnAPage, BetweenNodesThatAreWrappedGoesIntoTheWrapperOrBefore
   Open("<i>a</i><u>b</u>^");
   Node* const first = page_->Find("I");
   Node* const second = page_->Find("U");
-  const Place before = PlaceOf(BoundaryPoint::Before(first));
+  const NodePlace before = PlaceOf(BoundaryPoint::Before(first));
   named_ = PlaceOf(BoundaryPoint::Before(second));
   gateway().Wrap(first, second, page_->document.CreateElement(Known().b));
   EXPECT_EQ(Now(), "<b><i>a</i>^<u>b</u></b>");
@@ -201,7 +201,7 @@ class RandomBatches {
  private:
   struct Stood {
     int applied;
-    Place named;
+    NodePlace named;
     std::unique_ptr<LiveRange> range;
   };
 
