@@ -90,6 +90,16 @@ def compile_alone(build, commands, habit):
         list(pool.map(make, commands))
 
 
+def packed_beside(build):
+    """What is packed beside the program, or embedded in it: all that the build made but its own means."""
+    tops = ("bin/samples", "packaging", "resources/stub", "resources/icons")
+    found = [os.path.join(folder, name) for top in tops for folder, _, names in os.walk(os.path.join(build, top))
+             for name in names]
+    # A link to the program, which isn't there, and what only Windows packs.
+    left = {"packaging/corvane", "packaging/corvane.rc"}
+    return sorted({os.path.relpath(path, build) for path in found} - left | {"bin/cvn2.hlp"})
+
+
 def contents(package):
     """What a package holds, for telling where two differ."""
     told, data = {}, read(package)
@@ -155,10 +165,10 @@ class Parts(Same):
                 data = read(first, name)
                 self.assertEqual(data, read(second, name))
                 self.assertNotIn(os.fsencode(self.scratch.name), data)
-        data = [os.path.join(folder, name) for top in ("bin", "packaging", "resources")
-                for folder, _, names in os.walk(os.path.join(first, top)) for name in names]
-        self.assertGreater(len(data), 35)
-        for path in (os.path.relpath(one, first) for one in data):
+        products = packed_beside(first)
+        self.assertGreater(len(products), 35)
+        self.assertEqual(products, packed_beside(second))
+        for path in products:
             with self.subTest(path):
                 self.assertEqual(read(first, path), read(second, path))
 
