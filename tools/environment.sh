@@ -83,10 +83,10 @@ stage() {
   "$@"
 }
 
-# Whether a file of a megabyte can be written in the folder.
+# Whether a file as large as a program can be written in the folder.
 hasRoom() {
   local trial=$1/room.$$ code=0
-  head -c 1000000 /dev/zero 2>/dev/null >"$trial" || code=1
+  head -c 20000000 /dev/zero 2>/dev/null >"$trial" || code=1
   rm -f "$trial"
   return $code
 } 2>/dev/null
@@ -97,7 +97,7 @@ giveUp() {
   shift
   for folder in "$buildFolder" "${TMPDIR:-/tmp}"; do
     if ! mkdir -p "$folder" 2>/dev/null || ! hasRoom "$folder"; then
-      set -- "nothing can be written in $folder: the disk is full or locked"
+      set -- "there is no room in $folder: the disk is full or locked"
       break
     fi
   done
@@ -116,7 +116,10 @@ logged() {
 }
 
 configure() {
-  logged configure cmake --preset "$preset" || giveUp configure "cmake says why above"
+  logged configure cmake --preset "$preset" || giveUp configure "cmake says why above" || return 1
+  # On a full disk cmake says that all went well.
+  [[ -s $buildFolder/CMakeCache.txt && -s $buildFolder/build.ninja ]] ||
+    giveUp configure "its files can't be written in $buildFolder: the disk is full or locked"
 }
 
 # A log sees how far the build is every quarter of a minute, and all that isn't told of a step that went well.

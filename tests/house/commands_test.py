@@ -36,7 +36,10 @@ echo >>"$RECORD"
 case $1 in
   --preset)
     [[ -z ${CONFIGURE_SAYS-} ]] || { echo "$CONFIGURE_SAYS" && exit 1; }
-    head -c 10000 /dev/zero >build/made
+    rm -f build/build.ninja
+    for name in CMakeCache.txt build.ninja; do head -c 10000 /dev/zero >build/$name; done
+    [[ -z ${LOSES-} ]] || rm "build/$LOSES"
+    exit 0
     ;;
   --build)
     for ((step = 1; step <= 300; ++step)); do echo "[$step/300] Building"; done
@@ -152,7 +155,7 @@ class Commands(unittest.TestCase):
 
     def test_with_a_full_disk_and_with_room_again(self):
         inside = "\n".join([
-            "mount -t tmpfs -o size=1500k tmpfs build", "cp -r ../bin build/", "head -c 3000000 /dev/zero >build/filler",
+            "mount -t tmpfs -o size=30m tmpfs build", "cp -r ../bin build/", "head -c 40000000 /dev/zero >build/filler",
             "./run", "echo \"code $?\"", "rm build/filler", "./run", "echo \"code $?\""])
         shutil.copytree(os.path.join(self.top, "build", "bin"), os.path.join(self.top, "..", "bin"))
         spaces = ["unshare", "--mount"] if os.geteuid() == 0 else ["unshare", "--mount", "--map-root-user"]
@@ -160,10 +163,14 @@ class Commands(unittest.TestCase):
                           check=False).returncode != 0:
             self.skipTest("this machine lets nobody mount")
         done = self.call("bash", "-c", inside, before=spaces, BUILD_SAYS="")
-        self.assertIn("configure: failed, nothing can be written in build: the disk is full", done.stderr)
+        self.assertIn("configure: failed, there is no room in build: the disk is full", done.stderr)
         codes = [line for line in done.stdout.splitlines() if line.startswith("code ")]
         self.assertEqual(codes, ["code 1", "code 0"])
         self.assertEqual(done.stdout.count("the tour is taken"), 1)
+
+    def test_a_configuration_that_could_not_be_written_is_none(self):
+        for name in ("CMakeCache.txt", "build.ninja"):
+            self.fails_with(self.call("./run", LOSES=name), "configure: failed, ", "the disk is full")
 
     # The stages.
 
