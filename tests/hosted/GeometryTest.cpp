@@ -400,7 +400,9 @@ TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {
     if (HasFailure()) break;
   }
   EXPECT_GE(places, pointsPerPage / 4);
-  if (GetParam().html == LooseTables) EXPECT_GT(besideTables, 0);
+  if (GetParam().html == LooseTables) {
+    EXPECT_GT(besideTables, 0);
+  }
   EXPECT_GE(letters, pointsPerPage / 4 / placesPerLetter);
 }
 
