@@ -168,13 +168,14 @@ Sockets::Handle HostSockets::Open() {
 #endif
 
 std::optional<quint32> HostSockets::Resolve(const QByteArray& name) {
-  // The address of all ones is also the mark of failure, so it goes the way of a name.
+  // The address of all ones is also the mark of failure, so it goes the way of a name, and is a failure there too.
   const quint32 dotted = inet_addr(name.constData());
   if (dotted != INADDR_NONE) return dotted;
   const hostent* const host = gethostbyname(name.constData());
   if (!host || host->h_addrtype != AF_INET || !host->h_addr_list[0]) return std::nullopt;
   quint32 address = 0;
   std::memcpy(&address, host->h_addr_list[0], sizeof address);
+  if (address == INADDR_NONE) return std::nullopt;
   return address;
 }
 

@@ -145,8 +145,10 @@ int32_t ZipArchiver::ZpArchive(int32_t count, const QByteArray& zipName, const Z
     }
   }
   if (zip_close(archive) != 0) {
+    // Only the files themselves are opened here; the archive's own failures have other codes.
+    const bool cannotOpen = zip_error_code_zip(zip_get_error(archive)) == ZIP_ER_OPEN;
     zip_discard(archive);
-    return ZipResult::kFailed;
+    return cannotOpen ? ZipResult::kCannotOpen : ZipResult::kFailed;
   }
   return ZipResult::kGood;
 }

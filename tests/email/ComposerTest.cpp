@@ -76,6 +76,11 @@ TEST(Body, OnlyTheEqualsSignIsQuoted) {
   EXPECT_EQ("=3D=3D3D", EncodeHtmlBody("==3D"));
 }
 
+TEST(Body, BlanksAroundThePageGoAndLineEndsStay) {
+  EXPECT_EQ("<p> a </p>", EncodeHtmlBody("   <p> a </p>  "));
+  EXPECT_EQ("\n<p>\t\r\n", EncodeHtmlBody(" \n<p>\t\r\n"));
+}
+
 TEST(Body, EverySrcLeadsToAPartScriptsAndFramesToo) {
   EXPECT_EQ("<SCRIPT SRC=3D\"cid:a.js\"></SCRIPT>", EncodeHtmlBody("<SCRIPT src=\"a.js\"></SCRIPT>"));
   EXPECT_EQ("<IFRAME SRC=3D\"cid:http://x/\">", EncodeHtmlBody("<IFRAME Src=\"http://x/\">"));
@@ -165,7 +170,38 @@ TEST_F(Composer, EachPictureHasAnIdOfItsOwn) {
   EXPECT_TRUE(
       wire.contains("\tName=\"a.gif\"\r\nContent-Transfer-Encoding: base64\r\n"
                     "Content-ID: <00000000.0000.0000.0000.000000000001>\r\n\r\ncGljdHVyZSBhLmdpZg==\r\n\r\n"));
-  EXPECT_EQ(4, wire.count("boundary=") + wire.count("type=\"multipart/alternative\"") + wire.count("_BB--\r\n\r\n--"));
+}
+
+TEST_F(Composer, AMessageWithPicturesIsBuiltLineByLine) {
+  Prepare("<IMG SRC=\"a.gif\" ><IMG SRC=\"b.gif\" >", {"a.gif", "b.gif"});
+  const QByteArray first = "00000000.0000.0000.0000.000000000001", second = "00000000.0000.0000.0000.000000000002";
+  EXPECT_EQ(
+      "From: Ann Lee <ann@example.org>\r\nTo: Bob <bob@example.net>\r\nSubject: Hello\r\n"
+      "Date: Sun, 06 Nov 1994 08:49:37 GMT\r\n"
+      "Message-ID: <00000000.0000.0000.0000.000000000003@mail.example.org>\r\nMIME-Version: 1.0\r\n"
+      "Content-Type: multipart/related;\r\n\tboundary=\"CVN2_A_3435FE2_6617A_AA\";\r\n"
+      "\ttype=\"multipart/alternative\"\r\nX-Mailer: Corvane v. 2\r\n\r\n"
+      "--CVN2_A_3435FE2_6617A_AA\r\nContent-Type: multipart/alternative;\r\n"
+      "\tboundary=\"CVN2_B_3435FE2_6617B_BB\"\r\n\r\n"
+      "--CVN2_B_3435FE2_6617B_BB\r\nContent-Type: text/plain;\r\n\tcharset=\"iso-8859-1\"\r\n"
+      "Content-Transfer-Encoding: quoted-printable\r\n\r\nThis is a web greeting message made with Corvane.\r\n"
+      "It may only be viewed as HTML email, but your email program\r\ndoes not appear to read HTML format.\r\n\r\n"
+      "--CVN2_B_3435FE2_6617B_BB\r\nContent-Type: text/html;\r\n\tcharset=\"iso-8859-1\"\r\n"
+      "Content-Transfer-Encoding: quoted-printable\r\n\r\n"
+      "<IMG SRC=3D\"cid:" +
+          first + "\" ><IMG SRC=3D\"cid:" + second +
+          "\" >\r\n\r\n"
+          "--CVN2_B_3435FE2_6617B_BB--\r\n\r\n"
+          "--CVN2_A_3435FE2_6617A_AA\r\nContent-Type: image/gif;\r\n\tName=\"a.gif\"\r\n"
+          "Content-Transfer-Encoding: base64\r\nContent-ID: <" +
+          first +
+          ">\r\n\r\ncGljdHVyZSBhLmdpZg==\r\n\r\n"
+          "--CVN2_A_3435FE2_6617A_AA\r\nContent-Type: image/gif;\r\n\tName=\"b.gif\"\r\n"
+          "Content-Transfer-Encoding: base64\r\nContent-ID: <" +
+          second +
+          ">\r\n\r\ncGljdHVyZSBiLmdpZg==\r\n\r\n"
+          "--CVN2_A_3435FE2_6617A_AA--\r\n.\r\n",
+      Wire());
 }
 
 TEST_F(Composer, ASplitReferenceKeepsTheFilesName) {
@@ -190,12 +226,12 @@ TEST_F(Composer, ANameThatBeginsAnotherNameIsReplacedInBoth) {
 }
 
 TEST_F(Composer, TheKindOfAPictureIsTheEndingOfItsNameAsItStands) {
-  Prepare("x", {"a.png", "b.JPEG", "c.GIF", "d.jpg", "e"});
+  Prepare("x", {"a.png", "b.JPEG", "c.GIF", "d.jpg", "e", "f.jpeg", "g.Jpeg"});
   QStringList kinds;
   const QRegularExpression pattern("Content-Type: image/([^;]*);");
   auto found = pattern.globalMatch(QString::fromLatin1(Wire()));
   while (found.hasNext()) kinds += found.next().captured(1);
-  EXPECT_EQ(QStringList({"png", "jpg", "GIF", "jpg", "e"}), kinds);
+  EXPECT_EQ(QStringList({"png", "jpg", "GIF", "jpg", "e", "jpg", "jpg"}), kinds);
 }
 
 TEST_F(Composer, NoIdLeavesTheNameInItsPlaceAndNoneInTheHead) {
@@ -204,6 +240,13 @@ TEST_F(Composer, NoIdLeavesTheNameInItsPlaceAndNoneInTheHead) {
   EXPECT_TRUE(Wire().contains("Message-ID: <@mail.example.org>\r\n"));
   EXPECT_TRUE(Wire().contains("Content-ID: <a.gif>"));
   EXPECT_TRUE(Wire().contains("\"cid:a.gif\""));
+}
+
+TEST_F(Composer, AnIdOfMoreThan30CharactersLosesItsBracesAndAShorterOneIsNone) {
+  test_.platform.stamps.Guids = {"{" + QString(29, 'a') + "}", "{" + QString(28, 'b') + "}"};
+  Prepare("x");
+  EXPECT_TRUE(Wire().contains("Message-ID: <" + QByteArray(29, 'a') + "@mail.example.org>\r\n"));
+  EXPECT_TRUE(Wire().contains("Message-ID: <@mail.example.org>\r\n"));
 }
 
 TEST_F(Composer, AMissingPictureIsLeftOutWithoutAWord) {

@@ -27,11 +27,23 @@ TEST(Recents, ASenderAtTheEndOfALongerOneDamagesIt) {
   EXPECT_EQ("x@y.zz*a@b.cc", RecentSenders({"a@b.cc", "X@Y.ZZ"}, "x@y.zz"));
 }
 
+TEST(Recents, WithNothingKnownTheOneInUseIsTheList) {
+  EXPECT_EQ("a@b.cc", RecentRecipients({}, "a@b.cc"));
+  EXPECT_EQ("a@b.cc", RecentSenders({}, "a@b.cc"));
+  EXPECT_EQ("", RecentRecipients({}, ""));
+  EXPECT_EQ("", RecentSenders({}, ""));
+}
+
 TEST(Recents, UpToElevenAreStored) {
   const QStringList ten = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
-  EXPECT_EQ(11, RecentRecipients(ten, "new").split('*').size());
-  EXPECT_EQ(11, RecentSenders(ten, "new").split('*').size());
-  EXPECT_EQ(11, RecentRecipients(ten + QStringList{"10"}, "new").split('*').size());
+  EXPECT_EQ("new*0*1*2*3*4*5*6*7*8*9", RecentRecipients(ten, "new"));
+  EXPECT_EQ("new*0*1*2*3*4*5*6*7*8*9", RecentSenders(ten, "new"));
+  const QStringList eleven = ten + QStringList{"ten"};
+  EXPECT_EQ("new*0*1*2*3*4*5*6*7*8*9", RecentRecipients(eleven, "new"));
+  EXPECT_EQ("new*0*1*2*3*4*5*6*7*8*9", RecentSenders(eleven, "new"));
+  // The eleventh has gone before it is looked for.
+  EXPECT_EQ("ten*0*1*2*3*4*5*6*7*8*9", RecentRecipients(eleven, "ten"));
+  EXPECT_EQ("9*0*1*2*3*4*5*6*7*8", RecentSenders(ten, "9"));
 }
 
 TEST(Password, IsStoredAsTheCodesOfItsCharacters) {

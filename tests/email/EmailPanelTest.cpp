@@ -1,10 +1,13 @@
 #include "EmailPanel.h"
 
+#include <unistd.h>
+
 #include <QApplication>
 #include <QClipboard>
 #include <QGroupBox>
 #include <QImage>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 #include "FewLinesLabel.h"
@@ -88,6 +91,18 @@ TEST_F(Panel, OpeningClearsTheStatusAlsoWhileAMessageIsOnItsWay) {
   EXPECT_EQ(1, Net().StartUps);
 }
 
+TEST_F(Panel, OpeningBeginsInTheFirstBoxWithNothingToldOfTheLastTalk) {
+  Send();
+  Net().Bring("554 busy");
+  ASSERT_TRUE(panel_.TStat->toolTip().contains("554"));
+  panel_.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&panel_));
+  panel_.TMail[2]->setFocus();
+  Open();
+  EXPECT_EQ("", panel_.TStat->toolTip());
+  EXPECT_EQ(panel_.ComboMail[0], QApplication::focusWidget());
+}
+
 TEST_F(Panel, ANetworkLibraryThatFailsIsToldBehindABlank) {
   Click(1);
   Net().StartUpResult = 10091;
@@ -124,6 +139,18 @@ TEST_F(Panel, AMessageIsSentAndTold) {
   EXPECT_EQ("mail.example.org", Stored(Settings::DefServ));
 }
 
+TEST_F(Panel, TheStatusTellsEachStepInItsOrder) {
+  QStringList told;
+  QObject::connect(panel_.TStat, &QLineEdit::textChanged, [&](const QString& text) { told += text; });
+  Send();
+  Accept();
+  EXPECT_EQ(QStringList({" Preparing to send email...", " Sending email...", " Email sent."}), told);
+  told.clear();
+  ASSERT_TRUE(QFile::remove(test_.program.CurPageFile));
+  Send();
+  EXPECT_EQ(QStringList({" Preparing to send email...", " Error. Current page file not found."}), told);
+}
+
 TEST_F(Panel, AllEightBoxesReachTheMessage) {
   Fill();
   panel_.TMail[0]->setText("Bob B.");
@@ -142,6 +169,41 @@ TEST_F(Panel, AllEightBoxesReachTheMessage) {
   EXPECT_EQ("Ann L.", Stored(Settings::DefName));
   EXPECT_EQ("ann9", Stored(Settings::DefUser));
   EXPECT_EQ("115.101.99.114.101.116", Stored(Settings::DefPass));
+}
+
+// Once for each time that the page shows it, and all references lead to the first.
+TEST_F(Panel, APictureThatThePageShowsTwiceIsAttachedTwice) {
+  ASSERT_TRUE(PutFile(test_.WorkFile("a.gif"), "picture a"));
+  ASSERT_TRUE(PutFile(test_.WorkFile("b.gif"), "picture b"));
+  ASSERT_TRUE(PutFile(test_.program.CurPageFile,
+                      "<HTML><BODY BACKGROUND=\"b.gif\" ><IMG SRC=\"a.gif\" ><IMG SRC=\"x/a.gif\" >"
+                      "<IMG SRC=\"b.gif\" ><IMG SRC=\"gone.gif\" ></BODY></HTML>"));
+  Send();
+  Accept();
+  QStringList parts;
+  const QRegularExpression part("\tName=\"(.*)\"\r\n.*\r\nContent-ID: <.*\\.0*(\\d+)>\r\n\r\n(.*)\r\n");
+  for (auto found = part.globalMatch(QString::fromLatin1(Net().Sent)); found.hasNext();) {
+    const auto one = found.next();
+    parts += one.captured(1) + ' ' + one.captured(2) + ' ' + QByteArray::fromBase64(one.captured(3).toLatin1());
+  }
+  EXPECT_EQ(QStringList({"b.gif 1 picture b", "a.gif 2 picture a", "a.gif 3 picture a", "b.gif 4 picture b"}), parts);
+  const QByteArray whole = Net().Sent;
+  EXPECT_EQ(2, whole.count("cid:00000000.0000.0000.0000.000000000001"));
+  EXPECT_EQ(2, whole.count("cid:00000000.0000.0000.0000.000000000002"));
+  EXPECT_EQ(5, whole.count("cid:"));
+}
+
+TEST_F(Panel, APictureNamedInAnyScriptIsFoundByThePagesBytes) {
+  ASSERT_TRUE(PutFile(test_.WorkFile(QString::fromUtf8("\u732B.gif")), "cat"));
+  ASSERT_TRUE(PutFile(test_.WorkFile(QString::fromUtf8("\u00E9\u20AC.gif")), "western"));
+  ASSERT_TRUE(
+      PutFile(test_.program.CurPageFile, "<BODY><IMG SRC=\"\xE7\x8C\xAB.gif\" ><IMG SRC=\"\xE9\x80.gif\" ></BODY>"));
+  Send();
+  Accept();
+  EXPECT_TRUE(Net().Sent.contains("\r\n\r\n" + QByteArray("cat").toBase64() + "\r\n\r\n"));
+  EXPECT_TRUE(Net().Sent.contains("\r\n\r\n" + QByteArray("western").toBase64() + "\r\n\r\n"));
+  EXPECT_EQ(1, Net().Sent.count("\"cid:00000000.0000.0000.0000.000000000001\""));
+  EXPECT_EQ(1, Net().Sent.count("\"cid:00000000.0000.0000.0000.000000000002\""));
 }
 
 TEST_F(Panel, WithoutANetworkABoxTellsItFirst) {
@@ -229,6 +291,23 @@ TEST_F(Panel, AnEmptiedBoxLeavesTheOldValueInForce) {
   EXPECT_TRUE(Net().Sent.contains("EHLO olduser\r\n"));
   EXPECT_TRUE(Net().Sent.contains("\r\nTo: The old name <bob@example.net>\r\n"));
   EXPECT_TRUE(Net().Sent.contains("\r\nSubject: The old subject\r\n"));
+}
+
+// The sender too: an emptied box is told of, and the address in force changes with the next one.
+TEST_F(Panel, AnEmptiedSenderIsToldAndTheNextOneCounts) {
+  Send();
+  Accept();
+  Net().Sent.clear();
+  panel_.ComboMail[1]->setEditText("");
+  Click(0);
+  EXPECT_EQ(1, Dialogs().Boxes.size());
+  EXPECT_EQ("", Net().Sent);
+  panel_.ComboMail[1]->setEditText("eve@example.org");
+  Click(0);
+  Accept();
+  EXPECT_TRUE(Net().Sent.contains("MAIL FROM: <eve@example.org>\r\n"));
+  // The user name was made of the first sender, and that is meant.
+  EXPECT_TRUE(Net().Sent.startsWith("EHLO ann\r\n"));
 }
 
 TEST_F(Panel, APageThatIsGoneIsTold) {
@@ -375,6 +454,20 @@ TEST_F(Panel, AFileThatIsThereIsAskedFor) {
   EXPECT_EQ(MessageIcon::None, Dialogs().Boxes.first().icon);
   EXPECT_EQ(MessageButtons::OkCancel, Dialogs().Boxes.first().buttons);
   Click(2);
+  EXPECT_EQ(MUC_.EmailFileText(), FileBytes(path));
+}
+
+// A second name of the old file keeps what stood in it.
+TEST_F(Panel, ACopyDeletesTheFileThatWasThere) {
+  Send();
+  Accept();
+  const QString path = test_.Path("copy.eml"), second = test_.Path("second");
+  ASSERT_TRUE(PutFile(path, "old"));
+  ASSERT_EQ(0, ::link(qPrintable(path), qPrintable(second)));
+  Dialogs().Texts = {path};
+  Dialogs().Answers = {MessageAnswer::Ok};
+  Click(2);
+  EXPECT_EQ("old", FileBytes(second));
   EXPECT_EQ(MUC_.EmailFileText(), FileBytes(path));
 }
 

@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -8,15 +9,15 @@
 #include "Base64.h"
 #include "HtmlBody.h"
 #include "MailUC.h"
+#include "RandomSeed.h"
 #include "TestPlatform.h"
 
 // A server that answers anything, and broken base64, under the sanitizers: FuzzMail [ITERATIONS [SEED]]. Without a
-// number of iterations it runs for about eight seconds. Whatever comes, a session ends at most once, nothing of the
-// server's own words is sent back, and what is sent keeps its order.
+// number of iterations it runs for about eight seconds, without a seed it takes a fresh one. Whatever comes, a session
+// ends at most once, nothing of the server's own words is sent back, and what is sent keeps its order.
 namespace {
 
 constexpr auto kDuration = std::chrono::seconds(8);
-constexpr unsigned kSeed = 11;
 
 class Chance {
  public:
@@ -91,7 +92,7 @@ const QRegularExpression& Talk() {
   return talk;
 }
 
-const char* WrongTalk(Chance& chance, int& sent) {
+const char* WrongTalk(Chance& chance, const QString& pictures, int& sent) {
   TestPlatform platform;
   ScriptedSockets& net = platform.sockets;
   MailUC MUC(platform.services);
@@ -108,7 +109,7 @@ const char* WrongTalk(Chance& chance, int& sent) {
   MUC.SetToEmail("bob@example.net");
   MUC.SetUserName("ann");
   if (!chance.OneIn(3)) MUC.SetPassword("secret");
-  MUC.PrepareEmail("<HTML>page</HTML>", QString());
+  MUC.PrepareEmail("<HTML>page</HTML>", chance.OneIn(2) ? pictures : QString());
   if (MUC.ConnectAndSend(error) != MailUC::kGood) return "there is no connection";
   const char* const good[] = {"220 ", "250 AUTH LOGIN\r\n", "250 ", "334 VXNlcm5hbWU6\r\n", "354 ", "235 ", "250-"};
   for (int step = 0; step < 30 && net.IsOpen(); ++step) {
@@ -133,6 +134,7 @@ const char* WrongTalk(Chance& chance, int& sent) {
   }
   net.SendTakes.clear();
   net.BecomeWritable();
+  const QByteArray file = MUC.EmailFileText();
   if (net.Sent.contains("EVIL") || net.Sent.contains("\r\n250")) return "the server's words went back";
   // What the socket hadn't taken when it was closed is missing at the end.
   QByteArray whole = net.Sent;
@@ -143,6 +145,10 @@ const char* WrongTalk(Chance& chance, int& sent) {
     std::fprintf(stderr, "%s\n", whole.constData());
     return "what was sent is out of order";
   }
+  // A message that has gone out whole is the one that can be saved.
+  const QByteArray content = file.mid(file.indexOf("Content-Type: "));
+  const qsizetype start = whole.indexOf("Content-Type: ");
+  if (start >= 0 && !whole.mid(start).startsWith(content)) return "what was sent isn't what is saved";
   if (success) ++sent;
   return nullptr;
 }
@@ -152,13 +158,20 @@ const char* WrongTalk(Chance& chance, int& sent) {
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const long iterations = argc > 1 ? std::atol(argv[1]) : 0;
-  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : kSeed;
+  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : RandomSeed("talks");
   const auto end = std::chrono::steady_clock::now() + kDuration;
+  const QTemporaryDir folder;
+  QStringList paths;
+  for (const int size : {0, 30, 90, 228}) {
+    paths += folder.filePath(QStringLiteral("p%1.gif").arg(size));
+    if (!PutFile(paths.last(), QByteArray(size, 'p'))) return 1;
+  }
+  const QString pictures = paths.join(u'*');
   long done = 0;
   int sent = 0;
   for (; iterations > 0 ? done < iterations : std::chrono::steady_clock::now() < end; ++done) {
     Chance chance(seed * 1000003u + unsigned(done));
-    const char* wrong = WrongTalk(chance, sent);
+    const char* wrong = WrongTalk(chance, pictures, sent);
     if (!wrong) wrong = WrongBase64(chance);
     if (!wrong) wrong = WrongPage(chance);
     if (!wrong) continue;

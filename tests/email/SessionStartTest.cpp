@@ -1,4 +1,6 @@
 // The mail session before the server's first word: checks, readying the library, what it was told.
+#include <functional>
+
 #include "SessionFixture.h"
 
 namespace {
@@ -49,6 +51,63 @@ TEST_F(Session, FailuresOfTheSystemCarryItsNumberWithoutABlank) {
   EXPECT_EQ("Winsock err - Failure with WSAAsyncSelect. Error number:111", error_);
   EXPECT_FALSE(Net().IsOpen());
   EXPECT_EQ(0, complete_.size());
+}
+
+// The number is asked for when the socket has been closed.
+TEST_F(Session, TheNumberIsTheSystemsLastErrorAfterTheSocketWasClosed) {
+  Net().ConnectFails = true;
+  Net().CloseError = 5;
+  EXPECT_EQ(163, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Winsock error - Failed to connect to server. Error number:5", error_);
+  Net().ConnectFails = false;
+  Net().NoticesFail = true;
+  EXPECT_EQ(164, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Winsock err - Failure with WSAAsyncSelect. Error number:5", error_);
+  // There is no socket to close.
+  Net().OpenFails = true;
+  EXPECT_EQ(161, MUC_.ConnectAndSend(error_));
+  EXPECT_EQ("Winsock error - Failed to create socket. Error number:111", error_);
+}
+
+TEST_F(Session, AFailedCheckEndsTheTalkThatIsUnderWay) {
+  struct Check {
+    int number;
+    std::function<void()> fail;
+  };
+  const Check checks[] = {
+      {152, [this] { test_.platform.network.Online = false; }},
+      {153, [this] { test_.platform.network.Proxy = true; }},
+      {154, [this] { MUC_.SetServer(""); }},
+      {156, [this] { MUC_.SetFromEmail(""); }},
+      {157, [this] { MUC_.SetFromEmail("ann"); }},
+      {158, [this] { MUC_.SetToEmail(""); }},
+      {159, [this] { MUC_.SetToEmail("bob"); }},
+      {160, [this] { MUC_.PrepareEmail("", ""); }},
+  };
+  for (const Check& check : checks) {
+    test_.platform.network.Online = true;
+    test_.platform.network.Proxy = false;
+    MUC_.SetServer("mail.example.org");
+    MUC_.SetFromEmail("ann@example.org");
+    MUC_.SetToEmail("bob@example.net");
+    MUC_.PrepareEmail("x", "");
+    Begin(2);
+    ASSERT_TRUE(Net().IsOpen());
+    check.fail();
+    EXPECT_EQ(check.number, MUC_.ConnectAndSend(error_));
+    EXPECT_FALSE(Net().IsOpen()) << check.number;
+    EXPECT_EQ(QStringList({"stop", "close"}), Net().Calls.last(2)) << check.number;
+  }
+  EXPECT_EQ(0, complete_.size());
+}
+
+TEST_F(Session, WithTheLibraryUnreadyNothingIsTouched) {
+  Begin(2);
+  MailUC other(test_.platform.services);
+  const QStringList before = Net().Calls;
+  EXPECT_EQ(0, other.ConnectAndSend(error_));
+  EXPECT_EQ(before, Net().Calls);
+  EXPECT_TRUE(Net().IsOpen());
 }
 
 TEST_F(Session, AServerThatIsNotFoundIsToldWithoutANumber) {

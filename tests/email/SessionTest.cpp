@@ -1,4 +1,9 @@
 // The mail session's talk with a server: each state, each code, each text.
+#include <functional>
+#include <random>
+#include <utility>
+
+#include "RandomSeed.h"
 #include "SessionFixture.h"
 
 namespace {
@@ -135,6 +140,20 @@ TEST_F(Session, AFailureClosesWithoutQuit) {
   EXPECT_EQ(QStringList({"open", "resolve", "connect", "notices", "stop", "close"}), Net().Calls);
 }
 
+// The end is told while the socket is still there, and only then is it closed.
+TEST_F(Session, TheEndIsToldBeforeTheSocketIsClosed) {
+  QList<bool> open;
+  QObject::connect(&MUC_, &MailUC::OnSendComplete, [&] { open += Net().IsOpen(); });
+  Begin(1);
+  Net().Bring("500 no");
+  EXPECT_FALSE(Net().IsOpen());
+  MUC_.PrepareEmail("x", "");
+  Begin(6);
+  Net().Bring("221 g");
+  EXPECT_FALSE(Net().IsOpen());
+  EXPECT_EQ(QList<bool>({true, true}), open);
+}
+
 // Pieces.
 
 TEST_F(Session, ASecondPieceOfAReplyMovesOnByAStep) {
@@ -242,6 +261,52 @@ TEST_F(Session, ALargeMessageGoesInManyPiecesWhole) {
   const QByteArray whole = sent({});
   EXPECT_GT(whole.size(), 300000);
   EXPECT_EQ(whole, sent({1, -1, 100, 65536, -1, 7, 100000, -1, 3}));
+}
+
+// Pictures wait as pieces of their own that the message shares with its saved form.
+TEST_F(Session, PicturesGoInPiecesWholeAndTheSavedFormStaysWhole) {
+  QStringList paths;
+  for (int i = 0; i < 20; ++i) {
+    paths += test_.WorkFile(QString("p%1.gif").arg(i));
+    ASSERT_TRUE(PutFile(paths.last(), QByteArray(1 + i * 997, char('a' + i))));
+  }
+  const auto sent = [&](const std::function<qsizetype()>& take) {
+    test_.platform.stamps.Given = 0;
+    MUC_.PrepareEmail("<BODY>" + QByteArray(3000, 'x') + "</BODY>", paths.join('*'));
+    Begin(4);
+    const QByteArray file = MUC_.EmailFileText();
+    Net().SendTakes = {take()};
+    Net().Bring("354 e");
+    EXPECT_EQ(file, MUC_.EmailFileText());
+    while (Net().IsWatchedForWriting()) {
+      Net().SendTakes = {take()};
+      Net().BecomeWritable();
+      if (file != MUC_.EmailFileText()) ADD_FAILURE() << "the saved form changed";
+    }
+    const QByteArray message = Net().Sent;
+    // The saved form has a head and an end of its own.
+    const auto body = [](const QByteArray& form) { return form.mid(form.indexOf("Content-Type: ")); };
+    EXPECT_EQ(body(message), body(file) + "\r\n.\r\n");
+    return message;
+  };
+  const QByteArray whole = sent([] { return ScriptedSockets::kTakesAll; });
+  ASSERT_EQ(20, whole.count("Content-Type: image/gif;"));
+  // At each piece's end, one in front of it and one behind it.
+  QList<qsizetype> ends;
+  for (qsizetype at = whole.indexOf("--CVN2_A"); at >= 0; at = whole.indexOf("\r\n--CVN2_A", at + 1)) ends += at + 2;
+  for (const int aside : {-1, 0, 1}) {
+    qsizetype done = 0;
+    auto end = ends.cbegin();
+    EXPECT_EQ(whole, sent([&]() -> qsizetype {
+                while (end != ends.cend() && *end + aside <= done) ++end;
+                if (end == ends.cend()) return ScriptedSockets::kTakesAll;
+                return *end + aside - std::exchange(done, *end + aside);
+              }))
+        << aside;
+  }
+  // Anything at all, nothing among it.
+  std::mt19937 random(RandomSeed("PicturesGoInPieces"));
+  EXPECT_EQ(whole, sent([&]() -> qsizetype { return random() % 7 == 0 ? -1 : qsizetype(random() % 9000); }));
 }
 
 TEST_F(Session, ANewSendDropsWhatTheOldOneCouldNotSend) {

@@ -1,6 +1,8 @@
 // The mail session on the system's sockets, against a server in this process. Whatever the server does, the event loop
 // goes on.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -8,7 +10,9 @@
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
+#include <cstring>
 #include <functional>
+#include <optional>
 
 #include "HostSockets.h"
 #include "MailUC.h"
@@ -160,6 +164,30 @@ TEST_F(OnSockets, AMessageOf30MegabytesArrivesWholeWhileTheWindowLives) {
   EXPECT_TRUE(server_.message.replace("=\r\n", "").contains("\r\n\r\n" + QByteArray(30000000, 'x') + "\r\n\r\n--"));
 }
 
+// More pieces than one call takes, and a reader that falls behind at each.
+TEST_F(OnSockets, PicturesArriveWholeAtASlowReader) {
+  QStringList paths;
+  for (int i = 0; i < 40; ++i) {
+    QByteArray bytes(200000 + i, '\0');
+    for (qsizetype at = 0; at < bytes.size(); ++at) bytes[at] = char(at * (i + 3) / 7);
+    paths += test_.WorkFile(QString("p%1.gif").arg(i));
+    ASSERT_TRUE(PutFile(paths.last(), bytes));
+  }
+  page_ = "<HTML>forty pictures</HTML>";
+  MUC_.PrepareEmail(page_, paths.join('*'));
+  server_.answer = [this](const QByteArray& line) {
+    if (line.startsWith("DATA")) server_.client->setReadBufferSize(30000);
+    return Server::TakesAll(line);
+  };
+  ASSERT_EQ(100, Connect());
+  const QByteArray file = MUC_.EmailFileText();
+  ExpectSent();
+  const auto body = [](const QByteArray& form) { return form.mid(form.indexOf("Content-Type: ")); };
+  EXPECT_EQ(40, file.count("Content-Type: image/gif;"));
+  EXPECT_EQ(body(file) + "\r\n.\r\n", body(server_.message));
+  EXPECT_EQ(file, MUC_.EmailFileText());
+}
+
 TEST_F(OnSockets, RepliesInPiecesMoveOnWithEachOneThatBeginsWithDigits) {
   QList<QByteArray> lines;
   server_.answer = [&](const QByteArray& line) {
@@ -284,13 +312,75 @@ TEST_F(OnSockets, AnUnknownNameIsTold) {
   EXPECT_EQ("Failed to resolve server IP address.", error_);
 }
 
+// A program that is started meanwhile would keep the line open.
+TEST(HostSockets, AreNotHandedToProgramsThatAreStarted) {
+  HostSockets sockets;
+  const Sockets::Handle made = sockets.Open();
+  ASSERT_GT(made, 0);
+  EXPECT_TRUE(::fcntl(int(made), F_GETFD) & FD_CLOEXEC);
+  sockets.Close(made);
+}
+
+// A socket can nearly always be written to, and would keep the program busy.
+TEST(HostSockets, TellOfRoomToWriteOnlyWhenAsked) {
+  QTcpServer server;
+  ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+  HostSockets sockets;
+  const Sockets::Handle made = sockets.Open();
+  ASSERT_TRUE(sockets.Connect(made, sockets.Resolve("127.0.0.1").value_or(0), server.serverPort()));
+  int writable = 0, readable = 0;
+  ASSERT_TRUE(sockets.StartNotices(
+      made, [&](SocketNotice notice) { ++(notice == SocketNotice::Writable ? writable : readable); }));
+  // What the server says is told behind all that was ready before it.
+  ASSERT_TRUE(QTest::qWaitFor([&] { return server.hasPendingConnections(); }, kPatienceMs));
+  QTcpSocket* const client = server.nextPendingConnection();
+  client->write("x");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return readable > 0; }, kPatienceMs));
+  EXPECT_EQ(0, writable);
+  sockets.WatchWritable(made, true);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return writable > 0; }, kPatienceMs));
+  sockets.WatchWritable(made, false);
+  const int before = writable, seen = readable;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return readable > seen; }, kPatienceMs));
+  EXPECT_EQ(before, writable);
+  sockets.StopNotices(made);
+  sockets.Close(made);
+}
+
+// Without a standard input the system would hand out 0, which stands for none.
+TEST(HostSockets, AreNeverNumber0) {
+  const int input = ::dup(0);
+  ::close(0);
+  HostSockets sockets;
+  const Sockets::Handle made = sockets.Open();
+  EXPECT_GT(made, 0);
+  EXPECT_EQ(-1, ::fcntl(0, F_GETFD));
+  sockets.Close(made);
+  if (input >= 0) {
+    ::dup2(input, 0);
+    ::close(input);
+  }
+}
+
+TEST(HostSockets, ADottedAddressIsTakenAsItStands) {
+  HostSockets sockets;
+  const quint32 loop = sockets.Resolve("127.0.0.1").value_or(0);
+  EXPECT_EQ(0, std::memcmp("\x7F\0\0\1", &loop, sizeof loop));
+  EXPECT_FALSE(sockets.Resolve("255.255.255.255.invalid").has_value());
+}
+
+// A dotted address of all ones goes the way of a name, and the name's answer is the mark of failure again.
 TEST(HostSockets, AllOnesCountAsANameThatNobodyHas) {
   HostSockets sockets;
-  EXPECT_FALSE(sockets.Resolve("255.255.255.255.invalid").has_value());
-  const quint32 loop = sockets.Resolve("127.0.0.1").value_or(0);
-  const auto* const bytes = reinterpret_cast<const uchar*>(&loop);
-  EXPECT_EQ(127, bytes[0]);
-  EXPECT_EQ(1, bytes[3]);
+  for (const char* const name : {"255.255.255.255", "4294967295", "0xffffffff"})
+    EXPECT_EQ(std::nullopt, sockets.Resolve(name)) << name;
+  EXPECT_TRUE(sockets.Resolve("255.255.255.254").has_value());
+}
+
+TEST_F(OnSockets, TheAddressOfAllOnesIsToldAsUnknown) {
+  MUC_.SetServer("255.255.255.255");
+  EXPECT_EQ(162, Connect());
+  EXPECT_EQ("Failed to resolve server IP address.", error_);
 }
 
 }  // namespace

@@ -15,8 +15,10 @@ import sys
 import tempfile
 import unittest
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [HERE, os.path.join(HERE, "..", "support")]
 import mail_messages  # noqa: E402
+from random_seed import random_seed  # noqa: E402
 
 BUILD = ""
 ROUNDS = 8
@@ -30,7 +32,8 @@ class Messages(unittest.TestCase):
     def setUpClass(cls):
         cls.scratch = tempfile.TemporaryDirectory()
         cls.projects = {}
-        for seed in range(ROUNDS):
+        first = random_seed("pages")
+        for seed in range(first, first + ROUNDS):
             for kind in mail_messages.KINDS:
                 folder = os.path.join(cls.scratch.name, "%s%d" % (kind, seed))
                 cls.projects[folder] = mail_messages.make_project(folder, kind, seed)
@@ -93,6 +96,18 @@ class Messages(unittest.TestCase):
 class Reader(unittest.TestCase):
     """The reading itself finds what is wrong."""
 
+    @staticmethod
+    def page_with_bare_line_ends(scratch):
+        """A page with letters of its own, its pictures, and its message."""
+        for seed in range(1000):
+            folder = os.path.join(scratch, "letters%d" % seed)
+            page, pictures = mail_messages.make_project(folder, "letters", seed)
+            if b"\r\n" not in page and b"\n<" in page and "\u00f6\u00df".encode() in page:
+                break
+        subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "compose", folder], check=True, timeout=60)
+        with open(folder + ".eml", "rb") as file:
+            return (page, pictures), file.read()
+
     def test_damage_is_found(self):
         with tempfile.TemporaryDirectory() as scratch:
             folder = os.path.join(scratch, "p")
@@ -100,13 +115,20 @@ class Reader(unittest.TestCase):
             subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "compose", folder], check=True, timeout=60)
             with open(folder + ".eml", "rb") as file:
                 raw = file.read()
+            others, other = self.page_with_bare_line_ends(scratch)
         self.assertEqual(mail_messages.problems(raw, page, pictures), [])
+        self.assertEqual(mail_messages.problems(other, *others), [])
         for what, with_what in ((b"=3D", b"="), (b"cid:", b"cid:x"), (b"_BB--", b"_BB-"), (b"_AA--", b""),
                                 (b"\tName=\"", b"\tName=\"x"), (b"Content-ID: <", b"Content-ID: <x"),
                                 (b"base64\r\n", b"8bit\r\n"), (b"width", b"height")):
             with self.subTest(what):
                 self.assertIn(what, raw)
                 self.assertNotEqual(mail_messages.problems(raw.replace(what, with_what), page, pictures), [])
+        # Line ends and letters of the page are told apart too.
+        for damage in (lambda data: re.sub(rb"(?<!\r)\n", b"\r\n", data), lambda data: data.replace(b"\n<", b"<"),
+                       lambda data: data.replace("\u00f6".encode(), b"\xf6"), lambda data: data.replace(b"</body>", b"</body >")):
+            self.assertNotEqual(damage(other), other)
+            self.assertNotEqual(mail_messages.problems(damage(other), *others), [])
         name = next(iter(pictures))
         self.assertNotEqual(mail_messages.problems(raw, page, {**pictures, name: b"other"}), [])
         self.assertNotEqual(mail_messages.munpack_problems(raw, {**pictures, name: b"other"}), [])

@@ -9,6 +9,7 @@
 
 #include "HTMLTxtRange.h"
 #include "HostedView.h"
+#include "RandomSeed.h"
 #include "WorkOps.h"
 
 namespace {
@@ -254,7 +255,7 @@ int Operations() {
 TEST(Agreement, RandomEditsPageScriptsAndKilledRenderers) {
   HostedView hosted;
   ASSERT_TRUE(hosted.LoadHtml(page));
-  RandomEditor editor(hosted, 20261121);
+  RandomEditor editor(hosted, RandomSeed("Random edits"));
   const int operations = Operations();
   const int killEvery = std::max(700, operations / 20);
   for (int i = 1; i <= operations; ++i) {

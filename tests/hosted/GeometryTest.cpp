@@ -13,6 +13,7 @@
 #include "HTMLSelectionObject.h"
 #include "HTMLTxtRange.h"
 #include "HostedView.h"
+#include "RandomSeed.h"
 #include "Twips.h"
 
 namespace {
@@ -363,7 +364,7 @@ class Geometry : public testing::TestWithParam<TestPage> {
   }
 
   HostedView page;
-  std::mt19937 random{20240607};
+  std::mt19937 random{RandomSeed("Points")};
 };
 
 TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {

@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWebEngineNavigationRequest>
+#include <QWebEngineNewWindowRequest>
 #include <QWebEnginePage>
 
 #include "HostedView.h"
@@ -100,12 +102,55 @@ TEST(HostedEvents, RightButtonRaisesRightClickOnceOnBothRoads) {
   }
 }
 
+// The page that the link leads to is there, and every road that a browser knows is tried.
 TEST(HostedEvents, LinksAreNeverFollowed) {
   HostedView page;
+  const QString target = page.File(QStringLiteral("other.html"), "<BODY>the other page</BODY>");
   ASSERT_TRUE(page.Load(blocks));
-  ASSERT_TRUE(page.Click(page.PointIn(QStringLiteral("#l"), 2)));
+  QWebEnginePage& engine = *page.browser().enginePage();
+  QStringList asked;
+  QObject::connect(&engine, &QWebEnginePage::navigationRequested, &engine,
+                   [&](const QWebEngineNavigationRequest& request) { asked += request.url().fileName(); });
+  QObject::connect(&engine, &QWebEnginePage::newWindowRequested, &engine,
+                   [&](const QWebEngineNewWindowRequest& request) { asked += request.requestedUrl().fileName(); });
+  // A move within the page reaches the program behind all that was asked for before.
+  int moves = 0;
+  const auto settled = [&] {
+    const QString place = QStringLiteral("place%1").arg(++moves);
+    page.Script(QStringLiteral("location.hash = '%1'").arg(place));
+    return HostedPage::WaitFor([&] { return engine.url().fragment() == place; });
+  };
+  ASSERT_TRUE(settled());
+  asked.clear();
+  const auto stays = [&](const char* road) {
+    ASSERT_TRUE(settled()) << road;
+    EXPECT_EQ(asked, QStringList()) << road;
+    EXPECT_TRUE(page.ScriptText(QStringLiteral("document.body.textContent")).contains(u"first block")) << road;
+  };
+  const QPoint link = page.PointIn(QStringLiteral("#l"), 2);
+  ASSERT_TRUE(page.Click(link));
   EXPECT_EQ(page.jWB().CurrentElementTag(), QStringLiteral("A"));
-  EXPECT_TRUE(page.ScriptText(QStringLiteral("location.href")).endsWith(QStringLiteral("page.html")));
+  stays("click");
+  page.DoubleClick(link);
+  stays("double click");
+  for (const auto modifier : {Qt::ControlModifier, Qt::ShiftModifier}) {
+    QTest::mouseClick(page.Input(), Qt::LeftButton, modifier, link);
+    stays("click with a key held");
+  }
+  QTest::mouseClick(page.Input(), Qt::MiddleButton, {}, link);
+  stays("middle button");
+  page.Script(QStringLiteral("document.querySelector('#l').focus()"));
+  QTest::keyClick(page.Input(), Qt::Key_Return);
+  stays("Return");
+  page.Script(QStringLiteral("document.querySelector('#l').click()"));
+  stays("a script's click");
+  page.Script(QStringLiteral("document.querySelector('#l').target = '_blank'"));
+  ASSERT_TRUE(page.Click(link));
+  stays("click for a window of its own");
+  // Where the program itself goes there it shows, and would have shown above.
+  ASSERT_TRUE(page.HostedPage::Load(target));
+  EXPECT_EQ(page.Body(), QStringLiteral("the other page"));
+  EXPECT_EQ(asked, QStringList{QStringLiteral("other.html")});
 }
 
 TEST(HostedEvents, CellsTakeTextOnlyWithAFontOfTheirOwn) {

@@ -6,7 +6,6 @@
 // mask has that size exactly and is black and white.
 namespace {
 
-constexpr unsigned kSeed = 11;
 constexpr int kSide = 32;
 
 QList<PictureSample> Samples() {
@@ -41,7 +40,7 @@ bool IsGoodMask(const QImage& mask) {
 
 int main(int argc, char** argv) {
   long done = 0, masks = 0;
-  const int result = FuzzFiles(argc, argv, kSeed, Samples(), [&](const QByteArray& bytes) {
+  const int result = FuzzFiles(argc, argv, Samples(), [&](const QByteArray& bytes) {
     const QImage picture = PictureForIcon(bytes);
     const auto mask = MaskOfIcon(bytes);
     ++done;

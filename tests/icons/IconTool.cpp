@@ -1,7 +1,7 @@
 // The icon editor from a command line, for tests with other people's tools:
-//   icon_tool draw FOLDER COUNT   draws that many icons and saves them as FOLDER/0.ico, FOLDER/1.ico, ...
-//   icon_tool open FILE...        opens pictures and icons
-//   icon_tool offer FILE          puts a picture on the clipboard and ends when the clipboard has been taken away
+//   icon_tool draw FOLDER COUNT SEED   draws that many icons and saves them as FOLDER/0.ico, FOLDER/1.ico, ...
+//   icon_tool open FILE...             opens pictures and icons
+//   icon_tool offer FILE               puts a picture on the clipboard and ends when the clipboard has been taken away
 // For each icon the first two print a line "PIC1 BLACK MASK MESSAGES": the first two as RRGGBB for each pixel, the mask
 // as 1 for see-through and 0 for opaque, and the number of messages shown.
 #include <QApplication>
@@ -78,8 +78,8 @@ int main(int argc, char** argv) {
   TestProgram test;
   fIconMaker editor(test.program);
   ScriptedDialogs& dialogs = test.platform.dialogs;
-  if (arguments.size() == 4 && arguments[1] == u"draw") {
-    std::mt19937 random(1);
+  if (arguments.size() == 5 && arguments[1] == u"draw") {
+    std::mt19937 random(arguments[4].toUInt());
     for (int number = 0; number < arguments[3].toInt(); ++number) {
       editor.ResetEditor();
       DrawSomething(editor, random);

@@ -1,4 +1,5 @@
 #include <qtestspontaneevent.h>
+#include <unistd.h>
 #include <QAction>
 #include <QCloseEvent>
 #include <QFile>
@@ -399,6 +400,29 @@ TEST_F(IconWindow, SaveWritesTheNamedFileWithoutAQuestion) {
   EXPECT_EQ(title, Title());
   Open(path);
   EXPECT_EQ(513, Opaque().size());
+}
+
+// A second name of the old file keeps what stood in it.
+TEST_F(IconWindow, EverySaveOverAFileDeletesTheOldOneFirst) {
+  const QString path = Open(IconPath("a.ico")), second = test_.Path("second");
+  const QByteArray old = FileBytes(path);
+  Drag({0, 0}, {9, 9});
+  ASSERT_EQ(0, ::link(qPrintable(path), qPrintable(second)));
+  editor_.mSavePlain();
+  EXPECT_EQ(old, FileBytes(second));
+  EXPECT_NE(old, FileBytes(path));
+  // So a longer one leaves nothing behind the new end.
+  ASSERT_TRUE(PutFile(path, QByteArray(2000, 'x')));
+  editor_.mSavePlain();
+  EXPECT_EQ(766, FileBytes(path).size());
+  ASSERT_TRUE(QFile::remove(second));
+  ASSERT_EQ(0, ::link(qPrintable(path), qPrintable(second)));
+  const QByteArray drawn = FileBytes(path);
+  editor_.bclear->click();
+  Dialogs().Answers = {MessageAnswer::Yes};
+  SaveAs(path);
+  EXPECT_EQ(drawn, FileBytes(second));
+  EXPECT_NE(drawn, FileBytes(path));
 }
 
 TEST_F(IconWindow, SaveWithoutANameOrWithADeletedFileIsSaveAs) {

@@ -2,6 +2,7 @@
 
 #include "IconFixture.h"
 #include "PictureFiles.h"
+#include "RandomSeed.h"
 #include "SlowModel.h"
 
 namespace {
@@ -125,13 +126,13 @@ class RandomSteps : public IconTest {
 
 TEST_F(RandomSteps, PlanesFileAndUndoAgreeWithAPlainModel) {
   constexpr int runs = 20, steps = 500;
-  for (unsigned run = 0; run < runs; ++run) {
-    random_.seed(run);
+  for (const unsigned seed : RandomSeeds("Steps of drawing", runs)) {
+    random_.seed(seed);
     editor_.ResetEditor();
     model_ = SlowModel();
     for (int step = 0; step < steps; ++step) {
-      ASSERT_NO_FATAL_FAILURE(Step()) << "run " << run << ", step " << step;
-      ASSERT_NO_FATAL_FAILURE(ExpectEqualToModel()) << "run " << run << ", step " << step;
+      ASSERT_NO_FATAL_FAILURE(Step()) << "seed " << seed << ", step " << step;
+      ASSERT_NO_FATAL_FAILURE(ExpectEqualToModel()) << "seed " << seed << ", step " << step;
     }
   }
   EXPECT_TRUE(Messages().isEmpty());

@@ -15,8 +15,13 @@ import tempfile
 import unittest
 import zlib
 
+HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
+from random_seed import random_seed  # noqa: E402
+
 BUILD = ""
 SKIPPED = 77
+SEED = 0
 TABLE = [0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0xC0C0C0,
          0x808080, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF]
 SEE_THROUGH = 0xE1E1E1
@@ -107,7 +112,7 @@ class Icons(unittest.TestCase):
 
     def test_what_the_editor_writes_icotool_reads_without_a_warning(self):
         count = 40
-        held = editor("draw", self.folder, str(count))
+        held = editor("draw", self.folder, str(count), str(SEED))
         self.assertEqual(len(held), count)
         opaque = set()
         for number, (_, colors, mask, messages) in enumerate(held):
@@ -128,7 +133,7 @@ class Icons(unittest.TestCase):
         self.assertGreater(len(opaque), count // 2, "the icons are all alike")
 
     def test_what_the_editor_writes_imagemagick_reads(self):
-        held = editor("draw", self.folder, "10")
+        held = editor("draw", self.folder, "10", str(SEED))
         for number, (_, colors, mask, _) in enumerate(held):
             width, height, read = pixels(self.path("%d.ico" % number))
             self.assertEqual((width, height), (32, 32))
@@ -160,7 +165,7 @@ class Icons(unittest.TestCase):
                                         (x, y, pixel, "%06x" % held[place]))
 
     def test_50_bitmaps(self):
-        rng = random.Random(1)
+        rng = random.Random(SEED + 1)
         kinds = [["-alpha", "off", "BMP3:"], ["-alpha", "off", "-colors", "200", "-type", "Palette", "BMP3:"],
                  ["-alpha", "off", "-colors", "12", "-type", "Palette", "BMP3:"], ["-alpha", "off", "-monochrome", "BMP3:"],
                  ["-alpha", "off", "-type", "Palette", "-compress", "RLE", "BMP3:"], ["-alpha", "off", "BMP2:"],
@@ -174,7 +179,7 @@ class Icons(unittest.TestCase):
         self.check_pictures(files, 0.01)
 
     def test_50_gifs(self):
-        rng = random.Random(2)
+        rng = random.Random(SEED + 2)
         files = []
         for number, source in self.sources(rng, 50, 9, True, [(3, 3), 16, 32, 45, (20, 60)]):
             files.append(self.path("p%d.gif" % number))
@@ -183,7 +188,7 @@ class Icons(unittest.TestCase):
         self.check_pictures(files, 0.01)
 
     def test_50_jpegs(self):
-        rng = random.Random(3)
+        rng = random.Random(SEED + 3)
         kinds = [["-quality", "95"], ["-quality", "30"], ["-interlace", "JPEG"], ["-colorspace", "Gray"],
                  ["-sampling-factor", "4:4:4", "-quality", "100"]]
         files = []
@@ -213,7 +218,7 @@ class Icons(unittest.TestCase):
                 self.assertEqual((seen[place], colors[place]), (0xFFFFFF, 0))
 
     def test_50_icons_of_icotool(self):
-        rng = random.Random(4)
+        rng = random.Random(SEED + 4)
         files = []
         for number, source in self.sources(rng, 50, 9, True, [16, 24, 32, 48, 64]):
             files.append(self.path("i%d.ico" % number))
@@ -226,7 +231,7 @@ class Icons(unittest.TestCase):
         self.assertGreater(holes, 25, "hardly any icon is see-through anywhere")
 
     def test_icons_with_several_images(self):
-        rng = random.Random(5)
+        rng = random.Random(SEED + 5)
         wanted = self.path("32.png")
         png(wanted, 32, 32, patches(rng, 9, True))
         others = []
@@ -243,7 +248,7 @@ class Icons(unittest.TestCase):
             self.check_icon(held, file)
 
     def test_40_icons_of_imagemagick(self):
-        rng = random.Random(6)
+        rng = random.Random(SEED + 6)
         files = []
         for number, source in self.sources(rng, 40, 9, True, [16, 32, 48, 20]):
             files.append(self.path("m%d.ico" % number))
@@ -255,7 +260,7 @@ class Icons(unittest.TestCase):
 
     def test_an_icon_stored_as_png_is_told_and_see_through(self):
         source, file = self.path("large.png"), self.path("large.ico")
-        png(source, 256, 256, patches(random.Random(7), 9, False))
+        png(source, 256, 256, patches(random.Random(SEED + 7), 9, False))
         run("convert", source, file)
         (_, colors, mask, messages), = editor("open", file)
         self.assertEqual(messages, 1)
@@ -268,6 +273,7 @@ if __name__ == "__main__":
     parser.add_argument("--build", required=True)
     options, rest = parser.parse_known_args()
     BUILD = options.build
+    SEED = random_seed("icons")
     missing = [tool for tool in ("convert", "icotool") if not shutil.which(tool)]
     if missing:
         print("skipped, not there:", *missing)

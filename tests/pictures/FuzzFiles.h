@@ -1,5 +1,5 @@
 // The run of a fuzz program over files of pictures, as a command: PROGRAM [ITERATIONS [SEED]]. Without a number of
-// iterations it goes on for about eight seconds.
+// iterations it goes on for about eight seconds, and without a seed it takes a fresh one.
 #pragma once
 
 #include <QCoreApplication>
@@ -9,6 +9,7 @@
 
 #include "Breaker.h"
 #include "PictureFiles.h"
+#include "RandomSeed.h"
 
 // What came of one file.
 enum class Fuzzed { Refused, Read, OutOfBounds };
@@ -17,14 +18,14 @@ enum class Fuzzed { Refused, Read, OutOfBounds };
 // wrong when an unbroken one isn't read, one is out of bounds or takes long, or none or all of the broken ones are
 // refused.
 template <typename Read>
-int FuzzFiles(int argc, char** argv, unsigned seed, const QList<PictureSample>& samples, Read read) {
+int FuzzFiles(int argc, char** argv, const QList<PictureSample>& samples, Read read) {
   constexpr auto kDuration = std::chrono::seconds(8);
   constexpr auto kLongest = std::chrono::seconds(5);
   const QCoreApplication application(argc, argv);
   // The decoders complain of each broken file.
   qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
   const long iterations = argc > 1 ? std::atol(argv[1]) : 0;
-  if (argc > 2) seed = unsigned(std::atol(argv[2]));
+  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : RandomSeed("broken pictures");
   for (const PictureSample& sample : samples) {
     if (read(sample.bytes) == Fuzzed::Read) continue;
     std::fprintf(stderr, "%s isn't read even unbroken\n", sample.name);
@@ -42,7 +43,8 @@ int FuzzFiles(int argc, char** argv, unsigned seed, const QList<PictureSample>& 
     const bool late = std::chrono::steady_clock::now() - start > kLongest;
     if (result == Fuzzed::Read) ++taken;
     if (late || result == Fuzzed::OutOfBounds) {
-      std::fprintf(stderr, "iteration %ld, %s: %s\n", done, sample.name, late ? "takes too long" : "out of bounds");
+      std::fprintf(stderr, "seed %u, iteration %ld, %s: %s\n", seed, done, sample.name,
+                   late ? "takes too long" : "out of bounds");
       return 1;
     }
   }

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <QDir>
 
 #include "PicturesFixture.h"
@@ -77,12 +79,10 @@ TEST_F(Jpeg, CompressingLeavesTheFlagToItsCaller) {
   EXPECT_FALSE(state_.JpegCurrent);
 }
 
-TEST_F(Jpeg, TheFlagIsSetWhateverTheCompressDid) {
+TEST_F(Jpeg, ACompressThatFailsIsSilentAndUndoBringsThePictureBack) {
   Open(60, 40);
   Block("cvtemp.jpg");
-  state_.JpegCurrent = true;
   EXPECT_FALSE(pics_.NView.CompressPicture(50));
-  EXPECT_TRUE(state_.JpegCurrent);
   EXPECT_EQ("-", tJSz_);
   EXPECT_TRUE(Messages().isEmpty());
   // The picture is gone from view, and Undo has it.
@@ -181,6 +181,21 @@ TEST_F(Jpeg, TheOldFileGoesFirst) {
   EXPECT_EQ(Made(PlacePicture(60, 40), 100), Saved());
 }
 
+// A second name of the old file keeps what stood in it, however the new one is made.
+TEST_F(Jpeg, TheOldFileIsDeletedAndNotWrittenOver) {
+  Open(60, 40);
+  for (const bool compressed : {false, true}) {
+    if (compressed) Compress(50);
+    const QString path = test_.Path("out.jpg"), second = test_.Path("second");
+    ASSERT_TRUE(PutFile(path, "old"));
+    ASSERT_EQ(0, ::link(qPrintable(path), qPrintable(second)));
+    EXPECT_TRUE(Save());
+    EXPECT_EQ("old", FileBytes(second));
+    EXPECT_NE("old", Saved());
+    ASSERT_TRUE(QFile::remove(second));
+  }
+}
+
 TEST_F(Jpeg, SavingWhereNothingCanBeWrittenFails) {
   Open(60, 40);
   state_.JpegCurrent = true;
@@ -208,8 +223,15 @@ TEST_F(Jpeg, ABandOnShowGoesIntoTheJpeg) {
 }
 
 TEST_F(Jpeg, WhatIsSeeThroughIsSavedOnWhite) {
-  ASSERT_TRUE(pics_.OpenPictureFile(File("a.gif", GifFile(20, 20, {GifColor::Red}, true))));
-  EXPECT_EQ(QColor(Qt::white), PixelShown(10, 10));
+  for (const bool seeThrough : {true, false}) {
+    ASSERT_TRUE(pics_.OpenPictureFile(File("a.gif", GifFile(20, 20, {GifColor::Red}, seeThrough))));
+    EXPECT_EQ(QColor(seeThrough ? Qt::white : Qt::red), PixelShown(10, 10));
+    EXPECT_TRUE(Save());
+    const QColor saved = ReadPicture(test_.Path("out.jpg")).pixelColor(10, 10);
+    EXPECT_GT(saved.red(), 250);
+    EXPECT_EQ(seeThrough, saved.green() > 250) << saved.green();
+    EXPECT_EQ(seeThrough, saved.blue() > 250) << saved.blue();
+  }
 }
 
 }  // namespace

@@ -21,6 +21,26 @@ TEST_F(PictureCommands, CropNeedsAnArea) {
   EXPECT_EQ(QSize(100, 80), Shown().size());
 }
 
+TEST_F(PictureCommands, ADragThatIsStillUnderWayIsNoArea) {
+  ChoosePicture(100, 80);
+  viewer_.Pic_MouseDown({10, 20});
+  viewer_.Pic_MouseMove({50, 60});
+  window_.bCrop->click();
+  ExpectBox("A cropping area must first be defined by dragging the mouse.");
+  EXPECT_EQ(QSize(100, 80), Shown().size());
+}
+
+TEST_F(PictureCommands, CropDeletesTheLastJpegAndResizeLeavesIt) {
+  ChoosePicture(100, 80);
+  Compress("80");
+  Resize("50");
+  EXPECT_TRUE(Has("cvtemp.jpg"));
+  Drag({5, 5}, {30, 30});
+  window_.bCrop->click();
+  EXPECT_TRUE(Has("cvtemp.bmp"));
+  EXPECT_FALSE(Has("cvtemp.jpg"));
+}
+
 TEST_F(PictureCommands, CropCutsAndForgetsTheArea) {
   ChoosePicture(100, 80);
   state_.JpegCurrent = true;
@@ -89,6 +109,17 @@ TEST_F(PictureCommands, AboveAHundredEnlarges) {
     ChoosePicture(100, 80);
     Resize(text);
     EXPECT_EQ(size, Shown().size()) << text;
+  }
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(PictureCommands, EnlargingHasNoUpperLimitOfItsOwn) {
+  for (const auto& [text, size] :
+       {std::pair("1001", QSize(100, 80)), {"2000", QSize(200, 160)}, {"32767", QSize(3277, 2621)}}) {
+    ChoosePicture(10, 8);
+    Resize(text);
+    EXPECT_EQ(size, Shown().size()) << text;
+    EXPECT_EQ(QString::number(size.width()), window_.tWd->text());
   }
   EXPECT_TRUE(Messages().isEmpty());
 }

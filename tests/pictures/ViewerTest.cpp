@@ -60,6 +60,18 @@ TEST_F(Viewer, AWindowCutByWidthDoesNotCountAsCropped) {
   EXPECT_EQ(kCutCaption, Caption());
 }
 
+TEST_F(Viewer, ExactlyNineTenthsOfTheScreenAndExactlyTheFreeHeightAreNoCuts) {
+  // 900 pixels are exactly 90 percent of this one.
+  pics_.ScreenSize = [] { return QSize(1000, 768); };
+  EXPECT_FALSE(pics_.SizeViewer(900, 668, 1500, "caption"));
+  EXPECT_EQ("caption", Caption());
+  EXPECT_EQ(QSize(900, 668), viewer_.size());
+  EXPECT_EQ(QPoint(50, 0), viewer_.pos());
+  EXPECT_FALSE(pics_.SizeViewer(901, 668, 1500, "caption"));
+  EXPECT_EQ(kCutCaption, Caption());
+  EXPECT_EQ(QSize(900, 668), viewer_.size());
+}
+
 TEST_F(Viewer, BothCutsTogether) {
   EXPECT_TRUE(pics_.SizeViewer(5000, 5000, 1500, "caption"));
   EXPECT_EQ(QSize(922, 668), viewer_.size());
@@ -113,6 +125,14 @@ TEST_F(Viewer, TheSizeOfTheLastJpegStaysWhenAPictureIsOpened) {
   ASSERT_NE("-", before);
   Open(30, 20);
   EXPECT_EQ(before, tJSz_);
+}
+
+TEST_F(Viewer, OpeningHidesTheScratchSurfaceAndEmptiesIt) {
+  viewer_.PicX->SetPicture(PlacePicture(20, 10));
+  viewer_.PicX->show();
+  Open(60, 40);
+  EXPECT_TRUE(viewer_.PicX->isHidden());
+  EXPECT_TRUE(viewer_.PicX->Picture().isNull());
 }
 
 TEST_F(Viewer, ASizeIsAtLeastOneKilobyte) {

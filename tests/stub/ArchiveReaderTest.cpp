@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "PackMaker.h"
@@ -33,6 +34,10 @@ void expectFiles(const MemoryFolder& folder, const std::vector<PackEntry>& entri
     EXPECT_EQ(file.time, entries[index].time);
     EXPECT_EQ(file.utf8, (entries[index].flags & utf8) != 0);
   }
+}
+
+size_t placeOf(const Bytes& bytes, const Bytes& mark) {
+  return size_t(std::search(bytes.begin(), bytes.end(), mark.begin(), mark.end()) - bytes.begin());
 }
 
 // The pack is refused before anything is written.
@@ -170,8 +175,9 @@ TEST(ArchiveReader, RefusesHostileNamesBeforeWritingAnything) {
 }
 
 TEST(ArchiveReader, TakesNamesThatOnlyLookHostile) {
-  static const std::string names[] = {"a..b", ".a",   "console.html", "COM10",        "com",
-                                      "lpt",  "nul1", "a con",        "\xC3\xA4.jpg", std::string(200, 'x')};
+  static const std::string names[] = {
+      "a..b",        ".a",           "console.html",       "COM10", "com", "lpt", "nul1", "a con",
+      "com\xC2\xB2", "\xC3\xA4.jpg", std::string(200, 'x')};
   for (const std::string& name : names) {
     std::vector<PackEntry> entries = smallPages();
     entries[3].name = name;
@@ -231,6 +237,55 @@ TEST(ArchiveReader, RefusesAnEndRecordThatDoesNotFit) {
   for (const Row& row : rows) expectRefused(makePack(smallPages(), row.form), row.name);
   MemoryFolder folder;
   EXPECT_EQ(folder.extract(right), ArchiveComplete);
+}
+
+TEST(ArchiveReader, RefusesAnArchiveThatBeginsInFrontOfTheFile) {
+  expectRefused(makePack(smallPages(), {.offsetsFrom = 1}), "one byte in front");
+}
+
+TEST(ArchiveReader, RefusesAnArchiveOfSeveralDisks) {
+  const Bytes right = makePack(smallPages());
+  const size_t end = right.size() - 22, directory = placeOf(right, {'P', 'K', 1, 2});
+  struct Row {
+    const char* name;
+    size_t place;
+  };
+  const Row rows[] = {{"number of this disk", end + 4},
+                      {"disk of the directory", end + 6},
+                      {"entries on this disk", end + 8},
+                      {"disk of a file", directory + 34}};
+  for (const Row& row : rows) {
+    Bytes pack = right;
+    pack[row.place] ^= 1;
+    expectRefused(pack, row.name);
+  }
+}
+
+TEST(ArchiveReader, RefusesALocalHeaderThatSaysOtherwise) {
+  const Bytes right = makePack(smallPages(), {.prefix = 50});
+  struct Row {
+    const char* name;
+    size_t place;
+    uint8_t bits;
+  };
+  for (const Row& row : {Row{"encrypted", 6, 1}, Row{"stored", 8, 8}, Row{"length of the name", 26, 1}}) {
+    Bytes pack = right;
+    pack[50 + row.place] ^= row.bits;
+    expectRefused(pack, row.name);
+  }
+  // Its other bits don't count.
+  Bytes pack = right;
+  pack[50 + 7] ^= 8;
+  MemoryFolder folder;
+  EXPECT_EQ(folder.extract(pack), ArchiveComplete);
+}
+
+TEST(ArchiveReader, RefusesEntriesThatOverlapByOneByte) {
+  // The first file would end with the first byte of the next one's header.
+  std::vector<PackEntry> entries = smallPages();
+  entries[0].method = 0;
+  entries[0].size = entries[0].compressedSize = int64_t(entries[0].data.size()) + 1;
+  expectRefused(makePack(entries), "one byte");
 }
 
 TEST(ArchiveReader, RefusesOverlappingEntries) {
@@ -333,4 +388,13 @@ TEST(ArchiveReader, TellsWhenAFileCannotBeWritten) {
   MemoryFolder full;
   full.room = 60;
   EXPECT_EQ(full.extract(makePack(smallPages())), ArchiveNotWritten);
+
+  MemoryFolder lost;
+  lost.closeFails = true;
+  EXPECT_EQ(lost.extract(makePack(smallPages())), ArchiveNotWritten);
+  EXPECT_EQ(lost.created, std::vector<std::string>{"wgcard.html"});
+  // What is damaged is told as that, whatever comes of the file.
+  std::vector<PackEntry> entries = smallPages();
+  entries[0].size = 5;
+  EXPECT_EQ(lost.extract(makePack(entries)), ArchiveDamaged);
 }

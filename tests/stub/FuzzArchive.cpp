@@ -1,5 +1,5 @@
 // Extracts packs with random damage. The sanitizers judge memory, the checks below what may be told and written.
-// Usage: fuzz_archive [ITERATIONS [SEED]]; without arguments as many as fit into 10 seconds, from seed 1.
+// Usage: fuzz_archive [ITERATIONS [SEED]]; without arguments as many as fit into 10 seconds, with a fresh seed.
 
 #include <zlib.h>
 
@@ -9,6 +9,7 @@
 #include <random>
 
 #include "PackMaker.h"
+#include "RandomSeed.h"
 
 namespace {
 
@@ -123,7 +124,7 @@ void compareWithZlib(const Bytes& stream, uint64_t iteration, unsigned seed) {
 
 int main(int count, char** arguments) {
   const uint64_t iterations = count > 1 ? strtoull(arguments[1], nullptr, 10) : UINT64_MAX;
-  const unsigned seed = count > 2 ? unsigned(strtoul(arguments[2], nullptr, 10)) : 1;
+  const unsigned seed = count > 2 ? unsigned(strtoul(arguments[2], nullptr, 10)) : RandomSeed("packs");
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   const std::vector<Bytes> packs = soundPacks();
   std::mt19937 random(seed);

@@ -118,7 +118,7 @@ static int closeFile(void* context, uint16_t dosDate, uint16_t dosTime) {
   folder->open->date = dosDate;
   folder->open->time = dosTime;
   folder->open = nullptr;
-  return 1;
+  return !folder->closeFails;
 }
 
 ArchiveResult MemoryFolder::extract(const Bytes& bytes) {

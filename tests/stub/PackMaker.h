@@ -57,6 +57,7 @@ struct MemoryFolder {
   std::vector<std::string> created;  // in order, once for each time
   std::string unwritable;            // this name can't be created
   uint64_t room = UINT64_MAX;        // bytes that can be written
+  bool closeFails = false;           // what was written doesn't get onto the disk in the end
   uint32_t largestRead = 0;
 
   ArchiveResult extract(const Bytes& pack);

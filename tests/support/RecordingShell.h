@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <functional>
 
 #include "Shell.h"
 
@@ -17,15 +18,19 @@ class RecordingShell : public Shell {
 
   int OpenResult = kFirstSuccess;
   bool StartResult = true;
+  // Runs while the shell is at work.
+  std::function<void()> WhileOpening;
   QList<Call> Opened;
   QList<Call> Started;
 
   int OpenFile(QWidget* owner, const QString& file, const QString& folder, ShowMode mode) override {
     Opened.append({file, folder, mode, owner});
+    if (WhileOpening) WhileOpening();
     return OpenResult;
   }
   bool StartProgram(const QString& path, ShowMode mode) override {
     Started.append({path, QString(), mode, nullptr});
+    if (WhileOpening) WhileOpening();
     return StartResult;
   }
 };

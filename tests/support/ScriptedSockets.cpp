@@ -11,7 +11,10 @@ void ScriptedSockets::Notify(SocketNotice notice) {
 void ScriptedSockets::Bring(const QByteArray& bytes) {
   incoming_ = bytes;
   readError_ = 0;
-  Notify(SocketNotice::Readable);
+  do {
+    Notify(SocketNotice::Readable);
+  } while (notify_ && !incoming_.isEmpty());
+  incoming_.clear();
 }
 
 void ScriptedSockets::FailReading(int error) {
@@ -108,4 +111,5 @@ void ScriptedSockets::Close(Handle) {
   Calls += QStringLiteral("close");
   ++Closed;
   handle_ = 0;
+  if (CloseError != 0) error_ = CloseError;
 }

@@ -21,6 +21,8 @@ class ScriptedSockets : public Sockets {
   bool ConnectFails = false;
   bool NoticesFail = false;
   int ErrorNumber = 111;
+  // The system's last error once a socket has been closed; 0 leaves it as it was.
+  int CloseError = 0;
   // What the next calls of Send take, each at most; behind the last one all. -1: would block, -2: another error.
   QList<qsizetype> SendTakes;
 
@@ -35,7 +37,7 @@ class ScriptedSockets : public Sockets {
   bool IsOpen() const { return handle_ > 0; }
   bool IsWatchedForWriting() const { return writable_; }
 
-  // What happens on the socket; nothing without one.
+  // What happens on the socket; nothing without one. As long as bytes are left unread it is told again.
   void Bring(const QByteArray& bytes);
   void FailReading(int error);
   void BecomeWritable();

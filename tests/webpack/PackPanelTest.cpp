@@ -215,6 +215,20 @@ TEST_F(Panel, TheTestRunOpensTheFileInItsFolderForTheWindow) {
   EXPECT_EQ("pack.exe", Stored(Settings::GreetName));
 }
 
+// The name is remembered behind the question and the test run, whatever came of them.
+TEST_F(Panel, TheNameIsStoredAfterTheTestRun) {
+  QStringList seen;
+  Dialogs().WhileShown = [&] { seen += Stored(Settings::GreetName); };
+  test_.platform.shell.WhileOpening = [&] { seen += Stored(Settings::GreetName); };
+  test_.platform.shell.OpenResult = 2;
+  test_.platform.shell.StartResult = false;
+  Dialogs().Answers = {MessageAnswer::Yes};
+  Click(0);
+  // The question, both ways of opening, and the box.
+  EXPECT_EQ(QStringList({"Greeting.exe", "Greeting.exe", "Greeting.exe", "Greeting.exe"}), seen);
+  EXPECT_EQ("pack.exe", Stored(Settings::GreetName));
+}
+
 TEST_F(Panel, ATestRunThatIsRefusedStartsTheFileItself) {
   test_.platform.shell.OpenResult = 32;
   Dialogs().Answers = {MessageAnswer::Yes};

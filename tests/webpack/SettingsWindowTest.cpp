@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -287,6 +288,37 @@ TEST_F(SettingsWindow, AnIconAddedOutOfTheIconFolderItselfIsDeletedBeforeItCanBe
   EXPECT_FALSE(QFile::exists(file));
   EXPECT_EQ(QStringList(), Rows());
   EXPECT_EQ(QStringList(), Messages());
+}
+
+TEST_F(SettingsWindow, BlanksAroundTheLinkTextAndTheIconsPathGo) {
+  sets_.tLink->setText("  Go on ");
+  sets_.bSets[2]->click();
+  EXPECT_EQ("Go on", Stored(Settings::LinkText));
+  EXPECT_EQ("Go on", test_.program.LinkTextValue);
+  OpenCustomIcons();
+  sets_.bCustomIco[1]->setEnabled(true);
+  sets_.tIcoPath->setText("  " + Icon(test_.Path("new.ico")) + " ");
+  // The folder may have gone meanwhile.
+  ASSERT_TRUE(QDir(Icons()).removeRecursively());
+  sets_.bCustomIco[1]->click();
+  EXPECT_EQ(QStringList(), Messages());
+  EXPECT_EQ(QStringList{"new.ico"}, Rows());
+  // The box is empty when the panel is opened again.
+  ASSERT_NE("", sets_.tIcoPath->text());
+  OpenCustomIcons();
+  EXPECT_EQ("", sets_.tIcoPath->text());
+}
+
+// A second name of the old file keeps what stood in it.
+TEST_F(SettingsWindow, AnIconOfTheSameNameIsDeletedBeforeTheNewOneIsCopied) {
+  const QString old = Icon(Icons("mine.ico"), "old"), second = test_.Path("second");
+  ASSERT_EQ(0, ::link(qPrintable(old), qPrintable(second)));
+  OpenCustomIcons();
+  Dialogs().Texts = {Icon(test_.Path("mine.ico"))};
+  sets_.bCustomIco[0]->click();
+  sets_.bCustomIco[1]->click();
+  EXPECT_EQ(IconFileOf(Resource("HEART")), FileBytes(old));
+  EXPECT_EQ("old", FileBytes(second));
 }
 
 TEST_F(SettingsWindow, AFileThatCantBeUsedIsRefusedWithItsReason) {

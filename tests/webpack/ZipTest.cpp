@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
+#include <functional>
 
 #include "ModZip.h"
 #include "TestPlatform.h"
@@ -44,6 +47,12 @@ class Zip : public ::testing::Test {
   void Put(const QString& name, const QByteArray& bytes = "x") { ASSERT_TRUE(PutFile(test_.WorkFile(name), bytes)); }
   int32_t ZipNamed(const QStringList& names) {
     return ZipWorkFiles(test_.program, names, static_cast<int32_t>(names.size()));
+  }
+  // How many times the window's messages run in the work.
+  static int Passes(const std::function<void()>& work) {
+    const QSignalSpy passes(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake);
+    work();
+    return int(passes.size());
   }
   QList<Entry> Entries() const { return EntriesOf(test_.WorkFile("card.zip")); }
 
@@ -144,6 +153,23 @@ TEST_F(Zip, AFileThatCannotBeOpenedGives18BeforeAnythingIsWritten) {
   EXPECT_EQ("from before", FileBytes(test_.WorkFile("card.zip")));
 }
 
+TEST_F(Zip, AFileThatGoesBeforeItsTurnGives18AndNoArchive) {
+  Put("a.gif");
+  Put("b.gif");
+  Put("card.zip", "from before");
+  ZipCallbacks callbacks;
+  callbacks.ZipPrint = [this](const QByteArray& text) {
+    if (text.contains("b.gif")) QFile::remove(test_.WorkFile("b.gif"));
+    return 0;
+  };
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  archiver.ZpInit(callbacks);
+  archiver.ZpSetOptions(WorkZipOptions(test_.program));
+  EXPECT_EQ(18, archiver.ZpArchive(2, "card.zip", {"a.gif", "b.gif"}));
+  EXPECT_EQ("from before", FileBytes(test_.WorkFile("card.zip")));
+  EXPECT_EQ(QStringList({"a.gif", "card.zip"}), QDir(test_.program.WorkPath).entryList(QDir::Files | QDir::Hidden));
+}
+
 TEST_F(Zip, AnyOtherFailureGives100) {
   Put("a.gif");
   ASSERT_TRUE(QDir().mkdir(test_.WorkFile("card.zip")));
@@ -155,6 +181,17 @@ TEST_F(Zip, EmptyFilesAndNamesOfAnyScriptAreCarried) {
   Put(name, "");
   EXPECT_EQ(0, ZipNamed({name}));
   EXPECT_EQ((QList<Entry>{{name.toUtf8(), ""}}), Entries());
+}
+
+TEST_F(Zip, NamesBeyondAsciiAreMarkedAsUtf8) {
+  const auto flags = [this] { return quint8(FileBytes(test_.WorkFile("card.zip")).at(7)) << 8; };
+  Put("a.gif");
+  ASSERT_EQ(0, ZipNamed({"a.gif"}));
+  EXPECT_EQ(0, flags() & 0x0800);
+  const QString name = QString::fromUtf8("\u00E9.gif");
+  Put(name);
+  ASSERT_EQ(0, ZipNamed({name}));
+  EXPECT_EQ(0x0800, flags() & 0x0800);
 }
 
 TEST_F(Zip, AWorkFolderOfAnyScriptIsReached) {
@@ -198,20 +235,19 @@ TEST_F(Zip, TheServiceCanEndTheWork) {
   EXPECT_EQ(100, archiver.ZpArchive(1, "card.zip", {"a.gif"}));
 }
 
-TEST_F(Zip, WindowMessagesRunForEachFile) {
-  Put("a.gif");
-  Put("b.gif");
-  int passes = 0;
-  // Each pass that runs this puts it in the queue again for the next one.
-  std::function<void()> count = [&] {
-    ++passes;
-    if (passes < 9) QMetaObject::invokeMethod(qApp, count, Qt::QueuedConnection);
-  };
-  QMetaObject::invokeMethod(qApp, count, Qt::QueuedConnection);
-  EXPECT_EQ(0, ZipNamed({"a.gif", "b.gif"}));
-  EXPECT_GE(passes, 2);
-  passes = 9;
-  QCoreApplication::processEvents();
+TEST_F(Zip, WindowMessagesRunOnceForEachFile) {
+  for (const int files : {1, 2, 7}) {
+    QStringList names;
+    for (int at = 0; at < files; ++at) {
+      names += QString("f%1.gif").arg(at);
+      Put(names.last());
+    }
+    bool ran = false;
+    QMetaObject::invokeMethod(
+        qApp, [&ran] { ran = true; }, Qt::QueuedConnection);
+    EXPECT_EQ(files, Passes([&] { EXPECT_EQ(0, ZipNamed(names)); }));
+    EXPECT_TRUE(ran);
+  }
 }
 
 TEST_F(Zip, OptionsComeBackAsTheyWereSet) {
