@@ -169,8 +169,8 @@ const corvane = (() => {
     changes.watch(document);
     userSelections = 0;
     settleSelection();
-    const number = typeof corvaneNavigation === 'number' ? corvaneNavigation : 0;  // a script beside this one
-    send('tree', number, location.href, document.compatMode === 'BackCompat', flatPage(), document.characterSet);
+    send('tree', performance.timeOrigin, location.href, document.compatMode === 'BackCompat', flatPage(),
+         document.characterSet);
   };
   // Puts the program's page in place of what was loaded.
   const adopt = (flat, scroll, number) => {

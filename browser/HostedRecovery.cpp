@@ -45,7 +45,6 @@ void HostedWebBrowser::RendererDied() {
 void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
   RenewPage();
-  NumberNavigation();
   const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
   page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
 }

@@ -13,6 +13,7 @@
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineView>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -49,6 +50,11 @@ class QuietPage : public QWebEnginePage {
 QString ReadResource(const QString& name) {
   QFile file(name);
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+// Of the epoch, as a page's performance.timeOrigin counts.
+double MillisecondsNow() {
+  return std::chrono::duration<double, std::milli>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 QWebEngineScript BridgeScript(const QString& name, const QString& source) {
@@ -194,6 +200,7 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   emit BeforeNavigate2(url);
   Flush();
   DropQuestions();
+  isSecondLoad_ = load_ == Load::Pending;
   load_ = Load::Pending;
   wanted_ = url;
   token_.clear();
@@ -204,18 +211,9 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   ScheduleFailLoad();
 }
 
-// For the bridge of the page that is loaded next.
-void HostedWebBrowser::NumberNavigation() {
-  ++navigation_;
-  QWebEngineScriptCollection& scripts = page_->scripts();
-  scripts.clear();
-  scripts.insert(
-      BridgeScript(QStringLiteral("navigation"), QStringLiteral("var corvaneNavigation = %1;").arg(navigation_)));
-}
-
 void HostedWebBrowser::LoadWanted() {
   if (isDead_) RenewPage();
-  NumberNavigation();
+  loadBegan_ = MillisecondsNow();
   page_->load(wanted_ == u"about:blank" ? QUrl(wanted_) : QUrl::fromLocalFile(wanted_));
 }
 
@@ -266,8 +264,7 @@ void HostedWebBrowser::Receive(const QJsonArray& message) {
 }
 
 void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& message) {
-  if (load_ == Load::None) return;                   // the empty page behind a load that failed
-  if (message.at(2).toInt() != navigation_) return;  // of several loads in a row only the last counts
+  if (load_ == Load::None) return;  // the empty page behind a load that failed
   if (load_ == Load::Recovering) return Adopt(token);
   const QString address = message.at(3).toString();
   if (load_ == Load::Pending) {
@@ -276,6 +273,8 @@ void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& messa
     const bool asked = wanted_ == u"about:blank" ? address == wanted_
                                                  : QUrl::fromLocalFile(wanted_).toLocalFile() == url.toLocalFile();
     if (!asked) return;
+    // Of two loads of one file in a row only the second counts. A page knows when its own navigation began.
+    if (isSecondLoad_ && message.at(2).toDouble() < loadBegan_) return;
   }
   auto document = std::make_unique<HTMLDocument>();
   int from = 0;

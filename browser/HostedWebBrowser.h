@@ -83,7 +83,6 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void TakeKeysBack();
   bool IsPages(const QWidget* widget) const;  // the view itself or what is in it
   void LoadWanted();
-  void NumberNavigation();
   void LoadFinished(bool good);
   void ScheduleFailLoad();
   void RendererDied();
@@ -113,10 +112,12 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
-  int navigation_ = 0;  // number of the last one, which its page's bridge tells
-  QString wanted_;      // path of the pending navigation
-  QString token_;       // of the page's bridge that is listened to
-  QString base_;        // URL of the page in view
+  int navigation_ = 0;         // number of the last one
+  bool isSecondLoad_ = false;  // it was asked for before the page of the one before was there
+  double loadBegan_ = 0;       // when the engine was told to load, in milliseconds of the epoch
+  QString wanted_;             // path of the pending navigation
+  QString token_;              // of the page's bridge that is listened to
+  QString base_;               // URL of the page in view
   QPoint scroll_;
 
   QJsonArray operations_;  // changes not yet posted

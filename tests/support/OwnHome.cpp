@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <optional>
 
 namespace {
 
@@ -14,8 +15,12 @@ void Keep(const char* name, const QByteArray& value) {
 class OwnHome {
  public:
   OwnHome() {
+    // Somebody has given it one already; two would be one more on a test's small disk.
+    const QByteArray given = qgetenv("CORVANE_OWN_HOME");
+    if (!given.isEmpty() && given == qgetenv("HOME")) return;
     KeepDisplay();
-    const QByteArray home = QFile::encodeName(folder_.path());
+    folder_.emplace(QDir::tempPath() + "/corvane-home-XXXXXX");
+    const QByteArray home = QFile::encodeName(folder_->path());
     qputenv("HOME", home);
     // With it Windows and others find it, too.
     qputenv("USERPROFILE", home);
@@ -24,11 +29,13 @@ class OwnHome {
           std::pair("XDG_STATE_HOME", "/.local/state"), std::pair("XDG_CACHE_HOME", "/.cache"),
           std::pair("XDG_RUNTIME_DIR", "/runtime")})
       qputenv(name, home + below);
-    QDir().mkpath(folder_.filePath("runtime"));
-    QFile::setPermissions(folder_.filePath("runtime"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QDir().mkpath(folder_->filePath("runtime"));
+    QFile::setPermissions(folder_->filePath("runtime"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
   }
   // A process that split off and ends on its own still shares the folder.
-  ~OwnHome() { folder_.setAutoRemove(QCoreApplication::applicationPid() == owner_); }
+  ~OwnHome() {
+    if (folder_) folder_->setAutoRemove(QCoreApplication::applicationPid() == owner_);
+  }
 
  private:
   // The key to the user's display is in the home, its socket in the folder of what runs.
@@ -40,7 +47,7 @@ class OwnHome {
   }
 
   qint64 owner_ = QCoreApplication::applicationPid();
-  QTemporaryDir folder_{QDir::tempPath() + "/corvane-home-XXXXXX"};
+  std::optional<QTemporaryDir> folder_;
 };
 
 const OwnHome home;

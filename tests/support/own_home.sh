@@ -13,6 +13,7 @@ HOME=$(mktemp -d "${TMPDIR:-/tmp}/corvane-home-XXXXXX")
 trap 'rm -rf "$HOME"' EXIT
 trap 'exit 143' TERM
 mkdir -p -m 700 "$HOME"/{runtime,.config,.cache,.local,.local/share,.local/state}
+export CORVANE_OWN_HOME=$HOME
 export HOME XDG_CONFIG_HOME=$HOME/.config XDG_CACHE_HOME=$HOME/.cache XDG_DATA_HOME=$HOME/.local/share
 export XDG_STATE_HOME=$HOME/.local/state XDG_RUNTIME_DIR=$HOME/runtime
 unset DBUS_SESSION_BUS_ADDRESS
