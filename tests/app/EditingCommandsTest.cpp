@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include "FTools.h"
 #include "ProgramFixture.h"
 #include "RealClicks.h"
 #include "Serializer.h"
@@ -154,6 +155,18 @@ TEST_F(EditingCommands, ACancelledColourChangesNothingButBlackDoes) {
   EXPECT_TRUE(Body().contains("background-color: #000000"));
 }
 
+TEST_F(EditingCommands, TheToolWindowOwnsTheColourDialogWhileItIsInView) {
+  FTools& tools = *run_.modMain.Tools();
+  for (const bool shown : {false, true, false}) {
+    tools.setVisible(shown);
+    run_.Dialogs().ColorQuestions.clear();
+    Web().BoxColor[0]->click();
+    ASSERT_EQ(run_.Dialogs().ColorQuestions.size(), 1);
+    EXPECT_EQ(run_.Dialogs().ColorQuestions[0].owner,
+              shown ? static_cast<QWidget*>(&tools) : static_cast<QWidget*>(&Web()));
+  }
+}
+
 TEST_F(EditingCommands, ListsSetByCodeFormatNothing) {
   Page(two);
   Select("a", 0, 3);
@@ -279,6 +292,14 @@ TEST_F(EditingCommands, TheOfferedAddressIsAValidAnswer) {
   EXPECT_EQ(asked.title, "Create Link");
   EXPECT_EQ(asked.given, "http://");
   EXPECT_EQ(Body(), "<font id=\"a\"><a href=\"http://\">one</a></font><font id=\"b\">two</font>");
+}
+
+TEST_F(EditingCommands, AnAddressIsTakenAsItWasTyped) {
+  Page(two);
+  Select("a", 0, 3);
+  Answer({}, {"  My Page.html "});
+  Press(3);
+  EXPECT_EQ(Body(), "<font id=\"a\"><a href=\"  My Page.html \">one</a></font><font id=\"b\">two</font>");
 }
 
 TEST_F(EditingCommands, ACancelledLinkChangesNothing) {
@@ -507,6 +528,34 @@ TEST_F(EditingCommands, HelpIsHandedToTheDesktopOrMissed) {
   ASSERT_TRUE(run_.Choose("mCVNHelp"));
   EXPECT_EQ(LastBox().text, StringText(145));
   EXPECT_EQ(LastBox().icon, MessageIcon::Information);
+}
+
+TEST_F(EditingCommands, TheDesktopGetsACopyOfTheHelpFileAsItIsNow) {
+  const QByteArray was = qgetenv("TMPDIR");
+  ASSERT_TRUE(QDir().mkpath(run_.test.Path("temp")));
+  qputenv("TMPDIR", QFile::encodeName(run_.test.Path("temp")));
+  RecordingShell& shell = run_.test.platform.shell;
+  for (const char* help : {"old help", "new help"}) {
+    ASSERT_TRUE(PutFile(run_.PathInApp("cvn2.hlp"), help));
+    shell.Opened.clear();
+    ASSERT_TRUE(run_.Choose("mCVNHelp"));
+    ASSERT_EQ(shell.Opened.size(), 1);
+    EXPECT_EQ(FileBytes(shell.Opened[0].file), help);
+    EXPECT_TRUE(shell.Opened[0].file.endsWith(".html"));
+  }
+  EXPECT_EQ(run_.Dialogs().Boxes.size(), 0);
+  for (const auto& [result, boxes] : {std::pair{33, 0}, {32, 0}, {31, 1}}) {
+    run_.Dialogs().Boxes.clear();
+    shell.OpenResult = result;
+    ASSERT_TRUE(run_.Choose("mCVNHelp"));
+    ASSERT_EQ(run_.Dialogs().Boxes.size(), boxes) << result;
+  }
+  EXPECT_EQ(LastBox().text, "Error opening the help file. Try to open cvn2.hlp directly from the program folder.");
+  EXPECT_EQ(LastBox().icon, MessageIcon::Information);
+  if (was.isNull())
+    qunsetenv("TMPDIR");
+  else
+    qputenv("TMPDIR", was);
 }
 
 TEST_F(EditingCommands, EntriesForOtherWindowsShowThem) {

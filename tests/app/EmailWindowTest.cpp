@@ -92,6 +92,17 @@ TEST_F(EmailWindow, TheCloseBoxEndsWhatIsUnderWayAndHides) {
   EXPECT_FALSE(Ops().MUC.EmailAvailable());
 }
 
+TEST_F(EmailWindow, TheExitEndsWhatIsUnderWayBeforeTheWindowsGo) {
+  Open();
+  Send();
+  ASSERT_TRUE(Net().IsOpen());
+  run_.Dialogs().Answers = {MessageAnswer::No};
+  run_.modMain.ExitProgram();
+  EXPECT_FALSE(run_.ended);
+  EXPECT_FALSE(Net().IsOpen());
+  EXPECT_EQ(1, Net().CleanUps);
+}
+
 TEST_F(EmailWindow, TheEscapeKeyEndsWhatIsUnderWayAsTheCloseBoxDoes) {
   Open();
   Send();

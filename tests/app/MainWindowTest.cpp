@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
+#include "ControlLook.h"
 #include "FTools.h"
 #include "ProgramFixture.h"
 #include "RealClicks.h"
@@ -163,6 +164,50 @@ TEST_F(MainWindow, TheStripAndTheWindowPutOutTheLight) {
     EXPECT_EQ(ToolButton::Look::Plain, LookOf(3));
     EXPECT_EQ(-1, Web().HoverTool);
   }
+}
+
+TEST_F(MainWindow, AMouseThatLeavesTheStripOrTheWindowPutsOutTheLight) {
+  for (QWidget* around : {static_cast<QWidget*>(Web().FrTool), static_cast<QWidget*>(Web().FrTool2), Web().Client()}) {
+    Mouse(*Web().ImTool[3], QEvent::MouseMove);
+    ASSERT_EQ(3, Web().HoverTool);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(around, &leave);
+    EXPECT_EQ(ToolButton::Look::Plain, LookOf(3));
+    EXPECT_EQ(-1, Web().HoverTool);
+  }
+}
+
+TEST_F(MainWindow, TheCaretBarLetsTheMouseThroughToThePage) {
+  run_.Type("abc");
+  ASSERT_FALSE(Web().FrCaret->isHidden());
+  EXPECT_EQ(&View(), Web().Client()->childAt(Web().FrCaret->geometry().center()));
+}
+
+// Pixels of the ink in the upper and the lower half of the symbol at the right end of the Work Window's head.
+std::pair<int, int> InkOfSymbol(const QImage& head) {
+  const QRgb ground = head.pixel(head.width() - 30, 2);
+  int upper = 0, lower = 0;
+  for (int y = 0; y < head.height(); ++y)
+    for (int x = head.width() - 20; x < head.width() - 4; ++x)
+      if (head.pixel(x, y) != ground) (2 * y < head.height() ? upper : lower) += 1;
+  return {upper, lower};
+}
+
+TEST_F(MainWindow, TheHeadsSymbolPointsToWhereAClickSendsTheWorkWindow) {
+  View().setFocus();
+  QWidget& head = *Web().FrWork->LabUp;
+  const auto [upperOfDown, lowerOfDown] = InkOfSymbol(head.grab().toImage());
+  EXPECT_GT(upperOfDown, lowerOfDown) << "the tip is below";
+  ClickHead();
+  const auto [upperOfUp, lowerOfUp] = InkOfSymbol(head.grab().toImage());
+  EXPECT_LT(upperOfUp, lowerOfUp) << "the tip is above";
+}
+
+TEST_F(MainWindow, AboutToolsAndTheWorkWindowAreFramed) {
+  EXPECT_EQ(257, ControlLookBits(Web().FrWork));
+  EXPECT_EQ(257, ControlLookBits(run_.modMain.Tools()));
+  for (const QWidget* const window : QApplication::topLevelWidgets())
+    if (window->objectName() == QLatin1String("FSplash")) EXPECT_EQ(257, ControlLookBits(window));
 }
 
 TEST_F(MainWindow, AToolIsRaisedWhilePressedAndPlainAfterIt) {

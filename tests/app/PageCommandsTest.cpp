@@ -70,6 +70,15 @@ TEST_F(PageCommands, ANewPageWritesTheOneInView) {
   EXPECT_EQ(2, Web().BoxPage->currentIndex());
 }
 
+TEST_F(PageCommands, ABlankPageThatHasGoneIsWrittenAgainForTheNextPage) {
+  ASSERT_TRUE(QFile::remove(run_.PathInApp("blank.html")));
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  const QByteArray blank =
+      "<HTML><HEAD><TITLE></TITLE></HEAD><BODY BGCOLOR=\"#FFFFFF\" TEXT=\"#000000\"></BODY></HTML>";
+  EXPECT_EQ(blank, FileIn("blank.html"));
+  EXPECT_EQ(blank, FileIn("card/Page2.html"));
+}
+
 TEST_F(PageCommands, TheToolOfANewPageDoesTheSame) {
   OpenPageTwoWithAnEdit();
   const Tree before = TreeOf();

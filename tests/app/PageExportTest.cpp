@@ -106,6 +106,14 @@ TEST_F(Export, AFileInTheWayOfTheFolderLosesThePageInSilence) {
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
 }
 
+TEST_F(Export, APictureGoesAlongWhateverItsNameEndsIn) {
+  QDir().mkpath(Out(""));
+  for (const char* name : {"plain", "p.", ".gif"}) AddPicture(name, name);
+  SendTo(Out("my.html"));
+  const QStringList sent = QDir(Out("my Files1")).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+  EXPECT_EQ(QStringList({".gif", "my.html", "p.", "plain"}), sent);
+}
+
 TEST_F(Export, ABackgroundAndAPictureOfAnyScriptGoAlong) {
   QDir().mkpath(Out(""));
   MakePages({"one"});

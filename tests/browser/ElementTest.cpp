@@ -61,6 +61,17 @@ TEST(Element, InsertAdjacentHtml) {
   }
 }
 
+TEST(Element, NothingStandsBesideTheRoot) {
+  TestPage page("ab");
+  HTMLElement root = page.document.documentElement();
+  const QString before = root.outerHTML();
+  for (const char* where : {"BeforeBegin", "AfterEnd"}) root.insertAdjacentHTML(where, "x<i></i>");
+  root.setOuterHTML("x");
+  EXPECT_EQ(page.document.documentElement().outerHTML(), before);
+  EXPECT_EQ(page.document.all().item(0).tagName(), "HTML");
+  EXPECT_EQ(page.Problems(), QStringList());
+}
+
 TEST(Element, RowsAndCellsGoIntoTables) {
   TestPage page("<table><tr><td>1</td></tr></table>");
   page.Element("TD").insertAdjacentHTML("AfterEnd", "<td>2</td>");

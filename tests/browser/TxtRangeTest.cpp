@@ -179,6 +179,43 @@ TEST(TxtRange, TextEditGoesToTheEndOfTheText) {
   }
 }
 
+TEST(TxtRange, AMoveByNothingLeavesTheRangeAtItsStart) {
+  TestPage page("a^bc^d");
+  const auto range = page.Range();
+  range->move("character", 0);
+  EXPECT_EQ(page.Show(range->range()), "a^bcd");
+}
+
+TEST(TxtRange, APointOutsideOfBodyIsTakenToTheNearerEndOfIt) {
+  TestPage page("ab");
+  const auto range = page.document.body().createTextRange();
+  Node* const html = page.document.root();
+  for (const auto& [point, shown] :
+       {std::pair{BoundaryPoint::AtStart(html), "^ab"}, {BoundaryPoint::AtEnd(html), "ab^"}}) {
+    range->SetRange({point, point});
+    range->move("character", 0);
+    EXPECT_EQ(page.Show(range->range()), shown);
+    range->SetRange({point, point});
+    range->moveEnd("character", 0);
+    EXPECT_EQ(page.Show(BoundaryPoint(range->range().end)), shown);
+  }
+}
+
+TEST(TxtRange, APlaceThatCantBeToldIsThatOfBefore) {
+  TestPage page("ab");
+  const auto range = page.document.body().createTextRange();
+  int done = 0;
+  range->Measure([&] { ++done; });
+  EXPECT_FALSE(range->offsetLeft());
+  page.page->position = QPoint(30, 40);
+  range->Measure([&] { ++done; });
+  page.page->position.reset();
+  range->Measure([&] { ++done; });
+  EXPECT_EQ(done, 3);
+  EXPECT_EQ(range->offsetLeft(), 30);
+  EXPECT_EQ(range->offsetTop(), 40);
+}
+
 TEST(TxtRange, CompareEndPoints) {
   TestPage page("a^bc^d");
   const auto range = page.Range();

@@ -204,6 +204,15 @@ TEST_F(FileOps, ReadTextFileHasCodesZeroOneAndThree) {
   EXPECT_EQ(0, code);
 }
 
+TEST_F(FileOps, AFileWhoseReadingFailsGivesNoTextAndCodeThree) {
+  // It can be opened, and its first byte can't be read.
+  const QString file = "/proc/self/mem";
+  if (!QFile::exists(file)) GTEST_SKIP() << "no file here that opens and can't be read";
+  int code = -1;
+  EXPECT_EQ("", files_.ReadTextFile(file, code));
+  EXPECT_EQ(3, code);
+}
+
 TEST_F(FileOps, CopyFileOverLeavesTheSourceCleared) {
   Put("a.gif", "picture");
   Put("b.gif", "a longer old one");
@@ -394,6 +403,13 @@ TEST_F(FileOps, ListFilesSortsByCapitals) {
   QString list;
   EXPECT_EQ(5, files_.ListFiles(Path("f"), "", list));
   EXPECT_EQ("Page10.html*Page2.html*page3.html*wgcard.html*_x.html", list);
+}
+
+TEST_F(FileOps, OfNamesThatDifferInCaseAloneTheCapitalsComeFirst) {
+  for (const char* name : {"ab.html", "AB.html", "aB.html", "Ab.html", "aa.html", "b.html"}) Put(QString("f/") + name);
+  QString list;
+  EXPECT_EQ(6, files_.ListFiles(Path("f"), "", list));
+  EXPECT_EQ("aa.html*AB.html*Ab.html*aB.html*ab.html*b.html", list);
 }
 
 TEST_F(FileOps, ListFilesOfNothing) {

@@ -24,6 +24,7 @@ class AboutWindow : public ::testing::Test {
   }
   bool HasOwnPointer() const { return splash_.cursor().shape() == Qt::BitmapCursor; }
   const QList<RecordingShell::Call>& Opened() const { return test_.platform.shell.Opened; }
+  static QImage Seen(QWidget& widget) { return widget.grab().toImage(); }
 
   TestProgram test_;
   FSplash splash_{test_.program};
@@ -144,6 +145,19 @@ TEST(AboutMenu, TheWindowIsMadeAtStartAndStaysHiddenUntilItIsAskedFor) {
   EXPECT_TRUE(splash.isVisible());
   EXPECT_FALSE(splash.isModal());
   EXPECT_TRUE(splash.FrAbout->isVisible());
+}
+
+TEST_F(AboutWindow, ALinkWithTheKeysShowsIt) {
+  splash_.ShowAbout();
+  splash_.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&splash_));
+  for (HotLink* const link : {splash_.Image1, splash_.Label3}) {
+    splash_.bClose->setFocus();
+    const QImage before = Seen(*link);
+    for (int tabs = 0; tabs < 5 && !link->hasFocus(); ++tabs) QTest::keyClick(splash_.focusWidget(), Qt::Key_Tab);
+    ASSERT_TRUE(link->hasFocus());
+    EXPECT_NE(before, Seen(*link)) << qPrintable(link->objectName());
+  }
 }
 
 }  // namespace

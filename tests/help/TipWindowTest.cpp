@@ -105,6 +105,16 @@ TEST_F(TipWindow, ClosingOnlyHides) {
   EXPECT_FALSE(tip_.TTip->toPlainText().isEmpty());
 }
 
+TEST_F(TipWindow, EachTimeItComesUpTheButtonHasTheKeys) {
+  for (const int index : {2, 3}) {
+    tip_.ShowTip(index, "q");
+    EXPECT_EQ(tip_.bClose, tip_.focusWidget());
+    tip_.TTip->setFocus();
+    ASSERT_EQ(tip_.TTip, tip_.focusWidget());
+    if (index == 2) tip_.hide();
+  }
+}
+
 TEST_F(TipWindow, ItsControls) {
   EXPECT_EQ("Corvane - Quick Tips", tip_.windowTitle());
   EXPECT_EQ("OK", tip_.bClose->text());

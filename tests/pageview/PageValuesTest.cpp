@@ -245,4 +245,27 @@ TEST_F(PageValues, DocCompleteComesOnceForEachPage) {
   EXPECT_EQ(2, complete.size());
 }
 
+// Tells how it was switched, also when it has gone.
+class SwitchedBrowser : public HeadlessWebBrowser {
+ public:
+  explicit SwitchedBrowser(QList<bool>& switched) : switched_(switched) {}
+  void SetOffline(bool offline) override {
+    switched_.append(offline);
+    HeadlessWebBrowser::SetOffline(offline);
+  }
+
+ private:
+  QList<bool>& switched_;
+};
+
+TEST(PageView, SwitchesTheComponentOffTheNetAndOnAgainWhenItGoes) {
+  TestProgram test;
+  QList<bool> switched;
+  {
+    const WBUC view(test.program, [&](QWidget*) { return std::make_unique<SwitchedBrowser>(switched); });
+    EXPECT_EQ(QList<bool>{true}, switched);
+  }
+  EXPECT_EQ(QList<bool>({true, false}), switched);
+}
+
 }  // namespace

@@ -104,6 +104,15 @@ TEST_F(Typing, PlainSpacesNeverBecomeNonBreaking) {
   EXPECT_EQ("ab   &nbsp;cd", Text());
 }
 
+TEST_F(Typing, ASpaceOverARangeWithContentKeepsItsTextAlone) {
+  page_.ShowBody("<FONT id='here'>one <B>two</B> three</FONT>");
+  const auto range = page_.Document().body().createTextRange();
+  ASSERT_TRUE(range->moveToElementText(ElementById(page_.Document(), "here")));
+  view_.SetCurrentTextRange(range);
+  Key(32);
+  EXPECT_EQ("one two three ", Body());
+}
+
 TEST_F(Typing, ReturnAddsABreakAndABlankWithThePointBetween) {
   QSignalSpy pressed(&view_, &WBUC::KeyPress);
   Key(13);
