@@ -115,7 +115,7 @@ TEST_F(Permissions, AnOpenerThatCannotBeStartedIsAFailure) {
   Put("a.exe");
   const QByteArray path = qgetenv("PATH");
   qputenv("PATH", Path("bin").toLocal8Bit());
-  EXPECT_LT(HostShell().OpenFile("a.exe", Path(""), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_LT(HostShell().OpenFile(nullptr, "a.exe", Path(""), ShowMode::Normal), Shell::kFirstSuccess);
   qputenv("PATH", path);
 }
 
