@@ -8,7 +8,16 @@
 
 namespace {
 
-enum Trait { Void = 1, RawText = 2, Hidden = 4, Atomic = 8, Block = 16, TablePart = 32, HoldsText = 64, DropsLineEnd = 128 };
+enum Trait {
+  Void = 1,
+  RawText = 2,
+  Hidden = 4,
+  Atomic = 8,
+  Block = 16,
+  TablePart = 32,
+  HoldsText = 64,
+  DropsLineEnd = 128
+};
 
 struct TraitRow {
   const char* names;

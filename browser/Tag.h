@@ -11,14 +11,14 @@ struct Tag {
   QString localName;  // as the parser gives it: "font", "foreignObject"
   QString tagName;    // as the DOM's tagName gives it: upper case for HTML, unchanged for others
   Namespace space = Namespace::Html;
-  bool isVoid = false;       // HTML "void elements": no content, no end tag
-  bool isRawText = false;    // text content is serialised without escapes
-  bool isHidden = false;     // its content is no part of the page's text: HEAD, SCRIPT, STYLE and the like
-  bool isAtomic = false;     // one character of text for itself: IMG, HR, INPUT, OBJECT, IFRAME and the like
-  bool isBlock = false;      // its edges end a line of text: blocks, tables and their parts, cells
-  bool isTablePart = false;  // TABLE, TBODY, THEAD, TFOOT, TR: white space directly inside is no text
+  bool isVoid = false;        // HTML "void elements": no content, no end tag
+  bool isRawText = false;     // text content is serialised without escapes
+  bool isHidden = false;      // its content is no part of the page's text: HEAD, SCRIPT, STYLE and the like
+  bool isAtomic = false;      // one character of text for itself: IMG, HR, INPUT, OBJECT, IFRAME and the like
+  bool isBlock = false;       // its edges end a line of text: blocks, tables and their parts, cells
+  bool isTablePart = false;   // TABLE, TBODY, THEAD, TFOOT, TR: white space directly inside is no text
   bool dropsLineEnd = false;  // a line end right behind its start tag is none of its text
-  bool holdsText = false;    // a block in which a caret may stand even while it is empty
+  bool holdsText = false;     // a block in which a caret may stand even while it is empty
 
   // The one Tag for a name. `localName` of HTML elements is lower case.
   static const Tag* Of(const QString& localName, Namespace space = Namespace::Html);

@@ -73,6 +73,6 @@ QString FileNameOf(const QString& Path);
 // The text up to its first NUL, or all of it.
 QString CutAtNul(const QString& Text);
 
-// The name under which a chosen picture is copied beside the pages: its file name, each blank as "_", letters with marks
-// composed (NFC), as a page's link names them.
+// The name under which a chosen picture is copied beside the pages: its file name, each blank as "_", letters with
+// marks composed (NFC), as a page's link names them.
 QString PictureFileName(const QString& Path);

@@ -243,8 +243,7 @@ TEST_F(Zip, WindowMessagesRunOnceForEachFile) {
       Put(names.last());
     }
     bool ran = false;
-    QMetaObject::invokeMethod(
-        qApp, [&ran] { ran = true; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(qApp, [&ran] { ran = true; }, Qt::QueuedConnection);
     EXPECT_EQ(files, Passes([&] { EXPECT_EQ(0, ZipNamed(names)); }));
     EXPECT_TRUE(ran);
   }
