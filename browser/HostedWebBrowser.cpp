@@ -52,6 +52,9 @@ QString ReadResource(const QString& name) {
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+// How long the second page of two may take behind the first.
+constexpr int kSecondLoadMs = 2000;
+
 // Of the epoch, as a page's performance.timeOrigin counts.
 double MillisecondsNow() {
   return std::chrono::duration<double, std::milli>(std::chrono::system_clock::now().time_since_epoch()).count();
@@ -200,7 +203,7 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   emit BeforeNavigate2(url);
   Flush();
   DropQuestions();
-  isSecondLoad_ = load_ == Load::Pending;
+  isSecondLoad_ = load_ == Load::Pending && wanted_ == url;
   load_ = Load::Pending;
   wanted_ = url;
   token_.clear();
@@ -273,8 +276,14 @@ void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& messa
     const bool asked = wanted_ == u"about:blank" ? address == wanted_
                                                  : QUrl::fromLocalFile(wanted_).toLocalFile() == url.toLocalFile();
     if (!asked) return;
-    // Of two loads of one file in a row only the second counts. A page knows when its own navigation began.
-    if (isSecondLoad_ && message.at(2).toDouble() < loadBegan_) return;
+    // Of two loads of one file in a row only the second counts. A page knows when its own navigation began; as its
+    // clock may lag, one that never comes behind the one passed over here is asked for again.
+    if (std::exchange(isSecondLoad_, false) && message.at(2).toDouble() < loadBegan_) {
+      QTimer::singleShot(kSecondLoadMs, this, [this, navigation = navigation_] {
+        if (load_ == Load::Pending && navigation_ == navigation) LoadWanted();
+      });
+      return;
+    }
   }
   auto document = std::make_unique<HTMLDocument>();
   int from = 0;

@@ -113,7 +113,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
   int navigation_ = 0;         // number of the last one
-  bool isSecondLoad_ = false;  // it was asked for before the page of the one before was there
+  bool isSecondLoad_ = false;  // of one file, asked for before the page of the first was there
   double loadBegan_ = 0;       // when the engine was told to load, in milliseconds of the epoch
   QString wanted_;             // path of the pending navigation
   QString token_;              // of the page's bridge that is listened to
