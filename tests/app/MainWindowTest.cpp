@@ -207,7 +207,9 @@ TEST_F(MainWindow, AboutToolsAndTheWorkWindowAreFramed) {
   EXPECT_EQ(257, ControlLookBits(Web().FrWork));
   EXPECT_EQ(257, ControlLookBits(run_.modMain.Tools()));
   for (const QWidget* const window : QApplication::topLevelWidgets())
-    if (window->objectName() == QLatin1String("FSplash")) EXPECT_EQ(257, ControlLookBits(window));
+    if (window->objectName() == QLatin1String("FSplash")) {
+      EXPECT_EQ(257, ControlLookBits(window));
+    }
 }
 
 TEST_F(MainWindow, AToolIsRaisedWhilePressedAndPlainAfterIt) {
