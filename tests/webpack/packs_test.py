@@ -20,9 +20,12 @@ BUILD = ""
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 sys.path.insert(0, os.path.join(HOUSE, "tests", "stub"))
 import icon_images_test  # noqa: E402
+sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
+from random_seed import random_seed  # noqa: E402
 import webpack_wine_test  # noqa: E402
 
 SKIPPED = 77
+SEED = 0
 STUB_SIZE = 0x13000
 ICON_PLACE, ICON_SIZE = 0x124B0, 744
 LINK = (b'<BR CLEAR="all"><BR><DIV ALIGN="center"><FONT FACE="arial,helvetica" SIZE=3><A HREF="Page%d.html">Next Page</A>'
@@ -137,15 +140,19 @@ class Packs(unittest.TestCase):
 
     def test_IconsDrawnInTheEditorComeOutPixelForPixel(self):
         work = self.project({"wgcard.html": self.page("x")})
-        drawn = subprocess.run([os.path.join(BUILD, "bin", "icon_tool"), "draw", self.folder, "5"], capture_output=True,
-                               text=True, check=True, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
-        for number, line in enumerate(drawn.stdout.splitlines()):
+        drawn = subprocess.run([os.path.join(BUILD, "bin", "icon_tool"), "draw", self.folder, "5", str(SEED)],
+                               capture_output=True, text=True, check=True, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
+        lines = drawn.stdout.splitlines()
+        self.assertEqual(len(lines), 5)
+        met = set()
+        for number, line in enumerate(lines):
             with self.subTest(number):
                 self.build({}, self.path("%d.ico" % number), work=work)
                 colors, _, mask, _ = line.split()
                 seen = [None if mask[i] == "1" else tuple(bytes.fromhex(colors[6 * i:6 * i + 6])) for i in range(1024)]
-                self.assertGreater(len(set(seen)), 4)
+                met.update(seen)
                 self.assertEqual([seen[32 * row:32 * row + 32] for row in range(32)], self.icon_of())
+        self.assertGreater(len(met), 4)
 
     def test_PacksDifferOnlyInTheirIcon(self):
         work = self.project({"wgcard.html": self.page("x")})
@@ -284,7 +291,7 @@ class UnderWine(webpack_wine_test.WebPack):
 
 
 def main():
-    global BUILD
+    global BUILD, SEED
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", required=True)
     parser.add_argument("--wine", action="store_true", help="the packs under wine in place of the readers")
@@ -301,6 +308,7 @@ def main():
         if missing:
             print("skipped, not there:", *missing)
             return 1 if os.environ.get("CI") == "true" else SKIPPED
+        SEED = random_seed("packs")
         tests = unittest.defaultTestLoader.loadTestsFromTestCase(Packs)
     return 0 if unittest.TextTestRunner(verbosity=1).run(tests).wasSuccessful() else 1
 
