@@ -327,11 +327,10 @@ void HostedWebBrowser::ReceiveChanges(const QJsonArray& message) {
   ScheduleFlush();
 }
 
-BoundaryPoint HostedWebBrowser::PointOf(const QJsonArray& place, int applied) const {
-  if (applied < adopted_) return {};
+BoundaryPoint HostedWebBrowser::PointOf(const QJsonArray& place) const {
   // The second pair, where there is one, is for a program that hasn't heard of what the first one names.
   for (qsizetype at = 0; at + 1 < place.size(); at += 2) {
-    const NodePlace now = history_.Now(NodePlace{place.at(at).toInt(), place.at(at + 1).toInt()}, applied);
+    const NodePlace now = history_.Now(NodePlace{place.at(at).toInt(), place.at(at + 1).toInt()});
     Node* const container = document_->FindNode(now.container);
     if (!container) continue;
     if (container->IsText()) return BoundaryPoint::InText(container, std::clamp(now.rest, 0, container->Length()));
@@ -342,15 +341,15 @@ BoundaryPoint HostedWebBrowser::PointOf(const QJsonArray& place, int applied) co
   return {};
 }
 
-Node* HostedWebBrowser::NodeOf(const QJsonArray& node, int applied) const {
-  if (applied < adopted_) return nullptr;
+Node* HostedWebBrowser::NodeOf(const QJsonArray& node) const {
   for (const QJsonValue& id : node)
-    if (Node* const found = document_->FindNode(history_.Now(NodeId(id.toInt()), applied))) return found;
+    if (Node* const found = document_->FindNode(history_.Now(NodeId(id.toInt())))) return found;
   return nullptr;
 }
 
 void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied) {
   if (applied < adopted_) return;
+  history_.Forget(applied);
   // What the program has selected since stays, unless the user has been at it again in the meantime.
   const int userSelections = selection.at(1).toInt();
   const bool crossing = selection.at(0).toInt() != selectionNumber_;
@@ -358,8 +357,8 @@ void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied
   userSelections_ = userSelections;
   LiveRange range;
   if (selection.size() == 4) {
-    range.start = PointOf(selection.at(2).toArray(), applied);
-    range.end = PointOf(selection.at(3).toArray(), applied);
+    range.start = PointOf(selection.at(2).toArray());
+    range.end = PointOf(selection.at(3).toArray());
     if (!range.start || !range.end || ComparePoints(document_->order(), range.start, range.end) > 0) range = {};
   }
   document_->selection().Mirror(range);
@@ -369,7 +368,7 @@ void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied
 
 Node* HostedWebBrowser::TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const {
   if (event[QLatin1String("onText")].toBool() && caret.IsInText()) return caret.container->parent;
-  Node* const target = NodeOf(event[QLatin1String("target")].toArray(), event[QLatin1String("applied")].toInt());
+  Node* const target = NodeOf(event[QLatin1String("target")].toArray());
   return target && target->IsElement() ? target : nullptr;
 }
 
@@ -383,15 +382,14 @@ void HostedWebBrowser::ReceiveEvent(const QJsonObject& event) {
   if (isEarly && *type != EventType::KeyUp) return;
   const QJsonArray scroll = event[QLatin1String("scroll")].toArray();
   if (!isEarly) scroll_ = {int(scroll.at(0).toDouble()), int(scroll.at(1).toDouble())};
-  history_.Forget(applied);
   ReceiveSelection(event[QLatin1String("selection")].toArray(), applied);
   const double zoom = view_->zoomFactor();
   const auto pixels = [zoom](const QJsonValue& value) { return int(std::nearbyint(value.toDouble() * zoom)); };
   const QJsonArray caret = event[QLatin1String("caret")].toArray();
-  const BoundaryPoint place = PointOf(caret.at(0).toArray(), applied);
+  const BoundaryPoint place = PointOf(caret.at(0).toArray());
   HTMLEventObj message(*type);
   message.At(pixels(event[QLatin1String("x")]), pixels(event[QLatin1String("y")]))
-      .On(HTMLElement(TargetOf(event, place)))
+      .On(HTMLElement(isEarly ? nullptr : TargetOf(event, place)))
       .Key(event[QLatin1String("keyCode")].toInt(), event[QLatin1String("shift")].toBool());
   if (*type != EventType::KeyUp) message.Button(OldButton(event[QLatin1String("button")].toInt()));
   if (place) message.Caret(place, QPoint(pixels(caret.at(1)), pixels(caret.at(2))));

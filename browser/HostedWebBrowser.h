@@ -96,8 +96,8 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void ScheduleFlush();
   void DropQuestions();
   // Where the page's places and nodes are now; none for what the model has never heard of.
-  BoundaryPoint PointOf(const QJsonArray& place, int applied) const;
-  Node* NodeOf(const QJsonArray& node, int applied) const;
+  BoundaryPoint PointOf(const QJsonArray& place) const;
+  Node* NodeOf(const QJsonArray& node) const;
   // The element under the mouse: that around the text which was hit, if it was, else the one that was named.
   Node* TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const;
   QJsonArray SelectMessage(const LiveRange* range);

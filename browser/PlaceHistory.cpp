@@ -6,22 +6,21 @@ void PlaceHistory::Add(int batch, const TreeStep& step) {
   entries_.push_back({batch, step});
 }
 
-void PlaceHistory::Forget(int applied) {
-  while (!entries_.empty() && entries_.front().batch <= applied) entries_.pop_front();
+void PlaceHistory::Forget(int batch) {
+  while (!entries_.empty() && entries_.front().batch <= batch) entries_.pop_front();
 }
 
-NodePlace PlaceHistory::Now(NodePlace place, int applied) const {
-  for (const Entry& entry : entries_)
-    if (entry.batch > applied) MovePlace(place, entry.step);
+NodePlace PlaceHistory::Now(NodePlace place) const {
+  for (const Entry& entry : entries_) MovePlace(place, entry.step);
   return place;
 }
 
-NodeId PlaceHistory::Now(NodeId node, int applied) const {
+NodeId PlaceHistory::Now(NodeId node) const {
   // A place in it that no step can take for one before a child, nor for one in a text.
   constexpr int nowhere = std::numeric_limits<int>::min();
   for (const Entry& entry : entries_) {
     NodePlace place{node, nowhere};
-    if (entry.batch > applied) MovePlace(place, entry.step);
+    MovePlace(place, entry.step);
     node = place.container;
   }
   return node;

@@ -12,15 +12,15 @@ class PlaceHistory {
   void Add(int batch, const TreeStep& step);
 
   // The page has carried out all batches up to this one, and names no place of before it any more.
-  void Forget(int applied);
+  void Forget(int batch);
   void Clear() { entries_.clear(); }
   bool IsEmpty() const { return entries_.empty(); }
 
-  // Where a place is now that the page named when the batch `applied` was the last that it had carried out.
-  NodePlace Now(NodePlace place, int applied) const;
+  // Where a place is now that the page named before all that is kept here.
+  NodePlace Now(NodePlace place) const;
 
   // The same for a node: itself, or what it was taken out of.
-  NodeId Now(NodeId node, int applied) const;
+  NodeId Now(NodeId node) const;
 
  private:
   struct Entry {
