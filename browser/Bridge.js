@@ -63,6 +63,7 @@ const corvane = (() => {
   // Answers with the place that the last message asks for, if it does.
   const receive = messages => {
     let place;
+    payOwed();
     noteSelection();
     for (const message of messages) {
       switch (message[0]) {
@@ -95,7 +96,18 @@ const corvane = (() => {
     const [id, around] = [tree.idOf(element) || 0, encode(element, 0)[2]];
     return around ? [id, around] : [id];
   };
+  // The engine gives no click where what was pressed has left the tree before the release, if only to be put elsewhere.
+  // What the program does to the page meanwhile must not cost the user a click.
+  let pressedAt = null;  // the last batch when the left button went down
+  let owed = null;       // the release whose click hasn't come
+  const tellClick = event => {
+    owed = null;
+    takesKeys = true;  // until the program, which knows, says otherwise: a key may be faster than it
+    tell('click', event, lastUp && lastUp.isConnected ? lastUp : event.target, true);
+  };
+  const payOwed = () => { if (owed) tellClick(owed); };
   const tell = (type, event, target, withCaret) => {
+    payOwed();
     changes.flush();
     const element = elementOf(target);
     const message = {type, target: namesOf(element), x: event.clientX || 0, y: event.clientY || 0,
@@ -117,18 +129,24 @@ const corvane = (() => {
     if (!event.isTrusted) return;
     if (event.button === 2 || (event.button === 0 && event.detail > 1)) event.preventDefault();
     if (event.button === 0 && event.detail <= 1 && !event.shiftKey) getSelection().removeAllRanges();
+    if (event.button === 0) pressedAt = changes.lastApplied();
     tell('mousedown', event, event.target, false);
   });
   listen('mouseup', event => {
     if (!event.isTrusted) return;
     lastUp = event.target;
     tell('mouseup', event, event.target, false);
+    if (event.button !== 0) return;
+    const isOwed = pressedAt !== null && pressedAt !== changes.lastApplied();
+    pressedAt = null;
+    if (!isOwed) return;
+    owed = event;
+    setTimeout(payOwed);  // the click comes at once, if it does
   });
   listen('click', event => {
     event.preventDefault();
     if (!event.isTrusted || event.detail === 0) return;
-    takesKeys = true;  // until the program, which knows, says otherwise: a key may be faster than it
-    tell('click', event, lastUp && lastUp.isConnected ? lastUp : event.target, true);
+    tellClick(event);
   });
   listen('dblclick', event => {
     event.preventDefault();

@@ -19,7 +19,7 @@ QString LiveHtmlOf(HostedWebBrowser& browser);
 
 class HostedPage {
  public:
-  static constexpr int patienceMs = 90000;
+  static constexpr int patienceMs = 180000;
 
   HostedPage() : HostedPage(Bare) {}
   ~HostedPage();

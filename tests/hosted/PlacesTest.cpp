@@ -78,6 +78,9 @@ TEST_F(HostedPlaces, AClickBehindTextThatIsBeingColoredStaysWhereItWas) {
   ClickThrough(hosted.PointIn(a, 8), [&] { hosted.jWB().SetSelColor(QStringLiteral("#0000FF")); });
   EXPECT_EQ(hosted.jWB().IfSelection(), WBUC::NothingSelected);
   EXPECT_EQ(hosted.jWB().CurrentElement().id(), QStringLiteral("a"));
+  hosted.LiveHtml();
+  EXPECT_EQ(hosted.ScriptText(QStringLiteral("String(getSelection())")), QString());
+  EXPECT_EQ(hosted.jWB().IfSelection(), WBUC::NothingSelected);
   EXPECT_TRUE(Typed().contains(QStringLiteral("first</font> blzock"))) << hosted.Body().toStdString();
 }
 
@@ -127,6 +130,30 @@ TEST_F(HostedPlaces, AClickBehindTextThatIsBeingPastedStaysAtItsLetter) {
   ClickThrough(hosted.PointIn(a, 8),
                [&] { Characters(QStringLiteral("a"), 3, 0)->pasteHTML(QStringLiteral("7<B>l</B>")); });
   EXPECT_TRUE(Typed().contains(QStringLiteral("st blzock"))) << hosted.Body().toStdString();
+}
+
+// The engine itself gives no click where the element that was pressed has been taken out, if only to be put elsewhere.
+TEST_F(HostedPlaces, APressWhoseElementIsWrappedOrRemovedBeforeTheReleaseIsAClick) {
+  for (const bool remove : {false, true}) {
+    const QPoint point = hosted.PointIn(b, 3);
+    QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+    QTest::mousePress(hosted.Input(), Qt::LeftButton, {}, point);
+    hosted.LiveHtml();
+    Node* const font = Element(QStringLiteral("b")).node();
+    if (remove) {
+      HTMLElement(font).setOuterHTML(QString());
+    } else {
+      hosted.document().gateway().Wrap(font, font, hosted.document().CreateElement(Known().b));
+    }
+    hosted.LiveHtml();
+    QTest::mouseRelease(hosted.Input(), Qt::LeftButton, {}, point);
+    EXPECT_TRUE(HostedPage::WaitFor([&] { return clicks.count() > 0; }, 5000)) << remove;
+    hosted.LiveHtml();
+    EXPECT_EQ(clicks.count(), 1) << remove;
+    const QString typed = Typed();
+    EXPECT_TRUE(typed.contains(remove ? QStringLiteral("<b></b>z<br />plain") : QStringLiteral("seczond")))
+        << typed.toStdString();
+  }
 }
 
 TEST_F(HostedPlaces, OfTwoSelectionsThatMeetTheUsersIsTheLater) {
@@ -206,14 +233,20 @@ const char listener[] = R"(
     }
     return path;
   };
-  addEventListener('click', event => {
-    if (!event.isTrusted || !event.detail) return;
-    const hit = document.caretRangeFromPoint(event.clientX, event.clientY);
+  const pathsOfSelection = () => {
     const selection = getSelection();
-    const range = selection.rangeCount ? selection.getRangeAt(0) : null;
-    told.push([+document.body.getAttribute('n'), hit ? pathOf(hit.startContainer, hit.startOffset) : '',
-               range ? pathOf(range.startContainer, range.startOffset) : '',
-               range ? pathOf(range.endContainer, range.endOffset) : '']);
+    if (!selection.rangeCount) return ['', ''];
+    const range = selection.getRangeAt(0);
+    return [pathOf(range.startContainer, range.startOffset), pathOf(range.endContainer, range.endOffset)];
+  };
+  addEventListener('mouseup', event => {
+    if (!event.isTrusted || event.button !== 0) return;
+    const hit = document.caretRangeFromPoint(event.clientX, event.clientY);
+    told.push([+document.body.getAttribute('n'), hit ? pathOf(hit.startContainer, hit.startOffset) : '']);
+  }, true);
+  // Not every release has one, and a click that the bridge makes up comes when the engine has done with the release.
+  addEventListener('click', event => {
+    if (event.isTrusted && event.detail) told[told.length - 1].push(...pathsOfSelection());
   }, true);
 )";
 
@@ -420,8 +453,11 @@ class RandomClicks : private HTMLDocumentEvents {
     const QPoint from = anywhere();
     const QPoint to = Below(4) == 0 ? anywhere() : from;
     QTest::mousePress(input, Qt::LeftButton, {}, from);
-    if (Below(6) == 0) QCoreApplication::processEvents();
-    if (Below(6) == 0) Change();
+    if (Below(4) == 0) {
+      if (Below(2)) Change();
+      for (int turns = 1 + Below(3); turns > 0; --turns) HostedPage::WaitFor([] { return false; }, 1);
+      if (Below(2)) Change();
+    }
     if (to != from) {
       QTest::mouseMove(input, (from + to) / 2);
       QTest::mouseMove(input, to);
@@ -449,7 +485,7 @@ class RandomClicks : private HTMLDocumentEvents {
       if (wanted != places.then[indexOf(1)]) ++moved;
     }
     // What the program selects after the user did stands.
-    if (arrived.selectedAt > told.at(0).toInt()) return;
+    if (told.size() < 4 || arrived.selectedAt > told.at(0).toInt()) return;
     ++selections;
     EXPECT_EQ(placeAt(2), arrived.selection.start) << about;
     EXPECT_EQ(placeAt(3), arrived.selection.end) << about;
