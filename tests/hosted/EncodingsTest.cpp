@@ -149,7 +149,8 @@ TEST(Encodings, BrokenBytesAreLoadedAsTheEngineLoadsThemAndLoseNothingMore) {
 
 TEST(Encodings, TenMegabytesOnOneLineComeBack) {
   HostedPage hosted;
-  ASSERT_TRUE(hosted.LoadHtml("<meta charset=iso-8859-1><p title=\"\xE9\">" + QByteArray(10'000'000, '\xFC')));
+  // Hidden, as the engine takes longer to lay out such a line than for all the rest.
+  ASSERT_TRUE(hosted.LoadHtml("<meta charset=iso-8859-1><p hidden title=\"\xE9\">" + QByteArray(10'000'000, '\xFC')));
   const QString loaded = hosted.ModelHtml();
   EXPECT_GT(loaded.size(), 10'000'000);
   const QByteArray saved = FileHtml(hosted.document());
