@@ -1,9 +1,12 @@
 // The road of a picture whose name isn't plain ASCII, in the whole program on the real engine: into a page, through
 // every way in which the page is written and read, and out again.
+//
+// With CORVANE_LEAVE_IN set to a folder, page, pictures and pack are left there for readers of other hands.
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QComboBox>
+#include <QDir>
 #include <QListWidget>
 #include <QPushButton>
 #include <QWebEnginePage>
@@ -16,6 +19,7 @@
 #include "ModPackage.h"
 #include "OpenProjectPanel.h"
 #include "PackedFiles.h"
+#include "SourceText.h"
 
 namespace {
 
@@ -53,14 +57,28 @@ class PictureNames : public testing::Test {
     if (tools.isVisible()) tools.bOKPic[0]->click();
   }
 
-  // The names of the pictures that the page shows, a "?" in front of each that isn't there.
+  // Gives each picture its own name for its ALT text, by the panel with the page's source.
+  void NamePictures(const QStringList& names) {
+    FTools& tools = *modMain_.Tools();
+    tools.ShowSource();
+    QString source = tools.T1->Text();
+    for (const QString& name : names)
+      source.replace(QStringLiteral("src=\"%1\"").arg(name), QStringLiteral("src=\"%1\" alt=\"%1\"").arg(name));
+    tools.T1->SetText(source);
+    tools.bCloseText[1]->click();
+    ASSERT_TRUE(Settle());
+    tools.bCloseText[0]->click();
+  }
+
+  // The names of the pictures that the page shows, a "?" in front of each that isn't there or is called otherwise.
   QString Shown() {
     QString text;
     bool isTold = false;
     browser_->enginePage()->runJavaScript(
         QStringLiteral("Promise.all([...document.images].map(i => i.decode().catch(() => 0)));"
-                       "[...document.images].map(i => (i.complete && i.naturalWidth ? '' : '?') + "
-                       "decodeURIComponent(i.src.split('/').pop())).join('|')"),
+                       "[...document.images].map(i => [i, decodeURIComponent(i.src.split('/').pop())])"
+                       ".map(([i, n]) => (i.complete && i.naturalWidth && [n, ''].includes(i.alt) ? '' : '?') + n)"
+                       ".join('|')"),
         [&](const QVariant& value) {
           text = value.toString();
           isTold = true;
@@ -91,6 +109,7 @@ TEST_F(PictureNames, OfAnyScriptArriveEverywhere) {
   const QString all = names.join(u'|') + QString::fromUtf8("|\u00FCber.png");
   ASSERT_TRUE(Settle());
   EXPECT_TRUE(Shows(all)) << Shown().toStdString();
+  NamePictures(all.split(u'|'));
   for (int time = 0; time < 3; ++time) {
     ASSERT_TRUE(Choose("mRefresh"));
     EXPECT_TRUE(Shows(all)) << time << Shown().toStdString();
@@ -112,7 +131,7 @@ TEST_F(PictureNames, OfAnyScriptArriveEverywhere) {
 
   const QByteArray page = FileBytes(program().CurPageFile);
   for (const char byte : page) ASSERT_TRUE(uchar(byte) < 0x7F) << page.toStdString();
-  EXPECT_TRUE(page.contains("M&#252;ller.gif"));
+  EXPECT_TRUE(page.contains("src=\"M&#252;ller.gif\" alt=\"M&#252;ller.gif\""));
 
   // A build takes the pictures that no page uses off the disk.
   QStringList expected = all.split(u'|') + QStringList{QStringLiteral("wgcard.html"), QStringLiteral("Page2.html")};
@@ -130,6 +149,13 @@ TEST_F(PictureNames, OfAnyScriptArriveEverywhere) {
   }
   ASSERT_TRUE(Choose("mRefresh"));
   EXPECT_TRUE(Shows(all)) << Shown().toStdString();
+
+  const QString left = qEnvironmentVariable("CORVANE_LEAVE_IN");
+  if (left.isEmpty()) return;
+  ASSERT_TRUE(QFile::copy(test_.Path("desktop/pack.exe"), left + QStringLiteral("/pack.exe")));
+  ASSERT_TRUE(QDir(left).mkdir(QStringLiteral("card")));
+  for (const QString& file : QDir(program().WorkPath).entryList(QDir::Files))
+    ASSERT_TRUE(QFile::copy(program().WorkPath + u'/' + file, left + QStringLiteral("/card/") + file));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-/* Stands in for the page viewer: notes its command line, its folder and its show mode in C:\viewer\opened.txt. */
+/* Stands in for the page viewer: notes its command line, its folder and its show mode in C:\viewer\opened.txt, and in
+   C:\viewer\seen.txt the names of the files in that folder, as a program sees them that knows all letters. */
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
@@ -6,6 +7,22 @@ static void Note(HANDLE file, const char* text) {
   DWORD done;
   WriteFile(file, text, (DWORD)lstrlenA(text), &done, NULL);
   WriteFile(file, "\n", 1, &done, NULL);
+}
+
+static void NoteFiles(void) {
+  WIN32_FIND_DATAW found;
+  char name[3 * MAX_PATH + 1];
+  HANDLE file = CreateFileA("C:\\viewer\\seen.txt", GENERIC_WRITE, 0, NULL, CREATE_ALWAYS, 0, NULL);
+  HANDLE search = FindFirstFileW(L"*", &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
+      WideCharToMultiByte(CP_UTF8, 0, found.cFileName, -1, name, sizeof name, NULL, NULL);
+      Note(file, name);
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+  }
+  CloseHandle(file);
 }
 
 void Start(void) {
@@ -20,5 +37,6 @@ void Start(void) {
   Note(file, folder);
   Note(file, mode);
   CloseHandle(file);
+  NoteFiles();
   ExitProcess(0);
 }

@@ -117,6 +117,7 @@ class WebPack(unittest.TestCase):
         os.makedirs(os.path.join(cls.drive, "viewer"))
         shutil.copy(os.path.join(BUILD, "tests", "stub", "MarkOpened.exe"), os.path.join(cls.drive, "viewer"))
         cls.opened_file = os.path.join(cls.drive, "viewer", "opened.txt")
+        cls.seen_file = os.path.join(cls.drive, "viewer", "seen.txt")
         # The first start leaves traces of its own in the drive.
         cls.start(stub())
 
@@ -143,8 +144,14 @@ class WebPack(unittest.TestCase):
     def setUp(self):
         shutil.rmtree(self.temp, ignore_errors=True)
         os.makedirs(self.temp)
-        if os.path.exists(self.opened_file):
-            os.remove(self.opened_file)
+        for file in (self.opened_file, self.seen_file):
+            if os.path.exists(file):
+                os.remove(file)
+
+    def seen(self):
+        """The names of the files beside the page, as the viewer finds them."""
+        with open(self.seen_file, encoding="utf-8") as file:
+            return sorted(file.read().splitlines())
 
     def opened(self):
         """What the viewer was started with: (command line, folder, show mode) each time."""
@@ -189,6 +196,7 @@ class WebPack(unittest.TestCase):
         # Straight in the temporary folder, the older picture overwritten, everything else left.
         self.assertEqual(contents(self.temp), marks({"keep.html": old["keep.html"], **first}))
         self.assert_opened_first_page()
+        self.assertEqual(self.seen(), sorted(["keep.html", *first]))
         # Nothing anywhere else: neither beside the pack nor in the folder that it was started from.
         self.assertEqual(os.listdir(os.path.join(self.drive, "packs")), ["pack.exe"])
         self.assertEqual(os.listdir(os.path.join(self.drive, "elsewhere")), [])
