@@ -1,5 +1,5 @@
 """A page made the way a person makes it, in the program itself with mouse and keys: text blocks, a bold word, a link,
-pictures of three kinds, a table, a background, moves, and the source.
+pictures of three kinds, a table, a background, moves, and the source; and typing in a page from elsewhere.
 
 Usage: editing_test.py --build FOLDER [--out FOLDER]
 Pictures of every stage and the page's folder are left in the second folder, or in reports/editing of the first.
@@ -22,6 +22,7 @@ HEAD = ('<html><head><title>My page</title></head><body bgcolor="#FFFFFF" text="
 TABLE = ('<table align="Left" width="300" height="80" border="0" bgcolor="#E0E0E0" cellpadding="0"><tbody><tr>'
          '<td align="Left" valign="Top"><font face="Arial, Helvetica" size="3" color="#000000">%s</font>%s</td></tr></tbody>'
          '</table>')
+FOREIGN = b"<!DOCTYPE html>\n<html><head><title>n</title></head><body>\nhello\n</body></html>"
 SOURCE = "<html><head><title>n</title></head><body><font size=4>new source</font></body></html>"
 
 
@@ -270,6 +271,28 @@ def source(editor, check):
     editor.shot("source-closed")
 
 
+def foreign_page(editor, check, folder):
+    """A page made by somebody else: a line end stands behind its text, and BODY has no colours."""
+    path = os.path.join(folder, "foreign.html")
+    with open(path, "wb") as file:
+        file.write(FOREIGN)
+    editor.menu("f", "o")
+    editor.choose_file(path, "Select HTML file")
+    wait_for("the page comes", lambda: os.path.isfile(editor.program.card("Page2.html")))
+    editor.program.click_into_page(600, 300)
+    editor.desktop.keys("space")
+    check.same("a blank is typed behind the text", editor.page(2), "\nhello \n")
+    editor.desktop.keys("BackSpace")
+    check.same("a Backspace takes just the blank", editor.page(2), "\nhello\n")
+    editor.desktop.keys("BackSpace")
+    check.same("and the next one a letter", editor.page(2), "\nhell\n")
+    editor.type("o")
+    editor.drag((7, 103), (60, 103))
+    editor.menu("e", "w", "t")
+    check.same("the selected text is a block", editor.page(2), '\n<font color="#000000">hello</font>\n')
+    editor.shot("foreign-page")
+
+
 def play(build, out, check):
     with Desktop() as desktop:
         program = Corvane(desktop, os.path.join(build, "bin", "corvane"))
@@ -292,6 +315,7 @@ def play(build, out, check):
             properties(editor, check, folder)
             shutil.copytree(program.card(""), os.path.join(out, "page"))
             source(editor, check)
+            foreign_page(editor, check, folder)
         except BaseException:
             editor.shot("failed")
             raise
