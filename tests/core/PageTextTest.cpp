@@ -76,6 +76,8 @@ TEST(PageText, APageWithMoreSaysUtf8InItsFirstMeta) {
             "<head><META content='text/html;Charset = utf-8; a' HTTP-EQUIV=Content-Type>" + rest);
   EXPECT_EQ(file("<head><meta content=\"a;charset=big5\" charset=big5 http-equiv=content-type>"),
             "<head><meta content=\"a;charset=utf-8\" charset=utf-8 http-equiv=content-type>" + rest);
+  EXPECT_EQ(file("<head><meta charset=koi8-r content=\"a;charset=koi8-r\" http-equiv=content-type>"),
+            "<head><meta charset=utf-8 content=\"a;charset=utf-8\" http-equiv=content-type>" + rest);
   EXPECT_EQ(file("<head><meta charset=UTF-8>"), "<head><meta charset=UTF-8>" + rest);
 }
 
@@ -164,6 +166,8 @@ TEST(PageText, WhereAMetaIsLookedFor) {
   const QString filling = QString("x").repeated(1100);
   EXPECT_EQ(EncodingSaid(meta), "KOI8-R");
   EXPECT_EQ(EncodingSaid("<body>" + meta), "KOI8-R");
+  EXPECT_EQ(EncodingSaid(u"<meta http-equiv=content-type content=\"charset='koi8-r'\">"), "KOI8-R");
+  EXPECT_EQ(EncodingSaid(u"<meta http-equiv=content-type content=\"charset='koi8-r\">"), "") << "the quote isn't ended";
   EXPECT_EQ(EncodingSaid("<!--" + meta + "-->"), "");
   EXPECT_EQ(EncodingSaid("<script>'" + meta + "'</script>"), "");
   EXPECT_EQ(EncodingSaid("<noscript>" + meta + "</noscript>"), "KOI8-R");
@@ -204,6 +208,37 @@ TEST(PageText, TypedTextIsWrittenWithItsMarkup) {
   EXPECT_EQ(EncodePageText("plain <b>&amp;"), "plain <b>&amp;");
   EXPECT_EQ(EncodePageText(FromUtf8("P\u00E1gina")), "P&#225;gina");
   EXPECT_EQ(EncodePageText(""), "");
+}
+
+// How each piece ends, told by what stands behind it.
+TEST(HtmlLexer, PiecesEndWhereABrowserEndsThem) {
+  const auto behind = [](const char* html) {
+    const QString text = QString::fromUtf8(html);
+    HtmlLexer lexer(text);
+    HtmlPiece piece;
+    lexer.Next(piece);
+    if (piece.kind == HtmlPiece::Kind::StartTag) lexer.Next(piece);
+    return text.mid(piece.to);
+  };
+  EXPECT_EQ(behind("<!--a--!>x-->"), "x-->");
+  EXPECT_EQ(behind("<!--->x-->"), "x-->");
+  EXPECT_EQ(behind("<script><!--<script></script>--></script>x"), "</script>x");
+  EXPECT_EQ(behind("<script><!--<script>--></script>x"), "</script>x");
+  EXPECT_EQ(behind("<script><!--><script></script>x"), "</script>x");
+  EXPECT_EQ(behind("<noembed><b></noembed>x"), "</noembed>x");
+}
+
+TEST(HtmlLexer, AnEqualsSignMayBeginAnAttributesName) {
+  const QString text = "<p =a=b>";
+  HtmlLexer lexer(text);
+  HtmlPiece piece;
+  ASSERT_TRUE(lexer.Next(piece));
+  ASSERT_EQ(piece.attributes.size(), 1U);
+  EXPECT_EQ(piece.attributes[0].name, u"=a");
+}
+
+TEST(PageText, OtherLineEndsThanATextBoxKnowsAreReferences) {
+  EXPECT_EQ(SourceToEdit(FromUtf8("a\u2028b\u2029c\rd\n")), "a&#8232;b&#8233;c&#13;d\n");
 }
 
 // Whatever a text is made of, its pieces one behind the other are that text.
