@@ -35,7 +35,7 @@ class Page {
  public:
   explicit Page(int nodes) {
     page_.ShowBody(PageOf(nodes));
-    page_.Document().SetPage(nullptr);  // the layout that stands in for a display isn't what is measured
+    page_.Document().tree().SetPage(nullptr);  // the layout that stands in for a display isn't what is measured
     count_ = page_.Document().all().length();
   }
 
@@ -51,7 +51,7 @@ class Page {
   }
 
   std::shared_ptr<HTMLTxtRange> PointIn(const HTMLElement& font, int from, int to) {
-    Node* const text = TextOf(font);
+    const Node* const text = TextOf(font);
     const auto at = [&](int place) { return BoundaryPoint::InText(text, std::min(place, text->Length())); };
     return std::make_shared<HTMLTxtRange>(page_.Document(), LiveRange{at(from), at(to)});
   }
@@ -183,7 +183,7 @@ bool Fragment() {
     QElapsedTimer clock;
     PageOnView page;
     page.ShowBody(QStringLiteral("<FONT>ab</FONT>"));
-    Node* const text = page.Document().bodyNode()->firstChild->firstChild;
+    const Node* const text = page.Document().tree().bodyNode()->firstChild()->firstChild();
     const BoundaryPoint at = BoundaryPoint::InText(text, 1);
     const auto range = std::make_shared<HTMLTxtRange>(page.Document(), LiveRange{at, at});
     clock.start();

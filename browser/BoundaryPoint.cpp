@@ -5,10 +5,10 @@
 int BoundaryPoint::DomOffset() const {
   if (container->IsText()) return offset;
   if (before) return before->Index();
-  return container->lastChild ? container->lastChild->Index() + 1 : 0;
+  return container->lastChild() ? container->lastChild()->Index() + 1 : 0;
 }
 
-Node* NodeBehind(const BoundaryPoint& point) {
+const Node* NodeBehind(const BoundaryPoint& point) {
   if (point.container->IsText()) return point.container;
   return point.before ? point.before : NextSkippingChildren(point.container);
 }
@@ -16,8 +16,8 @@ Node* NodeBehind(const BoundaryPoint& point) {
 int ComparePoints(const TreeOrder& order, const BoundaryPoint& a, const BoundaryPoint& b) {
   if (a == b) return 0;
   if (a.container == b.container && a.container->IsText()) return a.offset - b.offset;
-  Node* const behindA = NodeBehind(a);
-  Node* const behindB = NodeBehind(b);
+  const Node* const behindA = NodeBehind(a);
+  const Node* const behindB = NodeBehind(b);
   if (behindA != behindB) {
     if (!behindA || !behindB) return behindA ? -1 : 1;
     return order.IsBefore(behindA, behindB) ? -1 : 1;

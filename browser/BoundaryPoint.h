@@ -8,19 +8,19 @@
 class TreeOrder;
 
 struct BoundaryPoint {
-  Node* container = nullptr;  // null: no point
-  int offset = 0;             // in text only
-  Node* before = nullptr;     // elsewhere: the child behind the point, null at the container's end
+  const Node* container = nullptr;  // null: no point
+  int offset = 0;                   // in text only
+  const Node* before = nullptr;     // elsewhere: the child behind the point, null at the container's end
 
-  static BoundaryPoint InText(Node* text, int offset) { return {text, offset, nullptr}; }
-  static BoundaryPoint AtStart(Node* container) {
-    return container->IsText() ? InText(container, 0) : BoundaryPoint{container, 0, container->firstChild};
+  static BoundaryPoint InText(const Node* text, int offset) { return {text, offset, nullptr}; }
+  static BoundaryPoint AtStart(const Node* container) {
+    return container->IsText() ? InText(container, 0) : BoundaryPoint{container, 0, container->firstChild()};
   }
-  static BoundaryPoint AtEnd(Node* container) {
+  static BoundaryPoint AtEnd(const Node* container) {
     return container->IsText() ? InText(container, container->Length()) : BoundaryPoint{container, 0, nullptr};
   }
-  static BoundaryPoint Before(Node* node) { return {node->parent, 0, node}; }
-  static BoundaryPoint Behind(Node* node) { return {node->parent, 0, node->next}; }
+  static BoundaryPoint Before(const Node* node) { return {node->parent(), 0, node}; }
+  static BoundaryPoint Behind(const Node* node) { return {node->parent(), 0, node->next()}; }
 
   bool IsInText() const { return container && container->IsText(); }
   explicit operator bool() const { return container != nullptr; }
@@ -34,10 +34,10 @@ struct BoundaryPoint {
 int ComparePoints(const TreeOrder& order, const BoundaryPoint& a, const BoundaryPoint& b);
 
 // The first node that lies wholly or partly behind `point`; null at the end of the document.
-Node* NodeBehind(const BoundaryPoint& point);
+const Node* NodeBehind(const BoundaryPoint& point);
 
 // A pair of points that keeps its place while the tree changes, by the rules for live ranges of the DOM standard.
-// The document moves the points; see HTMLDocument::AddRange.
+// The tree of the page moves the points; see PageTree::AddRange.
 struct LiveRange {
   BoundaryPoint start;
   BoundaryPoint end;

@@ -3,7 +3,7 @@
 
 #include <QJsonObject>
 
-class HTMLDocument;
+class Gateway;
 
 // `changes` tells the new state of what was touched:
 //   "children": [[parent id, child, ...], ...], a child being its id or, where the model doesn't know it, its tree
@@ -11,4 +11,4 @@ class HTMLDocument;
 //   "data": [[text or comment id, data], ...]
 // Live ranges follow by the rules for removals, insertions and replaced data. Nodes that only moved keep their
 // identity. What doesn't fit the model is passed over.
-void ApplyForeignChanges(HTMLDocument& document, const QJsonObject& changes);
+void ApplyForeignChanges(Gateway& gateway, const QJsonObject& changes);

@@ -6,11 +6,12 @@
 
 #include "FontSizeMap.h"
 #include "FormatRuns.h"
-#include "HTMLDocument.h"
+#include "Gateway.h"
 #include "LegacyColor.h"
 #include "StyleDeclarations.h"
 #include "TextStyle.h"
 #include "TextWalker.h"
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -18,17 +19,16 @@ const QString styleName = QStringLiteral("style");
 const QString hrefName = QStringLiteral("href");
 
 bool IsLink(const Node* node) {
-  return node->tag == Known().a;
+  return node->tag() == Known().a;
 }
 bool IsFont(const Node* node) {
-  return node->tag == Known().font;
+  return node->tag() == Known().font;
 }
 
 // One command at work on one range.
 class Formatter {
  public:
-  Formatter(HTMLDocument& document, LiveRange& range)
-      : document_(document), gateway_(document.gateway()), span_(document, CutOut(document, range)) {
+  Formatter(Gateway& gateway, LiveRange& range) : gateway_(gateway), span_(gateway.tree(), CutOut(gateway, range)) {
     NoteSeam(range.start.container);
     NoteSeam(range.end.container);
     texts_ = ShownTexts(*span_);
@@ -37,10 +37,10 @@ class Formatter {
   // Texts that were cut, or that an element stood between, become one again.
   ~Formatter() {
     for (const NodeRef& seam : seams_) {
-      Node* text = seam.get();
+      const Node* text = seam.get();
       if (!text->IsAttached()) continue;
-      if (text->previous && text->previous->IsText()) text = text->previous;
-      while (text->next && text->next->IsText()) gateway_.JoinWithNext(text);
+      if (text->previous() && text->previous()->IsText()) text = text->previous();
+      while (text->next() && text->next()->IsText()) gateway_.JoinWithNext(text);
     }
   }
   Formatter(const Formatter&) = delete;
@@ -48,12 +48,12 @@ class Formatter {
 
   bool SetFont(FontProperty property, const QString& value) {
     if (texts_.empty()) return false;
-    std::vector<Node*> inner = SetFontBetween(*span_, property, value);
+    std::vector<const Node*> inner = SetFontBetween(*span_, property, value);
     // What a FONT around has no effect on gets one inside.
     while (!inner.empty()) {
-      Node* const element = inner.back();
+      const Node* const element = inner.back();
       inner.pop_back();
-      for (Node* more :
+      for (const Node* more :
            SetFontBetween({BoundaryPoint::AtStart(element), BoundaryPoint::AtEnd(element)}, property, value))
         inner.push_back(more);
     }
@@ -94,29 +94,29 @@ class Formatter {
   }
 
  private:
-  void NoteSeam(Node* node) {
+  void NoteSeam(const Node* node) {
     if (node && node->IsText()) seams_.emplace_back(node);
   }
 
-  Node* WrapIn(const Run& run, const Tag* tag, const std::vector<Attribute>& attributes) {
-    Node* const wrapper = document_.CreateElement(tag);
-    wrapper->attributes = attributes;
+  const Node* WrapIn(const Run& run, const Tag* tag, const std::vector<Attribute>& attributes) {
+    Node* const wrapper = TreeBuilder::Element(tag, attributes);
     gateway_.Wrap(run.first, run.last, wrapper);
     return wrapper;
   }
 
-  void Unwrap(Node* element) {
-    NoteSeam(element->previous);
-    NoteSeam(element->next);
-    NoteSeam(element->firstChild);
-    NoteSeam(element->lastChild);
+  void Unwrap(const Node* element) {
+    NoteSeam(element->previous());
+    NoteSeam(element->next());
+    NoteSeam(element->firstChild());
+    NoteSeam(element->lastChild());
     gateway_.Unwrap(element);
   }
 
   // The value comes last, so that no other declaration takes it back.
-  void SetStyle(Node* element, const QString& property, const QString& value) {
+  void SetStyle(const Node* element, const QString& property, const QString& value) {
     const Attribute* const attribute = element->FindAttribute(styleName);
-    StyleDeclarations style = StyleDeclarations::Parse(attribute ? attribute->value : QString(), document_.quirks());
+    StyleDeclarations style =
+        StyleDeclarations::Parse(attribute ? attribute->value : QString(), gateway_.tree().quirks());
     style.Set(property, {});
     style.Set(property, value);
     if (style.Text().isEmpty()) {
@@ -126,17 +126,17 @@ class Formatter {
     }
   }
 
-  void ClearStyle(Node* element, const QString& property) {
+  void ClearStyle(const Node* element, const QString& property) {
     if (!StyleValue(element, property).isEmpty()) SetStyle(element, property, {});
   }
 
-  void Clear(Node* element, FontProperty property) {
+  void Clear(const Node* element, FontProperty property) {
     const QString attribute = FontAttribute(property);
     if (IsFont(element) && !attribute.isEmpty()) gateway_.RemoveAttribute(element, attribute);
     ClearStyle(element, StyleProperty(property));
   }
 
-  void Set(Node* font, FontProperty property, const QString& value) {
+  void Set(const Node* font, FontProperty property, const QString& value) {
     if (property == FontProperty::Background) {
       SetStyle(font, StyleProperty(property), value);
     } else {
@@ -146,7 +146,7 @@ class Formatter {
   }
 
   // Gives every run a FONT with the value. Returns the elements inside whose text doesn't get it from there.
-  std::vector<Node*> SetFontBetween(const LiveRange& between, FontProperty property, const QString& value) {
+  std::vector<const Node*> SetFontBetween(const LiveRange& between, FontProperty property, const QString& value) {
     const auto isTaken = [&](const Node* node) {
       if (!IsInline(node)) return node->IsText() ? Taking::Skip : Taking::Enter;
       if (!node->IsElement()) return Taking::Join;
@@ -157,17 +157,17 @@ class Formatter {
       }
       return Holds(node, IsFont) ? Taking::Enter : Taking::Join;
     };
-    std::vector<Node*> overriding;
+    std::vector<const Node*> overriding;
     for (const Run& run : CollectRuns(between, isTaken)) {
-      Node* font = run.first;
+      const Node* font = run.first;
       if (run.single) {
         Set(font, property, value);
         if (property != FontProperty::Background && Overrides(font, property)) overriding.push_back(font);
       } else {
         font = WrapIn(run, Known().font, FontWith(property, value));
       }
-      for (Node* node = NextInTree(font, font); node;) {
-        Node* following = NextInTree(node, font);
+      for (const Node* node = NextInTree(font, font); node;) {
+        const Node* following = NextInTree(node, font);
         if (node->IsElement()) {
           Clear(node, property);
           if (Overrides(node, property)) {
@@ -191,7 +191,7 @@ class Formatter {
     return CollectRuns(between, [&](const Node* node) {
       if (!IsInline(node)) return node->IsText() ? Taking::Skip : Taking::Enter;
       if (node->IsText()) return isWanted(node) || !ShowsOnPage(node) ? Taking::Join : Taking::Skip;
-      if (!node->IsElement() || node->tag->isAtomic) return Taking::Join;
+      if (!node->IsElement() || node->tag()->isAtomic) return Taking::Join;
       const bool parts = Holds(node, [](const Node* inside) { return IsFont(inside) || SetsWeight(inside); });
       if (parts) return Taking::Enter;
       for (const Node* inside = node; inside; inside = NextInTree(inside, node))
@@ -208,34 +208,35 @@ class Formatter {
   // All texts are bold. B and STRONG go; what they made bold outside of the range gets a B of its own, and what is
   // still bold by something else is made normal.
   void MakeNormal() {
-    const auto outermost = [](Node* from) {
-      Node* found = nullptr;
-      for (Node* node = from; node; node = node->parent)
+    const auto outermost = [](const Node* from) {
+      const Node* found = nullptr;
+      for (const Node* node = from; node; node = node->parent())
         if (node->IsElement() && IsBoldElement(node)) found = node;
       return found;
     };
-    Node* const first = outermost(span_->start.container);
-    Node* const last = outermost(span_->end.container);
+    const Node* const first = outermost(span_->start.container);
+    const Node* const last = outermost(span_->end.container);
     const BoundaryPoint none = span_->start;
-    const TrackedRange before(document_, {first ? BoundaryPoint::AtStart(first) : none, span_->start});
-    const TrackedRange behind(document_, {span_->end, last ? BoundaryPoint::AtEnd(last) : span_->end});
+    const TrackedRange before(gateway_.tree(), {first ? BoundaryPoint::AtStart(first) : none, span_->start});
+    const TrackedRange behind(gateway_.tree(), {span_->end, last ? BoundaryPoint::AtEnd(last) : span_->end});
     std::unordered_set<const Node*> bold;
     for (const TrackedRange* outside : {&before, &behind})
       for (const Node* text : ShownTexts(**outside))
         if (IsBold(text)) bold.insert(text);
 
-    std::unordered_set<Node*> seen;
-    std::vector<Node*> elements;
-    for (Node* text : texts_)
-      for (Node* node = text->parent; node && node->IsElement() && seen.insert(node).second; node = node->parent)
+    std::unordered_set<const Node*> seen;
+    std::vector<const Node*> elements;
+    for (const Node* text : texts_)
+      for (const Node* node = text->parent(); node && node->IsElement() && seen.insert(node).second;
+           node = node->parent())
         if (IsBoldElement(node) || HasBoldStyle(node)) elements.push_back(node);
-    for (Node* element : elements) {
+    for (const Node* element : elements) {
       const bool covered = !element->Contains(span_->start.container) && !element->Contains(span_->end.container);
       if (covered) ClearStyle(element, QStringLiteral("font-weight"));
       if (!IsBoldElement(element)) continue;
-      if (!element->attributes.empty()) {
-        const std::vector<Attribute> attributes = element->attributes;
-        WrapIn({element->firstChild, element->lastChild, false}, Tag::Of(QStringLiteral("span")), attributes);
+      if (!element->attributes().empty()) {
+        const std::vector<Attribute> attributes = element->attributes();
+        WrapIn({element->firstChild(), element->lastChild(), false}, Tag::Of(QStringLiteral("span")), attributes);
       }
       Unwrap(element);
     }
@@ -246,16 +247,17 @@ class Formatter {
   }
 
   // Ends every link around the place there; what lies outside of the range keeps its address.
-  void SplitLinksAt(Node* place, const Classifier& isTaken) {
-    for (Node* node = place; node;) {
-      Node* const link = node;
-      node = node->parent;
+  void SplitLinksAt(const Node* place, const Classifier& isTaken) {
+    for (const Node* node = place; node;) {
+      const Node* const link = node;
+      node = node->parent();
       if (!IsLink(link)) continue;
-      std::vector<Attribute> attributes = link->attributes;
+      std::vector<Attribute> attributes = link->attributes();
       const bool holdsStart = link->Contains(span_->start.container);
       const bool holdsEnd = link->Contains(span_->end.container);
-      const TrackedRange before(document_, {holdsStart ? BoundaryPoint::AtStart(link) : span_->start, span_->start});
-      const TrackedRange behind(document_, {span_->end, holdsEnd ? BoundaryPoint::AtEnd(link) : span_->end});
+      const TrackedRange before(gateway_.tree(),
+                                {holdsStart ? BoundaryPoint::AtStart(link) : span_->start, span_->start});
+      const TrackedRange behind(gateway_.tree(), {span_->end, holdsEnd ? BoundaryPoint::AtEnd(link) : span_->end});
       Unwrap(link);
       for (const TrackedRange* outside : {&before, &behind})
         for (const Run& run : CollectRuns(**outside, isTaken)) {
@@ -267,11 +269,10 @@ class Formatter {
     }
   }
 
-  HTMLDocument& document_;
   Gateway& gateway_;
 
   TrackedRange span_;
-  std::vector<Node*> texts_;
+  std::vector<const Node*> texts_;
   std::vector<NodeRef> seams_;
 };
 
@@ -324,46 +325,50 @@ QString ToldByFont(const Node* font, FontProperty property) {
 
 }  // namespace
 
-bool ExecCommand(HTMLDocument& document, LiveRange& range, const QString& name, const QString& value) {
+bool ExecCommand(Gateway& gateway, LiveRange& range, const QString& name, const QString& value) {
   const auto is = [&](const char* command) { return name.compare(QLatin1String(command), Qt::CaseInsensitive) == 0; };
-  if (range.IsCollapsed() || !document.bodyNode()) return false;
+  if (range.IsCollapsed() || !gateway.tree().bodyNode()) return false;
   if (const auto property = PropertyOf(name)) {
     // A page that gives no colour for its text has one that shows all the same.
     const bool isColor = *property == FontProperty::Color || *property == FontProperty::Background;
-    const QString given = value.isEmpty() && isColor ? QueryCommandValue(document, range.start, name) : value;
+    const QString given = value.isEmpty() && isColor ? QueryCommandValue(gateway.tree(), range.start, name) : value;
     const QString normal = Normalized(*property, given);
-    return !normal.isEmpty() && Formatter(document, range).SetFont(*property, normal);
+    return !normal.isEmpty() && Formatter(gateway, range).SetFont(*property, normal);
   }
-  if (is("Bold")) return Formatter(document, range).ToggleBold();
-  if (is("CreateLink")) return !value.isEmpty() && Formatter(document, range).Link(value);
+  if (is("Bold")) return Formatter(gateway, range).ToggleBold();
+  if (is("CreateLink")) return !value.isEmpty() && Formatter(gateway, range).Link(value);
   return false;
 }
 
-QString QueryCommandValue(const HTMLDocument& document, const BoundaryPoint& at, const QString& name) {
+QString QueryCommandValue(const PageTree& tree, const BoundaryPoint& at, const QString& name) {
   const auto property = PropertyOf(name);
   if (!property) return {};
   bool inLink = false;
-  for (const Node* node = at.container; node; node = node->parent) {
+  for (const Node* node = at.container; node; node = node->parent()) {
     inLink = inLink || IsLink(node);
     if (!IsFont(node)) continue;
     const QString told = ToldByFont(node, *property);
     if (!told.isEmpty()) return told;
   }
-  const HTMLBodyElement body = document.body();
+  const Node* const body = tree.bodyNode();
+  const auto color = [&](const char* attribute) {
+    return body ? NormalizeLegacyColor(AttributeValue(body, QLatin1String(attribute))) : QString();
+  };
+  const auto style = [&](const char* declared) { return body ? StyleValue(body, QLatin1String(declared)) : QString(); };
   QString value;
   switch (*property) {
     case FontProperty::Color:
-      if (inLink) value = body.link();
-      if (value.isEmpty()) value = body.text();
+      if (inLink) value = color("link");
+      if (value.isEmpty()) value = color("text");
       return value.isEmpty() ? QStringLiteral("#000000") : value;
     case FontProperty::Face:
-      value = WithoutQuotes(body.style().fontFamily());
+      value = WithoutQuotes(style("font-family"));
       return value.isEmpty() ? QStringLiteral("Times New Roman") : value;
     case FontProperty::Size:
-      value = body.style().fontSize();
+      value = style("font-size");
       return value.isEmpty() ? QStringLiteral("3") : FontSizeMap(value);
     case FontProperty::Background:
-      for (const Node* node = at.container; node && value.isEmpty(); node = node->parent)
+      for (const Node* node = at.container; node && value.isEmpty(); node = node->parent())
         if (node->IsElement(Known().td) || node->IsElement(Known().table) || node->IsElement(Known().body))
           value = NormalizeLegacyColor(AttributeValue(node, QStringLiteral("bgcolor")));
       return value.isEmpty() ? QStringLiteral("#FFFFFF") : value;

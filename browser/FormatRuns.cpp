@@ -2,23 +2,23 @@
 
 #include <unordered_set>
 
-#include "HTMLDocument.h"
+#include "Gateway.h"
 #include "TextWalker.h"
 
 namespace {
 
 bool IsAtomic(const Node* node) {
-  return node->IsElement() && (node->tag->isAtomic || node->tag == Known().br);
+  return node->IsElement() && (node->tag()->isAtomic || node->tag() == Known().br);
 }
 
 bool IsHidden(const Node* node) {
-  return !node->IsText() && (!node->IsElement() || node->tag->isHidden);
+  return !node->IsText() && (!node->IsElement() || node->tag()->isHidden);
 }
 
 bool ShowsTextOrPicture(const Run& run) {
-  for (const Node* top = run.first; top; top = top == run.last ? nullptr : top->next) {
+  for (const Node* top = run.first; top; top = top == run.last ? nullptr : top->next()) {
     for (const Node* node = top; node;) {
-      if (node->IsText() ? ShowsOnPage(node) : node->IsElement() && node->tag->isAtomic) return true;
+      if (node->IsText() ? ShowsOnPage(node) : node->IsElement() && node->tag()->isAtomic) return true;
       node = IsHidden(node) || IsAtomic(node) ? NextSkippingChildren(node, top) : NextInTree(node, top);
     }
   }
@@ -26,14 +26,14 @@ bool ShowsTextOrPicture(const Run& run) {
 }
 
 bool NothingShowsBefore(const BoundaryPoint& point) {
-  const Node* node = point.before ? point.before->previous : point.container->lastChild;
-  while (node && !ShowsSomething(node)) node = node->previous;
+  const Node* node = point.before ? point.before->previous() : point.container->lastChild();
+  while (node && !ShowsSomething(node)) node = node->previous();
   return !node;
 }
 
 bool NothingShowsBehind(const BoundaryPoint& point) {
   const Node* node = point.before;
-  while (node && !ShowsSomething(node)) node = node->next;
+  while (node && !ShowsSomething(node)) node = node->next();
   return !node;
 }
 
@@ -48,8 +48,8 @@ void Narrow(LiveRange& span) {
 // Moves the points out of elements that the stretch covers.
 void Widen(LiveRange& span, const Node* body) {
   while (true) {
-    Node* const first = span.start.container;
-    Node* const last = span.end.container;
+    const Node* const first = span.start.container;
+    const Node* const last = span.end.container;
     const bool atStart = first != body && NothingShowsBefore(span.start);
     const bool atEnd = last != body && NothingShowsBehind(span.end);
     if (first == last && atStart && atEnd) {
@@ -74,15 +74,15 @@ BoundaryPoint OutOfText(const BoundaryPoint& point) {
 template <typename Visit>
 void Walk(const LiveRange& between, Visit visit) {
   std::unordered_set<const Node*> around;  // that end behind the end
-  for (const Node* node = between.end.container; node; node = node->parent) around.insert(node);
-  Node* const stop = NodeBehind(between.end);
-  for (Node* node = NodeBehind(between.start); node && node != stop;)
+  for (const Node* node = between.end.container; node; node = node->parent()) around.insert(node);
+  const Node* const stop = NodeBehind(between.end);
+  for (const Node* node = NodeBehind(between.start); node && node != stop;)
     node = visit(node, !around.contains(node)) ? NextInTree(node) : NextSkippingChildren(node);
 }
 
 void Trim(Run& run) {
-  while (run.first != run.last && !ShowsSomething(run.first)) run.first = run.first->next;
-  while (run.last != run.first && !ShowsSomething(run.last)) run.last = run.last->previous;
+  while (run.first != run.last && !ShowsSomething(run.first)) run.first = run.first->next();
+  while (run.last != run.first && !ShowsSomething(run.last)) run.last = run.last->previous();
 }
 
 }  // namespace
@@ -95,21 +95,21 @@ bool ShowsSomething(const Node* root) {
   return false;
 }
 
-TrackedRange::TrackedRange(HTMLDocument& document, const LiveRange& range) : document_(document), range_(range) {
-  document_.AddRange(&range_);
+TrackedRange::TrackedRange(const PageTree& tree, const LiveRange& range) : tree_(tree), range_(range) {
+  tree_.AddRange(&range_);
 }
 
 TrackedRange::~TrackedRange() {
-  document_.RemoveRange(&range_);
+  tree_.RemoveRange(&range_);
 }
 
 std::vector<Run> CollectRuns(const LiveRange& between, const Classifier& classify) {
   std::vector<Run> runs;
   bool open = false;  // the last run may go on
-  Walk(between, [&](Node* node, bool covered) {
+  Walk(between, [&](const Node* node, bool covered) {
     const Taking taking = covered ? classify(node) : Taking::Enter;
     if (taking == Taking::Join) {
-      if (open && runs.back().last->next == node) {
+      if (open && runs.back().last->next() == node) {
         runs.back().last = node;
       } else {
         runs.push_back({node, node, false});
@@ -127,17 +127,16 @@ std::vector<Run> CollectRuns(const LiveRange& between, const Classifier& classif
   return runs;
 }
 
-std::vector<Node*> ShownTexts(const LiveRange& between) {
-  std::vector<Node*> texts;
-  Walk(between, [&](Node* node, bool) {
+std::vector<const Node*> ShownTexts(const LiveRange& between) {
+  std::vector<const Node*> texts;
+  Walk(between, [&](const Node* node, bool) {
     if (node->IsText() && IsInline(node) && ShowsOnPage(node)) texts.push_back(node);
     return !IsHidden(node) && !IsAtomic(node);
   });
   return texts;
 }
 
-LiveRange CutOut(HTMLDocument& document, LiveRange& range) {
-  Gateway& gateway = document.gateway();
+LiveRange CutOut(Gateway& gateway, LiveRange& range) {
   const auto isInside = [](const BoundaryPoint& point) {
     return point.IsInText() && point.offset > 0 && point.offset < point.container->Length();
   };
@@ -145,26 +144,26 @@ LiveRange CutOut(HTMLDocument& document, LiveRange& range) {
   if (isInside(range.start)) {
     const bool same = range.end.container == range.start.container;
     const int length = range.end.offset - range.start.offset;
-    Node* const rest = gateway.SplitText(range.start.container, range.start.offset);
+    const Node* const rest = gateway.SplitText(range.start.container, range.start.offset);
     range.start = BoundaryPoint::InText(rest, 0);
     if (same) range.end = BoundaryPoint::InText(rest, length);
   }
   LiveRange span{OutOfText(range.start), OutOfText(range.end)};
   Narrow(span);
   // Over nothing but edges the points may have passed each other.
-  if (ComparePoints(document.order(), span.start, span.end) >= 0) return {span.start, span.start};
-  Widen(span, document.bodyNode());
+  if (ComparePoints(gateway.tree().order(), span.start, span.end) >= 0) return {span.start, span.start};
+  Widen(span, gateway.tree().bodyNode());
   return span;
 }
 
 bool Holds(const Node* root, const std::function<bool(const Node*)>& isObstacle) {
   for (const Node* node = root; node; node = NextInTree(node, root))
-    if (node->IsElement() && (node->tag->isBlock || isObstacle(node))) return true;
+    if (node->IsElement() && (node->tag()->isBlock || isObstacle(node))) return true;
   return false;
 }
 
 bool IsInline(const Node* node) {
-  const Tag* const around = node->parent->tag;
+  const Tag* const around = node->parent()->tag();
   if (around && (around->isTablePart || around->isAtomic || around->isHidden || around->isRawText)) return false;
-  return !node->IsElement() || !node->tag->isBlock;
+  return !node->IsElement() || !node->tag()->isBlock;
 }

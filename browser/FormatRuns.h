@@ -6,12 +6,13 @@
 
 #include "BoundaryPoint.h"
 
-class HTMLDocument;
+class Gateway;
+class PageTree;
 
 // Two points that keep their place while they exist.
 class TrackedRange {
  public:
-  TrackedRange(HTMLDocument& document, const LiveRange& range);
+  TrackedRange(const PageTree& tree, const LiveRange& range);
   ~TrackedRange();
   TrackedRange(const TrackedRange&) = delete;
   TrackedRange& operator=(const TrackedRange&) = delete;
@@ -20,14 +21,14 @@ class TrackedRange {
   const LiveRange* operator->() const { return &range_; }
 
  private:
-  HTMLDocument& document_;
+  const PageTree& tree_;
   LiveRange range_;
 };
 
 // Siblings from `first` to `last`; a single one is an element that is taken for itself.
 struct Run {
-  Node* first;
-  Node* last;
+  const Node* first;
+  const Node* last;
   bool single;
 };
 
@@ -46,11 +47,11 @@ using Classifier = std::function<Taking(const Node*)>;
 std::vector<Run> CollectRuns(const LiveRange& between, const Classifier& classify);
 
 // Every text between the points that shows.
-std::vector<Node*> ShownTexts(const LiveRange& between);
+std::vector<const Node*> ShownTexts(const LiveRange& between);
 
 // Cuts the texts in which the range begins and ends and tells the stretch between the cuts, with its points as far
 // outside as they can be without taking in more that shows.
-LiveRange CutOut(HTMLDocument& document, LiveRange& range);
+LiveRange CutOut(Gateway& gateway, LiveRange& range);
 
 // Whether there is something to see in the node: text, a line break, a picture or another thing of its own.
 bool ShowsSomething(const Node* root);

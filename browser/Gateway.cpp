@@ -1,163 +1,210 @@
 #include "Gateway.h"
 
+#include <algorithm>
 #include <cassert>
 
-#include "HTMLDocument.h"
 #include "LivePage.h"
-#include "TreeStep.h"
+#include "TreeBuilder.h"
 
 namespace {
 
 NodeId IdOf(const Node* node) {
-  return node ? node->id : 0;
+  return node ? node->id() : 0;
 }
 
 NodePlace PlaceOf(const BoundaryPoint& point) {
-  return {point.container->id, point.IsInText() ? point.offset : IdOf(point.before)};
+  return {point.container->id(), point.IsInText() ? point.offset : IdOf(point.before)};
+}
+
+std::vector<NodeId> IdsBetween(const Node* first, const Node* last) {
+  std::vector<NodeId> ids;
+  for (const Node* node = first; node; node = node == last ? nullptr : node->next()) ids.push_back(node->id());
+  return ids;
+}
+
+std::vector<NodeId> IdsWithin(const Node* top) {
+  std::vector<NodeId> ids;
+  for (const Node* node = top; node; node = NextInTree(node, top)) ids.push_back(node->id());
+  return ids;
+}
+
+AttributeStep StepFor(const Node* element, int index, const QString& name, const std::optional<QString>& after) {
+  const auto& attributes = element->attributes();
+  if (index == int(attributes.size())) return {element->id(), index, name, std::nullopt, after};
+  return {element->id(), index, attributes[std::size_t(index)].name, attributes[std::size_t(index)].value, after};
 }
 
 }  // namespace
 
-void Gateway::Move(const TreeStep& step, Origin origin) {
-  document_.ForEachPoint([&](BoundaryPoint& point) {
+Node* Gateway::At(NodeId id) const {
+  return Node::Own(tree_.FindNode(id));
+}
+
+void Gateway::MoveRanges(const TreeStep& step) {
+  if (std::holds_alternative<AttributeStep>(step)) return;
+  tree_.ForEachPoint([&](BoundaryPoint& point) {
     if (!point) return;
     NodePlace place = PlaceOf(point);
     if (!MovePlace(place, step)) return;
-    Node* const container = document_.FindNode(place.container);
+    const Node* const container = tree_.FindNode(place.container);
     assert(container);
     point = container->IsText() ? BoundaryPoint::InText(container, place.rest)
-                                : BoundaryPoint{container, 0, document_.FindNode(place.rest)};
+                                : BoundaryPoint{container, 0, tree_.FindNode(place.rest)};
   });
-  if (origin == Origin::Program && document_.page()) document_.page()->PlacesMoved(step);
 }
 
-void Gateway::Insert(Node* parent, Node* before, Node* subtree, Origin origin) {
-  assert(parent->IsAttached() && !subtree->parent);
-  parent->Link(subtree, before);
-  document_.Attach(subtree);
-  Move(InsertStep{parent->id, IdOf(before), subtree->id}, origin);
-  if (origin == Origin::Program && document_.page()) document_.page()->Inserted(subtree);
+void Gateway::Play(TreeStep step, Origin origin) {
+  std::visit([this](auto& one) { Do(one); }, step);
+  MoveRanges(step);
+  if (origin == Origin::Program && tree_.page()) tree_.page()->Changed(step);
 }
 
-void Gateway::TakeOut(Node* subtree, Origin origin) {
-  assert(subtree->IsAttached() && subtree->parent);
-  RemoveStep step{subtree->parent->id, IdOf(subtree->next), {}};
-  for (const Node* node = subtree; node; node = NextInTree(node, subtree)) step.nodes.push_back(node->id);
-  Move(step, origin);
-  document_.Detach(subtree);
-  subtree->Unlink();
+void Gateway::Do(ReplaceStep& step) {
+  At(step.text)->data_.replace(step.offset, step.removed.size(), step.inserted);
 }
 
-void Gateway::Take(Node* subtree) {
-  TakeOut(subtree, Origin::Page);
+void Gateway::Do(SplitStep& step) {
+  Node* const text = At(step.text);
+  Node* const rest = step.node ? Node::Own(step.node.get()) : TreeBuilder::Text(text->data_.mid(step.offset));
+  text->data_.truncate(step.offset);
+  text->parent_->Link(rest, text->next_);
+  tree_.Attach(rest);
+  step.rest = rest->id_;
+  step.node = NodeRef(rest);
 }
 
-void Gateway::Remove(Node* subtree, Origin origin) {
-  const Node* const parent = subtree->parent;
-  const NodeId id = subtree->id;
-  TakeOut(subtree, origin);
-  document_.Discard(subtree);
-  if (origin == Origin::Program && document_.page()) document_.page()->Removed(parent, id);
+void Gateway::Do(JoinStep& step) {
+  Node* const rest = At(step.rest);
+  At(step.text)->data_ += rest->data_;
+  tree_.Detach(rest);
+  rest->Unlink();
 }
 
-void Gateway::Wrap(Node* first, Node* last, Node* wrapper) {
-  Node* const parent = first->parent;
-  assert(parent->IsAttached() && !wrapper->parent && !wrapper->firstChild && last->parent == parent);
-  parent->Link(wrapper, first);
-  std::vector<NodeId> children;
-  for (Node* node = first;;) {
-    Node* const next = node->next;
-    const bool isLast = node == last;
-    children.push_back(node->id);
-    node->Unlink();
-    wrapper->Link(node, nullptr);
-    if (isLast) break;
-    node = next;
+void Gateway::Do(InsertStep& step) {
+  Node* const top = Node::Own(step.node.get());
+  At(step.parent)->Link(top, At(step.before));
+  tree_.Attach(top);
+  step.top = top->id_;
+}
+
+void Gateway::Do(RemoveStep& step) {
+  Node* const top = At(step.nodes.front());
+  tree_.Detach(top);
+  top->Unlink();
+}
+
+void Gateway::Do(WrapStep& step) {
+  Node* const wrapper = Node::Own(step.node.get());
+  Node* const parent = At(step.parent);
+  parent->Link(wrapper, step.children.empty() ? At(step.next) : At(step.children.front()));
+  for (const NodeId id : step.children) {
+    Node* const child = At(id);
+    child->Unlink();
+    wrapper->Link(child, nullptr);
   }
-  document_.AttachAlone(wrapper);
-  Move(WrapStep{parent->id, wrapper->id, std::move(children)});
-  if (document_.page()) document_.page()->Wrapped(wrapper);
+  tree_.AttachAlone(wrapper);
+  step.wrapper = wrapper->id_;
 }
 
-void Gateway::Unwrap(Node* element) {
-  assert(element->IsAttached() && element->IsElement());
-  Node* const parent = element->parent;
-  Node* const next = element->next;
-  Node* const inFront = element->firstChild ? element->firstChild : next;
-  Move(UnwrapStep{parent->id, element->id, IdOf(element->firstChild), IdOf(next)});
-  Node* const last = element->lastChild;
-  document_.DetachAlone(element);
-  while (Node* child = element->firstChild) {
+void Gateway::Do(UnwrapStep& step) {
+  Node* const element = At(step.element);
+  Node* const parent = At(step.parent);
+  tree_.DetachAlone(element);
+  while (Node* child = element->firstChild_) {
     child->Unlink();
     parent->Link(child, element);
   }
   element->Unlink();
-  const NodeId id = element->id;
-  document_.Discard(element);
-  if (document_.page()) document_.page()->Unwrapped(id, parent, last ? inFront : nullptr, last);
 }
 
-void Gateway::SetAttribute(Node* element, const QString& name, const QString& value, Origin origin) {
-  for (Attribute& attribute : element->attributes) {
-    if (attribute.name.compare(name, Qt::CaseInsensitive) != 0) continue;
-    if (attribute.value == value) return;
-    attribute.value = value;
-    if (origin == Origin::Program && document_.page()) document_.page()->AttributeSet(element, attribute.name, value);
-    return;
-  }
-  const QString written = element->tag->space == Namespace::Html ? name.toLower() : name;
-  element->attributes.push_back({written, value});
-  if (origin == Origin::Program && document_.page()) document_.page()->AttributeSet(element, written, value);
-}
-
-void Gateway::RemoveAttribute(Node* element, const QString& name, Origin origin) {
-  auto& attributes = element->attributes;
-  for (auto it = attributes.begin(); it != attributes.end(); ++it) {
-    if (it->name.compare(name, Qt::CaseInsensitive) != 0) continue;
-    const QString written = it->name;
-    attributes.erase(it);
-    if (origin == Origin::Program && document_.page()) document_.page()->AttributeRemoved(element, written);
-    return;
+void Gateway::Do(AttributeStep& step) {
+  auto& attributes = At(step.element)->attributes_;
+  const auto at = attributes.begin() + step.index;
+  if (!step.after) {
+    attributes.erase(at);
+  } else if (step.before) {
+    at->value = *step.after;
+  } else {
+    attributes.insert(at, {step.name, *step.after});
   }
 }
 
-void Gateway::ReplaceData(Node* node, int offset, int count, const QString& data, Origin origin) {
-  assert(offset >= 0 && count >= 0 && offset + count <= node->Length());
+void Gateway::Insert(const Node* parent, const Node* before, Node* subtree, Origin origin) {
+  assert(parent->IsAttached() && !subtree->parent());
+  Play(InsertStep{parent->id(), IdOf(before), 0, NodeRef(subtree)}, origin);
+}
+
+void Gateway::Remove(const Node* subtree) {
+  assert(subtree->IsAttached() && subtree->parent());
+  Play(RemoveStep{subtree->parent()->id(), IdOf(subtree->next()), IdsWithin(subtree), NodeRef(subtree)});
+  tree_.Discard(Node::Own(subtree));
+}
+
+Node* Gateway::Take(const Node* subtree) {
+  assert(subtree->IsAttached() && subtree->parent());
+  Play(RemoveStep{subtree->parent()->id(), IdOf(subtree->next()), IdsWithin(subtree), NodeRef(subtree)}, Origin::Page);
+  return Node::Own(subtree);
+}
+
+void Gateway::Discard(Node* subtree) {
+  assert(!subtree->IsAttached() && !subtree->parent());
+  tree_.Discard(subtree);
+}
+
+void Gateway::Wrap(const Node* first, const Node* last, Node* wrapper) {
+  assert(first->IsAttached() && last->parent() == first->parent() && !wrapper->parent() && !wrapper->firstChild());
+  Play(WrapStep{first->parent()->id(), 0, IdOf(last->next()), IdsBetween(first, last), NodeRef(wrapper)});
+}
+
+void Gateway::Unwrap(const Node* element) {
+  assert(element->IsAttached() && element->IsElement());
+  Play(UnwrapStep{element->parent()->id(), element->id(), IdOf(element->next()),
+                  IdsBetween(element->firstChild(), element->lastChild()), NodeRef(element)});
+  tree_.Discard(Node::Own(element));
+}
+
+void Gateway::SetAttribute(const Node* element, const QString& name, const QString& value) {
+  const auto& attributes = element->attributes();
+  const auto known = std::find_if(attributes.begin(), attributes.end(), [&](const Attribute& one) {
+    return one.name.compare(name, Qt::CaseInsensitive) == 0;
+  });
+  if (known != attributes.end() && known->value == value) return;
+  const QString written = element->tag()->space == Namespace::Html ? name.toLower() : name;
+  Play(StepFor(element, int(known - attributes.begin()), written, value));
+}
+
+void Gateway::RemoveAttribute(const Node* element, const QString& name) {
+  const auto& attributes = element->attributes();
+  const auto known = std::find_if(attributes.begin(), attributes.end(), [&](const Attribute& one) {
+    return one.name.compare(name, Qt::CaseInsensitive) == 0;
+  });
+  if (known != attributes.end()) Play(StepFor(element, int(known - attributes.begin()), name, std::nullopt));
+}
+
+void Gateway::TakeAttributes(const Node* element, const std::vector<Attribute>& attributes) {
+  const auto& own = element->attributes();
+  std::size_t same = 0;
+  while (same < own.size() && same < attributes.size() && own[same] == attributes[same]) ++same;
+  while (own.size() > same) Play(StepFor(element, int(own.size()) - 1, {}, std::nullopt), Origin::Page);
+  for (; same < attributes.size(); ++same)
+    Play(StepFor(element, int(same), attributes[same].name, attributes[same].value), Origin::Page);
+}
+
+void Gateway::ReplaceData(const Node* node, int offset, int count, const QString& data, Origin origin) {
+  assert(node->IsAttached() && offset >= 0 && count >= 0 && offset + count <= node->Length());
   if (count == 0 && data.isEmpty()) return;
-  node->data.replace(offset, count, data);
-  Move(ReplaceStep{node->id, offset, count, int(data.size())}, origin);
-  if (origin == Origin::Program && document_.page()) document_.page()->DataReplaced(node, offset, count, data);
+  Play(ReplaceStep{node->id(), offset, node->data().mid(offset, count), data}, origin);
 }
 
-Node* Gateway::SplitText(Node* text, int offset) {
-  assert(text->IsText() && offset > 0 && offset < text->Length());
-  Node* const rest = document_.CreateText(text->data.mid(offset));
-  const int count = rest->Length();
-  text->parent->Link(rest, text->next);
-  document_.Attach(rest);
-  Move(SplitStep{text->id, offset, rest->id});
-  text->data.truncate(offset);
-  if (LivePage* const page = document_.page()) {
-    page->Inserted(rest);
-    page->DataReplaced(text, offset, count, {});
-  }
-  return rest;
+const Node* Gateway::SplitText(const Node* text, int offset) {
+  assert(text->IsAttached() && text->IsText() && offset > 0 && offset < text->Length());
+  Play(SplitStep{text->id(), offset, 0});
+  return text->next();
 }
 
-void Gateway::JoinWithNext(Node* text) {
-  Node* const rest = text->next;
-  assert(text->IsText() && rest && rest->IsText());
-  const int length = text->Length();
-  const QString data = rest->data;
-  Node* const parent = text->parent;
-  const NodeId id = rest->id;
-  Move(JoinStep{text->id, length, id, parent->id});
-  text->data += data;
-  document_.Detach(rest);
-  rest->Unlink();
-  document_.Discard(rest);
-  if (LivePage* const page = document_.page()) {
-    if (!data.isEmpty()) page->DataReplaced(text, length, 0, data);
-    page->Removed(parent, id);
-  }
+void Gateway::JoinWithNext(const Node* text) {
+  const Node* const rest = text->next();
+  assert(text->IsAttached() && text->IsText() && rest && rest->IsText());
+  Play(JoinStep{text->id(), text->Length(), rest->id(), text->parent()->id(), NodeRef(rest)});
+  tree_.Discard(Node::Own(rest));
 }

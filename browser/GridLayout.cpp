@@ -2,58 +2,59 @@
 
 #include <algorithm>
 
-#include "HTMLDocument.h"
+#include "PageTree.h"
 
-GridLayout::GridLayout(const HTMLDocument& document) : body_(document.bodyNode()) {
+GridLayout::GridLayout(const PageTree& tree) : body_(tree.bodyNode()) {
   if (!body_) return;
   lines_.push_back({body_, {}});
   // A block starts a line and so does what follows it; a line that nothing came onto is used again.
-  const auto startLine = [&](Node* block) {
+  const auto startLine = [&](const Node* block) {
     if (lines_.back().cells.empty() && lines_.back().block->Contains(block)) {
       lines_.back().block = block;
     } else {
       lines_.push_back({block, {}});
     }
   };
-  Node* node = body_->firstChild;
+  const Node* node = body_->firstChild();
   while (node) {
     if (node->IsText()) {
-      const bool structure = node->parent->tag->isTablePart;
+      const bool structure = node->parent()->tag()->isTablePart;
       for (int at = 0; at < node->Length() && !structure; ++at) {
-        const bool pair = node->data[at].isHighSurrogate() && at + 1 < node->Length();
-        if (node->data[at] != u'\n' && node->data[at] != u'\r') lines_.back().cells.push_back({node, at, pair ? 2 : 1});
+        const bool pair = node->data()[at].isHighSurrogate() && at + 1 < node->Length();
+        if (node->data()[at] != u'\n' && node->data()[at] != u'\r')
+          lines_.back().cells.push_back({node, at, pair ? 2 : 1});
         at += pair;
       }
-    } else if (node->IsElement() && !node->tag->isHidden) {
-      if (node->tag == Known().br) {
+    } else if (node->IsElement() && !node->tag()->isHidden) {
+      if (node->tag() == Known().br) {
         lines_.back().cells.push_back({node, 0, 0});
         lines_.push_back({lines_.back().block, {}});
-      } else if (node->tag->isAtomic) {
+      } else if (node->tag()->isAtomic) {
         lines_.back().cells.push_back({node, 0, 1});
       } else {
-        if (node->tag->isBlock) startLine(node);
-        if (node->firstChild) {
-          node = node->firstChild;
+        if (node->tag()->isBlock) startLine(node);
+        if (node->firstChild()) {
+          node = node->firstChild();
           continue;
         }
       }
     }
-    while (node && !node->next) {
-      if (node->IsElement() && node->tag->isBlock && node->parent && node != body_) {
-        Node* block = node->parent;
-        while (!block->tag->isBlock) block = block->parent;
+    while (node && !node->next()) {
+      if (node->IsElement() && node->tag()->isBlock && node->parent() && node != body_) {
+        const Node* block = node->parent();
+        while (!block->tag()->isBlock) block = block->parent();
         lines_.push_back({block, {}});
       }
-      node = node->parent;
+      node = node->parent();
       if (node == body_) return;
     }
     if (!node) return;
-    if (node->IsElement() && node->tag->isBlock && !node->tag->isHidden) {
-      Node* block = node->parent;
-      while (!block->tag->isBlock) block = block->parent;
+    if (node->IsElement() && node->tag()->isBlock && !node->tag()->isHidden) {
+      const Node* block = node->parent();
+      while (!block->tag()->isBlock) block = block->parent();
       lines_.push_back({block, {}});
     }
-    node = node->next;
+    node = node->next();
   }
 }
 
@@ -87,7 +88,7 @@ std::optional<QPoint> GridLayout::PositionOf(const BoundaryPoint& point) const {
   }
   if (point.before)
     if (const auto edge = EdgeOf(point.before, false)) return edge;
-  if (const Node* previous = point.before ? point.before->previous : point.container->lastChild)
+  if (const Node* previous = point.before ? point.before->previous() : point.container->lastChild())
     if (const auto edge = EdgeOf(previous, true)) return edge;
   for (std::size_t l = 0; l < lines_.size(); ++l)
     if (lines_[l].block == point.container) return Corner(l, 0);
@@ -109,7 +110,7 @@ GridLayout::Hit GridLayout::At(QPoint point) const {
       // The nearer side of the character.
       const bool behind = (point.x() - margin) % cellWidth >= cellWidth / 2;
       if (cell.node->IsText()) {
-        hit.element = cell.node->parent;
+        hit.element = cell.node->parent();
         hit.caret = BoundaryPoint::InText(cell.node, cell.offset + (behind ? cell.length : 0));
       } else {
         hit.element = cell.node;
@@ -139,11 +140,11 @@ GridLayout::Hit GridLayout::At(QPoint point) const {
     }
     if (!hit.caret) hit.caret = BoundaryPoint::AtStart(body_);
   }
-  if (hit.element->tag->isTablePart) hit.element = hit.element->tag == Known().table ? hit.element : body_;
+  if (hit.element->tag()->isTablePart) hit.element = hit.element->tag() == Known().table ? hit.element : body_;
   if (hit.element == body_) {
     // Beside or below a table the page itself was hit: the place is behind the table, not in its last cell.
-    for (Node* n = hit.caret.container; n && n != body_; n = n->parent)
-      if (n->tag == Known().table) hit.caret = BoundaryPoint::Behind(n);
+    for (const Node* n = hit.caret.container; n && n != body_; n = n->parent())
+      if (n->tag() == Known().table) hit.caret = BoundaryPoint::Behind(n);
   }
   hit.caretPosition = PositionOf(hit.caret).value_or(Corner(0, 0));
   return hit;

@@ -8,7 +8,7 @@
 
 #include "BoundaryPoint.h"
 
-class HTMLDocument;
+class PageTree;
 
 class GridLayout {
  public:
@@ -16,11 +16,11 @@ class GridLayout {
   static constexpr int cellHeight = 16;
   static constexpr int margin = 8;
 
-  explicit GridLayout(const HTMLDocument& document);
+  explicit GridLayout(const PageTree& tree);
 
   // What a mouse event at a point of the view meets: the element, and the nearest place in the text.
   struct Hit {
-    Node* element = nullptr;
+    const Node* element = nullptr;
     BoundaryPoint caret;
     QPoint caretPosition;
   };
@@ -32,17 +32,17 @@ class GridLayout {
 
  private:
   struct Cell {
-    Node* node;  // text or atomic element
-    int offset;  // in text: of the character
+    const Node* node;  // text or atomic element
+    int offset;        // in text: of the character
     int length;
   };
   struct Line {
-    Node* block;  // innermost block or cell that the line belongs to
+    const Node* block;  // innermost block or cell that the line belongs to
     std::vector<Cell> cells;
   };
   static QPoint Corner(std::size_t line, std::size_t column);
   std::optional<QPoint> EdgeOf(const Node* node, bool right) const;
 
-  Node* body_;
+  const Node* body_;
   std::vector<Line> lines_;
 };

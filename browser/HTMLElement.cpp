@@ -12,13 +12,13 @@ namespace {
 
 // The document in whose tree the element stands; null for none and for a removed element.
 HTMLDocument* DocumentOf(const Node* node) {
-  return node && node->IsAttached() ? node->document : nullptr;
+  return node && node->IsAttached() ? node->tree()->document() : nullptr;
 }
 
 }  // namespace
 
 QString HTMLElement::tagName() const {
-  return node_ ? node_->tag->tagName : QString();
+  return node_ ? node_->tag()->tagName : QString();
 }
 
 QString HTMLElement::id() const {
@@ -26,7 +26,7 @@ QString HTMLElement::id() const {
 }
 
 HTMLElement HTMLElement::parentElement() const {
-  return node_ && node_->parent && node_->parent->IsElement() ? HTMLElement(node_->parent) : HTMLElement();
+  return node_ && node_->parent() && node_->parent()->IsElement() ? HTMLElement(node_->parent()) : HTMLElement();
 }
 
 HTMLElementCollection HTMLElement::children() const {
@@ -39,19 +39,19 @@ HTMLElementCollection HTMLElement::all() const {
 
 int HTMLElement::sourceIndex() const {
   const HTMLDocument* document = DocumentOf(node_.get());
-  return document ? document->order().ElementIndex(node_.get()) : -1;
+  return document ? document->tree().order().ElementIndex(node_.get()) : -1;
 }
 
 QString HTMLElement::outerHTML() const {
-  return node_ ? OuterHtml(node_.get(), node_->document && node_->document->scripting()) : QString();
+  return node_ ? OuterHtml(node_.get(), node_->tree() && node_->tree()->scripting()) : QString();
 }
 
 void HTMLElement::setOuterHTML(const QString& html) {
   HTMLDocument* const document = DocumentOf(node_.get());
-  if (!document || !node_->parent->IsElement()) return;
-  const std::vector<Node*> nodes = ParseFragment(html, node_->parent);
-  InsertNodes(*document, BoundaryPoint::Before(node_.get()), nodes);
-  RemoveNode(*document, node_.get());
+  if (!document || !node_->parent()->IsElement()) return;
+  const std::vector<Node*> nodes = ParseFragment(html, node_->parent());
+  InsertNodes(document->gateway(), BoundaryPoint::Before(node_.get()), nodes);
+  RemoveNode(document->gateway(), node_.get());
 }
 
 void HTMLElement::insertAdjacentHTML(const QString& where, const QString& html) {
@@ -69,7 +69,7 @@ void HTMLElement::insertAdjacentHTML(const QString& where, const QString& html) 
     at = BoundaryPoint::Behind(node_.get());
   }
   if (!at || !at.container->IsElement()) return;
-  InsertNodes(*document, at, ParseFragment(html, at.container));
+  InsertNodes(document->gateway(), at, ParseFragment(html, at.container));
 }
 
 QString HTMLElement::getAttribute(const QString& name, int) const {
@@ -114,18 +114,24 @@ QString HTMLBodyElement::background() const {
 }
 
 void HTMLBodyElement::setText(const QString& color) {
-  if (HTMLDocument* document = DocumentOf(node_.get()))
-    WriteColor(document->gateway(), node_.get(), QStringLiteral("text"), color);
+  WriteColor(QStringLiteral("text"), color);
 }
 
 void HTMLBodyElement::setLink(const QString& color) {
-  if (HTMLDocument* document = DocumentOf(node_.get()))
-    WriteColor(document->gateway(), node_.get(), QStringLiteral("link"), color);
+  WriteColor(QStringLiteral("link"), color);
 }
 
 void HTMLBodyElement::setVLink(const QString& color) {
-  if (HTMLDocument* document = DocumentOf(node_.get()))
-    WriteColor(document->gateway(), node_.get(), QStringLiteral("vlink"), color);
+  WriteColor(QStringLiteral("vlink"), color);
+}
+
+void HTMLBodyElement::setBgColor(const QString& color) {
+  WriteColor(QStringLiteral("bgcolor"), color);
+}
+
+void HTMLBodyElement::WriteColor(const QString& name, const QString& color) {
+  if (!node_ || (color.isEmpty() && !node_->FindAttribute(name))) return;
+  setAttribute(name, color);
 }
 
 void HTMLBodyElement::setBackground(const QString& picture) {
@@ -133,11 +139,11 @@ void HTMLBodyElement::setBackground(const QString& picture) {
 }
 
 int HTMLElementCollection::length() const {
-  if (document_) return document_->order().ElementCount();
+  if (tree_) return tree_->order().ElementCount();
   if (!root_) return 0;
   int count = 0;
   if (kind_ == Kind::Children) {
-    for (const Node* child = root_.node()->firstChild; child; child = child->next) count += child->IsElement();
+    for (const Node* child = root_.node()->firstChild(); child; child = child->next()) count += child->IsElement();
   } else {
     for (const Node* n = NextInTree(root_.node(), root_.node()); n; n = NextInTree(n, root_.node()))
       count += n->IsElement();
@@ -147,13 +153,13 @@ int HTMLElementCollection::length() const {
 
 HTMLElement HTMLElementCollection::item(int index) const {
   if (index < 0) return {};
-  if (document_) return HTMLElement(document_->order().ElementAt(index));
+  if (tree_) return HTMLElement(tree_->order().ElementAt(index));
   if (!root_) return {};
   if (kind_ == Kind::Children) {
-    for (Node* child = root_.node()->firstChild; child; child = child->next)
+    for (const Node* child = root_.node()->firstChild(); child; child = child->next())
       if (child->IsElement() && index-- == 0) return HTMLElement(child);
   } else {
-    for (Node* n = NextInTree(root_.node(), root_.node()); n; n = NextInTree(n, root_.node()))
+    for (const Node* n = NextInTree(root_.node(), root_.node()); n; n = NextInTree(n, root_.node()))
       if (n->IsElement() && index-- == 0) return HTMLElement(n);
   }
   return {};
@@ -163,8 +169,7 @@ namespace {
 
 StyleDeclarations StyleOf(const Node* node) {
   const Attribute* attribute = node->FindAttribute(QStringLiteral("style"));
-  return StyleDeclarations::Parse(attribute ? attribute->value : QString(),
-                                  !node->document || node->document->quirks());
+  return StyleDeclarations::Parse(attribute ? attribute->value : QString(), !node->tree() || node->tree()->quirks());
 }
 
 }  // namespace

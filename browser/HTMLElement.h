@@ -15,7 +15,7 @@ class HTMLTxtRange;
 class HTMLElement {
  public:
   HTMLElement() = default;  // none
-  explicit HTMLElement(Node* node) : node_(node) {}
+  explicit HTMLElement(const Node* node) : node_(node) {}
 
   explicit operator bool() const { return bool(node_); }
   bool operator==(const HTMLElement&) const = default;
@@ -42,7 +42,7 @@ class HTMLElement {
 
   HTMLStyle style() const;
 
-  Node* node() const { return node_.get(); }
+  const Node* node() const { return node_.get(); }
 
  protected:
   NodeRef node_;
@@ -66,8 +66,12 @@ class HTMLBodyElement : public HTMLElement {
   void setLink(const QString& color);
   QString vLink() const;
   void setVLink(const QString& color);
+  void setBgColor(const QString& color);
   QString background() const;  // the raw attribute
   void setBackground(const QString& picture);
+
+ private:
+  void WriteColor(const QString& name, const QString& color);
 };
 
 // A live list of elements.
@@ -75,7 +79,7 @@ class HTMLElementCollection {
  public:
   enum class Kind { Children, Descendants };
   HTMLElementCollection(HTMLElement root, Kind kind) : root_(std::move(root)), kind_(kind) {}
-  explicit HTMLElementCollection(const HTMLDocument* document) : document_(document) {}
+  explicit HTMLElementCollection(const PageTree* all) : tree_(all) {}
 
   int length() const;
   HTMLElement item(int index) const;  // none outside 0 .. length() - 1
@@ -83,7 +87,7 @@ class HTMLElementCollection {
  private:
   HTMLElement root_;
   Kind kind_ = Kind::Descendants;
-  const HTMLDocument* document_ = nullptr;  // the document's `all`
+  const PageTree* tree_ = nullptr;  // the document's `all`
 };
 
 // The inline style of an element. Values read as CSSOM gives them, but for quotes round font names, which are left

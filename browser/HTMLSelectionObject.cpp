@@ -5,11 +5,11 @@
 #include "LivePage.h"
 
 HTMLSelectionObject::HTMLSelectionObject(HTMLDocument& document) : document_(document) {
-  document_.AddRange(&range_);
+  document_.tree().AddRange(&range_);
 }
 
 HTMLSelectionObject::~HTMLSelectionObject() {
-  document_.RemoveRange(&range_);
+  document_.tree().RemoveRange(&range_);
 }
 
 QString HTMLSelectionObject::type() const {
@@ -17,7 +17,7 @@ QString HTMLSelectionObject::type() const {
 }
 
 std::shared_ptr<HTMLTxtRange> HTMLSelectionObject::createRange() {
-  Node* const body = document_.bodyNode();
+  const Node* const body = document_.tree().bodyNode();
   if (!body) return nullptr;
   LiveRange range = range_;
   if (!range.start) range = {BoundaryPoint::AtStart(body), BoundaryPoint::AtStart(body)};
@@ -26,10 +26,10 @@ std::shared_ptr<HTMLTxtRange> HTMLSelectionObject::createRange() {
 
 void HTMLSelectionObject::empty() {
   range_ = {};
-  if (document_.page()) document_.page()->ShowSelection(nullptr);
+  if (document_.tree().page()) document_.tree().page()->ShowSelection(nullptr);
 }
 
 void HTMLSelectionObject::Select(const LiveRange& range) {
   range_ = range;
-  if (document_.page()) document_.page()->ShowSelection(&range_);
+  if (document_.tree().page()) document_.tree().page()->ShowSelection(&range_);
 }

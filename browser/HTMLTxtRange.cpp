@@ -6,25 +6,26 @@
 #include "RangeEdit.h"
 #include "Serializer.h"
 #include "TextWalker.h"
+#include "TreeBuilder.h"
 
 namespace {
 
 // `point`, or where it is outside of `body` the end of `body` that is nearer to it.
-BoundaryPoint WithinBody(const HTMLDocument& document, const BoundaryPoint& point, Node* body) {
+BoundaryPoint WithinBody(const HTMLDocument& document, const BoundaryPoint& point, const Node* body) {
   if (body->Contains(point.container)) return point;
   const BoundaryPoint start = BoundaryPoint::AtStart(body);
-  return ComparePoints(document.order(), point, start) < 0 ? start : BoundaryPoint::AtEnd(body);
+  return ComparePoints(document.tree().order(), point, start) < 0 ? start : BoundaryPoint::AtEnd(body);
 }
 
 }  // namespace
 
 HTMLTxtRange::HTMLTxtRange(HTMLDocument& document, const LiveRange& range)
     : document_(document.Alive()), range_(range) {
-  document.AddRange(&range_);
+  document.tree().AddRange(&range_);
 }
 
 HTMLTxtRange::~HTMLTxtRange() {
-  if (HTMLDocument* doc = document()) doc->RemoveRange(&range_);
+  if (HTMLDocument* doc = document()) doc->tree().RemoveRange(&range_);
 }
 
 HTMLDocument* HTMLTxtRange::document() const {
@@ -43,31 +44,31 @@ QString HTMLTxtRange::text() const {
 void HTMLTxtRange::setText(const QString& text) {
   HTMLDocument* const doc = document();
   if (!doc) return;
-  DeleteContent(*doc, range_);
+  DeleteContent(doc->gateway(), range_);
   if (text.isEmpty()) return;
-  const BoundaryPoint end = InsertNodes(*doc, range_.start, {doc->CreateText(text)});
+  const BoundaryPoint end = InsertNodes(doc->gateway(), range_.start, {TreeBuilder::Text(text)});
   range_ = {end, end};
 }
 
 QString HTMLTxtRange::htmlText() const {
   HTMLDocument* const doc = document();
   if (!doc || !SpansContent(range_)) return {};
-  return RangeHtml(range_, doc->scripting());
+  return RangeHtml(range_, doc->tree().scripting());
 }
 
 void HTMLTxtRange::pasteHTML(const QString& html) {
   HTMLDocument* const doc = document();
   if (!doc) return;
-  DeleteContent(*doc, range_);
+  DeleteContent(doc->gateway(), range_);
   const std::vector<Node*> nodes = ParseFragment(html, range_.start.container);
   if (nodes.empty()) return;
-  const BoundaryPoint end = InsertNodes(*doc, range_.start, nodes);
+  const BoundaryPoint end = InsertNodes(doc->gateway(), range_.start, nodes);
   range_ = {end, end};
 }
 
 void HTMLTxtRange::move(const QString& unit, int count) {
   HTMLDocument* const doc = document();
-  Node* const body = doc ? doc->bodyNode() : nullptr;
+  const Node* const body = doc ? doc->tree().bodyNode() : nullptr;
   if (!body) return;
   BoundaryPoint at = WithinBody(*doc, count > 0 ? range_.end : range_.start, body);
   if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
@@ -84,7 +85,7 @@ void HTMLTxtRange::move(const QString& unit, int count) {
 
 void HTMLTxtRange::moveEnd(const QString& unit, int count) {
   HTMLDocument* const doc = document();
-  Node* const body = doc ? doc->bodyNode() : nullptr;
+  const Node* const body = doc ? doc->tree().bodyNode() : nullptr;
   if (!body) return;
   BoundaryPoint at = WithinBody(*doc, range_.end, body);
   if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
@@ -97,13 +98,13 @@ void HTMLTxtRange::moveEnd(const QString& unit, int count) {
     }
   }
   range_.end = at;
-  if (ComparePoints(doc->order(), range_.end, range_.start) < 0) range_.start = range_.end;
+  if (ComparePoints(doc->tree().order(), range_.end, range_.start) < 0) range_.start = range_.end;
 }
 
 bool HTMLTxtRange::moveToElementText(const HTMLElement& element) {
-  Node* const node = element.node();
-  if (!document() || !node || !node->IsAttached() || node->document != document()) return false;
-  if (node->tag == Known().body || node->tag == Known().html || !node->parent) {
+  const Node* const node = element.node();
+  if (!document() || !node || !node->IsAttached() || node->tree() != &document()->tree()) return false;
+  if (node->tag() == Known().body || node->tag() == Known().html || !node->parent()) {
     range_ = {BoundaryPoint::AtStart(node), BoundaryPoint::AtEnd(node)};
   } else {
     range_ = {BoundaryPoint::Before(node), BoundaryPoint::Behind(node)};
@@ -113,7 +114,7 @@ bool HTMLTxtRange::moveToElementText(const HTMLElement& element) {
 
 void HTMLTxtRange::moveToPoint(int x, int y) {
   HTMLDocument* const doc = document();
-  Node* const body = doc ? doc->bodyNode() : nullptr;
+  const Node* const body = doc ? doc->tree().bodyNode() : nullptr;
   if (!body) return;
   const HTMLEventObj& event = doc->parentWindow().event();
   BoundaryPoint at = BoundaryPoint::AtEnd(body);
@@ -140,26 +141,26 @@ int HTMLTxtRange::compareEndPoints(const QString& how, const HTMLTxtRange& other
   const BoundaryPoint& mine = how.startsWith(QLatin1String("End"), Qt::CaseInsensitive) ? range_.end : range_.start;
   const BoundaryPoint& theirs =
       how.endsWith(QLatin1String("End"), Qt::CaseInsensitive) ? other.range_.end : other.range_.start;
-  const int order = ComparePoints(doc->order(), mine, theirs);
+  const int order = ComparePoints(doc->tree().order(), mine, theirs);
   return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
 bool HTMLTxtRange::execCommand(const QString& name, bool, const QString& value) {
   HTMLDocument* const doc = document();
-  if (!doc || !ExecCommand(*doc, range_, name, value)) return false;
+  if (!doc || !ExecCommand(doc->gateway(), range_, name, value)) return false;
   select();
   return true;
 }
 
 QString HTMLTxtRange::queryCommandValue(const QString& name) const {
   const HTMLDocument* const doc = document();
-  return doc ? QueryCommandValue(*doc, range_.start, name) : QString();
+  return doc ? QueryCommandValue(doc->tree(), range_.start, name) : QString();
 }
 
 void HTMLTxtRange::Measure(std::function<void()> done) {
   HTMLDocument* const doc = document();
-  if (!doc || !doc->page()) return done();
-  doc->page()->Measure(range_.start, [self = weak_from_this(), done](std::optional<QPoint> position) {
+  if (!doc || !doc->tree().page()) return done();
+  doc->tree().page()->Measure(range_.start, [self = weak_from_this(), done](std::optional<QPoint> position) {
     if (const auto range = self.lock(); range && position) range->position_ = position;
     done();
   });

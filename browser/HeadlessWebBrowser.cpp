@@ -11,20 +11,14 @@
 // There is nobody to tell of changes; only questions have to be answered.
 class HeadlessWebBrowser::Page : public LivePage {
  public:
-  explicit Page(HTMLDocument& document) : document_(document) {}
-  void Inserted(const Node*) override {}
-  void Removed(const Node*, NodeId) override {}
-  void AttributeSet(const Node*, const QString&, const QString&) override {}
-  void AttributeRemoved(const Node*, const QString&) override {}
-  void Wrapped(const Node*) override {}
-  void Unwrapped(NodeId, const Node*, const Node*, const Node*) override {}
-  void DataReplaced(const Node*, int, int, const QString&) override {}
+  explicit Page(const PageTree& tree) : tree_(tree) {}
+  void Changed(const TreeStep&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool) override {}
-  void Measure(const BoundaryPoint& point, Answer answer) override { answer(GridLayout(document_).PositionOf(point)); }
+  void Measure(const BoundaryPoint& point, Answer answer) override { answer(GridLayout(tree_).PositionOf(point)); }
 
  private:
-  HTMLDocument& document_;
+  const PageTree& tree_;
 };
 
 HeadlessWebBrowser::HeadlessWebBrowser(QObject* parent) : WebBrowser(parent) {}
@@ -55,16 +49,16 @@ void HeadlessWebBrowser::SetHtml(const QString& html, const QString& encoding) {
   pending_.reset();
   page_.reset();
   auto document = std::make_unique<HTMLDocument>();
-  ParseDocument(html, *document);
-  document->SetEncoding(encoding);
-  page_ = std::make_unique<Page>(*document);
-  document->SetPage(page_.get());
+  ParseDocument(html, document->tree());
+  document->tree().SetEncoding(encoding);
+  page_ = std::make_unique<Page>(document->tree());
+  document->tree().SetPage(page_.get());
   document_ = std::move(document);
   emit DocumentComplete();
 }
 
 HTMLEventObj HeadlessWebBrowser::At(EventType type, QPoint point, int button) const {
-  const GridLayout::Hit hit = GridLayout(*document_).At(point);
+  const GridLayout::Hit hit = GridLayout(document_->tree()).At(point);
   HTMLEventObj event(type);
   event.At(point.x(), point.y()).On(HTMLElement(hit.element)).Button(button).Caret(hit.caret, hit.caretPosition);
   return event;
@@ -117,15 +111,15 @@ void HeadlessWebBrowser::Drag(QPoint from, QPoint to) {
   if (!document_) return;
   MouseDown(from);
   MouseUp(to);
-  LiveRange range{GridLayout(*document_).At(from).caret, GridLayout(*document_).At(to).caret};
-  if (ComparePoints(document_->order(), range.start, range.end) > 0) std::swap(range.start, range.end);
+  LiveRange range{GridLayout(document_->tree()).At(from).caret, GridLayout(document_->tree()).At(to).caret};
+  if (ComparePoints(document_->tree().order(), range.start, range.end) > 0) std::swap(range.start, range.end);
   document_->selection().Mirror(range);
   document_->Dispatch(At(EventType::Click, to, 1));
 }
 
 std::optional<QPoint> HeadlessWebBrowser::PointAt(const BoundaryPoint& point) const {
   if (!document_) return std::nullopt;
-  const auto corner = GridLayout(*document_).PositionOf(point);
+  const auto corner = GridLayout(document_->tree()).PositionOf(point);
   if (!corner) return std::nullopt;
   return *corner + QPoint(1, GridLayout::cellHeight / 2);
 }

@@ -10,56 +10,70 @@
 
 namespace {
 
-QJsonArray IdsOf(const Node* first, const Node* last) {
+QJsonArray Ids(const std::vector<NodeId>& nodes) {
   QJsonArray ids;
-  for (const Node* node = first; node; node = node == last ? nullptr : node->next) ids.append(node->id);
+  for (const NodeId id : nodes) ids.append(id);
   return ids;
+}
+
+QJsonArray Flat(const Node* tree) {
+  QJsonArray flat;
+  EncodeTree(tree, flat);
+  return flat;
+}
+
+QJsonArray FlatAlone(const Node* element) {
+  QJsonArray flat;
+  EncodeAlone(element, flat);
+  return flat;
+}
+
+// The operations by which the live page follows a step. All that is moved is named, as the page's scripts may have put
+// it elsewhere in the meantime.
+std::vector<QJsonArray> OperationsOf(const TreeStep& step) {
+  using Operations = std::vector<QJsonArray>;
+  const auto data = [](NodeId text, int offset, int count, const QString& inserted) {
+    return QJsonArray{QStringLiteral("data"), text, offset, count, inserted};
+  };
+  const auto insert = [](const Node* top) {
+    const Node* const next = top->next();
+    return QJsonArray{QStringLiteral("insert"), top->parent()->id(), next ? next->id() : 0, Flat(top)};
+  };
+  const auto remove = [](NodeId parent, NodeId node) { return QJsonArray{QStringLiteral("remove"), parent, node}; };
+  return std::visit(
+      StepCases{
+          [&](const ReplaceStep& s) { return Operations{data(s.text, s.offset, int(s.removed.size()), s.inserted)}; },
+          [&](const SplitStep& s) {
+            return Operations{insert(s.node.get()), data(s.text, s.offset, s.node->Length(), {})};
+          },
+          [&](const JoinStep& s) {
+            Operations operations;
+            if (s.node->Length() > 0) operations.push_back(data(s.text, s.length, 0, s.node->data()));
+            operations.push_back(remove(s.parent, s.rest));
+            return operations;
+          },
+          [&](const InsertStep& s) { return Operations{insert(s.node.get())}; },
+          [&](const RemoveStep& s) { return Operations{remove(s.parent, s.nodes.front())}; },
+          [](const WrapStep& s) {
+            return Operations{{QStringLiteral("wrap"), s.parent, s.next, FlatAlone(s.node.get()), Ids(s.children)}};
+          },
+          [](const UnwrapStep& s) {
+            return Operations{{QStringLiteral("unwrap"), s.parent, s.element, Ids(s.children)}};
+          },
+          [](const AttributeStep& s) {
+            return s.after ? Operations{{QStringLiteral("set"), s.element, s.name, *s.after}}
+                           : Operations{{QStringLiteral("unset"), s.element, s.name}};
+          }},
+      step);
 }
 
 }  // namespace
 
-void HostedWebBrowser::AddOperation(const QJsonArray& operation) {
+void HostedWebBrowser::Changed(const TreeStep& step) {
   if (load_ != Load::Done) return;  // the model is sent whole, or goes
-  operations_.append(operation);
+  history_.Add(batch_ + 1, step);
+  for (const QJsonArray& operation : OperationsOf(step)) operations_.append(operation);
   ScheduleFlush();
-}
-
-void HostedWebBrowser::Inserted(const Node* subtree) {
-  QJsonArray flat;
-  EncodeTree(subtree, flat);
-  AddOperation({QStringLiteral("insert"), subtree->parent->id, subtree->next ? subtree->next->id : 0, flat});
-}
-
-void HostedWebBrowser::Removed(const Node* parent, NodeId node) {
-  AddOperation({QStringLiteral("remove"), parent->id, node});
-}
-
-void HostedWebBrowser::AttributeSet(const Node* element, const QString& name, const QString& value) {
-  AddOperation({QStringLiteral("set"), element->id, name, value});
-}
-
-void HostedWebBrowser::AttributeRemoved(const Node* element, const QString& name) {
-  AddOperation({QStringLiteral("unset"), element->id, name});
-}
-
-// All that is moved is named, as the page's scripts may have put it elsewhere in the meantime.
-void HostedWebBrowser::Wrapped(const Node* wrapper) {
-  QJsonArray flat;
-  EncodeAlone(wrapper, flat);
-  AddOperation({QStringLiteral("wrap"), wrapper->parent->id, wrapper->next ? wrapper->next->id : 0, flat,
-                IdsOf(wrapper->firstChild, wrapper->lastChild)});
-}
-
-void HostedWebBrowser::Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) {
-  AddOperation({QStringLiteral("unwrap"), parent->id, element, IdsOf(first, last)});
-}
-
-void HostedWebBrowser::DataReplaced(const Node* text, int offset, int count, const QString& data) {
-  AddOperation({QStringLiteral("data"), text->id, offset, count, data});
-}
-
-void HostedWebBrowser::PlacesMoved(const TreeStep& step) {
-  if (load_ == Load::Done) history_.Add(batch_ + 1, step);
 }
 
 void HostedWebBrowser::ShowSelection(const LiveRange* range) {
@@ -94,7 +108,7 @@ QJsonArray HostedWebBrowser::SelectMessage(const LiveRange* range) {
 }
 
 QJsonArray HostedWebBrowser::Encode(const BoundaryPoint& point) {
-  return {point.container->id, point.IsInText() ? point.offset : point.before ? point.before->id : 0};
+  return {point.container->id(), point.IsInText() ? point.offset : point.before ? point.before->id() : 0};
 }
 
 void HostedWebBrowser::Post(const QJsonArray& message) {

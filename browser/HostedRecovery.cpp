@@ -45,7 +45,7 @@ void HostedWebBrowser::RendererDied() {
 void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
   RenewPage();
-  const QString type = document_->quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
+  const QString type = document_->tree().quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
   page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(base_));
 }
 
@@ -55,7 +55,7 @@ void HostedWebBrowser::Adopt(const QString& token) {
   adopted_ = ++batch_;
   heard_ = userSelections_ = 0;
   QJsonArray flat;
-  EncodeTree(document_->root(), flat);
+  EncodeTree(document_->tree().root(), flat);
   messages_ = {};
   messages_.append(QJsonArray{QStringLiteral("adopt"), flat, QJsonArray{scroll_.x(), scroll_.y()}, batch_});
   messages_.append(QJsonArray{QStringLiteral("keys"), takesKeys_});

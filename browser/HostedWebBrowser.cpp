@@ -113,7 +113,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
 }
 
 HostedWebBrowser::~HostedWebBrowser() {
-  if (document_) document_->SetPage(nullptr);
+  if (document_) document_->tree().SetPage(nullptr);
   questions_.clear();  // a page that goes answers what is still open
   // The profile has to outlive its page.
   view_->setPage(nullptr);
@@ -237,7 +237,7 @@ void HostedWebBrowser::ScheduleFailLoad() {
 // The page before must not go on standing there as if it were the one that was asked for.
 void HostedWebBrowser::FailLoad() {
   load_ = Load::None;
-  if (document_) document_->SetPage(nullptr);
+  if (document_) document_->tree().SetPage(nullptr);
   document_.reset();
   if (isDead_) RenewPage();
   page_->load(QUrl(QStringLiteral("about:blank")));
@@ -285,21 +285,17 @@ void HostedWebBrowser::ReceiveTree(const QString& token, const QJsonArray& messa
       return;
     }
   }
-  auto document = std::make_unique<HTMLDocument>();
   int from = 0;
-  const QJsonArray flat = message.at(5).toArray();
-  if (!DecodeTree(flat, from, [&](NodeId id) {
-        const bool first = from <= 2;
-        if (first) document->root()->id = id;
-        return first ? document->root() : nullptr;
-      }))
-    return;
-  document->SetQuirks(message.at(4).toBool());
-  document->SetEncoding(message.at(6).toString());
-  document->SetScripting(true);
-  document->TreeBuilt();
-  document->SetPage(this);
-  if (document_) document_->SetPage(nullptr);
+  Node* const root = DecodeTree(message.at(5).toArray(), from);
+  if (!root) return;
+  if (root->type() != Node::Type::Document) return DestroyTree(root);
+  auto document = std::make_unique<HTMLDocument>();
+  document->tree().Load(root);
+  document->tree().SetQuirks(message.at(4).toBool());
+  document->tree().SetEncoding(message.at(6).toString());
+  document->tree().SetScripting(true);
+  document->tree().SetPage(this);
+  if (document_) document_->tree().SetPage(nullptr);
   DropQuestions();
   operations_ = {};
   messages_ = {};
@@ -322,7 +318,7 @@ void HostedWebBrowser::ReceiveChanges(const QJsonArray& message) {
   if (message.at(3).toInt() != batch_) return;
   heard_ = number;
   history_.Forget(batch_);
-  ApplyForeignChanges(*document_, message.at(4).toObject());
+  ApplyForeignChanges(document_->gateway(), message.at(4).toObject());
   Post({QStringLiteral("heard"), heard_});
   ScheduleFlush();
 }
@@ -331,19 +327,19 @@ BoundaryPoint HostedWebBrowser::PointOf(const QJsonArray& place) const {
   // The second pair, where there is one, is for a program that hasn't heard of what the first one names.
   for (qsizetype at = 0; at + 1 < place.size(); at += 2) {
     const NodePlace now = history_.Now(NodePlace{place.at(at).toInt(), place.at(at + 1).toInt()});
-    Node* const container = document_->FindNode(now.container);
+    const Node* const container = document_->tree().FindNode(now.container);
     if (!container) continue;
     if (container->IsText()) return BoundaryPoint::InText(container, std::clamp(now.rest, 0, container->Length()));
-    Node* const before = now.rest ? document_->FindNode(now.rest) : nullptr;
-    const bool fits = now.rest == 0 || (before && before->parent == container);
+    const Node* const before = now.rest ? document_->tree().FindNode(now.rest) : nullptr;
+    const bool fits = now.rest == 0 || (before && before->parent() == container);
     if (fits || at + 2 >= place.size()) return {container, 0, fits ? before : nullptr};
   }
   return {};
 }
 
-Node* HostedWebBrowser::NodeOf(const QJsonArray& node) const {
+const Node* HostedWebBrowser::NodeOf(const QJsonArray& node) const {
   for (const QJsonValue& id : node)
-    if (Node* const found = document_->FindNode(history_.Now(NodeId(id.toInt())))) return found;
+    if (const Node* const found = document_->tree().FindNode(history_.Now(NodeId(id.toInt())))) return found;
   return nullptr;
 }
 
@@ -359,16 +355,16 @@ void HostedWebBrowser::ReceiveSelection(const QJsonArray& selection, int applied
   if (selection.size() == 4) {
     range.start = PointOf(selection.at(2).toArray());
     range.end = PointOf(selection.at(3).toArray());
-    if (!range.start || !range.end || ComparePoints(document_->order(), range.start, range.end) > 0) range = {};
+    if (!range.start || !range.end || ComparePoints(document_->tree().order(), range.start, range.end) > 0) range = {};
   }
   document_->selection().Mirror(range);
   // The page keeps it too, but what the program does to the texts in it would move it there.
   if (crossing && range.start) ShowSelection(&range);
 }
 
-Node* HostedWebBrowser::TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const {
-  if (event[QLatin1String("onText")].toBool() && caret.IsInText()) return caret.container->parent;
-  Node* const target = NodeOf(event[QLatin1String("target")].toArray());
+const Node* HostedWebBrowser::TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const {
+  if (event[QLatin1String("onText")].toBool() && caret.IsInText()) return caret.container->parent();
+  const Node* const target = NodeOf(event[QLatin1String("target")].toArray());
   return target && target->IsElement() ? target : nullptr;
 }
 

@@ -53,14 +53,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   enum class Load { None, Pending, Recovering, Done };
 
   // What the model tells.
-  void Inserted(const Node* subtree) override;
-  void Removed(const Node* parent, NodeId node) override;
-  void AttributeSet(const Node* element, const QString& name, const QString& value) override;
-  void AttributeRemoved(const Node* element, const QString& name) override;
-  void Wrapped(const Node* wrapper) override;
-  void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) override;
-  void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
-  void PlacesMoved(const TreeStep& step) override;
+  void Changed(const TreeStep& step) override;
   void ShowSelection(const LiveRange* range) override;
   void TakesKeys(bool on) override;
   void Measure(const BoundaryPoint& point, Answer answer) override;
@@ -90,16 +83,15 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Adopt(const QString& token);
   void FailLoad();
 
-  void AddOperation(const QJsonArray& operation);
   void Post(const QJsonArray& message);  // at the next flush, behind the changes so far
   void Flush(int question = 0);          // the number of the one that the last message asks, if any
   void ScheduleFlush();
   void DropQuestions();
   // Where the page's places and nodes are now; none for what the model has never heard of.
   BoundaryPoint PointOf(const QJsonArray& place) const;
-  Node* NodeOf(const QJsonArray& node) const;
+  const Node* NodeOf(const QJsonArray& node) const;
   // The element under the mouse: that around the text which was hit, if it was, else the one that was named.
-  Node* TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const;
+  const Node* TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const;
   QJsonArray SelectMessage(const LiveRange* range);
   static QJsonArray Encode(const BoundaryPoint& point);
 

@@ -6,8 +6,9 @@
 #include <cstdlib>
 #include <memory>
 
-#include "HTMLDocument.h"
 #include "NestingLimit.h"
+#include "PageTree.h"
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -102,18 +103,18 @@ class TreeMaker {
       }
       const auto* child = static_cast<const GumboNode*>(level.children->data[level.next++]);
       Node* const parent = level.parent;
-      Node* const previous = parent ? parent->lastChild : lastTop;
+      const Node* const previous = parent ? parent->lastChild() : lastTop;
       const bool isText =
           child->type == GUMBO_NODE_TEXT || child->type == GUMBO_NODE_WHITESPACE || child->type == GUMBO_NODE_CDATA;
       if (isText && *child->v.text.text == 0) continue;
       if (isText && previous && previous->IsText()) {
-        previous->data += FromUtf8(child->v.text.text);
+        TreeBuilder::AppendData(TreeBuilder::Detached(previous), FromUtf8(child->v.text.text));
         continue;
       }
       Node* const node = Make(*child);
       if (!node) continue;
       if (parent) {
-        parent->Link(node, nullptr);
+        TreeBuilder::Insert(parent, node);
       } else {
         take(node);
         lastTop = node;
@@ -130,42 +131,32 @@ class TreeMaker {
  private:
   Node* Make(const GumboNode& source) {
     switch (source.type) {
-      case GUMBO_NODE_ELEMENT: {
-        Node* node = new Node(Node::Type::Element);
-        node->tag = TagOf(source.v.element);
-        CopyAttributes(source.v.element, *node);
-        return node;
-      }
+      case GUMBO_NODE_ELEMENT:
+        return TreeBuilder::Element(TagOf(source.v.element), AttributesOf(source.v.element));
       case GUMBO_NODE_TEMPLATE: {
-        Node* node = new Node(Node::Type::Element);
-        node->tag = Known().templateTag;
-        CopyAttributes(source.v.element, *node);
-        node->content = new Node(Node::Type::Fragment);
+        Node* const node = TreeBuilder::Element(Known().templateTag, AttributesOf(source.v.element));
+        Node* const content = TreeBuilder::Fragment();
+        TreeBuilder::SetContent(node, content);
         if (++templates_ < 64)  // templates inside templates are the one recursion
-          Children(source.v.element.children, [&](Node* child) { node->content->Link(child, nullptr); });
+          Children(source.v.element.children, [&](Node* child) { TreeBuilder::Insert(content, child); });
         --templates_;
         return node;
       }
       case GUMBO_NODE_TEXT:
       case GUMBO_NODE_WHITESPACE:
-      case GUMBO_NODE_CDATA: {
-        Node* node = new Node(Node::Type::Text);
-        node->data = FromUtf8(source.v.text.text);
-        return node;
-      }
-      case GUMBO_NODE_COMMENT: {
-        Node* node = new Node(Node::Type::Comment);
-        node->data = FromUtf8(source.v.text.text);
-        return node;
-      }
+      case GUMBO_NODE_CDATA:
+        return TreeBuilder::Text(FromUtf8(source.v.text.text));
+      case GUMBO_NODE_COMMENT:
+        return TreeBuilder::Comment(FromUtf8(source.v.text.text));
       case GUMBO_NODE_DOCUMENT:
         break;
     }
     return nullptr;
   }
 
-  static void CopyAttributes(const GumboElement& element, Node& node) {
-    node.attributes.reserve(element.attributes.length);
+  static std::vector<Attribute> AttributesOf(const GumboElement& element) {
+    std::vector<Attribute> attributes;
+    attributes.reserve(element.attributes.length);
     for (unsigned i = 0; i < element.attributes.length; ++i) {
       const auto* attribute = static_cast<const GumboAttribute*>(element.attributes.data[i]);
       QString name = QString::fromUtf8(attribute->name);
@@ -174,8 +165,9 @@ class TreeMaker {
                            : attribute->attr_namespace == GUMBO_ATTR_NAMESPACE_XMLNS ? "xmlns:"
                                                                                      : nullptr;
       if (prefix && name != u"xmlns" && !name.startsWith(QLatin1String(prefix))) name.prepend(QLatin1String(prefix));
-      node.attributes.push_back({name, FromUtf8(attribute->value)});
+      attributes.push_back({name, FromUtf8(attribute->value)});
     }
+    return attributes;
   }
 
   int depth_;
@@ -238,9 +230,7 @@ std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int de
       (!context || (!context->isTablePart && !context->isHidden && !context->isRawText && context != Known().html &&
                     context != Known().pre && context != Known().textarea))) {
     // Plain text, which is what most keys give, needs no parser.
-    Node* text = new Node(Node::Type::Text);
-    text->data = html;
-    nodes.push_back(text);
+    nodes.push_back(TreeBuilder::Text(html));
     return nodes;
   }
   const Parse parse(LimitNesting(html, deepestParsed), context ? context : Known().body);
@@ -249,29 +239,29 @@ std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int de
 }
 
 std::vector<Node*> ParseFragment(const QString& html, const Node* context) {
-  while (context && !context->IsElement()) context = context->parent;
-  return ParseFragment(html, context ? context->tag : nullptr, context ? context->Depth() : 0);
+  while (context && !context->IsElement()) context = context->parent();
+  return ParseFragment(html, context ? context->tag() : nullptr, context ? context->Depth() : 0);
 }
 
-void ParseDocument(const QString& html, HTMLDocument& document) {
+void ParseDocument(const QString& html, PageTree& tree) {
   const Parse parse(LimitNesting(html, deepestParsed), nullptr);
   const GumboDocument& source = parse.output().document->v.document;
+  Node* const root = TreeBuilder::Document();
   Node* type = nullptr;
   unsigned typeOffset = 0;
   if (source.has_doctype) {
-    type = new Node(Node::Type::DocumentType);
-    type->data = QString::fromUtf8(source.name);
-    type->identifiers = {QString::fromUtf8(source.public_identifier), QString::fromUtf8(source.system_identifier)};
-    document.root()->Link(type, nullptr);
+    type = TreeBuilder::DocumentType(QString::fromUtf8(source.name), QString::fromUtf8(source.public_identifier),
+                                     QString::fromUtf8(source.system_identifier));
+    TreeBuilder::Insert(root, type);
     // The parser doesn't tell where it stood, and comments may come before it.
     typeOffset = unsigned(DoctypeOffset(parse.text()));
   }
-  document.SetQuirks(source.doc_type_quirks_mode == GUMBO_DOCTYPE_QUIRKS);
   unsigned index = 0;
   TreeMaker(0).Children(source.children, [&](Node* node) {
     const auto* child = static_cast<const GumboNode*>(source.children.data[index++]);
-    const bool beforeType = type && node->type == Node::Type::Comment && child->v.text.start_pos.offset < typeOffset;
-    document.root()->Link(node, beforeType ? type : nullptr);
+    const bool beforeType = type && node->type() == Node::Type::Comment && child->v.text.start_pos.offset < typeOffset;
+    TreeBuilder::Insert(root, node, beforeType ? type : nullptr);
   });
-  document.TreeBuilt();
+  tree.SetQuirks(source.doc_type_quirks_mode == GUMBO_DOCTYPE_QUIRKS);
+  tree.Load(root);
 }

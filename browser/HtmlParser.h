@@ -6,7 +6,7 @@
 
 #include "Node.h"
 
-class HTMLDocument;
+class PageTree;
 
 // The nodes that `html` makes as content of `context`, detached and without two texts side by side. What libgumbo
 // doesn't know as a tag counts as BODY. Nesting is cut at the depth at which browsers cut it, counted with the depth
@@ -16,5 +16,5 @@ std::vector<Node*> ParseFragment(const QString& html, const Node* context);
 // The same for a context that is in no document; `context` null is BODY.
 std::vector<Node*> ParseFragment(const QString& html, const Tag* context, int depth = 0);
 
-// Fills an empty document with a whole page.
-void ParseDocument(const QString& html, HTMLDocument& document);
+// Loads a whole page.
+void ParseDocument(const QString& html, PageTree& tree);

@@ -80,8 +80,3 @@ bool IsColorAttribute(const QString& name) {
     if (name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0) return true;
   return false;
 }
-
-void WriteColor(Gateway& gateway, Node* element, const QString& name, const QString& color) {
-  if (color.isEmpty() && !element->FindAttribute(name)) return;
-  gateway.SetAttribute(element, name, color);
-}

@@ -3,13 +3,8 @@
 
 #include <QString>
 
-#include "Gateway.h"
-
 // "#RRGGBB" in upper case, or "" for a value that the rules refuse (empty, "transparent").
 QString NormalizeLegacyColor(const QString& value);
 
 // Whether an attribute of this name is read as such a colour: text, link, vlink and bgcolor.
 bool IsColorAttribute(const QString& name);
-
-// Writes a colour attribute; "" empties one that is there and makes none.
-void WriteColor(Gateway& gateway, Node* element, const QString& name, const QString& color);

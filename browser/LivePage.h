@@ -13,19 +13,9 @@ class LivePage {
  public:
   virtual ~LivePage() = default;
 
-  // The model has been changed by the program; called once for each change, in order, after it.
-  virtual void Inserted(const Node* subtree) = 0;
-  virtual void Removed(const Node* parent, NodeId node) = 0;
-  virtual void AttributeSet(const Node* element, const QString& name, const QString& value) = 0;
-  virtual void AttributeRemoved(const Node* element, const QString& name) = 0;
-  virtual void Wrapped(const Node* wrapper) = 0;  // siblings have been put into a new element in their place
-  // `first` to `last`, which were inside, stand in its place; null when it was empty.
-  virtual void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) = 0;
-  virtual void DataReplaced(const Node* text, int offset, int count, const QString& data) = 0;
-
-  // The same change as far as it moves places, before it is told; attributes move none. Of use to a page that may name
-  // places of before it has heard of the change.
-  virtual void PlacesMoved(const TreeStep&) {}
+  // The program has changed the model by this step; called once for each, in order, after it. Nodes that were put in
+  // are in the tree, those that were taken out still hold what was in them.
+  virtual void Changed(const TreeStep& step) = 0;
 
   // Shows the text between the points as the visible selection; without points there is none.
   virtual void ShowSelection(const LiveRange* range) = 0;

@@ -4,6 +4,12 @@
 
 void PlaceHistory::Add(int batch, const TreeStep& step) {
   entries_.push_back({batch, step});
+  // Places move without the nodes, which need not stay for that.
+  std::visit(
+      [](auto& one) {
+        if constexpr (requires { one.node; }) one.node = {};
+      },
+      entries_.back().step);
 }
 
 void PlaceHistory::Forget(int batch) {

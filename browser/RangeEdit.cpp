@@ -4,25 +4,25 @@
 #include <cassert>
 #include <iterator>
 
-#include "HTMLDocument.h"
+#include "Gateway.h"
 #include "TextWalker.h"
 
 namespace {
 
-void JoinAround(HTMLDocument& document, const BoundaryPoint& seam) {
-  Node* left = nullptr;
-  Node* right = nullptr;
+void JoinAround(Gateway& gateway, const BoundaryPoint& seam) {
+  const Node* left = nullptr;
+  const Node* right = nullptr;
   if (seam.IsInText()) {
-    left = seam.offset == 0 ? seam.container->previous : seam.container;
-    right = left ? left->next : nullptr;
+    left = seam.offset == 0 ? seam.container->previous() : seam.container;
+    right = left ? left->next() : nullptr;
   } else {
     right = seam.before;
-    left = right ? right->previous : nullptr;
+    left = right ? right->previous() : nullptr;
   }
-  if (left && right && left->IsText() && right->IsText()) document.gateway().JoinWithNext(left);
+  if (left && right && left->IsText() && right->IsText()) gateway.JoinWithNext(left);
 }
 
-void CutText(Gateway& gateway, Node* text, int from, int to) {
+void CutText(Gateway& gateway, const Node* text, int from, int to) {
   if (from == 0 && to == text->Length()) {
     gateway.Remove(text);
   } else {
@@ -32,46 +32,45 @@ void CutText(Gateway& gateway, Node* text, int from, int to) {
 
 // What gives a table its form. The walk of a deletion meets these only where the TABLE around them isn't removed.
 bool IsFormOfTable(const Node* node) {
-  if (!node->IsElement() || node->tag == Known().table) return false;
+  if (!node->IsElement() || node->tag() == Known().table) return false;
   static const Tag* const cells[] = {Known().td, Tag::Of(QStringLiteral("th")), Tag::Of(QStringLiteral("caption")),
                                      Tag::Of(QStringLiteral("colgroup")), Tag::Of(QStringLiteral("col"))};
-  return node->tag->isTablePart || std::find(std::begin(cells), std::end(cells), node->tag) != std::end(cells);
+  return node->tag()->isTablePart || std::find(std::begin(cells), std::end(cells), node->tag()) != std::end(cells);
 }
 
 bool IsTablePart(const Node* node) {
-  return node->IsElement() && node->tag->isTablePart;
+  return node->IsElement() && node->tag()->isTablePart;
 }
 
 }  // namespace
 
-void DeleteContent(HTMLDocument& document, LiveRange& range) {
+void DeleteContent(Gateway& gateway, LiveRange& range) {
   if (range.IsCollapsed()) return;
-  Gateway& gateway = document.gateway();
   if (SpansContent(range)) {
-    Node* const first = range.start.container;
-    Node* const last = range.end.container;
+    const Node* const first = range.start.container;
+    const Node* const last = range.end.container;
     if (first == last && first->IsText()) {
       CutText(gateway, first, range.start.offset, range.end.offset);
     } else {
       // Cells and rows go only where the range was set round them as a whole.
       const bool keepsForm = !IsTablePart(first) || !IsTablePart(last);
-      Node* const stop = last->IsText() ? last : NodeBehind(range.end);
+      const Node* const stop = last->IsText() ? last : NodeBehind(range.end);
       const int lastOffset = range.end.offset;
-      Node* node = NodeBehind(range.start);
+      const Node* node = NodeBehind(range.start);
       if (first->IsText()) {
         node = NextSkippingChildren(first);
         CutText(gateway, first, range.start.offset, first->Length());
       }
       while (node && node != stop) {
-        if (node->tag == Known().head) {  // a page keeps its HEAD and BODY
+        if (node->tag() == Known().head) {  // a page keeps its HEAD and BODY
           node = NextSkippingChildren(node);
           continue;
         }
-        if (node->Contains(last) || node->tag == Known().body || (keepsForm && IsFormOfTable(node))) {
+        if (node->Contains(last) || node->tag() == Known().body || (keepsForm && IsFormOfTable(node))) {
           node = NextInTree(node);
           continue;
         }
-        Node* const following = NextSkippingChildren(node);
+        const Node* const following = NextSkippingChildren(node);
         gateway.Remove(node);
         node = following;
       }
@@ -79,19 +78,18 @@ void DeleteContent(HTMLDocument& document, LiveRange& range) {
     }
   }
   range.end = range.start;
-  JoinAround(document, range.start);
+  JoinAround(gateway, range.start);
 }
 
-BoundaryPoint InsertNodes(HTMLDocument& document, const BoundaryPoint& at, const std::vector<Node*>& nodes) {
+BoundaryPoint InsertNodes(Gateway& gateway, const BoundaryPoint& at, const std::vector<Node*>& nodes) {
   assert(at.container);
-  Gateway& gateway = document.gateway();
   if (nodes.empty()) return at;
 
   if (nodes.size() == 1 && nodes.front()->IsText()) {
-    Node* host = at.IsInText() ? at.container : nullptr;
+    const Node* host = at.IsInText() ? at.container : nullptr;
     int offset = at.offset;
     if (!host) {
-      Node* const left = at.before ? at.before->previous : at.container->lastChild;
+      const Node* const left = at.before ? at.before->previous() : at.container->lastChild();
       if (left && left->IsText()) {
         host = left;
         offset = left->Length();
@@ -105,26 +103,26 @@ BoundaryPoint InsertNodes(HTMLDocument& document, const BoundaryPoint& at, const
       return BoundaryPoint::AtEnd(nodes.front());
     }
     const int length = nodes.front()->Length();
-    gateway.ReplaceData(host, offset, 0, nodes.front()->data);
+    gateway.ReplaceData(host, offset, 0, nodes.front()->data());
     DestroyTree(nodes.front());
     return BoundaryPoint::InText(host, offset + length);
   }
 
-  Node* parent = at.container;
-  Node* before = at.before;
+  const Node* parent = at.container;
+  const Node* before = at.before;
   if (at.IsInText()) {
-    parent = at.container->parent;
+    parent = at.container->parent();
     if (at.offset == 0) {
       before = at.container;
     } else {
-      before = at.offset < at.container->Length() ? gateway.SplitText(at.container, at.offset) : at.container->next;
+      before = at.offset < at.container->Length() ? gateway.SplitText(at.container, at.offset) : at.container->next();
     }
   }
   auto from = nodes.begin();
   auto to = nodes.end();
-  Node* const left = before ? before->previous : parent->lastChild;
+  const Node* const left = before ? before->previous() : parent->lastChild();
   if ((*from)->IsText() && left && left->IsText()) {
-    gateway.ReplaceData(left, left->Length(), 0, (*from)->data);
+    gateway.ReplaceData(left, left->Length(), 0, (*from)->data());
     DestroyTree(*from++);
   }
   const bool joinsRight = nodes.back()->IsText() && before && before->IsText();
@@ -133,13 +131,13 @@ BoundaryPoint InsertNodes(HTMLDocument& document, const BoundaryPoint& at, const
   Node* const last = nodes.back();
   if (!joinsRight) return last->IsText() ? BoundaryPoint::AtEnd(last) : BoundaryPoint::Behind(last);
   const int length = last->Length();
-  gateway.ReplaceData(before, 0, 0, last->data);
+  gateway.ReplaceData(before, 0, 0, last->data());
   DestroyTree(last);
   return BoundaryPoint::InText(before, length);
 }
 
-void RemoveNode(HTMLDocument& document, Node* node) {
-  const BoundaryPoint seam{node->parent, 0, node->next};
-  document.gateway().Remove(node);
-  JoinAround(document, seam);
+void RemoveNode(Gateway& gateway, const Node* node) {
+  const BoundaryPoint seam{node->parent(), 0, node->next()};
+  gateway.Remove(node);
+  JoinAround(gateway, seam);
 }

@@ -4,8 +4,8 @@
 #include <QSet>
 #include <utility>
 
-#include "HTMLDocument.h"
 #include "PageText.h"
+#include "PageTree.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ bool IsScope(const Node* node) {
   static const QSet<QString> names = {QStringLiteral("applet"),  QStringLiteral("caption"), QStringLiteral("html"),
                                       QStringLiteral("table"),   QStringLiteral("td"),      QStringLiteral("th"),
                                       QStringLiteral("marquee"), QStringLiteral("object"),  QStringLiteral("template")};
-  return !node->IsElement() || node->tag->space != Namespace::Html || names.contains(node->tag->localName);
+  return !node->IsElement() || node->tag()->space != Namespace::Html || names.contains(node->tag()->localName);
 }
 
 bool EndsByImplication(const Node* node) {
@@ -47,28 +47,28 @@ bool EndsByImplication(const Node* node) {
                                       QStringLiteral("p"),  QStringLiteral("option"),   QStringLiteral("rb"),
                                       QStringLiteral("rp"), QStringLiteral("optgroup"), QStringLiteral("rt"),
                                       QStringLiteral("rtc")};
-  return node->IsElement() && node->tag->space == Namespace::Html && names.contains(node->tag->localName);
+  return node->IsElement() && node->tag()->space == Namespace::Html && names.contains(node->tag()->localName);
 }
 
 // Whether the element's start tag would end an element that it is in.
 bool ClosesOpenElement(const Node* element) {
-  const Opening opening = OpeningOf(element->tag);
+  const Opening opening = OpeningOf(element->tag());
   if (opening == Opening::Plain) return false;
   const Opening outside =
-      element->parent && element->parent->IsElement() ? OpeningOf(element->parent->tag) : Opening::Plain;
-  if (opening == Opening::Option) return element->parent && element->parent->tag->localName == u"option";
+      element->parent() && element->parent()->IsElement() ? OpeningOf(element->parent()->tag()) : Opening::Plain;
+  if (opening == Opening::Option) return element->parent() && element->parent()->tag()->localName == u"option";
   if (opening == Opening::Heading && outside == Opening::Heading) return true;
   const bool endsParagraph = opening != Opening::Link && opening != Opening::Nobr && opening != Opening::Button;
   bool isItemSought = true;
-  for (const Node* node = element->parent; node && !IsScope(node); node = node->parent) {
-    const Opening open = OpeningOf(node->tag);
-    if (endsParagraph && node->tag->localName == u"p") return true;
+  for (const Node* node = element->parent(); node && !IsScope(node); node = node->parent()) {
+    const Opening open = OpeningOf(node->tag());
+    if (endsParagraph && node->tag()->localName == u"p") return true;
     if (opening == open && (opening == Opening::Link || opening == Opening::Nobr || opening == Opening::Button))
       return true;
     if (opening == Opening::Item || opening == Opening::Term) {
       if (isItemSought && open == opening) return true;
-      const QString& name = node->tag->localName;
-      if (node->tag->isBlock && name != u"address" && name != u"div" && name != u"p") isItemSought = false;
+      const QString& name = node->tag()->localName;
+      if (node->tag()->isBlock && name != u"address" && name != u"div" && name != u"p") isItemSought = false;
     }
     if (open == Opening::Button && endsParagraph) break;
   }
@@ -82,7 +82,7 @@ bool StaysInTable(const Node* element) {
                                       QStringLiteral("tr"),      QStringLiteral("td"),       QStringLiteral("th"),
                                       QStringLiteral("style"),   QStringLiteral("script"),   QStringLiteral("template"),
                                       QStringLiteral("input"),   QStringLiteral("form"),     QStringLiteral("table")};
-  return names.contains(element->tag->localName);
+  return names.contains(element->tag()->localName);
 }
 
 // Text as it is in the model, or as it stands in a file.
@@ -96,9 +96,9 @@ class Writer {
 
   void StartTag(const Node* element) {
     out_ += u'<';
-    out_ += element->tag->localName;
+    out_ += element->tag()->localName;
     const Attribute* style = nullptr;
-    for (const Attribute& attribute : element->attributes) {
+    for (const Attribute& attribute : element->attributes()) {
       if (!style && attribute.name == u"style") {
         style = &attribute;
       } else {
@@ -106,26 +106,26 @@ class Writer {
       }
     }
     if (style) WriteAttribute(*style);
-    out_ += element->tag->isVoid ? QStringView(u" />") : QStringView(u">");
-    if (element->tag->dropsLineEnd) lineEndDrops_ = out_.size();
+    out_ += element->tag()->isVoid ? QStringView(u" />") : QStringView(u">");
+    if (element->tag()->dropsLineEnd) lineEndDrops_ = out_.size();
   }
 
   void EndTag(const Node* element) {
-    if (element->tag->isVoid || isAtEnd_) return;
+    if (element->tag()->isVoid || isAtEnd_) return;
     if (element == tableOfForm_) CloseFormOfTable();
     if (IsFormOfTable(element)) {
       tableOfForm_ = TableAround(element);
       if (tableOfForm_) return;
     }
     out_ += u"</";
-    out_ += element->tag->localName;
+    out_ += element->tag()->localName;
     out_ += u'>';
   }
 
   void Text(const Node* text, int from, int to) {
-    const QStringView data = QStringView(text->data).mid(from, to - from);
+    const QStringView data = QStringView(text->data()).mid(from, to - from);
     if (lineEndDrops_ == out_.size() && data.startsWith(u'\n')) out_ += u'\n';
-    if (IsRaw(text->parent)) {
+    if (IsRaw(text->parent())) {
       out_ += data;
     } else {
       Escape(data, false);
@@ -133,18 +133,18 @@ class Writer {
   }
 
   void Leaf(const Node* node) {
-    switch (node->type) {
+    switch (node->type()) {
       case Node::Type::Text:
         Text(node, 0, node->Length());
         break;
       case Node::Type::Comment:
         out_ += u"<!--";
-        out_ += node->data;
+        out_ += node->data();
         out_ += u"-->";
         break;
       case Node::Type::DocumentType:
         out_ += u"<!DOCTYPE ";
-        out_ += node->data;
+        out_ += node->data();
         out_ += u'>';
         break;
       default:
@@ -160,31 +160,31 @@ class Writer {
         if (node != root) PlaceBefore(node);
         if (node != earlyTable_) StartTag(node);
         if (node == earlyTable_) earlyTable_ = nullptr;
-        if (node->content) Children(node->content);
+        if (node->content()) Children(node->content());
       } else {
         Leaf(node);
       }
       // What a script has put into a void element has no form as text.
-      if (node->firstChild && !(node->IsElement() && node->tag->isVoid)) {
-        node = node->firstChild;
+      if (node->firstChild() && !(node->IsElement() && node->tag()->isVoid)) {
+        node = node->firstChild();
         continue;
       }
       while (true) {
         // Nothing ends a PLAINTEXT but the end of the page; an end tag would be its text.
-        if (node->tag == Known().plaintext && EndsPage(node, root)) isAtEnd_ = true;
+        if (node->tag() == Known().plaintext && EndsPage(node, root)) isAtEnd_ = true;
         if (isAtEnd_) return;
         if (node->IsElement()) EndTag(node);
         if (node == root) return;
-        if (node->next) break;
-        node = node->parent;
+        if (node->next()) break;
+        node = node->parent();
       }
-      node = node->next;
+      node = node->next();
     }
   }
 
   void Children(const Node* parent) {
-    if (parent->IsElement() && parent->content) Children(parent->content);
-    for (const Node* child = parent->firstChild; child; child = child->next) Subtree(child);
+    if (parent->IsElement() && parent->content()) Children(parent->content());
+    for (const Node* child = parent->firstChild(); child; child = child->next()) Subtree(child);
   }
 
  private:
@@ -198,14 +198,14 @@ class Writer {
       CloseFormOfTable();
       FindNestedForms(element);
     }
-    if (earlyTable_ || !(element->tag == Known().plaintext || ClosesOpenElement(element))) return;
+    if (earlyTable_ || !(element->tag() == Known().plaintext || ClosesOpenElement(element))) return;
     const Node* const table = TableBehind(element);
     if (!table) return;
     StartTag(table);
     earlyTable_ = table;
   }
 
-  static bool IsForm(const Node* node) { return node->tag == FormTag(); }
+  static bool IsForm(const Node* node) { return node->tag() == FormTag(); }
   static const Tag* FormTag() {
     static const Tag* const form = Tag::Of(QStringLiteral("form"));
     return form;
@@ -214,23 +214,23 @@ class Writer {
   // A FORM in a FORM comes of an end tag that stood further inside than its start tag. Whatever the end tag would end
   // on its way has to be begun behind it.
   void FindNestedForms(const Node* form) {
-    for (const Node* node = form->parent; node; node = node->parent)
+    for (const Node* node = form->parent(); node; node = node->parent())
       if (IsForm(node)) return;  // has been found with the outermost one
     for (const Node* node = NextInTree(form, form); node; node = NextInTree(node, form)) {
       if (!IsForm(node)) continue;
       const Node* first = node;
-      while (first->parent != form && EndsByImplication(first->parent)) first = first->parent;
-      nestedForms_.insert(first->parent == form && first != node ? node : first);
+      while (first->parent() != form && EndsByImplication(first->parent())) first = first->parent();
+      nestedForms_.insert(first->parent() == form && first != node ? node : first);
     }
   }
 
   // An empty FORM among the rows of a table owns the controls in the cells as long as it isn't ended.
   static bool IsFormOfTable(const Node* element) {
-    return IsForm(element) && !element->firstChild && element->parent && element->parent->IsElement() &&
-           element->parent->tag->isTablePart;
+    return IsForm(element) && !element->firstChild() && element->parent() && element->parent()->IsElement() &&
+           element->parent()->tag()->isTablePart;
   }
   static const Node* TableAround(const Node* node) {
-    while (node && node->tag != Known().table) node = node->parent;
+    while (node && node->tag() != Known().table) node = node->parent();
     return node;
   }
   void CloseFormOfTable() {
@@ -239,16 +239,16 @@ class Writer {
 
   // The TABLE among the siblings behind `element` if all up to it would come in front of that table.
   static const Node* TableBehind(const Node* element) {
-    for (const Node* node = element->next; node; node = node->next) {
-      if (node->tag == Known().table) return node;
-      if (node->IsText() ? node->data.trimmed().isEmpty() : !node->IsElement() || StaysInTable(node)) return nullptr;
+    for (const Node* node = element->next(); node; node = node->next()) {
+      if (node->tag() == Known().table) return node;
+      if (node->IsText() ? node->data().trimmed().isEmpty() : !node->IsElement() || StaysInTable(node)) return nullptr;
     }
     return nullptr;
   }
 
   static bool EndsPage(const Node* plaintext, const Node* root) {
     const Node* const next = NextSkippingChildren(plaintext, root);
-    return !next || (next->tag == Known().table && !next->firstChild && !NextSkippingChildren(next, root));
+    return !next || (next->tag() == Known().table && !next->firstChild() && !NextSkippingChildren(next, root));
   }
 
   void WriteAttribute(const Attribute& attribute) {
@@ -262,7 +262,7 @@ class Writer {
 
   bool IsRaw(const Node* parent) const {
     return parent && parent->IsElement() &&
-           (parent->tag->isRawText || (scripting_ && parent->IsElement(Known().noscript)));
+           (parent->tag()->isRawText || (scripting_ && parent->IsElement(Known().noscript)));
   }
 
   void Escape(QStringView text, bool inAttribute) {
@@ -315,18 +315,18 @@ class Writer {
 };
 
 const Node* CommonAncestor(const Node* a, const Node* b) {
-  while (!a->Contains(b)) a = a->parent;
+  while (!a->Contains(b)) a = a->parent();
   return a;
 }
 
 }  // namespace
 
-QByteArray FileHtml(const HTMLDocument& document) {
-  const Node* const html = document.htmlNode();
+QByteArray FileHtml(const PageTree& tree) {
+  const Node* const html = tree.htmlNode();
   if (!html) return QByteArray();
-  Writer writer(document.scripting(), Form::File);
+  Writer writer(tree.scripting(), Form::File);
   writer.Subtree(html);
-  const QString encoding = writer.dependsOnEncoding() ? document.encoding() : QString();
+  const QString encoding = writer.dependsOnEncoding() ? tree.encoding() : QString();
   return PageFileBytes(writer.Take(), encoding);
 }
 
@@ -353,7 +353,7 @@ QString RangeHtml(const LiveRange& range, bool scripting) {
   const Node* const common = CommonAncestor(first, last);
   // The elements that are cut by the start are opened first: they and their tags belong to the clone.
   std::vector<const Node*> open;
-  for (const Node* n = first; n != common; n = n->parent)
+  for (const Node* n = first; n != common; n = n->parent())
     if (n->IsElement()) open.insert(open.begin(), n);
   for (const Node* element : open) writer.StartTag(element);
   // Then node after node, closing what ends on the way.
@@ -361,15 +361,15 @@ QString RangeHtml(const LiveRange& range, bool scripting) {
   const Node* within = first;  // innermost container of the place that has been reached
   if (first->IsText()) {
     writer.Text(first, range.start.offset, first->Length());
-    within = first->parent;
+    within = first->parent();
     node = NextSkippingChildren(first);
   }
   const auto closeTo = [&](const Node* ancestor) {
-    for (; within != ancestor; within = within->parent) writer.EndTag(within);
+    for (; within != ancestor; within = within->parent()) writer.EndTag(within);
   };
   const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
   while (node && node != stop) {
-    closeTo(node->parent);
+    closeTo(node->parent());
     if (node == last && node->IsText()) {
       writer.Text(node, 0, range.end.offset);
       break;

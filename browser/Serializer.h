@@ -9,10 +9,10 @@
 
 #include "BoundaryPoint.h"
 
-class HTMLDocument;
+class PageTree;
 
-// The file of the page, as PageText.h has it; "" for a document without any element.
-QByteArray FileHtml(const HTMLDocument& document);
+// The file of the page, as PageText.h has it; "" for a page without any element.
+QByteArray FileHtml(const PageTree& tree);
 
 // The node with its tags. `scripting`: NOSCRIPT holds plain text.
 QString OuterHtml(const Node* node, bool scripting);

@@ -6,17 +6,17 @@
 #include <cmath>
 #include <iterator>
 
-#include "HTMLDocument.h"
 #include "LegacyColor.h"
+#include "PageTree.h"
 #include "StyleDeclarations.h"
 
 namespace {
 
 template <std::size_t count>
 bool IsOneOf(const Node* element, const char* const (&names)[count]) {
-  return element->tag->space == Namespace::Html &&
+  return element->tag()->space == Namespace::Html &&
          std::any_of(std::begin(names), std::end(names),
-                     [&](const char* name) { return element->tag->localName == QLatin1String(name); });
+                     [&](const char* name) { return element->tag()->localName == QLatin1String(name); });
 }
 
 constexpr const char* headings[] = {"h1", "h2", "h3", "h4", "h5", "h6", "th"};
@@ -25,7 +25,7 @@ constexpr const char* withOwnSize[] = {"small", "big", "sub", "sup", "h1", "h2",
 
 // Without a document type, tables don't take size, weight and colour of the text around them.
 bool ResetsFont(const Node* element) {
-  return element->tag == Known().table && element->document && element->document->quirks();
+  return element->tag() == Known().table && element->tree() && element->tree()->quirks();
 }
 
 // The weight that the element's style gives: below 0 none, 0 normal, 1 bold.
@@ -73,21 +73,21 @@ QString StyleValue(const Node* element, const QString& property) {
   const Attribute* const style = element->FindAttribute(QStringLiteral("style"));
   const bool isOfFont = property.startsWith(u"font-");  // the shorthand may tell it
   if (!style || !style->value.contains(isOfFont ? QStringLiteral("font") : property, Qt::CaseInsensitive)) return {};
-  return StyleDeclarations::Parse(style->value, !element->document || element->document->quirks()).Value(property);
+  return StyleDeclarations::Parse(style->value, !element->tree() || element->tree()->quirks()).Value(property);
 }
 
 bool Overrides(const Node* element, FontProperty property) {
   if (!StyleValue(element, StyleProperty(property)).isEmpty()) return true;
   switch (property) {
     case FontProperty::Color:
-      return ResetsFont(element) || element->tag->localName == u"mark" ||
-             (element->tag == Known().a && element->FindAttribute(QStringLiteral("href")));
+      return ResetsFont(element) || element->tag()->localName == u"mark" ||
+             (element->tag() == Known().a && element->FindAttribute(QStringLiteral("href")));
     case FontProperty::Face:
       return IsOneOf(element, withOwnFace);
     case FontProperty::Size:
       return ResetsFont(element) || IsOneOf(element, withOwnSize);
     case FontProperty::Background:
-      return element->tag->localName == u"mark" || !StyleValue(element, QStringLiteral("background")).isEmpty();
+      return element->tag()->localName == u"mark" || !StyleValue(element, QStringLiteral("background")).isEmpty();
   }
   return false;
 }
@@ -97,7 +97,7 @@ bool HasBoldStyle(const Node* element) {
 }
 
 bool IsBoldElement(const Node* element) {
-  return element->tag == Known().b || element->tag == Known().strong;
+  return element->tag() == Known().b || element->tag() == Known().strong;
 }
 
 bool SetsWeight(const Node* element) {
@@ -105,7 +105,7 @@ bool SetsWeight(const Node* element) {
 }
 
 bool IsBold(const Node* node) {
-  for (; node && (!node->IsElement() || !SetsWeight(node)); node = node->parent) {
+  for (; node && (!node->IsElement() || !SetsWeight(node)); node = node->parent()) {
   }
   if (!node) return false;
   const int styled = StyledWeight(node);

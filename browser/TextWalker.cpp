@@ -12,7 +12,7 @@ bool IsBlank(QChar c) {
 }
 
 bool KeepsWhiteSpace(const Node* text) {
-  for (const Node* n = text->parent; n && n->IsElement(); n = n->parent)
+  for (const Node* n = text->parent(); n && n->IsElement(); n = n->parent())
     if (n->IsElement(Known().pre) || n->IsElement(Known().textarea)) return true;
   return false;
 }
@@ -21,8 +21,8 @@ bool KeepsWhiteSpace(const Node* text) {
 enum class Neighbour { Content, Edge };
 
 bool IsFormattingOnly(const Node* text) {
-  bool formatting = text->data.isEmpty();
-  for (const QChar c : text->data) {
+  bool formatting = text->data().isEmpty();
+  for (const QChar c : text->data()) {
     if (!IsBlank(c)) return false;
     formatting = formatting || IsFormatting(c);
   }
@@ -33,17 +33,17 @@ Neighbour NeighbourOf(const Node* text, bool forward) {
   const Node* node = text;
   while (true) {
     // One node on in the given direction, over closing and opening tags.
-    const Node* sibling = forward ? node->next : node->previous;
+    const Node* sibling = forward ? node->next() : node->previous();
     while (!sibling) {
-      node = node->parent;
-      if (!node || !node->IsElement() || node->tag->isBlock) return Neighbour::Edge;
-      sibling = forward ? node->next : node->previous;
+      node = node->parent();
+      if (!node || !node->IsElement() || node->tag()->isBlock) return Neighbour::Edge;
+      sibling = forward ? node->next() : node->previous();
     }
     node = sibling;
-    while (node->IsElement() && !node->tag->isHidden) {
-      if (node->tag->isBlock || node->tag == Known().br) return Neighbour::Edge;
-      if (node->tag->isAtomic) return Neighbour::Content;
-      const Node* child = forward ? node->firstChild : node->lastChild;
+    while (node->IsElement() && !node->tag()->isHidden) {
+      if (node->tag()->isBlock || node->tag() == Known().br) return Neighbour::Edge;
+      if (node->tag()->isAtomic) return Neighbour::Content;
+      const Node* child = forward ? node->firstChild() : node->lastChild();
       if (!child) break;
       node = child;
     }
@@ -61,14 +61,14 @@ struct Unit {
 
 // Whether something shows in front of a place on the same line, as it does where a blank has been typed.
 bool StandsBehindText(const Node* text, int at) {
-  if (at > 0) return !IsBlank(text->data[at - 1]);
+  if (at > 0) return !IsBlank(text->data()[at - 1]);
   return NeighbourOf(text, false) == Neighbour::Content &&
-         !(text->previous && text->previous->IsText() && !text->previous->data.isEmpty() &&
-           IsFormatting(text->previous->data.back()));
+         !(text->previous() && text->previous()->IsText() && !text->previous()->data().isEmpty() &&
+           IsFormatting(text->previous()->data().back()));
 }
 
 Unit UnitAt(const Node* text, int at) {
-  const QString& data = text->data;
+  const QString& data = text->data();
   const int length = text->Length();
   if (!IsBlank(data[at]) || KeepsWhiteSpace(text)) {
     if (data[at].isHighSurrogate() && at + 1 < length && data[at + 1].isLowSurrogate()) return {at, at + 2, true};
@@ -88,7 +88,7 @@ Unit UnitAt(const Node* text, int at) {
     while (data[typed] == u' ') ++typed;
     return at < typed ? Unit{at, at + 1, true} : Unit{typed, to, false, true};
   }
-  bool counts = !(text->parent && text->parent->IsElement() && text->parent->tag->isTablePart);
+  bool counts = !(text->parent() && text->parent()->IsElement() && text->parent()->tag()->isTablePart);
   if (counts && from == 0) counts = NeighbourOf(text, false) == Neighbour::Content;
   if (counts && to == length) counts = NeighbourOf(text, true) == Neighbour::Content;
   return {from, to, counts, true};
@@ -98,7 +98,7 @@ Unit UnitAt(const Node* text, int at) {
 // piece. Ends early, with false, when `visit` gives false. Much white space costs no more than much text.
 template <typename Visit>
 bool VisitUnits(const Node* text, int from, int to, Visit visit) {
-  const QString& data = text->data;
+  const QString& data = text->data();
   const bool keeps = KeepsWhiteSpace(text);
   for (int at = from; at < to;) {
     int end = at;
@@ -121,11 +121,11 @@ bool VisitUnits(const Node* text, int from, int to, Visit visit) {
 }
 
 bool IsLeafOfText(const Node* node) {
-  return node->IsElement() && !node->tag->isHidden && (node->tag == Known().br || node->tag->isAtomic);
+  return node->IsElement() && !node->tag()->isHidden && (node->tag() == Known().br || node->tag()->isAtomic);
 }
 
 bool IsPassedOver(const Node* node) {
-  return !node->IsText() && (!node->IsElement() || node->tag->isHidden);
+  return !node->IsText() && (!node->IsElement() || node->tag()->isHidden);
 }
 
 // Whether `end` is in the middle of something that a reader takes as one thing or doesn't see.
@@ -139,7 +139,7 @@ class Stepper {
 
   std::optional<BoundaryPoint> Forward() {
     while (true) {
-      Node* const container = at_.container;
+      const Node* const container = at_.container;
       if (container->IsText()) {
         if (at_.offset < container->Length()) {
           const Unit unit = UnitAt(container, at_.offset);
@@ -150,13 +150,13 @@ class Stepper {
         }
         continue;
       }
-      Node* const node = at_.before;
+      const Node* const node = at_.before;
       if (!node) {
         if (const auto end = Leave(container)) return *end;
         if (container == body_) return std::nullopt;
         at_ = BoundaryPoint::Behind(container);
       } else if (IsPassedOver(node)) {
-        at_.before = node->next;
+        at_.before = node->next();
       } else if (IsLeafOfText(node)) {
         return crossed_ ? at_ : BoundaryPoint::Behind(node);
       } else {
@@ -168,7 +168,7 @@ class Stepper {
 
   std::optional<BoundaryPoint> Backward() {
     while (true) {
-      Node* const container = at_.container;
+      const Node* const container = at_.container;
       if (container->IsText()) {
         if (at_.offset > 0) {
           const Unit unit = UnitAt(container, at_.offset - 1);
@@ -179,7 +179,7 @@ class Stepper {
         }
         continue;
       }
-      Node* const node = at_.before ? at_.before->previous : container->lastChild;
+      const Node* const node = at_.before ? at_.before->previous() : container->lastChild();
       if (!node) {
         if (const auto end = Leave(container)) return *end;
         if (container == body_) return std::nullopt;
@@ -197,16 +197,16 @@ class Stepper {
 
  private:
   void Enter(const Node* node) {
-    if (!node->IsElement() || !node->tag->isBlock) return;
+    if (!node->IsElement() || !node->tag()->isBlock) return;
     crossed_ = true;
-    entered_ = node->tag->holdsText ? node : nullptr;
+    entered_ = node->tag()->holdsText ? node : nullptr;
   }
 
   // The place to stop at when `container` is left: the inside of an empty block that has just been entered, or the
   // very end of the page behind a block.
   std::optional<BoundaryPoint> Leave(const Node* container) {
     if (container == entered_ || (container == body_ && crossed_)) return at_;
-    if (container->IsElement() && container->tag->isBlock && container != body_) {
+    if (container->IsElement() && container->tag()->isBlock && container != body_) {
       crossed_ = true;
       entered_ = nullptr;
     }
@@ -229,17 +229,17 @@ std::optional<BoundaryPoint> StepBackward(const BoundaryPoint& from, const Node*
   return Stepper(from, body).Backward();
 }
 
-BoundaryPoint EndOfText(Node* body) {
+BoundaryPoint EndOfText(const Node* body) {
   BoundaryPoint at = BoundaryPoint::AtEnd(body);
   while (true) {
-    Node* const last = at.before ? at.before->previous : at.container->lastChild;
+    const Node* const last = at.before ? at.before->previous() : at.container->lastChild();
     if (!last) return at;
-    if (IsPassedOver(last) || (last->IsText() && IsFormattingOnly(last) && last->previous)) {
+    if (IsPassedOver(last) || (last->IsText() && IsFormattingOnly(last) && last->previous())) {
       at.before = last;  // nothing to stand behind
       continue;
     }
     if (last->IsText()) return BoundaryPoint::AtEnd(last);
-    if (IsLeafOfText(last) || last->tag->isTablePart) return BoundaryPoint::Behind(last);
+    if (IsLeafOfText(last) || last->tag()->isTablePart) return BoundaryPoint::Behind(last);
     at = BoundaryPoint::AtEnd(last);
   }
 }
@@ -254,7 +254,7 @@ QString TextBetween(const LiveRange& range) {
   };
   const auto addText = [&](const Node* node, int from, int to) {
     VisitUnits(node, from, to, [&](int at, int end, bool formatting) {
-      add(formatting ? QStringView(u" ") : QStringView(node->data).mid(at, end - at));
+      add(formatting ? QStringView(u" ") : QStringView(node->data()).mid(at, end - at));
       return true;
     });
   };
@@ -268,16 +268,16 @@ QString TextBetween(const LiveRange& range) {
   const Node* within = first;
   if (first->IsText()) {
     addText(first, range.start.offset, first->Length());
-    within = first->parent;
+    within = first->parent();
     node = NextSkippingChildren(first);
   }
   const auto closeTo = [&](const Node* ancestor) {
-    for (; within != ancestor && !within->Contains(ancestor); within = within->parent)
-      if (within->IsElement() && within->tag->isBlock) edge = true;
+    for (; within != ancestor && !within->Contains(ancestor); within = within->parent())
+      if (within->IsElement() && within->tag()->isBlock) edge = true;
   };
   const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
   while (node && node != stop) {
-    closeTo(node->parent);
+    closeTo(node->parent());
     if (node->IsText()) {
       addText(node, 0, node == last ? range.end.offset : node->Length());
       if (node == last) break;
@@ -287,11 +287,11 @@ QString TextBetween(const LiveRange& range) {
     } else if (IsPassedOver(node)) {
       node = NextSkippingChildren(node);
     } else if (IsLeafOfText(node)) {
-      if (node->tag == Known().br) add(u"\r\n");
-      if (node->tag == Known().hr) edge = true;  // it has a line of its own
+      if (node->tag() == Known().br) add(u"\r\n");
+      if (node->tag() == Known().hr) edge = true;  // it has a line of its own
       node = NextSkippingChildren(node);
     } else {
-      if (node->IsElement() && node->tag->isBlock) edge = true;
+      if (node->IsElement() && node->tag()->isBlock) edge = true;
       within = node;
       node = NextInTree(node);
     }
@@ -300,9 +300,9 @@ QString TextBetween(const LiveRange& range) {
 }
 
 bool ShowsOnPage(const Node* text) {
-  if (text->data.isEmpty()) return false;
-  if (!std::all_of(text->data.begin(), text->data.end(), IsBlank) || KeepsWhiteSpace(text)) return true;
-  if (text->parent && text->parent->IsElement() && text->parent->tag->isTablePart) return false;
+  if (text->data().isEmpty()) return false;
+  if (!std::all_of(text->data().begin(), text->data().end(), IsBlank) || KeepsWhiteSpace(text)) return true;
+  if (text->parent() && text->parent()->IsElement() && text->parent()->tag()->isTablePart) return false;
   return NeighbourOf(text, false) == Neighbour::Content && NeighbourOf(text, true) == Neighbour::Content;
 }
 
@@ -319,13 +319,13 @@ bool SpansContent(const LiveRange& range) {
   const Node* within = first;
   if (first->IsText()) {
     if (shows(first, range.start.offset, first->Length())) return true;
-    within = first->parent;
+    within = first->parent();
     node = NextSkippingChildren(first);
   }
   const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
   while (node && node != stop) {
-    for (; within != node->parent && !within->Contains(node->parent); within = within->parent)
-      edge = edge || (within->IsElement() && within->tag->isBlock);
+    for (; within != node->parent() && !within->Contains(node->parent()); within = within->parent())
+      edge = edge || (within->IsElement() && within->tag()->isBlock);
     if (node->IsText()) {
       if (shows(node, 0, node == last ? range.end.offset : node->Length())) return true;
       if (node == last) break;
@@ -338,7 +338,7 @@ bool SpansContent(const LiveRange& range) {
       continue;
     }
     if (IsLeafOfText(node)) return true;
-    if (node->IsElement() && node->tag->isBlock) {
+    if (node->IsElement() && node->tag()->isBlock) {
       // A block that lies in the range with both its tags is content, even while it is empty.
       if (!node->Contains(last)) return true;
       edge = true;
@@ -346,7 +346,7 @@ bool SpansContent(const LiveRange& range) {
     within = node;
     node = NextInTree(node);
   }
-  for (const Node* n = within; n && !n->Contains(last); n = n->parent)
-    edge = edge || (n->IsElement() && n->tag->isBlock);
+  for (const Node* n = within; n && !n->Contains(last); n = n->parent())
+    edge = edge || (n->IsElement() && n->tag()->isBlock);
   return !edge;
 }

@@ -15,7 +15,7 @@ std::optional<BoundaryPoint> StepForward(const BoundaryPoint& from, const Node* 
 std::optional<BoundaryPoint> StepBackward(const BoundaryPoint& from, const Node* body);
 
 // The deepest place behind the last character of `body`; behind a closing table, at the level of the table.
-BoundaryPoint EndOfText(Node* body);
+BoundaryPoint EndOfText(const Node* body);
 
 // The text between two points: a BR and the edges of blocks and cells as CR LF, atomic elements as nothing. An HR ends
 // lines as a block does.

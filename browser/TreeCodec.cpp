@@ -1,6 +1,8 @@
 #include "TreeCodec.h"
 
-#include <utility>
+#include <vector>
+
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -22,19 +24,19 @@ constexpr NodeId largestId = 1 << 26;  // the document keeps a table by id
 
 int CountChildren(const Node* node) {
   int count = 0;
-  for (const Node* child = node->firstChild; child; child = child->next) ++count;
+  for (const Node* child = node->firstChild(); child; child = child->next()) ++count;
   return count;
 }
 
 void EncodeOne(const Node* node, int children, QJsonArray& out) {
-  switch (node->type) {
+  switch (node->type()) {
     case Node::Type::Element: {
       const Kind kinds[] = {HtmlElement, SvgElement, MathElement};
-      out.append(kinds[int(node->tag->space)]);
-      out.append(node->id);
-      out.append(node->tag->localName);
-      out.append(int(node->attributes.size()));
-      for (const Attribute& attribute : node->attributes) {
+      out.append(kinds[int(node->tag()->space)]);
+      out.append(node->id());
+      out.append(node->tag()->localName);
+      out.append(int(node->attributes().size()));
+      for (const Attribute& attribute : node->attributes()) {
         out.append(ToWire(attribute.name));
         out.append(ToWire(attribute.value));
       }
@@ -44,20 +46,20 @@ void EncodeOne(const Node* node, int children, QJsonArray& out) {
     case Node::Type::Text:
     case Node::Type::Comment:
       out.append(node->IsText() ? TextNode : CommentNode);
-      out.append(node->id);
-      out.append(ToWire(node->data));
+      out.append(node->id());
+      out.append(ToWire(node->data()));
       break;
     case Node::Type::DocumentType:
       out.append(DoctypeNode);
-      out.append(node->id);
-      out.append(node->data);
-      out.append(node->identifiers.value(0));
-      out.append(node->identifiers.value(1));
+      out.append(node->id());
+      out.append(node->data());
+      out.append(node->identifiers().value(0));
+      out.append(node->identifiers().value(1));
       break;
     case Node::Type::Document:
     case Node::Type::Fragment:
-      out.append(node->type == Node::Type::Document ? DocumentNode : FragmentNode);
-      out.append(node->id);
+      out.append(node->type() == Node::Type::Document ? DocumentNode : FragmentNode);
+      out.append(node->id());
       out.append(children);
       break;
   }
@@ -96,8 +98,8 @@ struct Reader {
     if (broken) return nullptr;
     Node* node = known ? known(id) : nullptr;
     const auto make = [&](Node::Type type) {
-      if (!node || node->type != type) node = new Node(type);
-      node->id = id;
+      if (!node || node->type() != type) node = TreeBuilder::Bare(type);
+      TreeBuilder::SetId(node, id);
     };
     switch (kind) {
       case HtmlElement:
@@ -107,25 +109,26 @@ struct Reader {
         const Namespace space = kind == HtmlElement  ? Namespace::Html
                                 : kind == SvgElement ? Namespace::Svg
                                                      : Namespace::MathMl;
-        node->tag = Tag::Of(Text(), space);
-        node->attributes.clear();
+        const Tag* const tag = Tag::Of(Text(), space);
+        std::vector<Attribute> attributes;
         for (int count = Number(); count > 0 && !broken; --count) {
           const QString name = FromWire(Text());
-          node->attributes.push_back({name, FromWire(Text())});
+          attributes.push_back({name, FromWire(Text())});
         }
+        TreeBuilder::SetElement(node, tag, std::move(attributes));
         children = Number();
         break;
       }
       case TextNode:
       case CommentNode:
         make(kind == TextNode ? Node::Type::Text : Node::Type::Comment);
-        node->data = FromWire(Text());
+        TreeBuilder::SetData(node, FromWire(Text()));
         break;
       case DoctypeNode: {
         make(Node::Type::DocumentType);
-        node->data = Text();
+        TreeBuilder::SetData(node, Text());
         const QString publicId = Text();
-        node->identifiers = {publicId, Text()};
+        TreeBuilder::SetIdentifiers(node, publicId, Text());
         break;
       }
       case DocumentNode:
@@ -154,17 +157,17 @@ void EncodeTree(const Node* tree, QJsonArray& out) {
   const Node* node = tree;
   while (true) {
     EncodeOne(node, CountChildren(node), out);
-    if (node->firstChild) {
-      node = node->firstChild;
+    if (node->firstChild()) {
+      node = node->firstChild();
       continue;
     }
     while (true) {
-      if (node->content) EncodeTree(node->content, out);  // follows the TEMPLATE's children
+      if (node->content()) EncodeTree(node->content(), out);  // follows the TEMPLATE's children
       if (node == tree) return;
-      if (node->next) break;
-      node = node->parent;
+      if (node->next()) break;
+      node = node->parent();
     }
-    node = node->next;
+    node = node->next();
   }
 }
 
@@ -190,17 +193,17 @@ Node* DecodeTree(const QJsonArray& in, int& from, const KnownNode& known) {
       return nullptr;
     }
     if (!levels.empty()) {
-      levels.back().node->Link(node, nullptr);
+      TreeBuilder::Insert(levels.back().node, node);
       --levels.back().left;
     }
     levels.push_back({node, children});
     while (!levels.empty() && levels.back().left <= 0) {
       Node* const done = levels.back().node;
       levels.pop_back();
-      if (done->tag == Known().templateTag) {
-        if (Node* old = std::exchange(done->content, nullptr)) DestroyTree(old);  // of a node that was known
-        done->content = DecodeTree(in, from, known);
-        if (!done->content) {
+      if (done->tag() == Known().templateTag) {
+        TreeBuilder::SetContent(done, nullptr);  // that of a node that was known
+        TreeBuilder::SetContent(done, DecodeTree(in, from, known));
+        if (!done->content()) {
           DestroyTree(top);
           return nullptr;
         }

@@ -10,26 +10,26 @@ namespace {
 
 constexpr std::size_t longest = 1024;
 
-void Adopt(OrderChunk& chunk) {
+}  // namespace
+
+void TreeOrder::Adopt(OrderChunk& chunk) {
   chunk.elements = 0;
-  for (Node* node : chunk.nodes) {
-    node->chunk = &chunk;
+  for (const Node* node : chunk.nodes) {
+    node->chunk_ = &chunk;
     chunk.elements += node->IsElement();
   }
 }
 
-}  // namespace
-
 void TreeOrder::Clear() {
   for (auto& chunk : chunks_)
-    for (Node* node : chunk->nodes) node->chunk = nullptr;
+    for (const Node* node : chunk->nodes) node->chunk_ = nullptr;
   chunks_.clear();
   numbered_ = false;
 }
 
-void TreeOrder::Rebuild(Node* root) {
+void TreeOrder::Rebuild(const Node* root) {
   Clear();
-  for (Node* node = root; node; node = NextInTree(node, root)) {
+  for (const Node* node = root; node; node = NextInTree(node, root)) {
     if (chunks_.empty() || chunks_.back()->nodes.size() >= longest / 2)
       chunks_.push_back(std::make_unique<OrderChunk>());
     chunks_.back()->nodes.push_back(node);
@@ -38,7 +38,7 @@ void TreeOrder::Rebuild(Node* root) {
 }
 
 int TreeOrder::Place(const Node* node) {
-  const auto& nodes = node->chunk->nodes;
+  const auto& nodes = node->chunk_->nodes;
   return int(std::find(nodes.begin(), nodes.end(), node) - nodes.begin());
 }
 
@@ -55,7 +55,7 @@ void TreeOrder::Renumber() const {
 
 void TreeOrder::SplitWhereTooLong(std::size_t index) {
   if (chunks_[index]->nodes.size() <= longest) return;
-  const std::vector<Node*> all = std::move(chunks_[index]->nodes);
+  const std::vector<const Node*> all = std::move(chunks_[index]->nodes);
   Chunks pieces;
   for (std::size_t from = 0; from < all.size(); from += longest / 2) {
     auto piece = std::make_unique<OrderChunk>();
@@ -68,23 +68,23 @@ void TreeOrder::SplitWhereTooLong(std::size_t index) {
   chunks_.insert(place, std::make_move_iterator(pieces.begin()), std::make_move_iterator(pieces.end()));
 }
 
-void TreeOrder::Insert(Node* subtree) {
-  std::vector<Node*> added;
-  for (Node* node = subtree; node; node = NextInTree(node, subtree)) added.push_back(node);
+void TreeOrder::Insert(const Node* subtree) {
+  std::vector<const Node*> added;
+  for (const Node* node = subtree; node; node = NextInTree(node, subtree)) added.push_back(node);
   InsertBehind(PreviousInTree(subtree), added);
 }
 
-void TreeOrder::InsertAlone(Node* node) {
+void TreeOrder::InsertAlone(const Node* node) {
   InsertBehind(PreviousInTree(node), {node});
 }
 
-void TreeOrder::InsertBehind(const Node* before, const std::vector<Node*>& added) {
+void TreeOrder::InsertBehind(const Node* before, const std::vector<const Node*>& added) {
   Renumber();
-  assert(before && before->chunk);
-  OrderChunk& chunk = *before->chunk;
+  assert(before && before->chunk_);
+  OrderChunk& chunk = *before->chunk_;
   int elements = 0;
-  for (Node* node : added) {
-    node->chunk = &chunk;
+  for (const Node* node : added) {
+    node->chunk_ = &chunk;
     elements += node->IsElement();
   }
   chunk.nodes.insert(chunk.nodes.begin() + Place(before) + 1, added.begin(), added.end());
@@ -93,26 +93,26 @@ void TreeOrder::InsertBehind(const Node* before, const std::vector<Node*>& added
   numbered_ = false;
 }
 
-void TreeOrder::Remove(Node* subtree) {
+void TreeOrder::Remove(const Node* subtree) {
   std::size_t count = 0;
   for (const Node* node = subtree; node; node = NextInTree(node, subtree)) ++count;
   RemoveFrom(subtree, count);
 }
 
-void TreeOrder::RemoveAlone(Node* node) {
+void TreeOrder::RemoveAlone(const Node* node) {
   RemoveFrom(node, 1);
 }
 
-void TreeOrder::RemoveFrom(Node* first, std::size_t count) {
+void TreeOrder::RemoveFrom(const Node* first, std::size_t count) {
   Renumber();
-  std::size_t index = std::size_t(first->chunk->ordinal);
+  std::size_t index = std::size_t(first->chunk_->ordinal);
   std::size_t place = std::size_t(Place(first));
   while (count > 0) {
     OrderChunk& chunk = *chunks_[index];
     const std::size_t taken = std::min(count, chunk.nodes.size() - place);
     const auto from = chunk.nodes.begin() + std::ptrdiff_t(place);
     for (auto it = from; it != from + std::ptrdiff_t(taken); ++it) {
-      (*it)->chunk = nullptr;
+      (*it)->chunk_ = nullptr;
       chunk.elements -= (*it)->IsElement();
     }
     chunk.nodes.erase(from, from + std::ptrdiff_t(taken));
@@ -130,10 +130,10 @@ int TreeOrder::ElementCount() const {
 }
 
 int TreeOrder::ElementIndex(const Node* element) const {
-  if (!element->chunk) return -1;
+  if (!element->chunk_) return -1;
   Renumber();
-  int index = element->chunk->firstElement;
-  for (const Node* node : element->chunk->nodes) {
+  int index = element->chunk_->firstElement;
+  for (const Node* node : element->chunk_->nodes) {
     if (node == element) return index;
     index += node->IsElement();
   }
@@ -141,24 +141,24 @@ int TreeOrder::ElementIndex(const Node* element) const {
   return -1;
 }
 
-Node* TreeOrder::ElementAt(int index) const {
+const Node* TreeOrder::ElementAt(int index) const {
   if (index < 0 || index >= ElementCount()) return nullptr;
   const auto after = std::upper_bound(chunks_.begin(), chunks_.end(), index,
                                       [](int value, const auto& chunk) { return value < chunk->firstElement; });
   const OrderChunk& chunk = **(after - 1);
   int rest = index - chunk.firstElement;
-  for (Node* node : chunk.nodes)
+  for (const Node* node : chunk.nodes)
     if (node->IsElement() && rest-- == 0) return node;
   assert(false);
   return nullptr;
 }
 
 bool TreeOrder::IsBefore(const Node* a, const Node* b) const {
-  if (a->chunk != b->chunk) {
+  if (a->chunk_ != b->chunk_) {
     Renumber();
-    return a->chunk->ordinal < b->chunk->ordinal;
+    return a->chunk_->ordinal < b->chunk_->ordinal;
   }
-  for (const Node* node : a->chunk->nodes) {
+  for (const Node* node : a->chunk_->nodes) {
     if (node == a) return a != b;
     if (node == b) return false;
   }

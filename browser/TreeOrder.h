@@ -7,10 +7,10 @@
 #include <memory>
 #include <vector>
 
-struct Node;
+class Node;
 
 struct OrderChunk {
-  std::vector<Node*> nodes;
+  std::vector<const Node*> nodes;
   int elements = 0;      // number of elements among `nodes`
   int ordinal = 0;       // place in the list of chunks
   int firstElement = 0;  // number of elements in all chunks before
@@ -18,23 +18,24 @@ struct OrderChunk {
 
 class TreeOrder {
  public:
-  void Rebuild(Node* root);
-  void Insert(Node* subtree);    // already linked into its new place
-  void Remove(Node* subtree);    // still linked
-  void InsertAlone(Node* node);  // without what is inside it, which is in the order already
-  void RemoveAlone(Node* node);
+  void Rebuild(const Node* root);
+  void Insert(const Node* subtree);    // already linked into its new place
+  void Remove(const Node* subtree);    // still linked
+  void InsertAlone(const Node* node);  // without what is inside it, which is in the order already
+  void RemoveAlone(const Node* node);
   void Clear();
 
   int ElementCount() const;
   int ElementIndex(const Node* element) const;        // -1 for a detached node
-  Node* ElementAt(int index) const;                   // null outside 0 .. ElementCount() - 1
+  const Node* ElementAt(int index) const;             // null outside 0 .. ElementCount() - 1
   bool IsBefore(const Node* a, const Node* b) const;  // both attached
 
  private:
   using Chunks = std::vector<std::unique_ptr<OrderChunk>>;
+  static void Adopt(OrderChunk& chunk);  // its nodes know it, and are counted
   static int Place(const Node* node);
-  void InsertBehind(const Node* before, const std::vector<Node*>& added);
-  void RemoveFrom(Node* first, std::size_t count);  // and those behind it
+  void InsertBehind(const Node* before, const std::vector<const Node*>& added);
+  void RemoveFrom(const Node* first, std::size_t count);  // and those behind it
   void Renumber() const;
   void SplitWhereTooLong(std::size_t index);
 

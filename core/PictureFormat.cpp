@@ -161,3 +161,10 @@ bool IsWholePicture(const QByteArray& bytes, PictureFormat format) {
   }
   return false;
 }
+
+bool IsHoldableSize(QSize pixels) {
+  constexpr int sideBound = 30'000;
+  constexpr qint64 mostPixels = 64'000'000;
+  return pixels.width() > 0 && pixels.height() > 0 && pixels.width() < sideBound && pixels.height() < sideBound &&
+         qint64(pixels.width()) * pixels.height() <= mostPixels;
+}

@@ -4,7 +4,7 @@
 #include <QtEndian>
 #include <algorithm>
 
-#include "ReadPicture.h"
+#include "PictureFormat.h"
 
 namespace {
 

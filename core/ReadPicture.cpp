@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int kSideBound = 30'000;
-constexpr qint64 kMostPixels = 64'000'000;
 // Room for the most pixels at 32 bits each.
 constexpr int kMostMegabytes = 256;
 // A little more than the largest picture takes in its longest form.
@@ -30,11 +28,6 @@ class AllocationLimit {
 };
 
 }  // namespace
-
-bool IsHoldableSize(QSize pixels) {
-  return pixels.width() > 0 && pixels.height() > 0 && pixels.width() < kSideBound && pixels.height() < kSideBound &&
-         qint64(pixels.width()) * pixels.height() <= kMostPixels;
-}
 
 QImage PictureFromBytes(const QByteArray& bytes) {
   const PictureFormat format = PictureFormatOf(bytes);

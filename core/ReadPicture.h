@@ -17,6 +17,3 @@ PictureFormat FormatOfFile(const QString& path);
 
 // A file's bytes; none for what is missing, no plain file, or longer than any picture.
 QByteArray PictureFileBytes(const QString& path);
-
-// What the program holds of one picture: sides below 30,000 and up to 64 million pixels.
-bool IsHoldableSize(QSize pixels);

@@ -193,9 +193,9 @@ QString WBUC::Source() const {
 }
 
 QByteArray WBUC::SourceForFile() const {
-  return DocReady_ ? FileHtml(*Doc_) : QByteArray();
+  return DocReady_ ? FileHtml(Doc_->tree()) : QByteArray();
 }
 
 QByteArray WBUC::FileOfSource(const QString& source) const {
-  return SourceFileBytes(source, DocReady_ ? Doc_->encoding() : QString());
+  return SourceFileBytes(source, DocReady_ ? Doc_->tree().encoding() : QString());
 }

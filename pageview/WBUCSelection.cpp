@@ -47,7 +47,7 @@ void WBUC::SetCurrentElement(const HTMLElement& ObEl) {
 
 void WBUC::SetCurrentTextRange(std::shared_ptr<HTMLTxtRange> range) {
   CurrentTextRange_ = std::move(range);
-  if (DocReady_ && Doc_->page()) Doc_->page()->TakesKeys(HasCurrentTextRange());
+  if (DocReady_) Doc_->TakeKeys(HasCurrentTextRange());
 }
 
 WBUC::Selection WBUC::IfSelection() const {

@@ -42,8 +42,8 @@ void InsertPageHTML(WBUC& view, const QString& Html) {
 
 HTMLElement FirstCell(const HTMLElement& table) {
   const Node* const root = table.node();
-  for (Node* node = root ? root->firstChild : nullptr; node; node = NextInTree(node, root))
-    if (node->IsElement() && node->tag->tagName == u"TD") return HTMLElement(node);
+  for (const Node* node = root ? root->firstChild() : nullptr; node; node = NextInTree(node, root))
+    if (node->IsElement() && node->tag()->tagName == u"TD") return HTMLElement(node);
   return {};
 }
 

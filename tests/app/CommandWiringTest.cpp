@@ -255,7 +255,7 @@ class Command : public FoldersTest {
     return names;
   }
   QString Shown() {
-    return InnerHtml(View().WBDocument()->bodyNode(), false)
+    return InnerHtml(View().WBDocument()->tree().bodyNode(), false)
         .replace(blockHtml, "[a]")
         .replace(pictureHtml, "[i]")
         .replace(tableHtml, "[t]");
@@ -269,10 +269,10 @@ class Command : public FoldersTest {
   }
 
   HTMLElement Part(const QString& id) {
-    return id.isEmpty() ? HTMLElement(View().WBDocument()->bodyNode()) : ElementById(*View().WBDocument(), id);
+    return id.isEmpty() ? HTMLElement(View().WBDocument()->tree().bodyNode()) : ElementById(*View().WBDocument(), id);
   }
   void Fire(EventType type, const QString& id, int button = 1) {
-    const BoundaryPoint end = BoundaryPoint::AtEnd(View().WBDocument()->bodyNode());
+    const BoundaryPoint end = BoundaryPoint::AtEnd(View().WBDocument()->tree().bodyNode());
     View().WBDocument()->Dispatch(HTMLEventObj(type).On(Part(id)).Button(button).Caret(end, QPoint(3, 4)));
   }
   void Click(const QString& id) {
@@ -286,7 +286,7 @@ class Command : public FoldersTest {
   }
   void Select(int from, int to) {
     Fire(EventType::MouseDown, "a");
-    Node* const text = TextOf(Part("a"));
+    const Node* const text = TextOf(Part("a"));
     View().WBDocument()->selection().Mirror({BoundaryPoint::InText(text, from), BoundaryPoint::InText(text, to)});
     Fire(EventType::Click, "a");
   }

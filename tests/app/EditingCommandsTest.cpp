@@ -14,6 +14,7 @@
 #include "RealClicks.h"
 #include "Serializer.h"
 #include "Swatch.h"
+#include "TreeBuilder.h"
 #include "WorkWindow.h"
 
 namespace {
@@ -24,12 +25,12 @@ class EditingCommands : public ProgramTest {
 
   void Page(const QString& body) { run_.browser->SetHtml(PageAround(body)); }
   HTMLElement Named(const QString& id) {
-    return id.isEmpty() ? HTMLElement(View().WBDocument()->bodyNode()) : ElementById(*View().WBDocument(), id);
+    return id.isEmpty() ? HTMLElement(View().WBDocument()->tree().bodyNode()) : ElementById(*View().WBDocument(), id);
   }
-  QString Body() { return InnerHtml(View().WBDocument()->bodyNode(), false); }
+  QString Body() { return InnerHtml(View().WBDocument()->tree().bodyNode(), false); }
 
   void Fire(EventType type, const QString& id, int button = 1) {
-    const BoundaryPoint end = BoundaryPoint::AtEnd(View().WBDocument()->bodyNode());
+    const BoundaryPoint end = BoundaryPoint::AtEnd(View().WBDocument()->tree().bodyNode());
     View().WBDocument()->Dispatch(HTMLEventObj(type).On(Named(id)).Button(button).Caret(end, QPoint(3, 4)));
   }
   void Click(const QString& id) {
@@ -44,7 +45,7 @@ class EditingCommands : public ProgramTest {
   // As a drag over text in one element.
   void Select(const QString& id, int from, int to) {
     Fire(EventType::MouseDown, id);
-    Node* const text = TextOf(Named(id));
+    const Node* const text = TextOf(Named(id));
     ASSERT_TRUE(text);
     View().WBDocument()->selection().Mirror({BoundaryPoint::InText(text, from), BoundaryPoint::InText(text, to)});
     Fire(EventType::Click, id);
@@ -479,12 +480,11 @@ TEST_F(EditingCommands, ACellMoreThanThreeStepsBelowItsTableHasNoTableProperties
   Page("<table id='t'><tr id='r'><td id='c'>x</td></tr></table>");
   // No parser makes such a tree, so it is built by hand.
   HTMLDocument& document = *View().WBDocument();
-  Node* const row = Named("r").node();
-  Node* const body = row->parent;
-  Node* const between = document.CreateElement(Tag::Of("div"));
+  const Node* const row = Named("r").node();
+  const Node* const body = row->parent();
+  Node* const between = TreeBuilder::Element(Tag::Of("div"));
   document.gateway().Insert(body, nullptr, between);
-  document.gateway().Take(row);
-  document.gateway().Insert(between, nullptr, row);
+  document.gateway().Insert(between, nullptr, document.gateway().Take(row));
   QSignalSpy asked(&Web(), &FWeb::TablePropsRequested);
   View().SetCurrentElement(Named("c"));
   ASSERT_TRUE(run_.Choose("mTableProps"));

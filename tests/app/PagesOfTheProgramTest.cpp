@@ -12,7 +12,7 @@ class Pages : public ProgramTest {
   Pages() { EXPECT_TRUE(run_.Start()); }
 
   QString Raw(const QString& name) {
-    const Attribute* const attribute = View().WBDocument()->bodyNode()->FindAttribute(name);
+    const Attribute* const attribute = View().WBDocument()->tree().bodyNode()->FindAttribute(name);
     return attribute ? attribute->value : QString("<absent>");
   }
   QString FontSize() { return View().WBDocument()->body().style().fontSize(); }

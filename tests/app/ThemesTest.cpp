@@ -55,7 +55,7 @@ TEST_F(Themes, EachHasItsEntryItsPictureAndItsColour) {
     EXPECT_EQ(theme.picture, View().BackPic());
     EXPECT_EQ(theme.color, View().BodyFontColor());
     EXPECT_EQ(theme.number, run_.modMain.Tools()->BoxColor[2]->Color());
-    const Attribute* const background = View().WBDocument()->bodyNode()->FindAttribute("background");
+    const Attribute* const background = View().WBDocument()->tree().bodyNode()->FindAttribute("background");
     ASSERT_NE(nullptr, background);
     EXPECT_EQ(theme.picture, background->value) << "the bare name";
     EXPECT_EQ(theme.picture, FileIn(QString("card/") + theme.picture));

@@ -12,7 +12,7 @@ namespace {
 int SlowCompare(const BoundaryPoint& a, const BoundaryPoint& b) {
   const auto path = [](const BoundaryPoint& point) {
     std::vector<int> indices{point.DomOffset()};
-    for (const Node* node = point.container; node->parent; node = node->parent)
+    for (const Node* node = point.container; node->parent(); node = node->parent())
       indices.insert(indices.begin(), node->Index());
     return indices;
   };
@@ -34,17 +34,18 @@ TEST(BoundaryPoint, ComparesLikeTheDefinition) {
   for (const char* html : pages) {
     const TestPage page(QString::fromLatin1(html));
     std::vector<BoundaryPoint> points;
-    for (Node* node = page.document.root(); node; node = NextInTree(node)) {
+    for (const Node* node = page.document.tree().root(); node; node = NextInTree(node)) {
       if (node->IsText()) {
         for (int at = 0; at <= node->Length(); ++at) points.push_back(BoundaryPoint::InText(node, at));
         continue;
       }
-      for (Node* child = node->firstChild; child; child = child->next) points.push_back(BoundaryPoint::Before(child));
+      for (const Node* child = node->firstChild(); child; child = child->next())
+        points.push_back(BoundaryPoint::Before(child));
       points.push_back(BoundaryPoint::AtEnd(node));
     }
     for (const BoundaryPoint& a : points)
       for (const BoundaryPoint& b : points) {
-        const int order = ComparePoints(page.document.order(), a, b);
+        const int order = ComparePoints(page.document.tree().order(), a, b);
         ASSERT_EQ(order < 0   ? -1
                   : order > 0 ? 1
                               : 0,
@@ -56,11 +57,11 @@ TEST(BoundaryPoint, ComparesLikeTheDefinition) {
 
 TEST(BoundaryPoint, EndsOfContainers) {
   const TestPage page("a<b>cd</b>");
-  Node* const bold = page.Find("B");
-  EXPECT_EQ(BoundaryPoint::Behind(bold), BoundaryPoint::AtEnd(page.document.bodyNode()));
+  const Node* const bold = page.Find("B");
+  EXPECT_EQ(BoundaryPoint::Behind(bold), BoundaryPoint::AtEnd(page.document.tree().bodyNode()));
   EXPECT_EQ(BoundaryPoint::AtEnd(bold).DomOffset(), 1);
-  EXPECT_EQ(BoundaryPoint::AtEnd(bold->firstChild).DomOffset(), 2);
-  EXPECT_EQ(NodeBehind(BoundaryPoint::AtStart(bold)), bold->firstChild);
+  EXPECT_EQ(BoundaryPoint::AtEnd(bold->firstChild()).DomOffset(), 2);
+  EXPECT_EQ(NodeBehind(BoundaryPoint::AtStart(bold)), bold->firstChild());
   EXPECT_EQ(NodeBehind(BoundaryPoint::AtEnd(bold)), nullptr);
 }
 

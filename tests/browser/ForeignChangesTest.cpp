@@ -13,8 +13,8 @@ namespace {
 
 class Foreign : public testing::Test {
  protected:
-  int Id(const QString& tag, int index = 0) { return page.Find(tag, index)->id; }
-  int Id(const Node* node) { return node->id; }
+  int Id(const QString& tag, int index = 0) { return page.Find(tag, index)->id(); }
+  int Id(const Node* node) { return node->id(); }
   using Lists = std::initializer_list<QJsonArray>;
   static QJsonArray Join(Lists lists) {
     QJsonArray joined;
@@ -26,7 +26,7 @@ class Foreign : public testing::Test {
     changes["children"] = Join(children);
     changes["attributes"] = Join(attributes);
     changes["data"] = Join(data);
-    ApplyForeignChanges(page.document, changes);
+    ApplyForeignChanges(page.document.gateway(), changes);
     EXPECT_EQ(ProblemsOf(page.document, true), QStringList());
   }
   static QJsonArray Element(int id, const char* name, const QJsonArray& children = {}, int count = 0) {
@@ -63,7 +63,7 @@ TEST_F(Foreign, ANewSubtreeAroundAKnownNode) {
                     Element(900, "u", Element(Id("B"), "b", QJsonArray{3, 901, "new"}, 1), 1)}});
   EXPECT_EQ(page.Body(), "<p>a<u><b>new</b></u></p><div><i>c</i></div>");
   EXPECT_EQ(bold.parentElement().tagName(), "U");
-  EXPECT_EQ(page.document.FindNode(900), page.Find("U"));
+  EXPECT_EQ(page.document.tree().FindNode(900), page.Find("U"));
 }
 
 TEST_F(Foreign, ANewSubtreeInAParentThatMoves) {
@@ -81,7 +81,7 @@ TEST_F(Foreign, WhatIsTakenOutGoesWithAllInside) {
 }
 
 TEST_F(Foreign, OnlyThePartOfATextThatDiffersIsReplaced) {
-  Node* const text = page.Text("bb");
+  const Node* const text = page.Text("bb");
   Apply({}, {}, {QJsonArray{Id(text), "xbb"}});
   EXPECT_EQ(page.Show(range->range()), "<p>a<b>xb^b^</b></p><div><i>c</i></div>");
   Apply({}, {}, {QJsonArray{Id(text), "xbbx"}});
@@ -99,7 +99,7 @@ TEST_F(Foreign, Attributes) {
 
 TEST_F(Foreign, NonsenseIsPassedOver) {
   const QString before = page.Body();
-  const int root = page.document.root()->id;
+  const int root = page.document.tree().root()->id();
   Apply({QJsonArray{}, QJsonArray{123456, 1}, QJsonArray{"x"}, QJsonArray{Id(page.Text("a")), Id("B")}});
   Apply({}, {QJsonArray{Id(page.Text("a")), "x", "y"}, QJsonArray{}},
         {QJsonArray{Id("B"), "z"}, QJsonArray{root, "z"}});
@@ -109,7 +109,7 @@ TEST_F(Foreign, NonsenseIsPassedOver) {
   Apply({QJsonArray{Id("B"), Id(page.Text("bb")), QJsonArray{1, 5}, QJsonArray{}, QJsonArray{3, 2147483647, "x"}}});
   EXPECT_EQ(page.Body(), before);
   Apply({QJsonArray{Id("DIV"), Id("I"), Id("I"), Element(Id("I"), "i"), Element(Id("DIV"), "div")}});
-  EXPECT_EQ(page.Text("bb")->parent, bold.node());
+  EXPECT_EQ(page.Text("bb")->parent(), bold.node());
 }
 
 TEST(ForeignChanges, RandomListsLeaveASoundDocument) {
@@ -120,11 +120,12 @@ TEST(ForeignChanges, RandomListsLeaveASoundDocument) {
     std::vector<HTMLElement> held;
     int fresh = 1000;
     for (int step = 0; step < 20; ++step) {
-      std::vector<Node*> nodes;
-      for (Node* node = page.document.bodyNode(); node; node = NextInTree(node, page.document.bodyNode()))
+      std::vector<const Node*> nodes;
+      for (const Node* node = page.document.tree().bodyNode(); node;
+           node = NextInTree(node, page.document.tree().bodyNode()))
         nodes.push_back(node);
       if (nodes.empty()) break;  // BODY itself has gone
-      const auto any = [&] { return nodes[random() % nodes.size()]->id; };
+      const auto any = [&] { return nodes[random() % nodes.size()]->id(); };
       QJsonArray lists;
       for (int count = int(random() % 4); count > 0; --count) {
         QJsonArray list{any()};
@@ -141,7 +142,7 @@ TEST(ForeignChanges, RandomListsLeaveASoundDocument) {
       if (random() % 2) held.push_back(element);
       QJsonObject changes;
       changes["children"] = lists;
-      ApplyForeignChanges(page.document, changes);
+      ApplyForeignChanges(page.document.gateway(), changes);
       ASSERT_EQ(ProblemsOf(page.document, true), QStringList()) << "seed " << seed << ", step " << step;
     }
   }

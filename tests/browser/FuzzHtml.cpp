@@ -7,6 +7,7 @@
 #include "RandomSeed.h"
 #include "Serializer.h"
 #include "TestPage.h"
+#include "TreeBuilder.h"
 
 // Random edits of random pages against what always holds of a document, under the sanitizers:
 // FuzzHtml [ITERATIONS [SEED]]. Without a number of iterations it runs for about eight seconds.
@@ -132,14 +133,14 @@ class Maker {
 class Playground {
  public:
   Playground(std::mt19937& random, bool tidy) : make_(random, tidy), tidy_(tidy), page_(make_.Html(12).remove(u'^')) {
-    if (Node* body = page_.document.bodyNode()) {
+    if (const Node* body = page_.document.tree().bodyNode()) {
       for (int count = 0; count < 4; ++count)
         ranges_.push_back(std::make_shared<HTMLTxtRange>(
             page_.document, LiveRange{BoundaryPoint::AtStart(body), BoundaryPoint::AtStart(body)}));
     }
   }
 
-  bool HasBody() const { return page_.document.bodyNode() != nullptr; }
+  bool HasBody() const { return page_.document.tree().bodyNode() != nullptr; }
 
   void Step() {
     HTMLTxtRange& range = *ranges_[std::size_t(make_.Below(ranges_.size()))];
@@ -177,14 +178,15 @@ class Playground {
         static const char* const places[] = {"BeforeBegin", "AfterBegin", "BeforeEnd", "AfterEnd"};
         const int place = make_.Below(4);
         HTMLElement element = AnyElement();
-        const Node* const parent = place == 0 || place == 3 ? element.node()->parent : element.node();
+        const Node* const parent = place == 0 || place == 3 ? element.node()->parent() : element.node();
         if (!tidy_ || HoldsAnything(parent)) element.insertAdjacentHTML(places[place], make_.Html(2));
         break;
       }
       case 10: {
         HTMLElement element = AnyElement();
-        if (element.node()->tag == Known().body || element.node()->tag == Known().html) break;
-        if (!tidy_ || HoldsAnything(element.node()->parent)) element.setOuterHTML(make_.Below(2) ? "" : make_.Html(2));
+        if (element.node()->tag() == Known().body || element.node()->tag() == Known().html) break;
+        if (!tidy_ || HoldsAnything(element.node()->parent()))
+          element.setOuterHTML(make_.Below(2) ? "" : make_.Html(2));
         break;
       }
       case 11:
@@ -198,7 +200,7 @@ class Playground {
   }
 
   // Grown too large to be quick.
-  bool IsLarge() const { return page_.document.order().ElementCount() > 150; }
+  bool IsLarge() const { return page_.document.tree().order().ElementCount() > 150; }
 
  private:
   HTMLElement AnyElement() {
@@ -206,13 +208,13 @@ class Playground {
   }
 
   static bool HoldsAnything(const Node* node) {
-    return node && node->IsElement() && !node->tag->isTablePart && !node->tag->isVoid && !node->tag->isHidden &&
-           node->tag != Known().html && node->tag != Known().textarea && node->tag->localName != u"colgroup";
+    return node && node->IsElement() && !node->tag()->isTablePart && !node->tag()->isVoid && !node->tag()->isHidden &&
+           node->tag() != Known().html && node->tag() != Known().textarea && node->tag()->localName != u"colgroup";
   }
   bool MayPaste(const HTMLTxtRange& range) const {
     if (!tidy_) return true;
     const Node* const container = range.range().start.container;
-    return HoldsAnything(container->IsText() ? container->parent : container);
+    return HoldsAnything(container->IsText() ? container->parent() : container);
   }
 
   static bool IsTidyAlone(const QString& html) {
@@ -229,21 +231,22 @@ class Playground {
     const QStringList problems = page_.Problems();
     if (!problems.isEmpty()) Fail(problems.join(u'\n'));
     for (const auto& range : ranges_) {
-      if (ComparePoints(page_.document.order(), range->range().start, range->range().end) > 0) Fail("a reversed range");
+      if (ComparePoints(page_.document.tree().order(), range->range().start, range->range().end) > 0)
+        Fail("a reversed range");
       range->htmlText();
       range->text();
     }
     const QString html = page_.Body();
     if (html.contains(QChar(0))) Fail("a NUL");
-    Node* const body = page_.document.CreateElement(Known().body);
-    for (Node* node : ParseFragment(html, Known().body)) body->Link(node, nullptr);
+    Node* const body = TreeBuilder::Element(Known().body);
+    for (Node* node : ParseFragment(html, Known().body)) TreeBuilder::Insert(body, node);
     const QString again = InnerHtml(body, false);
     DestroyTree(body);
     if (tidy_ && again != html) Fail("doesn't come back:\n" + again);
     // Edits outside of BODY may leave more than one of it.
-    const Node* const head = page_.document.headNode();
-    const bool isWhole = head && head == page_.document.htmlNode()->firstChild &&
-                         head->next == page_.document.bodyNode() && !page_.document.bodyNode()->next;
+    const Node* const head = page_.document.tree().headNode();
+    const bool isWhole = head && head == page_.document.tree().htmlNode()->firstChild() &&
+                         head->next() == page_.document.tree().bodyNode() && !page_.document.tree().bodyNode()->next();
     const QString difference = tidy_ && isWhole ? DifferenceAfterSaving(page_.document) : QString();
     if (!difference.isEmpty()) Fail("isn't the same after saving: " + difference);
   }

@@ -7,12 +7,13 @@
 #include "QtPrinters.h"
 #include "RandomSeed.h"
 #include "TestPage.h"
+#include "TreeBuilder.h"
 
 namespace {
 
 // A live range as the DOM standard describes it, with indices, moved by its rules word for word.
 struct SlowPoint {
-  Node* node;
+  const Node* node;
   int offset;
 };
 
@@ -20,12 +21,12 @@ class SlowRanges {
  public:
   std::vector<SlowPoint> points;
 
-  void Inserted(Node* parent, int index) {
+  void Inserted(const Node* parent, int index) {
     for (SlowPoint& point : points)
       if (point.node == parent && point.offset > index) ++point.offset;
   }
-  void Removing(Node* node) {
-    Node* const parent = node->parent;
+  void Removing(const Node* node) {
+    const Node* const parent = node->parent();
     const int index = node->Index();
     for (SlowPoint& point : points) {
       if (node->Contains(point.node)) {
@@ -35,7 +36,7 @@ class SlowRanges {
       }
     }
   }
-  void Replaced(Node* node, int offset, int count, int length) {
+  void Replaced(const Node* node, int offset, int count, int length) {
     for (SlowPoint& point : points) {
       if (point.node != node || point.offset <= offset) continue;
       point.offset = point.offset <= offset + count ? offset : point.offset + length - count;
@@ -49,11 +50,11 @@ class RandomEdits {
     for (int at = 0; at < 6; ++at) {
       ranges_.push_back(std::make_unique<LiveRange>());
       Place(*ranges_.back());
-      page_.document.AddRange(ranges_.back().get());
+      page_.document.tree().AddRange(ranges_.back().get());
     }
   }
   ~RandomEdits() {
-    for (auto& range : ranges_) page_.document.RemoveRange(range.get());
+    for (auto& range : ranges_) page_.document.tree().RemoveRange(range.get());
   }
 
   void Step() {
@@ -71,49 +72,49 @@ class RandomEdits {
         ++at;
       }
     ASSERT_EQ(ProblemsOf(page_.document, true), QStringList());
-    ASSERT_EQ(page_.page->DifferenceTo(page_.document), "");
+    ASSERT_EQ(page_.page->DifferenceTo(page_.document.tree()), "");
   }
 
  private:
   int Below(int bound) { return int(random_() % unsigned(bound)); }
 
-  Node* Pick(bool text, bool withBody) {
-    std::vector<Node*> nodes;
-    Node* const body = page_.document.bodyNode();
-    for (Node* node = body; node; node = NextInTree(node, body))
+  const Node* Pick(bool text, bool withBody) {
+    std::vector<const Node*> nodes;
+    const Node* const body = page_.document.tree().bodyNode();
+    for (const Node* node = body; node; node = NextInTree(node, body))
       if ((node != body || withBody) && (text ? node->IsText() : node->IsElement())) nodes.push_back(node);
     return nodes.empty() ? nullptr : nodes[std::size_t(Below(int(nodes.size())))];
   }
 
-  BoundaryPoint PointIn(Node* node) {
+  BoundaryPoint PointIn(const Node* node) {
     if (node->IsText()) return BoundaryPoint::InText(node, Below(node->Length() + 1));
     BoundaryPoint point = BoundaryPoint::AtStart(node);
-    for (int skip = Below(4); skip > 0 && point.before; --skip) point.before = point.before->next;
+    for (int skip = Below(4); skip > 0 && point.before; --skip) point.before = point.before->next();
     return point;
   }
 
   void Place(LiveRange& range) {
-    Node* const text = Pick(true, false);
+    const Node* const text = Pick(true, false);
     range.start = PointIn(text && Below(2) ? text : Pick(false, true));
     range.end = PointIn(text && Below(2) ? text : Pick(false, true));
-    if (ComparePoints(page_.document.order(), range.start, range.end) > 0) std::swap(range.start, range.end);
+    if (ComparePoints(page_.document.tree().order(), range.start, range.end) > 0) std::swap(range.start, range.end);
   }
 
   void Edit(SlowRanges& slow) {
     Gateway& gateway = page_.document.gateway();
-    Node* const text = Pick(true, false);
+    const Node* const text = Pick(true, false);
     switch (Below(8)) {
       case 0: {
-        Node* const parent = Pick(false, true);
-        Node* const before = PointIn(parent).before;
-        Node* node = Below(2) ? page_.document.CreateText("xyz") : page_.document.CreateElement(Known().b);
-        if (node->IsElement()) node->Link(page_.document.CreateText("uv"), nullptr);
+        const Node* const parent = Pick(false, true);
+        const Node* const before = PointIn(parent).before;
+        Node* const node = Below(2) ? TreeBuilder::Text("xyz") : TreeBuilder::Element(Known().b);
+        if (node->IsElement()) TreeBuilder::Insert(node, TreeBuilder::Text("uv"));
         gateway.Insert(parent, before, node);
         slow.Inserted(parent, node->Index());
         break;
       }
       case 1:
-        if (Node* node = Below(2) ? text : Pick(false, false)) {
+        if (const Node* node = Below(2) ? text : Pick(false, false)) {
           slow.Removing(node);
           gateway.Remove(node);
         }
@@ -130,38 +131,37 @@ class RandomEdits {
       case 3:
         if (text && text->Length() > 1) {
           const int offset = 1 + Below(text->Length() - 1);
-          Node* const rest = gateway.SplitText(text, offset);
-          slow.Inserted(text->parent, rest->Index());
+          const Node* const rest = gateway.SplitText(text, offset);
+          slow.Inserted(text->parent(), rest->Index());
           for (SlowPoint& point : slow.points) {
             if (point.node == text && point.offset > offset)
               point = {rest, point.offset - offset};
-            else if (point.node == text->parent && point.offset == rest->Index())
+            else if (point.node == text->parent() && point.offset == rest->Index())
               ++point.offset;
           }
         }
         break;
       case 4:
-        if (text && text->next && text->next->IsText()) {
+        if (text && text->next() && text->next()->IsText()) {
           for (SlowPoint& point : slow.points) {
-            if (point.node == text->next)
+            if (point.node == text->next())
               point = {text, text->Length() + point.offset};
-            else if (point.node == text->parent && point.offset == text->next->Index())
+            else if (point.node == text->parent() && point.offset == text->next()->Index())
               point = {text, text->Length()};
           }
           // What is left of the removal's rule: points behind the second text.
-          slow.Removing(text->next);
+          slow.Removing(text->next());
           gateway.JoinWithNext(text);
         }
         break;
       case 5:
-        if (Node* const first = Below(2) ? text : Pick(false, false)) {
-          Node* last = first;
-          for (int more = Below(3); more > 0 && last->next; --more) last = last->next;
+        if (const Node* const first = Below(2) ? text : Pick(false, false)) {
+          const Node* last = first;
+          for (int more = Below(3); more > 0 && last->next(); --more) last = last->next();
           const int from = first->Index();
           const int to = last->Index();
-          Node* const parent = first->parent;
-          Node* const wrapper = page_.document.CreateElement(Known().font);
-          wrapper->attributes = {{"color", "red"}};
+          const Node* const parent = first->parent();
+          Node* const wrapper = TreeBuilder::Element(Known().font, {{"color", "red"}});
           gateway.Wrap(first, last, wrapper);
           for (SlowPoint& point : slow.points) {
             if (point.node != parent || point.offset <= from) continue;
@@ -171,10 +171,10 @@ class RandomEdits {
         }
         break;
       case 6:
-        if (Node* const element = Pick(false, false)) {
-          Node* const parent = element->parent;
+        if (const Node* const element = Pick(false, false)) {
+          const Node* const parent = element->parent();
           const int at = element->Index();
-          const int inside = element->lastChild ? element->lastChild->Index() + 1 : 0;
+          const int inside = element->lastChild() ? element->lastChild()->Index() + 1 : 0;
           gateway.Unwrap(element);
           for (SlowPoint& point : slow.points) {
             if (point.node == element) {
@@ -186,7 +186,7 @@ class RandomEdits {
         }
         break;
       default: {
-        Node* const element = Pick(false, true);
+        const Node* const element = Pick(false, true);
         if (Below(2))
           gateway.SetAttribute(element, "A" + QString::number(Below(3)), QString::number(Below(3)));
         else
@@ -215,21 +215,21 @@ TEST(Gateway, WhatWouldChangeNothingIsNotTold) {
   class Silent : public ReplicaPage {
    public:
     using ReplicaPage::ReplicaPage;
-    void AttributeSet(const Node*, const QString&, const QString&) override { ++told; }
-    void AttributeRemoved(const Node*, const QString&) override { ++told; }
-    void DataReplaced(const Node*, int, int, const QString&) override { ++told; }
+    void Changed(const TreeStep&) override { ++told; }
     int told = 0;
-  } silent(page.document);
-  page.document.SetPage(&silent);
+  } silent(page.document.tree());
+  page.document.tree().SetPage(&silent);
   Gateway& gateway = page.document.gateway();
   gateway.SetAttribute(page.Find("B"), "X", "1");
   gateway.RemoveAttribute(page.Find("B"), "y");
   gateway.ReplaceData(page.Text("a"), 1, 0, "");
   EXPECT_EQ(silent.told, 0);
-  gateway.SetAttribute(page.Find("B"), "X", "2", Gateway::Origin::Page);
+  gateway.TakeAttributes(page.Find("B"), {{"x", "2"}, {"y", "z"}});
+  gateway.ReplaceData(page.Text("a"), 0, 1, "b", Gateway::Origin::Page);
   EXPECT_EQ(silent.told, 0) << "what the page did isn't told back";
   gateway.SetAttribute(page.Find("B"), "X", "3");
   EXPECT_EQ(silent.told, 1);
+  EXPECT_EQ(page.Body(), "<b x=\"3\" y=\"z\">b</b>");
 }
 
 }  // namespace

@@ -54,9 +54,9 @@ class Headless : public testing::Test {
     listener = std::make_unique<Listener>(*browser.Document());
   }
   static QPoint Middle(int line, int column) { return {8 + 8 * column + 2, 8 + 16 * line + 8}; }
-  Node* Text(const QString& data) {
-    for (Node* node = browser.Document()->root(); node; node = NextInTree(node))
-      if (node->IsText() && node->data.contains(data)) return node;
+  const Node* Text(const QString& data) {
+    for (const Node* node = browser.Document()->tree().root(); node; node = NextInTree(node))
+      if (node->IsText() && node->data().contains(data)) return node;
     return nullptr;
   }
   void Click(QPoint point) { browser.Click(point); }
@@ -144,10 +144,10 @@ TEST_F(Headless, APointOfAPlaceHitsThatPlace) {
   Show(
       "ab<b>c</b><p>d\xF0\x9F\x98\x80"
       "e</p><table><tr><td>f</td><td>g</td></tr></table>h");
-  for (Node* node = browser.Document()->bodyNode(); node; node = NextInTree(node)) {
+  for (const Node* node = browser.Document()->tree().bodyNode(); node; node = NextInTree(node)) {
     if (!node->IsText()) continue;
     for (int at = 0; at < node->Length(); ++at) {
-      if (node->data[at].isLowSurrogate()) continue;
+      if (node->data()[at].isLowSurrogate()) continue;
       Click(*browser.PointAt(BoundaryPoint::InText(node, at)));
       EXPECT_EQ(listener->caret, BoundaryPoint::InText(node, at));
     }
@@ -163,7 +163,7 @@ TEST_F(Headless, CellsAndWhatIsBesideATable) {
   // Below a table at the end of the page text goes behind it.
   Click(Middle(40, 0));
   EXPECT_EQ(listener->tag, "BODY");
-  EXPECT_EQ(listener->caret, BoundaryPoint::AtEnd(browser.Document()->bodyNode()));
+  EXPECT_EQ(listener->caret, BoundaryPoint::AtEnd(browser.Document()->tree().bodyNode()));
 }
 
 TEST_F(Headless, OrderOfEvents) {
@@ -198,7 +198,7 @@ TEST_F(Headless, AnEmptyPageTakesClicks) {
   Show("");
   Click(Middle(0, 0));
   EXPECT_EQ(listener->tag, "BODY");
-  EXPECT_EQ(listener->caret, BoundaryPoint::AtStart(browser.Document()->bodyNode()));
+  EXPECT_EQ(listener->caret, BoundaryPoint::AtStart(browser.Document()->tree().bodyNode()));
   browser.SetHtml("<frameset><frame></frameset>");
   browser.Click(Middle(0, 0));
 }

@@ -5,14 +5,14 @@
 #include "QtPrinters.h"
 #include "Serializer.h"
 #include "TestPage.h"
+#include "TreeBuilder.h"
 
 namespace {
 
 QString Parsed(const QString& html, const char* context = "body") {
   const Tag* const tag = Tag::Of(QString::fromLatin1(context));
-  Node* const parent = new Node(Node::Type::Element);
-  parent->tag = Tag::Of(QStringLiteral("div"));
-  for (Node* node : ParseFragment(html, tag)) parent->Link(node, nullptr);
+  Node* const parent = TreeBuilder::Element(Tag::Of(QStringLiteral("div")));
+  for (Node* node : ParseFragment(html, tag)) TreeBuilder::Insert(parent, node);
   const QString written = InnerHtml(parent, false);
   DestroyTree(parent);
   return written;
@@ -42,14 +42,14 @@ TEST(HtmlParser, TextsSideBySideBecomeOne) {
   // The text that a table pushes out comes to stand beside the text before the table.
   const TestPage page("a<table>b<tr>c<td>d</table>e");
   EXPECT_EQ(page.Body(), "abc<table><tbody><tr><td>d</td></tr></tbody></table>e");
-  for (const Node* node = page.document.root(); node; node = NextInTree(node))
-    EXPECT_FALSE(node->IsText() && node->next && node->next->IsText());
+  for (const Node* node = page.document.tree().root(); node; node = NextInTree(node))
+    EXPECT_FALSE(node->IsText() && node->next() && node->next()->IsText());
 }
 
 TEST(HtmlParser, AByteOrderMarkInThePageIsACharacter) {
   const TestPage page(QString::fromUtf8("<b title='&#xfeff;x'>&#xfeff;y</b>"));
   EXPECT_EQ(page.Element("B").getAttribute("title"), QString(QChar(0xFEFF)) + "x");
-  EXPECT_EQ(page.Text("y")->data, QString(QChar(0xFEFF)) + "y");
+  EXPECT_EQ(page.Text("y")->data(), QString(QChar(0xFEFF)) + "y");
 }
 
 int DeepestOf(const Node* root) {
@@ -57,13 +57,13 @@ int DeepestOf(const Node* root) {
   int depth = 0;
   for (const Node* node = root; node;) {
     deepest = std::max(deepest, depth);
-    if (node->firstChild) {
-      node = node->firstChild;
+    if (node->firstChild()) {
+      node = node->firstChild();
       ++depth;
       continue;
     }
-    while (node && !node->next) node = node->parent, --depth;
-    if (node) node = node->next;
+    while (node && !node->next()) node = node->parent(), --depth;
+    if (node) node = node->next();
   }
   return deepest;
 }
@@ -71,24 +71,24 @@ int DeepestOf(const Node* root) {
 TEST(HtmlParser, NestingIsCut) {
   for (const char* tag : {"<div>", "<b>", "<font>", "<span>"}) {
     HTMLDocument document;
-    ParseDocument(QString::fromLatin1(tag).repeated(550) + "x", document);
-    EXPECT_LE(DeepestOf(document.root()), 513) << tag;
-    EXPECT_GE(DeepestOf(document.root()), 500) << tag;
+    ParseDocument(QString::fromLatin1(tag).repeated(550) + "x", document.tree());
+    EXPECT_LE(DeepestOf(document.tree().root()), 513) << tag;
+    EXPECT_GE(DeepestOf(document.tree().root()), 500) << tag;
     EXPECT_EQ(document.body().all().length(), 550) << tag;
   }
   // The depth of the place counts.
   TestPage page(QString("<div>").repeated(500) + "^");
   page.Range()->pasteHTML(QString("<div>").repeated(500));
-  EXPECT_LE(DeepestOf(page.document.root()), 513);
+  EXPECT_LE(DeepestOf(page.document.tree().root()), 513);
   EXPECT_EQ(page.Problems(), QStringList());
 }
 
 TEST(HtmlParser, OfHundredsOfThousandsOfLevelsTheDeepestAreDropped) {
   HTMLDocument document;
-  ParseDocument(QString("<q>").repeated(200000) + "x", document);
+  ParseDocument(QString("<q>").repeated(200000) + "x", document.tree());
   EXPECT_EQ(document.body().all().length(), 600);
   EXPECT_EQ(document.body().createTextRange()->text(), "x");
-  EXPECT_LE(DeepestOf(document.root()), 513);
+  EXPECT_LE(DeepestOf(document.tree().root()), 513);
 }
 
 TEST(HtmlParser, WhatStandsRoundTheDocumentElement) {
@@ -101,12 +101,12 @@ TEST(HtmlParser, WhatStandsRoundTheDocumentElement) {
   };
   for (const auto& [html, expected] : rows) {
     HTMLDocument document;
-    ParseDocument(html, document);
+    ParseDocument(html, document.tree());
     QStringList children;
-    for (const Node* child = document.root()->firstChild; child; child = child->next)
-      children += child->IsElement()                        ? child->tag->tagName
-                  : child->type == Node::Type::DocumentType ? '!' + child->data
-                                                            : child->data;
+    for (const Node* child = document.tree().root()->firstChild(); child; child = child->next())
+      children += child->IsElement()                          ? child->tag()->tagName
+                  : child->type() == Node::Type::DocumentType ? '!' + child->data()
+                                                              : child->data();
     EXPECT_EQ(children, expected) << html;
   }
 }
@@ -114,8 +114,8 @@ TEST(HtmlParser, WhatStandsRoundTheDocumentElement) {
 TEST(HtmlParser, Quirks) {
   const auto quirks = [](const char* html) {
     HTMLDocument document;
-    ParseDocument(html, document);
-    return document.quirks();
+    ParseDocument(html, document.tree());
+    return document.tree().quirks();
   };
   EXPECT_TRUE(quirks("<p>"));
   EXPECT_FALSE(quirks("<!DOCTYPE html><p>"));

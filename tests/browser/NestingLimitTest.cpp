@@ -67,8 +67,8 @@ TEST(NestingLimit, AHundredThousandLevelsAreReadInNoTime) {
 TEST(NestingLimit, AsDeepAsATreeIsKeptNothingIsLost) {
   TestPage page(QString("<div>").repeated(590) + "x");
   int divs = 0;
-  for (const Node* node = page.document.root(); node; node = NextInTree(node))
-    divs += node->IsElement() && node->tag->localName == u"div";
+  for (const Node* node = page.document.tree().root(); node; node = NextInTree(node))
+    divs += node->IsElement() && node->tag()->localName == u"div";
   EXPECT_EQ(divs, 590);
 }
 

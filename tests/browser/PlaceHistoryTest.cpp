@@ -7,6 +7,7 @@
 
 #include "QtPrinters.h"
 #include "TestPage.h"
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -14,13 +15,13 @@ namespace {
 class RecordingPage : public ReplicaPage {
  public:
   using ReplicaPage::ReplicaPage;
-  void PlacesMoved(const TreeStep& step) override { history.Add(batch, step); }
+  void Changed(const TreeStep& step) override { history.Add(batch, step); }
   PlaceHistory history;
   int batch = 1;
 };
 
 NodePlace PlaceOf(const BoundaryPoint& point) {
-  return {point.container->id, point.IsInText() ? point.offset : point.before ? point.before->id : 0};
+  return {point.container->id(), point.IsInText() ? point.offset : point.before ? point.before->id() : 0};
 }
 
 class PlaceHistoryOnAPage : public testing::Test {
@@ -28,19 +29,19 @@ class PlaceHistoryOnAPage : public testing::Test {
   // A page with one place marked, where the live page has carried out nothing of what follows.
   void Open(const QString& content) {
     page_ = std::make_unique<TestPage>(content);
-    recorder_ = std::make_unique<RecordingPage>(page_->document);
-    page_->document.SetPage(recorder_.get());
+    recorder_ = std::make_unique<RecordingPage>(page_->document.tree());
+    page_->document.tree().SetPage(recorder_.get());
     named_ = PlaceOf(page_->marked.start);
   }
   Gateway& gateway() { return page_->document.gateway(); }
-  Node* Text(const QString& data) { return page_->Text(data); }
+  const Node* Text(const QString& data) { return page_->Text(data); }
   // The content with a mark where the place that was named before is now.
   QString Now() {
     const NodePlace now = recorder_->history.Now(named_);
-    Node* const container = page_->document.FindNode(now.container);
+    const Node* const container = page_->document.tree().FindNode(now.container);
     if (!container) return QStringLiteral("nowhere");
     return page_->Show(container->IsText() ? BoundaryPoint::InText(container, now.rest)
-                                           : BoundaryPoint{container, 0, page_->document.FindNode(now.rest)});
+                                           : BoundaryPoint{container, 0, page_->document.tree().FindNode(now.rest)});
   }
 
   std::unique_ptr<TestPage> page_;
@@ -66,13 +67,13 @@ TEST_F(PlaceHistoryOnAPage, BehindACutGoesIntoTheSecondPiece) {
   Open("one two th^ree");
   gateway().SplitText(Text("one"), 7);
   EXPECT_EQ(Now(), "one two th^ree");
-  EXPECT_EQ(recorder_->history.Now(named_), (NodePlace{Text(" three")->id, 3}));
+  EXPECT_EQ(recorder_->history.Now(named_), (NodePlace{Text(" three")->id(), 3}));
 }
 
 TEST_F(PlaceHistoryOnAPage, AtACutStaysInTheFirstPiece) {
   Open("one two^ three");
   gateway().SplitText(Text("one"), 7);
-  EXPECT_EQ(recorder_->history.Now(named_), (NodePlace{Text("one two")->id, 7}));
+  EXPECT_EQ(recorder_->history.Now(named_), (NodePlace{Text("one two")->id(), 7}));
 }
 
 TEST_F(PlaceHistoryOnAPage, InATextThatIsJoinedToTheOneBeforeGoesThere) {
@@ -93,13 +94,13 @@ TEST_F(PlaceHistoryOnAPage, InWhatIsRemovedMovesToWhereThatWas) {
 TEST_F(PlaceHistoryOnAPage, BeforeAnInsertionStaysBeforeIt) {
   Open("a^<u>d</u>");
   named_ = PlaceOf(BoundaryPoint::Before(page_->Find("U")));
-  gateway().Insert(page_->document.bodyNode(), page_->Find("U"), page_->document.CreateElement(Known().b));
+  gateway().Insert(page_->document.tree().bodyNode(), page_->Find("U"), TreeBuilder::Element(Known().b));
   EXPECT_EQ(Now(), "a^<b></b><u>d</u>");
 }
 
 TEST_F(PlaceHistoryOnAPage, InWhatIsWrappedAndUnwrappedStaysWithItsLetter) {
   Open("one<b>t^wo</b>three");
-  gateway().Wrap(page_->Find("B"), page_->Find("B"), page_->document.CreateElement(Known().font));
+  gateway().Wrap(page_->Find("B"), page_->Find("B"), TreeBuilder::Element(Known().font));
   EXPECT_EQ(Now(), "one<font><b>t^wo</b></font>three");
   gateway().Unwrap(page_->Find("B"));
   gateway().Unwrap(page_->Find("FONT"));
@@ -108,11 +109,11 @@ TEST_F(PlaceHistoryOnAPage, InWhatIsWrappedAndUnwrappedStaysWithItsLetter) {
 
 TEST_F(PlaceHistoryOnAPage, BetweenNodesThatAreWrappedGoesIntoTheWrapperOrBeforeIt) {
   Open("<i>a</i><u>b</u>^");
-  Node* const first = page_->Find("I");
-  Node* const second = page_->Find("U");
+  const Node* const first = page_->Find("I");
+  const Node* const second = page_->Find("U");
   const NodePlace before = PlaceOf(BoundaryPoint::Before(first));
   named_ = PlaceOf(BoundaryPoint::Before(second));
-  gateway().Wrap(first, second, page_->document.CreateElement(Known().b));
+  gateway().Wrap(first, second, TreeBuilder::Element(Known().b));
   EXPECT_EQ(Now(), "<b><i>a</i>^<u>b</u></b>");
   named_ = before;
   EXPECT_EQ(Now(), "^<b><i>a</i><u>b</u></b>");
@@ -127,19 +128,19 @@ TEST_F(PlaceHistoryOnAPage, AtTheEndOfAnUnwrappedElementMovesBeforeWhatFollows) 
 
 TEST_F(PlaceHistoryOnAPage, ANodeThatIsGoneIsTheOneItStoodIn) {
   Open("<p>a<b>b<i>c^</i></b></p>");
-  const NodeId italic = page_->Find("I")->id;
-  const NodeId paragraph = page_->Find("P")->id;
-  const NodeId text = Text("a")->id;
-  gateway().Insert(page_->Find("P"), nullptr, page_->document.CreateElement(Known().font));
-  gateway().Wrap(page_->Find("B"), page_->Find("FONT"), page_->document.CreateElement(Known().a));
+  const NodeId italic = page_->Find("I")->id();
+  const NodeId paragraph = page_->Find("P")->id();
+  const NodeId text = Text("a")->id();
+  gateway().Insert(page_->Find("P"), nullptr, TreeBuilder::Element(Known().font));
+  gateway().Wrap(page_->Find("B"), page_->Find("FONT"), TreeBuilder::Element(Known().a));
   EXPECT_EQ(recorder_->history.Now(italic), italic);
   EXPECT_EQ(recorder_->history.Now(paragraph), paragraph);
   gateway().Unwrap(page_->Find("B"));
   gateway().Remove(page_->Find("A"));
   EXPECT_EQ(recorder_->history.Now(italic), paragraph);
   gateway().Remove(page_->Find("P"));
-  EXPECT_EQ(recorder_->history.Now(italic), page_->document.bodyNode()->id);
-  EXPECT_EQ(recorder_->history.Now(text), page_->document.bodyNode()->id);
+  EXPECT_EQ(recorder_->history.Now(italic), page_->document.tree().bodyNode()->id());
+  EXPECT_EQ(recorder_->history.Now(text), page_->document.tree().bodyNode()->id());
 }
 
 TEST_F(PlaceHistoryOnAPage, WhatThePageHadCarriedOutDoesntCountAgain) {
@@ -158,7 +159,7 @@ TEST_F(PlaceHistoryOnAPage, WhatThePageHadCarriedOutDoesntCountAgain) {
 
 TEST_F(PlaceHistoryOnAPage, WhatThePageItselfDidIsNoneOfIt) {
   Open("one^<b>two</b>");
-  gateway().Remove(page_->Find("B"), Gateway::Origin::Page);
+  gateway().Discard(gateway().Take(page_->Find("B")));
   gateway().ReplaceData(Text("one"), 0, 1, "", Gateway::Origin::Page);
   EXPECT_TRUE(recorder_->history.IsEmpty());
 }
@@ -167,23 +168,23 @@ TEST_F(PlaceHistoryOnAPage, WhatThePageItselfDidIsNoneOfIt) {
 class RandomBatches {
  public:
   explicit RandomBatches(unsigned seed)
-      : random_(seed), page_("a<b>b<i>c</i></b>de<p>fgh<u>i</u></p>jkl"), recorder_(page_.document) {
-    page_.document.SetPage(&recorder_);
+      : random_(seed), page_("a<b>b<i>c</i></b>de<p>fgh<u>i</u></p>jkl"), recorder_(page_.document.tree()) {
+    page_.document.tree().SetPage(&recorder_);
   }
   ~RandomBatches() {
-    for (const Stood& one : stood_) page_.document.RemoveRange(one.range.get());
+    for (const Stood& one : stood_) page_.document.tree().RemoveRange(one.range.get());
   }
 
   void Batch() {
     const auto stand = [&](const BoundaryPoint& point) {
       stood_.push_back({recorder_.batch - 1, PlaceOf(point), std::make_unique<LiveRange>(LiveRange{point, point})});
-      page_.document.AddRange(stood_.back().range.get());
+      page_.document.tree().AddRange(stood_.back().range.get());
     };
-    Node* const body = page_.document.bodyNode();
-    for (Node* node = body; node; node = NextInTree(node, body)) {
+    const Node* const body = page_.document.tree().bodyNode();
+    for (const Node* node = body; node; node = NextInTree(node, body)) {
       for (int at = 0; node->IsText() && at <= node->Length(); ++at) stand(BoundaryPoint::InText(node, at));
       if (node->IsText()) continue;
-      for (Node* child = node->firstChild; child; child = child->next) stand(BoundaryPoint::Before(child));
+      for (const Node* child = node->firstChild(); child; child = child->next()) stand(BoundaryPoint::Before(child));
       stand(BoundaryPoint::AtEnd(node));
     }
     for (int steps = 1 + Below(5); steps > 0; --steps) Step();
@@ -209,27 +210,27 @@ class RandomBatches {
 
   int Below(int bound) { return int(random_() % unsigned(bound)); }
 
-  Node* Any(bool text) {
-    std::vector<Node*> nodes;
-    Node* const body = page_.document.bodyNode();
-    for (Node* node = body->firstChild; node; node = NextInTree(node, body))
+  const Node* Any(bool text) {
+    std::vector<const Node*> nodes;
+    const Node* const body = page_.document.tree().bodyNode();
+    for (const Node* node = body->firstChild(); node; node = NextInTree(node, body))
       if (text ? node->IsText() : node->IsElement()) nodes.push_back(node);
     return nodes.empty() ? nullptr : nodes[std::size_t(Below(int(nodes.size())))];
   }
 
   void Step() {
     Gateway& gateway = page_.document.gateway();
-    Node* const text = Any(true);
-    Node* const element = Any(false);
+    const Node* const text = Any(true);
+    const Node* const element = Any(false);
     switch (Below(7)) {
       case 0: {
-        Node* const parent = element ? element : page_.document.bodyNode();
-        Node* const fresh = page_.document.CreateElement(Known().b);
-        fresh->Link(page_.document.CreateText("xyz"), nullptr);
-        return gateway.Insert(parent, Below(2) ? parent->firstChild : nullptr, fresh);
+        const Node* const parent = element ? element : page_.document.tree().bodyNode();
+        Node* const fresh = TreeBuilder::Element(Known().b);
+        TreeBuilder::Insert(fresh, TreeBuilder::Text("xyz"));
+        return gateway.Insert(parent, Below(2) ? parent->firstChild() : nullptr, fresh);
       }
       case 1:
-        if (Node* const node = Below(2) ? text : element) gateway.Remove(node);
+        if (const Node* const node = Below(2) ? text : element) gateway.Remove(node);
         return;
       case 2:
         if (!text) return;
@@ -239,12 +240,12 @@ class RandomBatches {
         if (text && text->Length() > 1) gateway.SplitText(text, 1 + Below(text->Length() - 1));
         return;
       case 4:
-        for (Node* node = text; node; node = node->next)
-          if (node->IsText() && node->next && node->next->IsText()) return gateway.JoinWithNext(node);
+        for (const Node* node = text; node; node = node->next())
+          if (node->IsText() && node->next() && node->next()->IsText()) return gateway.JoinWithNext(node);
         return;
       case 5:
-        if (Node* const node = Below(2) ? text : element)
-          gateway.Wrap(node, node->next && Below(2) ? node->next : node, page_.document.CreateElement(Known().font));
+        if (const Node* const node = Below(2) ? text : element)
+          gateway.Wrap(node, node->next() && Below(2) ? node->next() : node, TreeBuilder::Element(Known().font));
         return;
       default:
         if (element) gateway.Unwrap(element);

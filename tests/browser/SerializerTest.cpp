@@ -9,6 +9,7 @@
 #include "PageText.h"
 #include "QtPrinters.h"
 #include "TestPage.h"
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -54,10 +55,10 @@ TEST(Serializer, NothingIsWrittenBehindAPlaintext) {
   const TestPage page("a<plaintext>b<i>&amp;\n");
   EXPECT_TRUE(
       page.document.documentElement().outerHTML().startsWith("<html><head></head><body>a<plaintext>b<i>&amp;\n"));
-  const QByteArray file = FileHtml(page.document);
+  const QByteArray file = FileHtml(page.document.tree());
   HTMLDocument read;
-  ParseDocument(DecodePage(file).text, read);
-  EXPECT_EQ(FileHtml(read), file);
+  ParseDocument(DecodePage(file).text, read.tree());
+  EXPECT_EQ(FileHtml(read.tree()), file);
 }
 
 TEST(Serializer, ACarriageReturnAndOtherControlsAreReferences) {
@@ -67,7 +68,7 @@ TEST(Serializer, ACarriageReturnAndOtherControlsAreReferences) {
 
 TEST(Serializer, AFileIsAsciiWithReferencesInTextAndValues) {
   const TestPage page(QString::fromUtf8("<img alt='\u00e9' src='M\u00fcller.gif'>\u5199<b>\U0001F389</b>"));
-  const QByteArray file = FileHtml(page.document);
+  const QByteArray file = FileHtml(page.document.tree());
   EXPECT_TRUE(file.contains("<img alt=\"&#233;\" src=\"M&#252;ller.gif\" />&#20889;<b>&#127881;</b>"))
       << file.constData();
   EXPECT_FALSE(file.contains("<meta"));
@@ -75,7 +76,7 @@ TEST(Serializer, AFileIsAsciiWithReferencesInTextAndValues) {
 
 TEST(Serializer, ARawTextAboveAsciiMakesTheFileSayUtf8AndNotTheModel) {
   const TestPage page(QString::fromUtf8("<script>'\u00e9'</script>\u00e9"));
-  const QByteArray file = FileHtml(page.document);
+  const QByteArray file = FileHtml(page.document.tree());
   EXPECT_TRUE(file.contains("<head><meta charset=\"utf-8\" /></head>")) << file.constData();
   EXPECT_TRUE(file.contains("<script>'\xC3\xA9'</script>&#233;")) << file.constData();
   EXPECT_FALSE(page.document.documentElement().outerHTML().contains("meta"));
@@ -83,23 +84,24 @@ TEST(Serializer, ARawTextAboveAsciiMakesTheFileSayUtf8AndNotTheModel) {
 
 TEST(Serializer, AQueryKeepsTheEncodingThatThePageWasLoadedIn) {
   TestPage page(QString::fromUtf8("<a href='x?\u00e9'>a</a>"));
-  page.document.SetEncoding("KOI8-R");
-  EXPECT_TRUE(FileHtml(page.document).contains("<head><meta charset=\"KOI8-R\" /></head>"));
-  page.document.SetEncoding("windows-1252");
-  EXPECT_FALSE(FileHtml(page.document).contains("<meta"));
+  page.document.tree().SetEncoding("KOI8-R");
+  EXPECT_TRUE(FileHtml(page.document.tree()).contains("<head><meta charset=\"KOI8-R\" /></head>"));
+  page.document.tree().SetEncoding("windows-1252");
+  EXPECT_FALSE(FileHtml(page.document.tree()).contains("<meta"));
 }
 
 TEST(Serializer, TheDocumentElementHasNoDoctypeAndNoCommentsAround) {
   TestPage page("a");
   page.document.setTitle("T");
-  page.document.gateway().Insert(page.document.root(), page.document.htmlNode(), page.document.CreateComment("c"));
+  page.document.gateway().Insert(page.document.tree().root(), page.document.tree().htmlNode(),
+                                 TreeBuilder::Comment("c"));
   EXPECT_EQ(page.document.documentElement().outerHTML(), "<html><head><title>T</title></head><body>a</body></html>");
 }
 
 TEST(Serializer, NoscriptIsRawOnlyWhereScriptsRun) {
   TestPage page("<noscript id=n></noscript>");
-  Node* const element = page.Find("NOSCRIPT");
-  page.document.gateway().Insert(element, nullptr, page.document.CreateText("<b>"));
+  const Node* const element = page.Find("NOSCRIPT");
+  page.document.gateway().Insert(element, nullptr, TreeBuilder::Text("<b>"));
   EXPECT_EQ(InnerHtml(element, true), "<b>");
   EXPECT_EQ(InnerHtml(element, false), "&lt;b&gt;");
 }
@@ -112,14 +114,14 @@ TEST(Serializer, ABlankStandsBehindEveryPictureName) {
 
 TEST(Serializer, ADeepPageDoesNotNeedTheStack) {
   TestPage page("");
-  Node* const top = page.document.CreateElement(Known().b);
+  Node* const top = TreeBuilder::Element(Known().b);
   Node* inner = top;
   for (int depth = 0; depth < 200000; ++depth) {
-    Node* const next = page.document.CreateElement(Known().b);
-    inner->Link(next, nullptr);
+    Node* const next = TreeBuilder::Element(Known().b);
+    TreeBuilder::Insert(inner, next);
     inner = next;
   }
-  page.document.gateway().Insert(page.document.bodyNode(), nullptr, top);
+  page.document.gateway().Insert(page.document.tree().bodyNode(), nullptr, top);
   EXPECT_EQ(page.Body().size(), 200001 * 7);
 }
 
@@ -128,24 +130,24 @@ QString SlowRangeHtml(const Node* node, const LiveRange& range, const TreeOrder&
   const auto isCovered = [&](const BoundaryPoint& from, const BoundaryPoint& to) {
     return ComparePoints(order, range.start, from) <= 0 && ComparePoints(order, to, range.end) <= 0;
   };
-  Node* const n = const_cast<Node*>(node);
-  if (!isCommon && isCovered(BoundaryPoint::Before(n), BoundaryPoint::Behind(n))) return OuterHtml(node, false);
+  if (!isCommon && isCovered(BoundaryPoint::Before(node), BoundaryPoint::Behind(node))) return OuterHtml(node, false);
   if (node->IsText()) {
     QString data;
     for (int at = 0; at < node->Length(); ++at)
-      if (isCovered(BoundaryPoint::InText(n, at), BoundaryPoint::InText(n, at + 1))) data += node->data[at];
-    Node copy(Node::Type::Text);
-    copy.data = data;
-    return OuterHtml(&copy, false);
+      if (isCovered(BoundaryPoint::InText(node, at), BoundaryPoint::InText(node, at + 1))) data += node->data()[at];
+    Node* const copy = TreeBuilder::Text(data);
+    const QString html = OuterHtml(copy, false);
+    DestroyTree(copy);
+    return html;
   }
   if (!isCommon && !node->Contains(range.start.container) && !node->Contains(range.end.container)) return {};
   QString inner;
-  for (const Node* child = node->firstChild; child; child = child->next)
+  for (const Node* child = node->firstChild(); child; child = child->next())
     inner += SlowRangeHtml(child, range, order, false);
   if (isCommon || !node->IsElement()) return inner;
   QString outer = OuterHtml(node, false);
   const qsizetype startTagEnd = outer.indexOf(u'>') + 1;
-  return outer.left(startTagEnd) + inner + (node->tag->isVoid ? QString() : "</" + node->tag->localName + '>');
+  return outer.left(startTagEnd) + inner + (node->tag()->isVoid ? QString() : "</" + node->tag()->localName + '>');
 }
 
 TEST(Serializer, PartialRangesAreCutAsByHand) {
@@ -158,22 +160,23 @@ TEST(Serializer, PartialRangesAreCutAsByHand) {
   for (const char* html : pages) {
     const TestPage page(QString::fromLatin1(html));
     std::vector<BoundaryPoint> points;
-    Node* const body = page.document.bodyNode();
-    for (Node* node = body; node; node = NextInTree(node, body)) {
+    const Node* const body = page.document.tree().bodyNode();
+    for (const Node* node = body; node; node = NextInTree(node, body)) {
       if (node->IsText()) {
         for (int at = 0; at <= node->Length(); ++at) points.push_back(BoundaryPoint::InText(node, at));
       } else if (node->IsElement()) {
-        for (Node* child = node->firstChild; child; child = child->next) points.push_back(BoundaryPoint::Before(child));
+        for (const Node* child = node->firstChild(); child; child = child->next())
+          points.push_back(BoundaryPoint::Before(child));
         points.push_back(BoundaryPoint::AtEnd(node));
       }
     }
     for (const BoundaryPoint& a : points)
       for (const BoundaryPoint& b : points) {
-        if (ComparePoints(page.document.order(), a, b) > 0) continue;
+        if (ComparePoints(page.document.tree().order(), a, b) > 0) continue;
         const Node* common = a.container;
-        while (!common->Contains(b.container)) common = common->parent;
+        while (!common->Contains(b.container)) common = common->parent();
         const LiveRange range{a, b};
-        ASSERT_EQ(RangeHtml(range, false), SlowRangeHtml(common, range, page.document.order(), true))
+        ASSERT_EQ(RangeHtml(range, false), SlowRangeHtml(common, range, page.document.tree().order(), true))
             << page.Show(range).toStdString();
       }
   }

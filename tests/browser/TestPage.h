@@ -13,21 +13,15 @@
 // A live page that does nothing but what it is told, so that a test can see whether it would end up like the model.
 class ReplicaPage : public LivePage {
  public:
-  explicit ReplicaPage(const HTMLDocument& document);
+  explicit ReplicaPage(const PageTree& tree);
 
-  void Inserted(const Node* subtree) override;
-  void Removed(const Node* parent, NodeId node) override;
-  void AttributeSet(const Node* element, const QString& name, const QString& value) override;
-  void AttributeRemoved(const Node* element, const QString& name) override;
-  void Wrapped(const Node* wrapper) override;
-  void Unwrapped(NodeId element, const Node* parent, const Node* first, const Node* last) override;
-  void DataReplaced(const Node* text, int offset, int count, const QString& data) override;
+  void Changed(const TreeStep& step) override;
   void ShowSelection(const LiveRange* range) override { selectionShown = range != nullptr; }
   void TakesKeys(bool) override {}
   void Measure(const BoundaryPoint&, Answer answer) override { answer(position); }
 
   // Where this page and the model differ; empty when they don't.
-  QString DifferenceTo(const HTMLDocument& document) const;
+  QString DifferenceTo(const PageTree& tree) const;
 
   bool selectionShown = false;
   std::optional<QPoint> position;
@@ -40,12 +34,20 @@ class ReplicaPage : public LivePage {
     std::vector<NodeId> children;
   };
   void Add(const Node* subtree);
+  void Play(const ReplaceStep& step);
+  void Play(const SplitStep& step);
+  void Play(const JoinStep& step);
+  void Play(const InsertStep& step);
+  void Play(const RemoveStep& step);
+  void Play(const WrapStep& step);
+  void Play(const UnwrapStep& step);
+  void Play(const AttributeStep& step);
   QHash<NodeId, Copy> copies_;
 };
 
 // What must hold of every document at all times, as a list of what doesn't. `pageMayHaveTexts`: scripts of the page
 // have changed it, so that texts may be empty or stand side by side.
-QStringList ProblemsOf(HTMLDocument& document, bool pageMayHaveTexts = false);
+QStringList ProblemsOf(const HTMLDocument& document, bool pageMayHaveTexts = false);
 
 // Where the page that a file of this document gives differs from it; empty when it doesn't.
 QString DifferenceAfterSaving(const HTMLDocument& document);
@@ -59,11 +61,11 @@ class TestPage {
   std::unique_ptr<ReplicaPage> page;
   LiveRange marked;
 
-  std::shared_ptr<HTMLTxtRange> Range();                    // at the marks
-  Node* Find(const QString& tagName, int index = 0) const;  // null when there is none
+  std::shared_ptr<HTMLTxtRange> Range();                          // at the marks
+  const Node* Find(const QString& tagName, int index = 0) const;  // null when there is none
   HTMLElement Element(const QString& tagName, int index = 0) const { return HTMLElement(Find(tagName, index)); }
-  Node* Text(const QString& data) const;  // the text node that contains this
-  QString Body() const;                   // content of BODY
+  const Node* Text(const QString& data) const;  // the text node that contains this
+  QString Body() const;                         // content of BODY
   // Content of BODY, tags without attributes, with "^" at the range's places.
   QString Show(const LiveRange& range) const;
   QString Show(const BoundaryPoint& point) const { return Show(LiveRange{point, point}); }

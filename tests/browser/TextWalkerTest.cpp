@@ -12,8 +12,8 @@ namespace {
 
 // All places from the start of the page on, one step each, shown by "^" in one text.
 QString AllSteps(const TestPage& page) {
-  const Node* const body = page.document.bodyNode();
-  std::vector<BoundaryPoint> points{BoundaryPoint::AtStart(page.document.bodyNode())};
+  const Node* const body = page.document.tree().bodyNode();
+  std::vector<BoundaryPoint> points{BoundaryPoint::AtStart(page.document.tree().bodyNode())};
   while (const auto next = StepForward(points.back(), body)) {
     points.push_back(*next);
     if (points.size() > 1000) return "no end";
@@ -27,8 +27,8 @@ QString AllSteps(const TestPage& page) {
 int CountSteps(const QString& html) {
   const TestPage page(html);
   int count = 0;
-  BoundaryPoint at = BoundaryPoint::AtStart(page.document.bodyNode());
-  while (const auto next = StepForward(at, page.document.bodyNode())) {
+  BoundaryPoint at = BoundaryPoint::AtStart(page.document.tree().bodyNode());
+  while (const auto next = StepForward(at, page.document.tree().bodyNode())) {
     at = *next;
     ++count;
   }
@@ -90,10 +90,11 @@ TEST(TextWalker, BackwardFromTheMiddleOfASurrogatePair) {
   TestPage page(
       QString::fromUtf8("a\xF0\x9F\x98\x80"
                         "b"));
-  Node* const text = page.Text("a");
-  EXPECT_TRUE(*StepBackward(BoundaryPoint::InText(text, 3), page.document.bodyNode()) ==
+  const Node* const text = page.Text("a");
+  EXPECT_TRUE(*StepBackward(BoundaryPoint::InText(text, 3), page.document.tree().bodyNode()) ==
               BoundaryPoint::InText(text, 1));
-  EXPECT_TRUE(*StepForward(BoundaryPoint::InText(text, 1), page.document.bodyNode()) == BoundaryPoint::InText(text, 3));
+  EXPECT_TRUE(*StepForward(BoundaryPoint::InText(text, 1), page.document.tree().bodyNode()) ==
+              BoundaryPoint::InText(text, 3));
 }
 
 QString RandomHtml(std::mt19937& random) {
@@ -145,18 +146,18 @@ TEST(TextWalker, ForwardAndBackwardAgreeOnRandomPages) {
   for (int round = 0; round < 3000; ++round) {
     const QString html = RandomHtml(random);
     const TestPage page(html);
-    Node* const body = page.document.bodyNode();
+    const Node* const body = page.document.tree().bodyNode();
     BoundaryPoint at = BoundaryPoint::AtStart(body);
     int forward = 0;
     while (const auto next = StepForward(at, body)) {
-      ASSERT_LT(ComparePoints(page.document.order(), at, *next), 0) << html.toStdString();
+      ASSERT_LT(ComparePoints(page.document.tree().order(), at, *next), 0) << html.toStdString();
       const auto back = StepBackward(*next, body);
       ASSERT_TRUE(back) << html.toStdString() << "\n" << page.Show(*next).toStdString();
-      ASSERT_TRUE(AreEquivalent(at, *back, page.document.order()))
+      ASSERT_TRUE(AreEquivalent(at, *back, page.document.tree().order()))
           << html.toStdString() << "\nfrom " << page.Show(at).toStdString() << "\nto   "
           << page.Show(*next).toStdString() << "\nback " << page.Show(*back).toStdString();
       const auto again = StepForward(*back, body);
-      ASSERT_TRUE(again && AreEquivalent(*next, *again, page.document.order()))
+      ASSERT_TRUE(again && AreEquivalent(*next, *again, page.document.tree().order()))
           << html.toStdString() << "\nto    " << page.Show(*next).toStdString() << "\nback  "
           << page.Show(*back).toStdString() << "\nagain " << (again ? page.Show(*again).toStdString() : "none");
       at = *next;
@@ -165,7 +166,7 @@ TEST(TextWalker, ForwardAndBackwardAgreeOnRandomPages) {
     int backward = 0;
     at = BoundaryPoint::AtEnd(body);
     while (const auto next = StepBackward(at, body)) {
-      ASSERT_GT(ComparePoints(page.document.order(), at, *next), 0) << html.toStdString();
+      ASSERT_GT(ComparePoints(page.document.tree().order(), at, *next), 0) << html.toStdString();
       at = *next;
       ASSERT_LT(++backward, 1000) << html.toStdString();
     }

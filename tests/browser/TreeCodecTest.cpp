@@ -14,9 +14,9 @@ TEST(TreeCodec, ATreeComesBackAsItWas) {
       "<!DOCTYPE html PUBLIC 'p' 's'><!--c--><p id=x>a&nbsp;<svg "
       "viewBox=1><g/></svg><math><mi>m</math><template>t<template>u"
       "</template></template><br>b",
-      document);
+      document.tree());
   QJsonArray wire;
-  EncodeTree(document.root(), wire);
+  EncodeTree(document.tree().root(), wire);
   int from = 0;
   Node* const copy = DecodeTree(wire, from);
   ASSERT_TRUE(copy);
@@ -29,9 +29,9 @@ TEST(TreeCodec, ATreeComesBackAsItWas) {
 
 TEST(TreeCodec, WhatIsNoTreeIsRefused) {
   HTMLDocument document;
-  ParseDocument("<!DOCTYPE html><!--c--><p id=x>a<template>t</template>", document);
+  ParseDocument("<!DOCTYPE html><!--c--><p id=x>a<template>t</template>", document.tree());
   QJsonArray wire;
-  EncodeTree(document.root(), wire);
+  EncodeTree(document.tree().root(), wire);
   for (int length = 0; length < wire.size(); ++length) {
     QJsonArray cut = wire;
     while (cut.size() > length) cut.removeLast();

@@ -131,7 +131,7 @@ TEST(TxtRange, PastingNothingOverAnElementRemovesIt) {
   for (const QString& content : contents) {
     TestPage page("1" + content + "2");
     const auto range = page.document.body().createTextRange();
-    range->moveToElementText(HTMLElement(page.document.bodyNode()->firstChild->next));
+    range->moveToElementText(HTMLElement(page.document.tree().bodyNode()->firstChild()->next()));
     EXPECT_EQ(range->compareEndPoints("StartToEnd", *range), -1);
     range->pasteHTML("");
     EXPECT_EQ(page.Show(range->range()), "1^2") << content.toStdString();
@@ -142,7 +142,8 @@ TEST(TxtRange, PastingNothingOverAnElementRemovesIt) {
 TEST(TxtRange, BodyAndHtmlAreCoveredWithoutTheirTags) {
   TestPage page("a<b>b</b>");
   const auto range = page.Range();
-  range->SetRange({BoundaryPoint::AtStart(page.document.bodyNode()), BoundaryPoint::AtStart(page.document.bodyNode())});
+  range->SetRange({BoundaryPoint::AtStart(page.document.tree().bodyNode()),
+                   BoundaryPoint::AtStart(page.document.tree().bodyNode())});
   range->moveToElementText(page.document.body());
   EXPECT_EQ(range->htmlText(), "a<b>b</b>");
   range->moveToElementText(page.document.documentElement());
@@ -152,7 +153,7 @@ TEST(TxtRange, BodyAndHtmlAreCoveredWithoutTheirTags) {
   EXPECT_EQ(page.Show(range->range()), "^a<b>b</b>");
   range->moveToElementText(page.document.documentElement());
   range->move("character", 1);
-  EXPECT_TRUE(page.document.bodyNode()->Contains(range->range().start.container));
+  EXPECT_TRUE(page.document.tree().bodyNode()->Contains(range->range().start.container));
 }
 
 TEST(TxtRange, TextEditGoesToTheEndOfTheText) {
@@ -175,7 +176,7 @@ TEST(TxtRange, TextEditGoesToTheEndOfTheText) {
     range->move("textedit", 1);
     EXPECT_EQ(page.Show(range->range()), shown);
     range->move("textedit", -1);
-    EXPECT_TRUE(range->range().start == BoundaryPoint::AtStart(page.document.bodyNode()));
+    EXPECT_TRUE(range->range().start == BoundaryPoint::AtStart(page.document.tree().bodyNode()));
   }
 }
 
@@ -189,7 +190,7 @@ TEST(TxtRange, AMoveByNothingLeavesTheRangeAtItsStart) {
 TEST(TxtRange, APointOutsideOfBodyIsTakenToTheNearerEndOfIt) {
   TestPage page("ab");
   const auto range = page.document.body().createTextRange();
-  Node* const html = page.document.root();
+  const Node* const html = page.document.tree().root();
   for (const auto& [point, shown] :
        {std::pair{BoundaryPoint::AtStart(html), "^ab"}, {BoundaryPoint::AtEnd(html), "ab^"}}) {
     range->SetRange({point, point});

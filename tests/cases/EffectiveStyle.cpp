@@ -232,8 +232,8 @@ class Cascade {
       : element_(element), parent_(parent), style_(parent), quirks_(quirks) {}
 
   EffectiveStyle Result() {
-    style_.isBlock = element_->tag->isBlock;
-    if (element_->tag->space == Namespace::Html) {
+    style_.isBlock = element_->tag()->isBlock;
+    if (element_->tag()->space == Namespace::Html) {
       TagRules();
       OldAttributes();
     }
@@ -246,7 +246,7 @@ class Cascade {
  private:
   template <typename... Names>
   bool Is(Names... names) const {
-    return element_->tag->space == Namespace::Html && ((element_->tag->localName == QLatin1String(names)) || ...);
+    return element_->tag()->space == Namespace::Html && ((element_->tag()->localName == QLatin1String(names)) || ...);
   }
 
   QString Raw(const char* name) const {
@@ -258,7 +258,7 @@ class Cascade {
     static const std::pair<const char*, double> headings[] = {{"h1", 2}, {"h2", 1.5}, {"h3", 1.17},
                                                               {"h4", 1}, {"h5", .83}, {"h6", .67}};
     for (const auto& [name, factor] : headings) {
-      if (element_->tag->localName != QLatin1String(name)) continue;
+      if (element_->tag()->localName != QLatin1String(name)) continue;
       style_.size = parent_.size * factor;
       style_.weight = boldWeight;
     }

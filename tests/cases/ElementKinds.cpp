@@ -87,7 +87,7 @@ CaseOutcome PlayElements(const QJsonObject& one) {
   if (result.isUndefined()) return {{"unknown operation " + op["name"].toString()}, {}};
   CaseCheck check;
   check.Equal("result", one["result"], result);
-  check.Equal("body_after", one["body_after"], InnerHtml(page.Document().bodyNode(), false));
+  check.Equal("body_after", one["body_after"], InnerHtml(page.Document().tree().bodyNode(), false));
   return check.Outcome();
 }
 

@@ -40,7 +40,7 @@ CaseOutcome PlayFormatting(const QJsonObject& one) {
     told.append("accepted: " + accepted.toString());
     told.append(differences);
   }
-  told.prepend("got: " + InnerHtml(page.bodyNode(), false));
+  told.prepend("got: " + InnerHtml(page.tree().bodyNode(), false));
   told.prepend(command + ' ' + one["value"].toString() + " on " + one["html"].toString());
   return {told, {}};
 }

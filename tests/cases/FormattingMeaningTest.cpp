@@ -8,6 +8,7 @@
 #include "MarkedPage.h"
 #include "Serializer.h"
 #include "TextMeaning.h"
+#include "TreeBuilder.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) {
   *out << '"' << text.toStdString() << '"';
@@ -18,8 +19,8 @@ namespace {
 QStringList Differences(const QString& got, const QString& wanted, const QString& type = {}) {
   HTMLDocument ours;
   HTMLDocument theirs;
-  ParseDocument(type + "<HTML><HEAD></HEAD><BODY>" + got + "</BODY></HTML>", ours);
-  ParseDocument(type + "<HTML><HEAD></HEAD><BODY>" + wanted + "</BODY></HTML>", theirs);
+  ParseDocument(type + "<HTML><HEAD></HEAD><BODY>" + got + "</BODY></HTML>", ours.tree());
+  ParseDocument(type + "<HTML><HEAD></HEAD><BODY>" + wanted + "</BODY></HTML>", theirs.tree());
   return MeaningDifferences(ours, theirs);
 }
 
@@ -226,11 +227,12 @@ TEST(Meaning, ATableGoesBackOnlyInAPageWithoutType) {
 TEST(Meaning, BodyIsHeard) {
   HTMLDocument red;
   HTMLDocument font;
-  ParseDocument("<BODY TEXT=red LINK=lime STYLE='font-size: x-small'>a<A HREF=x>b</A><TABLE><TR><TD>c</TABLE>", red);
+  ParseDocument("<BODY TEXT=red LINK=lime STYLE='font-size: x-small'>a<A HREF=x>b</A><TABLE><TR><TD>c</TABLE>",
+                red.tree());
   ParseDocument(
       "<FONT SIZE=1 COLOR=red>a<A HREF=x><FONT COLOR='#00FF00'>b</FONT></A></FONT><TABLE><TR><TD>"
       "<FONT COLOR=red>c</FONT></TABLE>",
-      font);
+      font.tree());
   EXPECT_EQ(MeaningDifferences(red, font), QStringList());
 }
 
@@ -240,15 +242,15 @@ QString Shown(HTMLDocument& document, const LiveRange& range) {
     if (point.IsInText()) {
       document.gateway().ReplaceData(point.container, point.offset, 0, inText);
     } else {
-      document.gateway().Insert(point.container, point.before, document.CreateText(between));
+      document.gateway().Insert(point.container, point.before, TreeBuilder::Text(between));
     }
   };
   LiveRange places = range;
-  document.AddRange(&places);
+  document.tree().AddRange(&places);
   put(places.end, "]", "}");
   put(places.start, "[", "{");
-  document.RemoveRange(&places);
-  return InnerHtml(document.bodyNode(), false);
+  document.tree().RemoveRange(&places);
+  return InnerHtml(document.tree().bodyNode(), false);
 }
 
 TEST(MarkedPage, RangesStandAtTheMarks) {

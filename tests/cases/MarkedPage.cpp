@@ -45,38 +45,39 @@ QString NodeMarksAsComments(const QString& html) {
 // A mark in text is the place before its character, another one the place before its comment.
 std::vector<BoundaryPoint> MarksIn(const HTMLDocument& document) {
   std::vector<BoundaryPoint> marks;
-  const Node* const body = document.bodyNode();
-  for (Node* node = body ? body->firstChild : nullptr; node; node = NextInTree(node, body)) {
-    if (node->type == Node::Type::Comment && node->data.size() == 1 && IsNodeMark(node->data[0]))
+  const Node* const body = document.tree().bodyNode();
+  for (const Node* node = body ? body->firstChild() : nullptr; node; node = NextInTree(node, body)) {
+    if (node->type() == Node::Type::Comment && node->data().size() == 1 && IsNodeMark(node->data()[0]))
       marks.push_back(BoundaryPoint::Before(node));
     for (int i = 0; node->IsText() && i < node->Length(); ++i)
-      if (IsTextMark(node->data[i])) marks.push_back(BoundaryPoint::InText(node, i));
+      if (IsTextMark(node->data()[i])) marks.push_back(BoundaryPoint::InText(node, i));
   }
   return marks;
 }
 
 // `point` stands before the mark; as one of the document's live points it follows what happens.
 void TakeMark(HTMLDocument& document, const BoundaryPoint& point) {
-  if (!point.IsInText()) return RemoveNode(document, point.before);
-  Node* const text = point.container;
+  if (!point.IsInText()) return RemoveNode(document.gateway(), point.before);
+  const Node* const text = point.container;
   document.gateway().ReplaceData(text, point.offset, 1, {});
-  if (text->Length() == 0) RemoveNode(document, text);
+  if (text->Length() == 0) RemoveNode(document.gateway(), text);
 }
 
 }  // namespace
 
 bool MakeMarkedPage(const QString& html, HTMLDocument& document, LiveRange& range) {
-  ParseDocument("<HTML><HEAD><TITLE></TITLE></HEAD><BODY>" + NodeMarksAsComments(html) + "</BODY></HTML>", document);
+  ParseDocument("<HTML><HEAD><TITLE></TITLE></HEAD><BODY>" + NodeMarksAsComments(html) + "</BODY></HTML>",
+                document.tree());
   const std::vector<BoundaryPoint> marks = MarksIn(document);
   LiveRange places;
-  document.AddRange(&places);
+  document.tree().AddRange(&places);
   const bool isRange = marks.size() == 2;
   if (isRange) {
     places = {marks[0], marks[1]};
     TakeMark(document, places.start);
     TakeMark(document, places.end);
   }
-  document.RemoveRange(&places);
+  document.tree().RemoveRange(&places);
   range = places;
   return isRange;
 }

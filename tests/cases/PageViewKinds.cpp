@@ -30,14 +30,14 @@ CaseOutcome PlayKeys(const QJsonObject& one) {
   PageOnView page;
   page.ShowBody(one["body"].toString());
   const Node* const text = TextOf(page.Element("here"));
-  if (!text || !page.PutPoint("here", UnitsOf(text->data, one["at"].toInt()))) return {{"no text to type into"}, {}};
+  if (!text || !page.PutPoint("here", UnitsOf(text->data(), one["at"].toInt()))) return {{"no text to type into"}, {}};
   QSignalSpy pressed(&page.view, &WBUC::KeyPress);
   for (const QJsonValue key : one["keys"].toArray()) page.browser->KeyUp(key[0].toInt(), key[1].toBool());
   QJsonArray skeys;
   for (const auto& arguments : pressed) skeys.append(arguments.at(0).toString());
   CaseCheck check;
   check.Equal("skeys", one["skeys"], skeys);
-  check.Equal("body_after", one["body_after"], InnerHtml(page.Document().bodyNode(), false));
+  check.Equal("body_after", one["body_after"], InnerHtml(page.Document().tree().bodyNode(), false));
   return check.Outcome();
 }
 
@@ -103,7 +103,7 @@ CaseOutcome PlayNextPage(const QJsonObject& one) {
 
 QString LettersOfFile(const QByteArray& bytes) {
   HTMLDocument document;
-  ParseDocument(DecodePage(bytes).text, document);
+  ParseDocument(DecodePage(bytes).text, document.tree());
   return ShownLetters(document);
 }
 

@@ -195,36 +195,37 @@ class ModelTree {
   }
 
   void Children(const Node* parent, int depth) {
-    for (const Node* child = parent->firstChild; child; child = child->next) Visit(child, depth);
+    for (const Node* child = parent->firstChild(); child; child = child->next()) Visit(child, depth);
   }
 
   // Recursive: the engine itself nests no deeper than 512.
   void Visit(const Node* node, int depth) {
     if (node->IsText()) {
       if (textDepth_ != depth) Flush();
-      text_ += node->data;
+      text_ += node->data();
       textDepth_ = depth;
       return;
     }
     Flush();
-    if (node->type == Node::Type::Comment) lines_ += QStringLiteral("%1 comment %2").arg(depth).arg(Quoted(node->data));
+    if (node->type() == Node::Type::Comment)
+      lines_ += QStringLiteral("%1 comment %2").arg(depth).arg(Quoted(node->data()));
     if (!node->IsElement()) return;
     static const char* const spaces[] = {"html", "svg", "math"};
     QStringList attributes;
-    for (const Attribute& one : node->attributes) attributes += Quoted(one.name) + u'=' + Quoted(one.value);
+    for (const Attribute& one : node->attributes()) attributes += Quoted(one.name) + u'=' + Quoted(one.value);
     std::sort(attributes.begin(), attributes.end());
-    lines_ += (QStringList{QString::number(depth), QString::fromLatin1(spaces[int(node->tag->space)]),
-                           Quoted(node->tag->localName)} +
+    lines_ += (QStringList{QString::number(depth), QString::fromLatin1(spaces[int(node->tag()->space)]),
+                           Quoted(node->tag()->localName)} +
                attributes)
                   .join(u' ');
-    if (node->content) {
-      Children(node->content, depth + 1);
+    if (node->content()) {
+      Children(node->content(), depth + 1);
       Flush();
       lines_ += QString::number(depth) + QLatin1String(" content");
     }
     Children(node, depth + 1);
     Flush();
-    if (node->content) lines_ += QString::number(depth) + QLatin1String(" end of content");
+    if (node->content()) lines_ += QString::number(depth) + QLatin1String(" end of content");
   }
 
   QStringList lines_;
@@ -268,8 +269,8 @@ class Engine {
     return browser_->Document() ? QString() : QStringLiteral("no document");
   }
 
-  QByteArray Save() { return FileHtml(*browser_->Document()); }
-  QString Model() const { return ModelTree(browser_->Document()->htmlNode()).Lines(); }
+  QByteArray Save() { return FileHtml(browser_->Document()->tree()); }
+  QString Model() const { return ModelTree(browser_->Document()->tree().htmlNode()).Lines(); }
   bool IsDead() const { return isDead_; }
 
   // `metas`: how many METAs are known to say the encoding; another one isn't counted where elements are.

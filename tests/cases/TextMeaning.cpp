@@ -25,14 +25,14 @@ class Reader {
   explicit Reader(bool quirks) : quirks_(quirks) {}
 
   void Read(const Node* element, const EffectiveStyle& around) {
-    if (element->tag->isHidden) return;
+    if (element->tag()->isHidden) return;
     const EffectiveStyle style = StyleInside(element, around, quirks_);
-    const bool isRule = element->tag->localName == u"hr";
+    const bool isRule = element->tag()->localName == u"hr";
     if (style.isBlock || isRule) EdgeOfBlock();
-    if (element->tag == Known().br || element->tag->isAtomic)
-      line_.push_back({u'<' + element->tag->tagName + u'>', false, true, style});
-    for (const Node* child = element->firstChild; child; child = child->next) {
-      if (child->IsText()) Text(child->data, style);
+    if (element->tag() == Known().br || element->tag()->isAtomic)
+      line_.push_back({u'<' + element->tag()->tagName + u'>', false, true, style});
+    for (const Node* child = element->firstChild(); child; child = child->next()) {
+      if (child->IsText()) Text(child->data(), style);
       if (child->IsElement()) Read(child, style);
     }
     if (style.isBlock || isRule) EdgeOfBlock();
@@ -85,8 +85,8 @@ class Reader {
 
 // The style that BODY gets from the elements around it.
 EffectiveStyle StyleAround(const Node* element, bool quirks) {
-  if (!element->parent || !element->parent->IsElement()) return InitialStyle();
-  return StyleInside(element->parent, StyleAround(element->parent, quirks), quirks);
+  if (!element->parent() || !element->parent()->IsElement()) return InitialStyle();
+  return StyleInside(element->parent(), StyleAround(element->parent(), quirks), quirks);
 }
 
 QString Joined(const std::vector<ReadCharacter>& characters) {
@@ -111,10 +111,10 @@ const Property properties[] = {
 }  // namespace
 
 std::vector<ReadCharacter> ReadText(const HTMLDocument& document) {
-  const Node* const root = document.bodyNode() ? document.bodyNode() : document.htmlNode();
+  const Node* const root = document.tree().bodyNode() ? document.tree().bodyNode() : document.tree().htmlNode();
   if (!root) return {};
-  Reader reader(document.quirks());
-  reader.Read(root, StyleAround(root, document.quirks()));
+  Reader reader(document.tree().quirks());
+  reader.Read(root, StyleAround(root, document.tree().quirks()));
   return reader.Finish();
 }
 

@@ -16,21 +16,21 @@ bool IsAdjusted(const QString& name) {
 }
 
 QString AttributeName(const Node* element, const QString& name) {
-  if (element->tag->space == Namespace::Html || !IsAdjusted(name)) return name;
+  if (element->tag()->space == Namespace::Html || !IsAdjusted(name)) return name;
   return QString(name).replace(u':', u' ');
 }
 
 QString ElementLine(const Node* element) {
-  const QString prefix = element->tag->space == Namespace::Svg      ? QStringLiteral("svg ")
-                         : element->tag->space == Namespace::MathMl ? QStringLiteral("math ")
-                                                                    : QString();
-  return u'<' + prefix + element->tag->localName + u'>';
+  const QString prefix = element->tag()->space == Namespace::Svg      ? QStringLiteral("svg ")
+                         : element->tag()->space == Namespace::MathMl ? QStringLiteral("math ")
+                                                                      : QString();
+  return u'<' + prefix + element->tag()->localName + u'>';
 }
 
 QString DoctypeLine(const Node* type) {
-  QString line = "<!DOCTYPE " + type->data;
-  const QString publicId = type->identifiers.value(0);
-  const QString systemId = type->identifiers.value(1);
+  QString line = "<!DOCTYPE " + type->data();
+  const QString publicId = type->identifiers().value(0);
+  const QString systemId = type->identifiers().value(1);
   if (!publicId.isEmpty() || !systemId.isEmpty()) line += " \"" + publicId + "\" \"" + systemId + '"';
   return line + '>';
 }
@@ -38,17 +38,17 @@ QString DoctypeLine(const Node* type) {
 void DumpNode(const Node* node, int depth, QStringList& lines);
 
 void DumpChildren(const Node* parent, int depth, QStringList& lines) {
-  for (const Node* child = parent->firstChild; child; child = child->next) DumpNode(child, depth, lines);
+  for (const Node* child = parent->firstChild(); child; child = child->next()) DumpNode(child, depth, lines);
 }
 
 void DumpNode(const Node* node, int depth, QStringList& lines) {
   const QString indent = "| " + QString(2 * depth, u' ');
-  switch (node->type) {
+  switch (node->type()) {
     case Node::Type::Text:
-      lines += indent + u'"' + node->data + u'"';
+      lines += indent + u'"' + node->data() + u'"';
       return;
     case Node::Type::Comment:
-      lines += indent + "<!-- " + node->data + " -->";
+      lines += indent + "<!-- " + node->data() + " -->";
       return;
     case Node::Type::DocumentType:
       lines += indent + DoctypeLine(node);
@@ -61,13 +61,13 @@ void DumpNode(const Node* node, int depth, QStringList& lines) {
   }
   lines += indent + ElementLine(node);
   QStringList attributes;
-  for (const Attribute& attribute : node->attributes)
+  for (const Attribute& attribute : node->attributes())
     attributes += AttributeName(node, attribute.name) + "=\"" + attribute.value + '"';
   std::sort(attributes.begin(), attributes.end());
   for (const QString& attribute : attributes) lines += indent + "  " + attribute;
-  if (node->content) {
+  if (node->content()) {
     lines += indent + "  content";
-    DumpChildren(node->content, depth + 2, lines);
+    DumpChildren(node->content(), depth + 2, lines);
   }
   DumpChildren(node, depth + 1, lines);
 }
@@ -88,9 +88,9 @@ CaseOutcome PlayFragment(const QJsonObject& one) {
 
 CaseOutcome PlayDocument(const QJsonObject& one) {
   HTMLDocument document;
-  ParseDocument(one["data"].toString(), document);
+  ParseDocument(one["data"].toString(), document.tree());
   QStringList lines;
-  DumpChildren(document.root(), 0, lines);
+  DumpChildren(document.tree().root(), 0, lines);
   CaseCheck check;
   check.Equal("tree", one["tree"], lines.join(u'\n'));
   return check.Outcome();

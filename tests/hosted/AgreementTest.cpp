@@ -88,7 +88,7 @@ class RandomEditor {
 
   // What is copied and pasted again would soon be more than a page.
   void KeepSmall() {
-    Node* const body = hosted_.document().bodyNode();
+    const Node* const body = hosted_.document().tree().bodyNode();
     while (hosted_.document().all().length() > 400 || hosted_.ModelHtml().size() > 100000) {
       HTMLElement first = hosted_.document().body().children().item(0);
       if (first) {
@@ -96,14 +96,14 @@ class RandomEditor {
       } else {
         const auto range = hosted_.document().body().createTextRange();
         range->pasteHTML(QString());
-        if (body->firstChild) break;
+        if (body->firstChild()) break;
       }
     }
   }
 
   void Raise(EventType type) {
     HTMLEventObj event(type);
-    const HTMLElement target = Below(4) ? AnyElement() : HTMLElement(hosted_.document().bodyNode());
+    const HTMLElement target = Below(4) ? AnyElement() : HTMLElement(hosted_.document().tree().bodyNode());
     event.On(target).Button(1).Caret(AnyRange(1)->range().start, QPoint(1, 1));
     hosted_.document().Dispatch(std::move(event));
   }

@@ -89,12 +89,12 @@ TEST(Encodings, FiveTimesThroughTheFileChangeNoLetterAnywhere) {
     EXPECT_EQ(loaded.count(letters), page.count(letters));
     EXPECT_EQ(WithoutMeta(hosted.LiveHtml()), loaded);
     EXPECT_EQ(PictureWidth(hosted), QLatin1String("1"));
-    QByteArray saved = FileHtml(hosted.document());
+    QByteArray saved = FileHtml(hosted.document().tree());
     for (int cycle = 0; cycle < 5; ++cycle) {
       ASSERT_TRUE(hosted.LoadHtml(saved)) << cycle;
       EXPECT_EQ(WithoutMeta(hosted.ModelHtml()), loaded) << cycle;
       EXPECT_EQ(PictureWidth(hosted), QLatin1String("1")) << cycle;
-      const QByteArray again = FileHtml(hosted.document());
+      const QByteArray again = FileHtml(hosted.document().tree());
       EXPECT_EQ(again, saved) << cycle;
       saved = again;
     }
@@ -108,11 +108,11 @@ TEST(Encodings, AGuessedPageStaysWhatItWasTakenFor) {
     SCOPED_TRACE(encoding.label);
     ASSERT_TRUE(hosted.LoadHtml(Encoded(PageWith(QString::fromUtf8(encoding.letters), {}), encoding)));
     const QString loaded = hosted.ModelHtml();
-    QByteArray saved = FileHtml(hosted.document());
+    QByteArray saved = FileHtml(hosted.document().tree());
     for (int cycle = 0; cycle < 2; ++cycle) {
       ASSERT_TRUE(hosted.LoadHtml(saved));
       EXPECT_EQ(WithoutMeta(hosted.ModelHtml()), loaded);
-      EXPECT_EQ(FileHtml(hosted.document()), saved);
+      EXPECT_EQ(FileHtml(hosted.document().tree()), saved);
     }
   }
 }
@@ -140,10 +140,10 @@ TEST(Encodings, BrokenBytesAreLoadedAsTheEngineLoadsThemAndLoseNothingMore) {
     ASSERT_TRUE(hosted.LoadHtml(page));
     const QString loaded = WithoutMeta(hosted.ModelHtml());
     EXPECT_EQ(WithoutMeta(hosted.LiveHtml()), loaded);
-    const QByteArray saved = FileHtml(hosted.document());
+    const QByteArray saved = FileHtml(hosted.document().tree());
     ASSERT_TRUE(hosted.LoadHtml(saved));
     EXPECT_EQ(WithoutMeta(hosted.ModelHtml()), loaded);
-    EXPECT_EQ(FileHtml(hosted.document()), saved);
+    EXPECT_EQ(FileHtml(hosted.document().tree()), saved);
   }
 }
 
@@ -153,10 +153,10 @@ TEST(Encodings, TenMegabytesOnOneLineComeBack) {
   ASSERT_TRUE(hosted.LoadHtml("<meta charset=iso-8859-1><p hidden title=\"\xE9\">" + QByteArray(10'000'000, '\xFC')));
   const QString loaded = hosted.ModelHtml();
   EXPECT_GT(loaded.size(), 10'000'000);
-  const QByteArray saved = FileHtml(hosted.document());
+  const QByteArray saved = FileHtml(hosted.document().tree());
   ASSERT_TRUE(hosted.LoadHtml(saved));
   EXPECT_EQ(hosted.ModelHtml() == loaded, true);
-  EXPECT_EQ(FileHtml(hosted.document()) == saved, true);
+  EXPECT_EQ(FileHtml(hosted.document().tree()) == saved, true);
 }
 
 // The reader of messages takes U+FEFF for a byte order mark where a text begins with it.
@@ -164,14 +164,15 @@ TEST(Encodings, AByteOrderMarkInsideOfAPageIsACharacter) {
   HostedPage hosted;
   ASSERT_TRUE(hosted.LoadHtml("<p id=p title='&#xFEFF;x'>&#xFEFF;&#xFEFF;y</p><i title='&#1;a'>&#1;b</i>"));
   const QString mark = QChar(0xFEFF);
-  EXPECT_EQ(hosted.document().bodyNode()->firstChild->firstChild->data, mark + mark + u'y');
+  EXPECT_EQ(hosted.document().tree().bodyNode()->firstChild()->firstChild()->data(), mark + mark + u'y');
   EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
   // Also where a script writes it.
   hosted.Script(QStringLiteral("p.firstChild.data = '\\uFEFFz'; p.title = '\\uFEFF'; p.lang = '\\u0001'"));
   EXPECT_TRUE(HostedPage::WaitFor([&] { return hosted.ModelHtml().contains(mark + u'z'); }));
   EXPECT_TRUE(HostedPage::WaitFor([&] { return hosted.ModelHtml() == hosted.LiveHtml(); }));
   // And the other way, what the program writes.
-  hosted.document().gateway().ReplaceData(hosted.document().bodyNode()->firstChild->firstChild, 0, 1, mark + mark);
+  hosted.document().gateway().ReplaceData(hosted.document().tree().bodyNode()->firstChild()->firstChild(), 0, 1,
+                                          mark + mark);
   EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
 }
 
@@ -187,10 +188,10 @@ TEST(Encodings, WhatStandsInFrontOfATableStandsThereAgain) {
     SCOPED_TRACE(page);
     ASSERT_TRUE(hosted.LoadHtml(page));
     const QString loaded = hosted.LiveHtml();
-    const QByteArray saved = FileHtml(hosted.document());
+    const QByteArray saved = FileHtml(hosted.document().tree());
     ASSERT_TRUE(hosted.LoadHtml(saved));
     EXPECT_EQ(hosted.LiveHtml(), loaded);
-    EXPECT_EQ(FileHtml(hosted.document()), saved);
+    EXPECT_EQ(FileHtml(hosted.document().tree()), saved);
   }
 }
 
@@ -200,6 +201,6 @@ TEST(Encodings, AFormAmongTheRowsOfATableKeepsItsFields) {
       hosted.LoadHtml("<table><form id=f><tr><td><input id=a></td></tr></form></table><input id=b><form id=g></form>"));
   const QString owners = QStringLiteral("[a, b].map(e => e.form ? e.form.id : '-').join()");
   EXPECT_EQ(hosted.ScriptText(owners), QLatin1String("f,-"));
-  ASSERT_TRUE(hosted.LoadHtml(FileHtml(hosted.document())));
+  ASSERT_TRUE(hosted.LoadHtml(FileHtml(hosted.document().tree())));
   EXPECT_EQ(hosted.ScriptText(owners), QLatin1String("f,-"));
 }

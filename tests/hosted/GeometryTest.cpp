@@ -276,9 +276,9 @@ Place PlaceOf(const QJsonObject& told) {
 
 Place PlaceOf(const BoundaryPoint& point) {
   QStringList steps;
-  for (const Node* node = point.container; node->parent; node = node->parent) {
+  for (const Node* node = point.container; node->parent(); node = node->parent()) {
     int index = 0;
-    for (const Node* before = node->previous; before; before = before->previous) ++index;
+    for (const Node* before = node->previous(); before; before = before->previous()) ++index;
     steps.prepend(QString::number(index));
   }
   Place place{steps.join(u'/') + u':' + QString::number(point.DomOffset()), {}, {}};
@@ -288,10 +288,10 @@ Place PlaceOf(const BoundaryPoint& point) {
     return node->IsText() ? QStringLiteral("#TEXT") : QStringLiteral("#COMMENT");
   };
   if (point.IsInText()) {
-    place.before = point.container->data.mid(point.offset - 1, point.offset > 0 ? 1 : 0);
-    place.behind = point.container->data.mid(point.offset, 1);
+    place.before = point.container->data().mid(point.offset - 1, point.offset > 0 ? 1 : 0);
+    place.behind = point.container->data().mid(point.offset, 1);
   } else {
-    place.before = nameOf(point.before ? point.before->previous : point.container->lastChild);
+    place.before = nameOf(point.before ? point.before->previous() : point.container->lastChild());
     place.behind = nameOf(point.before);
   }
   return place;

@@ -162,7 +162,7 @@ TEST(HostedLoad, PageScriptsRunAndTheirWorkIsInTheModel) {
 TEST(HostedLoad, ADoctypePageIsInStandardsModeBeforeAndAfterItsRendererDied) {
   HostedPage hosted;
   ASSERT_TRUE(hosted.LoadHtml("<!DOCTYPE html><HTML><BODY>x</BODY></HTML>"));
-  EXPECT_FALSE(hosted.document().quirks());
+  EXPECT_FALSE(hosted.document().tree().quirks());
   ASSERT_TRUE(hosted.KillRenderer());
   EXPECT_EQ(hosted.ScriptText(QStringLiteral("document.compatMode")), QStringLiteral("CSS1Compat"));
   const QString live = hosted.LiveHtml();

@@ -87,7 +87,7 @@ QString LiveHtmlOf(HostedWebBrowser& browser) {
   browser.TellTree([&](const QJsonArray& flat) {
     int from = 0;
     Node* const tree = DecodeTree(flat, from);
-    for (const Node* child = tree ? tree->firstChild : nullptr; child; child = child->next)
+    for (const Node* child = tree ? tree->firstChild() : nullptr; child; child = child->next())
       if (child->IsElement()) html = OuterHtml(child, true);
     if (tree) DestroyTree(tree);
     told = true;

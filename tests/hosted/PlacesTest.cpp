@@ -15,6 +15,7 @@
 #include "HTMLDocumentEvents.h"
 #include "HTMLTxtRange.h"
 #include "HostedView.h"
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -97,11 +98,11 @@ TEST_F(HostedPlaces, AClickInTextThatIsBeingJoinedToAnotherGoesAlong) {
   hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), QStringLiteral("another line"));
   hosted.LiveHtml();
   const QPoint point = hosted.PointOf(QStringLiteral("document.body.lastChild"), 8);
-  Node* const line = hosted.document().bodyNode()->lastChild;
+  const Node* const line = hosted.document().tree().bodyNode()->lastChild();
   ASSERT_TRUE(line->IsText());
   ClickThrough(point, [&] {
     auto range = body.createTextRange();
-    range->moveToElementText(HTMLElement(line->previous));
+    range->moveToElementText(HTMLElement(line->previous()));
     range->pasteHTML(QString());
   });
   EXPECT_TRUE(Typed().endsWith(QStringLiteral("plain textanother zline"))) << hosted.Body().toStdString();
@@ -139,11 +140,11 @@ TEST_F(HostedPlaces, APressWhoseElementIsWrappedOrRemovedBeforeTheReleaseIsAClic
     QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
     QTest::mousePress(hosted.Input(), Qt::LeftButton, {}, point);
     hosted.LiveHtml();
-    Node* const font = Element(QStringLiteral("b")).node();
+    const Node* const font = Element(QStringLiteral("b")).node();
     if (remove) {
       HTMLElement(font).setOuterHTML(QString());
     } else {
-      hosted.document().gateway().Wrap(font, font, hosted.document().CreateElement(Known().b));
+      hosted.document().gateway().Wrap(font, font, TreeBuilder::Element(Known().b));
     }
     hosted.LiveHtml();
     QTest::mouseRelease(hosted.Input(), Qt::LeftButton, {}, point);
@@ -218,7 +219,7 @@ namespace {
 // Where a place is, by the indices of the nodes on the way to it: the form in which the page's own script tells it.
 QString PathOf(const Node* container, int offset, const Node* body) {
   QString path = QStringLiteral(":") + QString::number(offset);
-  for (const Node* node = container; node != body; node = node->parent)
+  for (const Node* node = container; node != body; node = node->parent())
     path.prepend(QStringLiteral(".") + QString::number(node->Index()));
   return path;
 }
@@ -319,11 +320,11 @@ class RandomClicks : private HTMLDocumentEvents {
 
   int Below(int bound) { return int(random_() % unsigned(bound)); }
 
-  Node* Any(bool text) {
-    std::vector<Node*> nodes;
-    Node* const body = hosted_.document().bodyNode();
-    for (Node* node = body->firstChild; node; node = NextInTree(node, body))
-      if (text ? node->IsText() : node->IsElement() && node->firstChild) nodes.push_back(node);
+  const Node* Any(bool text) {
+    std::vector<const Node*> nodes;
+    const Node* const body = hosted_.document().tree().bodyNode();
+    for (const Node* node = body->firstChild(); node; node = NextInTree(node, body))
+      if (text ? node->IsText() : node->IsElement() && node->firstChild()) nodes.push_back(node);
     return nodes.empty() ? nullptr : nodes[std::size_t(Below(int(nodes.size())))];
   }
 
@@ -341,8 +342,8 @@ class RandomClicks : private HTMLDocumentEvents {
 
   std::shared_ptr<HTMLTxtRange> AnyRange(int length) {
     auto range = hosted_.document().body().createTextRange();
-    if (Node* const text = Any(true)) {
-      range->moveToElementText(HTMLElement(text->parent));
+    if (const Node* const text = Any(true)) {
+      range->moveToElementText(HTMLElement(text->parent()));
       range->move(QStringLiteral("character"), Below(12));
       range->moveEnd(QStringLiteral("character"), Below(length + 1));
     } else {
@@ -361,8 +362,8 @@ class RandomClicks : private HTMLDocumentEvents {
         document.body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), Markup());
       return Number();
     }
-    Node* const text = Any(true);
-    Node* const element = Any(false);
+    const Node* const text = Any(true);
+    const Node* const element = Any(false);
     switch (Below(20)) {
       case 0:
       case 10:
@@ -385,8 +386,8 @@ class RandomClicks : private HTMLDocumentEvents {
       case 4:
       case 16:
       case 17:
-        for (Node* node = text; node; node = node->next)
-          if (node->IsText() && node->next && node->next->IsText()) {
+        for (const Node* node = text; node; node = node->next())
+          if (node->IsText() && node->next() && node->next()->IsText()) {
             gateway.JoinWithNext(node);
             break;
           }
@@ -403,7 +404,8 @@ class RandomClicks : private HTMLDocumentEvents {
         break;
       case 8:
       case 18:
-        if (text) gateway.Wrap(text, text->next && Below(2) ? text->next : text, document.CreateElement(Known().font));
+        if (text)
+          gateway.Wrap(text, text->next() && Below(2) ? text->next() : text, TreeBuilder::Element(Known().font));
         break;
       case 19:
         document.body().setAttribute(QStringLiteral("title"), QString::number(number_));
@@ -426,25 +428,25 @@ class RandomClicks : private HTMLDocumentEvents {
     HTMLDocument& document = hosted_.document();
     document.body().setAttribute(QStringLiteral("n"), QString::number(++number_));
     Snapshot snapshot{number_, std::make_shared<QHash<QString, std::size_t>>(), {}, {}};
-    Node* const body = document.bodyNode();
+    const Node* const body = document.tree().bodyNode();
     const auto keep = [&](const BoundaryPoint& point) {
       snapshot.paths->insert(PathOf(point.container, point.DomOffset(), body), snapshot.now.size());
       snapshot.then.push_back(point);
       snapshot.now.push_back(std::make_unique<LiveRange>(LiveRange{point, point}));
-      document.AddRange(snapshot.now.back().get());
+      document.tree().AddRange(snapshot.now.back().get());
     };
-    for (Node* node = body; node; node = NextInTree(node, body)) {
+    for (const Node* node = body; node; node = NextInTree(node, body)) {
       if (node->IsText()) {
         for (int at = 0; at <= node->Length(); ++at) keep(BoundaryPoint::InText(node, at));
       } else {
-        for (Node* child = node->firstChild; child; child = child->next) keep(BoundaryPoint::Before(child));
+        for (const Node* child = node->firstChild(); child; child = child->next()) keep(BoundaryPoint::Before(child));
         keep(BoundaryPoint::AtEnd(node));
       }
     }
     snapshots_.push_back(std::move(snapshot));
   }
   void Drop(Snapshot& snapshot) {
-    for (auto& range : snapshot.now) hosted_.document().RemoveRange(range.get());
+    for (auto& range : snapshot.now) hosted_.document().tree().RemoveRange(range.get());
   }
 
   void Press() {

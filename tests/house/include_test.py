@@ -20,6 +20,11 @@ PLATFORM_SWITCH = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b.*\b(Q_OS_\w+|_?_
                              r"__APPLE__|__MACH__)\b")
 SYSTEM = re.compile(r"^((sys|netinet|arpa|net|linux|X11|mach)/.*|(windows|windowsx|winsock2|ws2tcpip|shellapi|shlobj|"
                     r"unistd|fcntl|dlfcn|pwd|grp|netdb|poll|spawn|termios|pthread|dirent|io|direct)\.h)$")
+# Components that know each other because the DOM's interfaces do: document.selection.createRange().select(); and the
+# main window with the rows that say which of its members a command is.
+RINGS = [{"browser/HTMLDocument", "browser/HTMLElement", "browser/HTMLSelectionObject", "browser/HTMLTxtRange",
+          "browser/HTMLWindow2"},
+         {"mainwindow/FWeb", "mainwindow/FWebTables", "mainwindow/WorkWindow"}]
 BROWSER_ENGINE = re.compile(r"^(QtWebEngine.*|QWebEngine.*)$")
 
 
@@ -51,8 +56,28 @@ def reached(room, rooms):
     return found
 
 
-def problems(root, rooms_text):
-    """What is against the rules, a line each."""
+def rings(includes):
+    """Sets of components of which each reaches each: the strongly connected ones of {component: components}."""
+    def reach(start):
+        found, waiting = set(), [start]
+        while waiting:
+            for name in includes.get(waiting.pop(), ()):
+                if name not in found:
+                    found.add(name)
+                    waiting.append(name)
+        return found
+    reaches = {name: reach(name) for name in includes}
+    found = []
+    for name in sorted(includes):
+        ring = {other for other in reaches[name] if name in reaches.get(other, ())}
+        if len(ring) > 1 and ring not in found:
+            found.append(ring)
+    return found
+
+
+def problems(root, rooms_text, allowed_rings=()):
+    """What is against the rules, a line each. A header and the source of its name are one component, and those of a
+    room stand in no ring but the allowed ones, of which all are there."""
     rooms = parse_rooms(rooms_text)
     if not rooms:
         return ["there are no rooms"]
@@ -71,8 +96,10 @@ def problems(root, rooms_text):
             owner.setdefault(name, path)
     allowed = {room: reached(room, rooms) | {room} for room in rooms}
     allowed[APART] = {APART}
+    includes = {}
     for path in files:
         folder = path.split(os.sep)[0]
+        component = os.path.splitext(path)[0]
         with open(os.path.join(root, path), encoding="utf-8") as file:
             lines = file.read().splitlines()
         for at, line in enumerate(lines, 1):
@@ -90,15 +117,23 @@ def problems(root, rooms_text):
             if kind == '"' and not MADE.match(name):
                 if name not in owner:
                     wrong.append(place + "no header of the project: " + name)
+                elif os.path.splitext(owner[name])[0] != component and owner[name].split(os.sep)[0] == folder:
+                    includes.setdefault(component, set()).add(os.path.splitext(owner[name])[0])
                 elif owner[name].split(os.sep)[0] not in allowed[folder]:
                     wrong.append(place + "%s may not include %s" % (folder, owner[name]))
+    for ring in rings(includes):
+        if ring not in allowed_rings:
+            wrong.append("components that need each other: " + ", ".join(sorted(ring)))
+    for ring in allowed_rings:
+        if ring not in rings(includes):
+            wrong.append("no ring any more: " + ", ".join(sorted(ring)))
     return wrong
 
 
 class Project(unittest.TestCase):
     def test_every_include_keeps_to_the_floors(self):
         with open(os.path.join(BUILD, "rooms.txt")) as file:
-            self.assertEqual(problems(HOUSE, file.read()), [])
+            self.assertEqual(problems(HOUSE, file.read(), RINGS), [])
 
 
 class MadeUp(unittest.TestCase):
@@ -171,6 +206,15 @@ class MadeUp(unittest.TestCase):
         for name in ("windows.h", "unistd.h", "sys/stat.h"):
             with self.subTest(name):
                 self.assert_one(self.told({"core/A.cpp": "#include <%s>\n" % name}), "a system header")
+
+    def test_ring_of_components(self):
+        self.assert_one(self.told({"core/A.h": "", "core/A.cpp": '#include "A.h"\n#include "B.h"\n', "core/B.h": "",
+                                   "core/B.cpp": '#include "B.h"\n#include "C.h"\n', "core/C.h": '#include "A.h"\n'}),
+                        "components that need each other: core/A, core/B, core/C")
+
+    def test_ring_that_is_none_any_more(self):
+        found = problems(HOUSE, self.ROOMS, [{"core/A", "core/B"}])
+        self.assertIn("no ring any more: core/A, core/B", found)
 
     def test_no_rooms(self):
         self.assertEqual(problems(HOUSE, ""), ["there are no rooms"])

@@ -12,8 +12,8 @@ class Elements : public PageViewTest {
 
   // Selects the text from a place in one element's own text to a place in another's, as a drag does.
   void Select(const QString& from, int start, const QString& to, int end) {
-    Node* const first = TextOf(Named(from));
-    Node* const last = TextOf(Named(to));
+    const Node* const first = TextOf(Named(from));
+    const Node* const last = TextOf(Named(to));
     ASSERT_TRUE(first && last);
     Fire(EventType::MouseDown, from);
     page_.Document().selection().Mirror({BoundaryPoint::InText(first, start), BoundaryPoint::InText(last, end)});
@@ -44,7 +44,7 @@ TEST_F(Elements, PasteReplacesTheContentOfTheTextRange) {
   Show(two);
   Select("a", 0, 3);
   view_.Copy();
-  Node* const text = TextOf(Named("b"));
+  const Node* const text = TextOf(Named("b"));
   view_.SetCurrentTextRange(std::make_shared<HTMLTxtRange>(
       page_.Document(), LiveRange{BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)}));
   view_.Paste(WBUC::FromTextClip);
@@ -113,14 +113,14 @@ TEST_F(Elements, PastingAnElementTakesTheHighlightAwayAndPastingTextLeavesIt) {
   view_.Copy();
   for (const bool current : {true, false}) {
     Click(current ? "b" : "");
-    Node* const text = TextOf(Named("b"));
+    const Node* const text = TextOf(Named("b"));
     page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
     ASSERT_EQ(page_.Document().selection().type(), "Text");
     view_.Paste(WBUC::FromTagClip);
     EXPECT_EQ(page_.Document().selection().type(), "None");
     EXPECT_EQ(view_.IfSelection(), WBUC::NothingSelected);
   }
-  Node* const text = TextOf(Named("b"));
+  const Node* const text = TextOf(Named("b"));
   page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
   view_.Copy();
   view_.SetCurrentTextRange(nullptr);
@@ -130,7 +130,7 @@ TEST_F(Elements, PastingAnElementTakesTheHighlightAwayAndPastingTextLeavesIt) {
 
 TEST_F(Elements, WithAnEmptyClipPastingAnElementStillTakesTheHighlightAway) {
   Show(two);
-  Node* const text = TextOf(Named("b"));
+  const Node* const text = TextOf(Named("b"));
   page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
   view_.Paste(WBUC::FromTagClip);
   EXPECT_EQ(page_.Document().selection().type(), "None");
@@ -400,7 +400,7 @@ TEST_F(Elements, TheTextForNothingCutExistsThoughNothingShowsIt) {
 
 TEST_F(Elements, FormatsOfSelectedTextGatherInOneFont) {
   Show("abcd");
-  Node* const text = page_.Document().bodyNode()->firstChild;
+  const Node* const text = page_.Document().tree().bodyNode()->firstChild();
   page_.Document().selection().Mirror({BoundaryPoint::InText(text, 1), BoundaryPoint::InText(text, 3)});
   view_.SetSelFontFace("Arial");
   view_.SetSelFontSize("4");

@@ -8,15 +8,9 @@ namespace {
 // A live page whose answers come when the test gives them.
 class LatePage : public LivePage {
  public:
-  explicit LatePage(HTMLDocument& document) : document_(document) { document.SetPage(this); }
-  ~LatePage() override { document_.SetPage(nullptr); }
-  void Inserted(const Node*) override {}
-  void Removed(const Node*, NodeId) override {}
-  void AttributeSet(const Node*, const QString&, const QString&) override {}
-  void AttributeRemoved(const Node*, const QString&) override {}
-  void Wrapped(const Node*) override {}
-  void Unwrapped(NodeId, const Node*, const Node*, const Node*) override {}
-  void DataReplaced(const Node*, int, int, const QString&) override {}
+  explicit LatePage(HTMLDocument& document) : document_(document) { document.tree().SetPage(this); }
+  ~LatePage() override { document_.tree().SetPage(nullptr); }
+  void Changed(const TreeStep&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool on) override { takesKeys = on; }
   void Measure(const BoundaryPoint&, Answer answer) override { questions.push_back(std::move(answer)); }

@@ -50,10 +50,10 @@ TEST_F(PageValues, BeginWithTheSettings) {
 TEST_F(PageValues, TheBlankPageHasNoDoctypeAndIsInQuirksMode) {
   page_.browser->Finish();
   ASSERT_TRUE(view_.DocReady());
-  EXPECT_TRUE(page_.Document().quirks());
+  EXPECT_TRUE(page_.Document().tree().quirks());
   EXPECT_TRUE(view_.Source().startsWith("<html", Qt::CaseInsensitive));
   Open("");
-  EXPECT_TRUE(page_.Document().quirks());
+  EXPECT_TRUE(page_.Document().tree().quirks());
 }
 
 TEST_F(PageValues, ANewPageIsStampedWithAllOfThem) {
@@ -181,8 +181,8 @@ TEST_F(PageValues, ALoadThatFailsLeavesTheViewNotReadyAndSaysNothing) {
 TEST_F(PageValues, GettersGiveTheFieldsEvenWhenAPageScriptHasChangedTheDocument) {
   Open(" TEXT=\"#111111\" LINK=\"#222222\" STYLE=\"font-family: Tahoma; font-size: large\"");
   view_.SetBGColor("#333333");
-  const int body = page_.Document().bodyNode()->id;
-  ApplyForeignChanges(page_.Document(),
+  const int body = page_.Document().tree().bodyNode()->id();
+  ApplyForeignChanges(page_.Document().gateway(),
                       {{"attributes", QJsonArray{QJsonArray{body, "text", "#999999", "link", "#999999", "bgcolor",
                                                             "#999999", "background", "new.gif", "style",
                                                             "font-size: x-large; font-family: Courier"}}}});
@@ -198,9 +198,10 @@ TEST_F(PageValues, GettersGiveTheFieldsEvenWhenAPageScriptHasChangedTheDocument)
 
 TEST_F(PageValues, SourceIsTheLiveDocumentWithWhatScriptsWrote) {
   Open("");
-  const Node* const text = TextOf(HTMLElement(page_.Document().bodyNode()));
+  const Node* const text = TextOf(HTMLElement(page_.Document().tree().bodyNode()));
   ASSERT_TRUE(text);
-  ApplyForeignChanges(page_.Document(), {{"data", QJsonArray{QJsonArray{text->id, "written by a script"}}}});
+  ApplyForeignChanges(page_.Document().gateway(),
+                      {{"data", QJsonArray{QJsonArray{text->id(), "written by a script"}}}});
   EXPECT_TRUE(view_.Source().contains(">written by a script</body>"));
   EXPECT_TRUE(view_.SourceForFile().contains("written by a script"));
 }

@@ -14,13 +14,13 @@ class PageViewTest : public ::testing::Test {
   static constexpr QPoint caretCorner{17, 33};
 
   HTMLElement Named(const QString& id) {
-    return id.isEmpty() ? HTMLElement(page_.Document().bodyNode()) : page_.Element(id);
+    return id.isEmpty() ? HTMLElement(page_.Document().tree().bodyNode()) : page_.Element(id);
   }
 
   // The event as the live page would tell it, with the caret at the end of BODY.
   void Fire(EventType type, const QString& id, int button = 1) {
     ASSERT_TRUE(Named(id)) << qPrintable(id);
-    const BoundaryPoint end = BoundaryPoint::AtEnd(page_.Document().bodyNode());
+    const BoundaryPoint end = BoundaryPoint::AtEnd(page_.Document().tree().bodyNode());
     page_.Document().Dispatch(
         HTMLEventObj(type).At(mouse.x(), mouse.y()).On(Named(id)).Button(button).Caret(end, caretCorner));
   }
@@ -36,9 +36,9 @@ class PageViewTest : public ::testing::Test {
     Fire(EventType::DoubleClick, id);
   }
 
-  QString Body() { return InnerHtml(page_.Document().bodyNode(), false); }
+  QString Body() { return InnerHtml(page_.Document().tree().bodyNode(), false); }
   QString Raw(const QString& name) {
-    const Attribute* const attribute = page_.Document().bodyNode()->FindAttribute(name);
+    const Attribute* const attribute = page_.Document().tree().bodyNode()->FindAttribute(name);
     return attribute ? attribute->value : QString("<absent>");
   }
 

@@ -1,4 +1,5 @@
 #include "PageViewFixture.h"
+#include "TreeBuilder.h"
 
 namespace {
 
@@ -162,12 +163,11 @@ TEST_F(Selection, DoubleClickOnACellSelectsItsTableAndKeepsTheInsertionPoint) {
 TEST_F(Selection, ACellMoreThanThreeStepsBelowItsTableRaisesNoDoubleClick) {
   // No parser makes such a tree, so it is built by hand.
   HTMLDocument& document = page_.Document();
-  Node* const row = Named("tr").node();
-  Node* const body = row->parent;
-  Node* const between = document.CreateElement(Tag::Of("div"));
+  const Node* const row = Named("tr").node();
+  const Node* const body = row->parent();
+  Node* const between = TreeBuilder::Element(Tag::Of("div"));
   document.gateway().Insert(body, nullptr, between);
-  document.gateway().Take(row);
-  document.gateway().Insert(between, nullptr, row);
+  document.gateway().Insert(between, nullptr, document.gateway().Take(row));
   QSignalSpy doubleClicked(&view_, &WBUC::DoubleClick);
   DoubleClick("bold");
   EXPECT_EQ(0, doubleClicked.size());
@@ -253,13 +253,13 @@ TEST_F(Selection, NothingIsMarkedInThePage) {
 TEST_F(Selection, IfSelectionTellsTextOnlyWhereSomethingIsSelected) {
   page_.ShowBody("<FONT id='font'>some text</FONT><IMG id='img' src='i.gif'>");
   EXPECT_EQ(WBUC::NothingSelected, view_.IfSelection());
-  Node* const text = TextOf(Named("font"));
+  const Node* const text = TextOf(Named("font"));
   page_.browser->Drag(*page_.browser->PointAt(BoundaryPoint::InText(text, 1)),
                       *page_.browser->PointAt(BoundaryPoint::InText(text, 4)));
   EXPECT_EQ(WBUC::TextSelected, view_.IfSelection());
   EXPECT_TRUE(view_.HasCurrentTextRange());
   // A picture alone is a selection without text.
-  Node* const picture = Named("img").node();
+  const Node* const picture = Named("img").node();
   page_.Document().selection().Mirror({BoundaryPoint::Before(picture), BoundaryPoint::Behind(picture)});
   EXPECT_EQ(WBUC::NothingSelected, view_.IfSelection());
 }
@@ -268,7 +268,7 @@ TEST_F(Selection, IfSelectionStaysAtTheElementWhateverTheUserSelectsByKeyboard) 
   DoubleClick("img");
   page_.Document().selection().Mirror({});
   EXPECT_EQ(WBUC::ElementSelected, view_.IfSelection());
-  Node* const text = TextOf(Named("font"));
+  const Node* const text = TextOf(Named("font"));
   page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 1)});
   EXPECT_EQ(WBUC::ElementSelected, view_.IfSelection());
 }

@@ -147,7 +147,7 @@ TEST_F(Typing, ADoubleQuoteIsNotEscaped) {
 }
 
 TEST_F(Typing, TheSelectionIsNeitherReplacedNorChanged) {
-  Node* const text = TextOf(Named("here"));
+  const Node* const text = TextOf(Named("here"));
   page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
   Key('X');
   Key(8);
@@ -174,7 +174,7 @@ TEST_F(Typing, BackspaceAndDeleteWorkBesideTheInsertionPoint) {
 
 TEST_F(Typing, BackspaceLeavesARangeWithContentAsItIs) {
   // The work is done on a duplicate, so what the range spans stays.
-  Node* const text = TextOf(Named("here"));
+  const Node* const text = TextOf(Named("here"));
   view_.CurrentTextRange()->SetRange({BoundaryPoint::InText(text, 1), BoundaryPoint::InText(text, 3)});
   Key(8);
   EXPECT_EQ("bcd", Text());

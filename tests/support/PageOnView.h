@@ -28,9 +28,9 @@ inline HTMLElement ElementById(const HTMLDocument& document, const QString& id) 
 }
 
 // The element's own first text; null when it has none.
-inline Node* TextOf(const HTMLElement& element) {
-  Node* child = element ? element.node()->firstChild : nullptr;
-  while (child && !child->IsText()) child = child->next;
+inline const Node* TextOf(const HTMLElement& element) {
+  const Node* child = element ? element.node()->firstChild() : nullptr;
+  while (child && !child->IsText()) child = child->next();
   return child;
 }
 
@@ -56,7 +56,7 @@ class PageOnView {
 
   // The insertion point inside the element's own first text, without a click. `at` counts UTF-16 units.
   bool PutPoint(const QString& id, int at) {
-    Node* const text = TextOf(Element(id));
+    const Node* const text = TextOf(Element(id));
     if (!text) return false;
     const BoundaryPoint point = BoundaryPoint::InText(text, at);
     view.SetCurrentTextRange(std::make_shared<HTMLTxtRange>(Document(), LiveRange{point, point}));

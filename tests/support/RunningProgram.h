@@ -13,10 +13,10 @@
 // The letters a to z that a page's body shows.
 inline QString ShownLetters(const HTMLDocument& document) {
   QString letters;
-  const Node* const body = document.bodyNode();
+  const Node* const body = document.tree().bodyNode();
   for (const Node* node = body; node; node = NextInTree(node, body)) {
     if (!node->IsText()) continue;
-    for (const QChar c : node->data)
+    for (const QChar c : node->data())
       if (c >= u'a' && c <= u'z') letters.append(c);
   }
   return letters;

@@ -32,10 +32,10 @@ class ToolsTest : public ::testing::Test {
 
   void ShowBody(const QString& body) { run_.browser->SetHtml(PageAround(body)); }
   HTMLElement Element(const QString& id) { return ElementById(*View().WBDocument(), id); }
-  QString Body() { return InnerHtml(View().WBDocument()->bodyNode(), false); }
+  QString Body() { return InnerHtml(View().WBDocument()->tree().bodyNode(), false); }
   // An attribute of BODY as it stands.
   QString Raw(const QString& name) {
-    const Attribute* const attribute = View().WBDocument()->bodyNode()->FindAttribute(name);
+    const Attribute* const attribute = View().WBDocument()->tree().bodyNode()->FindAttribute(name);
     return attribute ? attribute->value : QString("<absent>");
   }
   HTMLStyle Style() { return View().WBDocument()->body().style(); }
