@@ -1,6 +1,6 @@
 // The only way to change the tree of a page.
 // Each change is a TreeStep: it is played on the model, moves every live range by the rules of the DOM standard
-// (https://dom.spec.whatwg.org/#concept-live-range), and, when it is the program's own, is told to the live page. A
+// (https://www.w3.org/TR/dom/#concept-live-range), and, when it is the program's own, is told to the live page. A
 // change that the page's scripts made is played in the same way, but not told back.
 #pragma once
 
@@ -15,11 +15,11 @@ class Gateway {
   const PageTree& tree() const { return tree_; }
 
   // Puts a detached subtree, which becomes the page's, before the child `before` of `parent`, or at its end. Nodes
-  // without an id get one. https://dom.spec.whatwg.org/#concept-node-insert
+  // without an id get one. https://www.w3.org/TR/dom/#concept-node-insert
   void Insert(const Node* parent, const Node* before, Node* subtree, Origin origin = Origin::Program);
 
   // Takes an attached subtree out. It is deleted unless somebody refers to one of its nodes.
-  // https://dom.spec.whatwg.org/#concept-node-remove
+  // https://www.w3.org/TR/dom/#concept-node-remove
   void Remove(const Node* subtree);
 
   // The same by the page, and the subtree isn't deleted, because it will be put in again elsewhere or discarded.
@@ -31,8 +31,8 @@ class Gateway {
   void Wrap(const Node* first, const Node* last, Node* wrapper);
   void Unwrap(const Node* element);
 
-  // Nothing happens when nothing would change. https://dom.spec.whatwg.org/#concept-element-attributes-set-value and
-  // https://dom.spec.whatwg.org/#concept-element-attributes-remove
+  // Nothing happens when nothing would change. https://www.w3.org/TR/dom/#concept-element-attributes-set-value and
+  // https://www.w3.org/TR/dom/#concept-element-attributes-remove
   void SetAttribute(const Node* element, const QString& name, const QString& value);
   void RemoveAttribute(const Node* element, const QString& name);
 
@@ -40,14 +40,14 @@ class Gateway {
   void TakeAttributes(const Node* element, const std::vector<Attribute>& attributes);
 
   // Text and comments: puts `data` in place of `count` UTF-16 units at `offset`.
-  // https://dom.spec.whatwg.org/#concept-cd-replace
+  // https://www.w3.org/TR/dom/#concept-cd-replace
   void ReplaceData(const Node* node, int offset, int count, const QString& data, Origin origin = Origin::Program);
 
   // Cuts a text in two and returns the second half. 0 < offset < length.
-  // https://dom.spec.whatwg.org/#concept-text-split
+  // https://www.w3.org/TR/dom/#concept-text-split
   const Node* SplitText(const Node* text, int offset);
 
-  // Makes one text of this one and the text behind it, as https://dom.spec.whatwg.org/#dom-node-normalize does.
+  // Makes one text of this one and the text behind it, as https://www.w3.org/TR/dom/#dom-node-normalize does.
   void JoinWithNext(const Node* text);
 
   // Plays a step that fits the tree as it is, such as the inverse of the one that was played last.

@@ -1,6 +1,6 @@
 // One change of the tree as a value, by the numbers of its nodes: the Gateway plays it, the live page is told it,
 // places are brought over it, and what takes it back is a step again. Places keep by the rules of the DOM standard for
-// live ranges (https://dom.spec.whatwg.org/#concept-live-range). Where a text is cut or joined, or an element is put
+// live ranges (https://www.w3.org/TR/dom/#concept-live-range). Where a text is cut or joined, or an element is put
 // around something or taken away, they stay with what they stood at; a place in what is removed moves to where that
 // was.
 #pragma once
