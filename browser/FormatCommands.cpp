@@ -1,7 +1,6 @@
 #include "FormatCommands.h"
 
 #include <algorithm>
-#include <optional>
 #include <unordered_set>
 
 #include "FontSizeMap.h"
@@ -276,15 +275,6 @@ class Formatter {
   std::vector<NodeRef> seams_;
 };
 
-std::optional<FontProperty> PropertyOf(const QString& command) {
-  const auto is = [&](const char* name) { return command.compare(QLatin1String(name), Qt::CaseInsensitive) == 0; };
-  if (is("ForeColor")) return FontProperty::Color;
-  if (is("FontName")) return FontProperty::Face;
-  if (is("FontSize")) return FontProperty::Size;
-  if (is("BackColor")) return FontProperty::Background;
-  return std::nullopt;
-}
-
 // "" for a value that the property can't have.
 QString Normalized(FontProperty property, const QString& value) {
   switch (property) {
@@ -323,31 +313,12 @@ QString ToldByFont(const Node* font, FontProperty property) {
   return CssColor(StyleValue(font, StyleProperty(property)));
 }
 
-}  // namespace
-
-bool ExecCommand(Gateway& gateway, LiveRange& range, const QString& name, const QString& value) {
-  const auto is = [&](const char* command) { return name.compare(QLatin1String(command), Qt::CaseInsensitive) == 0; };
-  if (range.IsCollapsed() || !gateway.tree().bodyNode()) return false;
-  if (const auto property = PropertyOf(name)) {
-    // A page that gives no colour for its text has one that shows all the same.
-    const bool isColor = *property == FontProperty::Color || *property == FontProperty::Background;
-    const QString given = value.isEmpty() && isColor ? QueryCommandValue(gateway.tree(), range.start, name) : value;
-    const QString normal = Normalized(*property, given);
-    return !normal.isEmpty() && Formatter(gateway, range).SetFont(*property, normal);
-  }
-  if (is("Bold")) return Formatter(gateway, range).ToggleBold();
-  if (is("CreateLink")) return !value.isEmpty() && Formatter(gateway, range).Link(value);
-  return false;
-}
-
-QString QueryCommandValue(const PageTree& tree, const BoundaryPoint& at, const QString& name) {
-  const auto property = PropertyOf(name);
-  if (!property) return {};
+QString TellFont(const PageTree& tree, const BoundaryPoint& at, FontProperty property) {
   bool inLink = false;
   for (const Node* node = at.container; node; node = node->parent()) {
     inLink = inLink || IsLink(node);
     if (!IsFont(node)) continue;
-    const QString told = ToldByFont(node, *property);
+    const QString told = ToldByFont(node, property);
     if (!told.isEmpty()) return told;
   }
   const Node* const body = tree.bodyNode();
@@ -356,7 +327,7 @@ QString QueryCommandValue(const PageTree& tree, const BoundaryPoint& at, const Q
   };
   const auto style = [&](const char* declared) { return body ? StyleValue(body, QLatin1String(declared)) : QString(); };
   QString value;
-  switch (*property) {
+  switch (property) {
     case FontProperty::Color:
       if (inLink) value = color("link");
       if (value.isEmpty()) value = color("text");
@@ -374,4 +345,65 @@ QString QueryCommandValue(const PageTree& tree, const BoundaryPoint& at, const Q
       return value.isEmpty() ? QStringLiteral("#FFFFFF") : value;
   }
   return {};
+}
+
+bool PlayFont(Gateway& gateway, LiveRange& range, FontProperty property, const QString& value) {
+  // A page that gives no colour for its text has one that shows all the same.
+  const bool isColor = property == FontProperty::Color || property == FontProperty::Background;
+  const QString given = value.isEmpty() && isColor ? TellFont(gateway.tree(), range.start, property) : value;
+  const QString normal = Normalized(property, given);
+  return !normal.isEmpty() && Formatter(gateway, range).SetFont(property, normal);
+}
+
+// A command plays on a range that isn't collapsed, and some tell what they would find at a place.
+struct FormatCommand {
+  const char* name;
+  bool (*play)(Gateway& gateway, LiveRange& range, const QString& value);
+  QString (*tell)(const PageTree& tree, const BoundaryPoint& at);
+};
+
+template <FontProperty property>
+constexpr FormatCommand FontCommand(const char* name) {
+  return {name,
+          [](Gateway& gateway, LiveRange& range, const QString& value) {
+            return PlayFont(gateway, range, property, value);
+          },
+          [](const PageTree& tree, const BoundaryPoint& at) { return TellFont(tree, at, property); }};
+}
+
+QString TellNothing(const PageTree&, const BoundaryPoint&) {
+  return {};
+}
+
+constexpr FormatCommand commands[] = {
+    FontCommand<FontProperty::Color>("ForeColor"),
+    FontCommand<FontProperty::Background>("BackColor"),
+    FontCommand<FontProperty::Face>("FontName"),
+    FontCommand<FontProperty::Size>("FontSize"),
+    {"Bold", [](Gateway& gateway, LiveRange& range, const QString&) { return Formatter(gateway, range).ToggleBold(); },
+     TellNothing},
+    {"CreateLink",
+     [](Gateway& gateway, LiveRange& range, const QString& value) {
+       return !value.isEmpty() && Formatter(gateway, range).Link(value);
+     },
+     TellNothing},
+};
+
+const FormatCommand* CommandCalled(const QString& name) {
+  for (const FormatCommand& command : commands)
+    if (name.compare(QLatin1String(command.name), Qt::CaseInsensitive) == 0) return &command;
+  return nullptr;
+}
+
+}  // namespace
+
+bool ExecCommand(Gateway& gateway, LiveRange& range, const QString& name, const QString& value) {
+  const FormatCommand* const command = CommandCalled(name);
+  if (!command || range.IsCollapsed() || !gateway.tree().bodyNode()) return false;
+  return command->play(gateway, range, value);
+}
+
+QString QueryCommandValue(const PageTree& tree, const BoundaryPoint& at, const QString& name) {
+  const FormatCommand* const command = CommandCalled(name);
+  return command ? command->tell(tree, at) : QString();
 }

@@ -67,10 +67,22 @@ void HTMLTxtRange::pasteHTML(const QString& html) {
 }
 
 void HTMLTxtRange::move(const QString& unit, int count) {
+  const auto at = Moved(count > 0 ? range_.end : range_.start, unit, count);
+  if (at) range_ = {*at, *at};
+}
+
+void HTMLTxtRange::moveEnd(const QString& unit, int count) {
+  const auto at = Moved(range_.end, unit, count);
+  if (!at) return;
+  range_.end = *at;
+  if (ComparePoints(document()->tree().order(), range_.end, range_.start) < 0) range_.start = range_.end;
+}
+
+std::optional<BoundaryPoint> HTMLTxtRange::Moved(const BoundaryPoint& from, const QString& unit, int count) const {
   HTMLDocument* const doc = document();
   const Node* const body = doc ? doc->tree().bodyNode() : nullptr;
-  if (!body) return;
-  BoundaryPoint at = WithinBody(*doc, count > 0 ? range_.end : range_.start, body);
+  if (!body) return std::nullopt;
+  BoundaryPoint at = WithinBody(*doc, from, body);
   if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
     if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
   } else if (unit.compare(u"character", Qt::CaseInsensitive) == 0) {
@@ -80,25 +92,7 @@ void HTMLTxtRange::move(const QString& unit, int count) {
       at = *next;
     }
   }
-  range_ = {at, at};
-}
-
-void HTMLTxtRange::moveEnd(const QString& unit, int count) {
-  HTMLDocument* const doc = document();
-  const Node* const body = doc ? doc->tree().bodyNode() : nullptr;
-  if (!body) return;
-  BoundaryPoint at = WithinBody(*doc, range_.end, body);
-  if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
-    if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
-  } else {
-    for (int step = 0; step < std::abs(count); ++step) {
-      const auto next = count > 0 ? StepForward(at, body) : StepBackward(at, body);
-      if (!next) break;
-      at = *next;
-    }
-  }
-  range_.end = at;
-  if (ComparePoints(doc->tree().order(), range_.end, range_.start) < 0) range_.start = range_.end;
+  return at;
 }
 
 bool HTMLTxtRange::moveToElementText(const HTMLElement& element) {

@@ -80,6 +80,9 @@ class HTMLTxtRange : public HTMLTextRangeMetrics, public std::enable_shared_from
   HTMLDocument* document() const;
 
  private:
+  // Where `count` units from a place lead, within the page's text; nothing where there is no page.
+  std::optional<BoundaryPoint> Moved(const BoundaryPoint& from, const QString& unit, int count) const;
+
   std::weak_ptr<HTMLDocument*> document_;
   LiveRange range_;
 };

@@ -133,6 +133,49 @@ bool EndsInside(const Node* node, const BoundaryPoint& end) {
   return node->Contains(end.container) && (end.container != node || end.before);
 }
 
+// Goes through what lies between two points, in document order, until `visitor` gives false: stretches of texts, things
+// that are read as one (and whether they lie in it as a whole), and where blocks begin and end.
+template <typename Visitor>
+void WalkBetween(const LiveRange& range, Visitor& visitor) {
+  const Node* const first = range.start.container;
+  const Node* const last = range.end.container;
+  if (first == last && first->IsText()) {
+    visitor.Text(first, range.start.offset, range.end.offset);
+    return;
+  }
+  const Node* node = NodeBehind(range.start);
+  const Node* within = first;
+  if (first->IsText()) {
+    if (!visitor.Text(first, range.start.offset, first->Length())) return;
+    within = first->parent();
+    node = NextSkippingChildren(first);
+  }
+  const auto leaveTo = [&](const Node* around) {
+    for (; within && !within->Contains(around); within = within->parent())
+      if (within->IsElement() && within->tag()->isBlock) visitor.EndOfBlock();
+  };
+  const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
+  while (node && node != stop) {
+    leaveTo(node->parent());
+    if (node->IsText()) {
+      if (!visitor.Text(node, 0, node == last ? range.end.offset : node->Length())) return;
+      if (node == last) break;
+      node = NextSkippingChildren(node);
+    } else if (IsPassedOver(node)) {
+      if (EndsInside(node, range.end)) break;
+      node = NextSkippingChildren(node);
+    } else if (IsLeafOfText(node)) {
+      if (!visitor.Leaf(node, !EndsInside(node, range.end))) return;
+      node = NextSkippingChildren(node);
+    } else {
+      if (node->IsElement() && node->tag()->isBlock && !visitor.Block(node)) return;
+      within = node;
+      node = NextInTree(node);
+    }
+  }
+  leaveTo(last);
+}
+
 class Stepper {
  public:
   Stepper(const BoundaryPoint& from, const Node* body) : at_(from), body_(body) {}
@@ -245,58 +288,32 @@ BoundaryPoint EndOfText(const Node* body) {
 }
 
 QString TextBetween(const LiveRange& range) {
-  QString text;
-  bool edge = false;  // an edge has been passed since the last character
-  const auto add = [&](QStringView piece) {
-    if (edge && !text.isEmpty()) text += u"\r\n";
-    edge = false;
-    text += piece;
-  };
-  const auto addText = [&](const Node* node, int from, int to) {
-    VisitUnits(node, from, to, [&](int at, int end, bool formatting) {
-      add(formatting ? QStringView(u" ") : QStringView(node->data()).mid(at, end - at));
-      return true;
-    });
-  };
-  const Node* const first = range.start.container;
-  const Node* const last = range.end.container;
-  if (first == last && first->IsText()) {
-    addText(first, range.start.offset, range.end.offset);
-    return text;
-  }
-  const Node* node = NodeBehind(range.start);
-  const Node* within = first;
-  if (first->IsText()) {
-    addText(first, range.start.offset, first->Length());
-    within = first->parent();
-    node = NextSkippingChildren(first);
-  }
-  const auto closeTo = [&](const Node* ancestor) {
-    for (; within != ancestor && !within->Contains(ancestor); within = within->parent())
-      if (within->IsElement() && within->tag()->isBlock) edge = true;
-  };
-  const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
-  while (node && node != stop) {
-    closeTo(node->parent());
-    if (node->IsText()) {
-      addText(node, 0, node == last ? range.end.offset : node->Length());
-      if (node == last) break;
-      node = NextSkippingChildren(node);
-    } else if ((IsPassedOver(node) || IsLeafOfText(node)) && EndsInside(node, range.end)) {
-      break;
-    } else if (IsPassedOver(node)) {
-      node = NextSkippingChildren(node);
-    } else if (IsLeafOfText(node)) {
-      if (node->tag() == Known().br) add(u"\r\n");
-      if (node->tag() == Known().hr) edge = true;  // it has a line of its own
-      node = NextSkippingChildren(node);
-    } else {
-      if (node->IsElement() && node->tag()->isBlock) edge = true;
-      within = node;
-      node = NextInTree(node);
+  struct Reader {
+    QString text = {};
+    bool edge = false;  // one has been passed since the last character
+
+    void Add(QStringView piece) {
+      if (edge && !text.isEmpty()) text += u"\r\n";
+      edge = false;
+      text += piece;
     }
-  }
-  return text;
+    bool Text(const Node* node, int from, int to) {
+      return VisitUnits(node, from, to, [&](int at, int end, bool formatting) {
+        Add(formatting ? QStringView(u" ") : QStringView(node->data()).mid(at, end - at));
+        return true;
+      });
+    }
+    bool Leaf(const Node* node, bool whole) {
+      if (!whole) return false;
+      if (node->tag() == Known().br) Add(u"\r\n");
+      if (node->tag() == Known().hr) edge = true;  // it has a line of its own
+      return true;
+    }
+    bool Block(const Node*) { return edge = true; }
+    void EndOfBlock() { edge = true; }
+  } reader;
+  WalkBetween(range, reader);
+  return reader.text;
 }
 
 bool ShowsOnPage(const Node* text) {
@@ -308,45 +325,27 @@ bool ShowsOnPage(const Node* text) {
 
 bool SpansContent(const LiveRange& range) {
   if (range.IsCollapsed()) return false;
-  bool edge = false;
-  const auto shows = [](const Node* text, int from, int to) {
-    return !VisitUnits(text, from, to, [](int, int, bool) { return false; });
-  };
-  const Node* const first = range.start.container;
-  const Node* const last = range.end.container;
-  if (first == last && first->IsText()) return true;
-  const Node* node = NodeBehind(range.start);
-  const Node* within = first;
-  if (first->IsText()) {
-    if (shows(first, range.start.offset, first->Length())) return true;
-    within = first->parent();
-    node = NextSkippingChildren(first);
-  }
-  const Node* const stop = last->IsText() ? nullptr : NodeBehind(range.end);
-  while (node && node != stop) {
-    for (; within != node->parent() && !within->Contains(node->parent()); within = within->parent())
-      edge = edge || (within->IsElement() && within->tag()->isBlock);
-    if (node->IsText()) {
-      if (shows(node, 0, node == last ? range.end.offset : node->Length())) return true;
-      if (node == last) break;
-      node = NextSkippingChildren(node);
-      continue;
+  if (range.start.container == range.end.container && range.start.IsInText()) return true;
+  struct Finder {
+    const Node* last;
+    bool edge = false;
+    bool found = false;
+
+    bool Found() {
+      found = true;
+      return false;
     }
-    if (IsPassedOver(node)) {
-      if (EndsInside(node, range.end)) break;
-      node = NextSkippingChildren(node);
-      continue;
+    bool Text(const Node* node, int from, int to) {
+      return VisitUnits(node, from, to, [](int, int, bool) { return false; }) || Found();
     }
-    if (IsLeafOfText(node)) return true;
-    if (node->IsElement() && node->tag()->isBlock) {
-      // A block that lies in the range with both its tags is content, even while it is empty.
-      if (!node->Contains(last)) return true;
-      edge = true;
+    bool Leaf(const Node*, bool) { return Found(); }
+    bool Block(const Node* node) {
+      // One that lies in the range with both its tags is content, even while it is empty.
+      if (!node->Contains(last)) return Found();
+      return edge = true;
     }
-    within = node;
-    node = NextInTree(node);
-  }
-  for (const Node* n = within; n && !n->Contains(last); n = n->parent())
-    edge = edge || (n->IsElement() && n->tag()->isBlock);
-  return !edge;
+    void EndOfBlock() { edge = true; }
+  } finder{range.end.container};
+  WalkBetween(range, finder);
+  return finder.found || !finder.edge;
 }
