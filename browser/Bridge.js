@@ -2,8 +2,7 @@
 // the page is and what happens in it, carries out numbered batches of changes, and measures. It decides nothing about
 // editing.
 //
-// Messages to the program are arrays whose first item is a word; see HostedWebBrowser::Receive. The program calls
-// receive().
+// The messages of both directions stand in BridgeMessages.h. The program calls receive().
 const corvane = (() => {
   'use strict';
   const token = Math.random().toString(36).slice(2);

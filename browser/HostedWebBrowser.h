@@ -5,18 +5,18 @@
 // one.
 #pragma once
 
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QPoint>
-#include <QSet>
 #include <QString>
-#include <QTimer>
-#include <deque>
+#include <functional>
 #include <memory>
-#include <optional>
 
+#include "BridgeInbox.h"
+#include "BridgeMessages.h"
+#include "BridgeOutbox.h"
 #include "LivePage.h"
-#include "PlaceHistory.h"
+#include "PageKeys.h"
+#include "RendererWatch.h"
 #include "WebBrowser.h"
 
 class BridgePort;
@@ -52,6 +52,27 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
  private:
   enum class Load { None, Pending, Recovering, Done };
 
+  // The page that was asked for last.
+  struct Navigation {
+    int number = 0;
+    QString path;               // or "about:blank"
+    bool isSecondLoad = false;  // of one file, asked for before the page of the first was there
+    double began = 0;           // when the engine was told to load, in milliseconds of the epoch
+  };
+
+  // What is known of the page in view.
+  struct PageState {
+    QString token;  // of its bridge, which alone is listened to
+    QString address;
+    QPoint scroll;
+    int adopted = 0;  // the batch that stands for the model as a whole, which a page that was brought back got
+    bool takesKeys = false;
+    // The page counts what its user selects, the program what it selects itself; who was last is told by both.
+    int selectionNumber = 0;     // of the program's last one
+    int userSelections = 0;      // that have been heard of,
+    int userSelectionsThen = 0;  // and had been when the program selected last
+  };
+
   // What the model tells.
   void Changed(const TreeStep& step) override;
   void ShowSelection(const LiveRange* range) override;
@@ -60,40 +81,28 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   // What the page tells.
   void Receive(const QJsonArray& message);
-  void ReceiveTree(const QString& token, const QJsonArray& message);
-  void ReceiveChanges(const QJsonArray& message);
-  void ReceiveEvent(const QJsonObject& event);
-  void ReceiveSelection(const QJsonArray& selection, int applied);
-  void Measured(int question, const QVariant& place);
-
-  // Keeps from the page the release of a key that went down elsewhere, as one that picked an entry of a menu; and the
-  // keys from other controls while the page has lost its widget.
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  void Hear(const std::monostate&) {}
+  void Hear(const Bridge::TreeMessage&) {}  // shown, or passed over
+  void Hear(const Bridge::EventMessage& message);
+  void Hear(const Bridge::SelectionMessage& message);
+  void Hear(const Bridge::ChangesMessage& message);
+  void Hear(const Bridge::ToldMessage& message);
+  void HearSelection(const Bridge::Selection& selection, int applied);
 
   void SetUpPage();
   void RenewPage();
-  void WidgetGoes(QWidget* widget);
-  void TakeKeysBack();
-  bool IsPages(const QWidget* widget) const;  // the view itself or what is in it
   void LoadWanted();
+  bool IsWanted(const Bridge::TreeMessage& message);
+  void Show(const Bridge::TreeMessage& message, const QString& token);
   void LoadFinished(bool good);
   void ScheduleFailLoad();
   void RendererDied();
   void Recover();
-  void Adopt(const QString& token);
+  void Adopt();
   void FailLoad();
 
-  void Post(const QJsonArray& message);  // at the next flush, behind the changes so far
-  void Flush(int question = 0);          // the number of the one that the last message asks, if any
-  void ScheduleFlush();
-  void DropQuestions();
-  // Where the page's places and nodes are now; none for what the model has never heard of.
-  BoundaryPoint PointOf(const QJsonArray& place) const;
-  const Node* NodeOf(const QJsonArray& node) const;
-  // The element under the mouse: that around the text which was hit, if it was, else the one that was named.
-  const Node* TargetOf(const QJsonObject& event, const BoundaryPoint& caret) const;
+  BridgeInbox inbox() const;
   QJsonArray SelectMessage(const LiveRange* range);
-  static QJsonArray Encode(const BoundaryPoint& point);
 
   QWebEngineView* view_;
   QWebEngineProfile* profile_;
@@ -101,44 +110,13 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   QWebChannel* channel_ = nullptr;
   BridgePort* port_ = nullptr;
   OfflineInterceptor* interceptor_;
+  PageKeys keys_;
+  RendererWatch renderer_;
+  BridgeOutbox outbox_;
 
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
-  int navigation_ = 0;         // number of the last one
-  bool isSecondLoad_ = false;  // of one file, asked for before the page of the first was there
-  double loadBegan_ = 0;       // when the engine was told to load, in milliseconds of the epoch
-  QString wanted_;             // path of the pending navigation
-  QString token_;              // of the page's bridge that is listened to
-  QString base_;               // URL of the page in view
-  QPoint scroll_;
-
-  QJsonArray operations_;  // changes not yet posted
-  QJsonArray messages_;    // not yet sent
-  bool flushScheduled_ = false;
-  int batch_ = 0;    // number of the last batch sent
-  int heard_ = 0;    // number of the last report of foreign changes
-  int adopted_ = 0;  // the one that stands for the model as a whole, which a page that was brought back got
-  PlaceHistory history_;
-  bool takesKeys_ = false;
-
-  // The page counts what its user selects, the program what it selects itself; who was last is told by both.
-  int selectionNumber_ = 0;     // of the program's last one
-  int userSelections_ = 0;      // that have been heard of,
-  int userSelectionsThen_ = 0;  // and had been when the program selected last
-
-  struct Question {
-    int number;
-    Answer answer;
-  };
-  std::deque<Question> questions_;
-  int questionNumber_ = 0;
-  std::deque<std::pair<int, std::function<void(const QJsonArray&)>>> treeQuestions_;
-
-  QSet<quint32> keysElsewhere_;  // that are down, by scan code or key
-
-  bool isDead_ = false;    // the page in view has lost its renderer,
-  bool hadFocus_ = false;  // and the keys went to it
-  QElapsedTimer sinceDeath_;
-  int deaths_ = 0;  // in quick succession, without a sign of life in between
-  QTimer recovery_;
+  Navigation navigation_;
+  PageState shown_;
+  bool isDead_ = false;  // the page in view has lost its renderer
 };

@@ -1,11 +1,9 @@
-// What the live page is told of the model: operations by node number, gathered into numbered batches, and questions.
+#include "BridgeOutbox.h"
+
 #include <QJsonDocument>
-#include <QWebEnginePage>
 #include <utility>
 
-#include "BridgePort.h"
-#include "HTMLDocument.h"
-#include "HostedWebBrowser.h"
+#include "BridgeMessages.h"
 #include "TreeCodec.h"
 
 namespace {
@@ -28,7 +26,12 @@ QJsonArray FlatAlone(const Node* element) {
   return flat;
 }
 
-// The operations by which the live page follows a step. All that is moved is named, as the page's scripts may have put
+// The operations by which the live page follows a step, each a word and what it is about:
+//   insert  parent, before, tree            remove  parent, node
+//   wrap    parent, before, element, nodes  unwrap  parent, element, nodes that come out
+//   set     element, name, value            unset   element, name
+//   data    text, offset, count, data
+// All that is moved is named, as the page's scripts may have put
 // it elsewhere in the meantime.
 std::vector<QJsonArray> OperationsOf(const TreeStep& step) {
   using Operations = std::vector<QJsonArray>;
@@ -69,57 +72,45 @@ std::vector<QJsonArray> OperationsOf(const TreeStep& step) {
 
 }  // namespace
 
-void HostedWebBrowser::Changed(const TreeStep& step) {
-  if (load_ != Load::Done) return;  // the model is sent whole, or goes
+void BridgeOutbox::Add(const TreeStep& step) {
   history_.Add(batch_ + 1, step);
   for (const QJsonArray& operation : OperationsOf(step)) operations_.append(operation);
   ScheduleFlush();
 }
 
-void HostedWebBrowser::ShowSelection(const LiveRange* range) {
-  if (load_ != Load::Done) return;
-  Post(SelectMessage(range));
+int BridgeOutbox::CloseBatch() {
+  if (!operations_.isEmpty()) messages_.append(Bridge::Batch(++batch_, heard_, std::exchange(operations_, {})));
+  return batch_;
+}
+
+void BridgeOutbox::Post(const QJsonArray& message) {
+  CloseBatch();
+  messages_.append(message);
   ScheduleFlush();
 }
 
-void HostedWebBrowser::TakesKeys(bool on) {
-  if (takesKeys_ == on) return;
-  takesKeys_ = on;
-  Post({QStringLiteral("keys"), on});
-  ScheduleFlush();
-}
-
-void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {
-  if (load_ != Load::Done) return answer(std::nullopt);
-  const QJsonArray place = Encode(point);
-  Post({QStringLiteral("measure"), place.at(0), place.at(1)});
+void BridgeOutbox::Measure(const BoundaryPoint& place, LivePage::Answer answer) {
+  CloseBatch();
+  messages_.append(Bridge::Measure(place));
   questions_.push_back({++questionNumber_, std::move(answer)});
-  Flush(questionNumber_);
+  SendAll(questionNumber_);
 }
 
-QJsonArray HostedWebBrowser::SelectMessage(const LiveRange* range) {
-  userSelectionsThen_ = userSelections_;
-  QJsonArray message{QStringLiteral("select"), ++selectionNumber_, userSelections_};
-  if (range && range->start) {
-    message.append(Encode(range->start));
-    message.append(Encode(range->end));
-  }
-  return message;
+void BridgeOutbox::Tell(TreeAnswer answer) {
+  treeQuestions_.emplace_back(++questionNumber_, std::move(answer));
+  CloseBatch();
+  messages_.append(Bridge::Tell(questionNumber_));
+  Flush();
 }
 
-QJsonArray HostedWebBrowser::Encode(const BoundaryPoint& point) {
-  return {point.container->id(), point.IsInText() ? point.offset : point.before ? point.before->id() : 0};
+void BridgeOutbox::Told(int question, const QJsonArray& tree) {
+  if (treeQuestions_.empty() || treeQuestions_.front().first != question) return;
+  const TreeAnswer answer = std::move(treeQuestions_.front().second);
+  treeQuestions_.pop_front();
+  answer(tree);
 }
 
-void HostedWebBrowser::Post(const QJsonArray& message) {
-  if (!operations_.isEmpty()) {
-    messages_.append(QJsonArray{QStringLiteral("batch"), ++batch_, heard_, operations_});
-    operations_ = {};
-  }
-  if (!message.isEmpty()) messages_.append(message);
-}
-
-void HostedWebBrowser::ScheduleFlush() {
+void BridgeOutbox::ScheduleFlush() {
   if (std::exchange(flushScheduled_, true)) return;
   QMetaObject::invokeMethod(
       this,
@@ -130,19 +121,44 @@ void HostedWebBrowser::ScheduleFlush() {
       Qt::QueuedConnection);
 }
 
-void HostedWebBrowser::Flush(int question) {
-  Post({});
-  if (messages_.isEmpty() || load_ != Load::Done) return;
-  const QJsonArray messages = std::exchange(messages_, {});
-  const QString script = QStringLiteral("corvane.receive(") +
-                         QString::fromUtf8(QJsonDocument(messages).toJson(QJsonDocument::Compact)) +
-                         QStringLiteral(")");
-  if (question == 0) return page_->runJavaScript(script, bridgeWorld);
-  // The result comes back sooner than a message would.
-  page_->runJavaScript(script, bridgeWorld, [this, question](const QVariant& place) { Measured(question, place); });
+void BridgeOutbox::Flush() {
+  SendAll(0);
 }
 
-void HostedWebBrowser::DropQuestions() {
+// `question` is the number of the one that the last message asks, if any.
+void BridgeOutbox::SendAll(int question) {
+  CloseBatch();
+  if (messages_.isEmpty() || !isOpen_) return;
+  const QString script = QStringLiteral("corvane.receive(") +
+                         QString::fromUtf8(QJsonDocument(std::exchange(messages_, {})).toJson(QJsonDocument::Compact)) +
+                         QStringLiteral(")");
+  if (question == 0) return send_(script, {});
+  // The result comes back sooner than a message would.
+  send_(script, [this, question](const QVariant& place) { Measured(question, place); });
+}
+
+void BridgeOutbox::Measured(int question, const QVariant& place) {
+  const QVariantList parts = place.toList();
+  while (!questions_.empty() && questions_.front().number <= question) {
+    const Question asked = std::move(questions_.front());
+    questions_.pop_front();
+    const bool answered = asked.number == question && parts.size() == 2;
+    asked.answer(answered ? std::optional(QPoint(parts[0].toInt(), parts[1].toInt())) : std::nullopt);
+  }
+}
+
+void BridgeOutbox::DropQuestions() {
   for (Question& question : std::exchange(questions_, {})) question.answer(std::nullopt);
   treeQuestions_.clear();
+}
+
+void BridgeOutbox::Forget() {
+  operations_ = {};
+  messages_ = {};
+  history_.Clear();
+}
+
+void BridgeOutbox::Restart() {
+  Forget();
+  batch_ = heard_ = 0;
 }

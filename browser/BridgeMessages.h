@@ -1,0 +1,102 @@
+// What the program and the bridge in the live page tell each other. A message is a JSON array whose first item is a
+// word.
+//
+// To the program, behind the token of the page's bridge:
+//   tree       milliseconds since the epoch when the navigation began, address, whether in quirks mode, the tree (see
+//              TreeCodec.h), encoding                                                       once, when the page is
+//              loaded
+//   event      {type, target, x, y, button, keyCode, shift, selection, applied, scroll, caret, onText}
+//   selection  selection, applied
+//   changes    number, applied, changes (see ForeignChanges.h)         what the page's own scripts have done to the
+//   tree told       number of the question, the tree                                                       answers a
+//   `tell`
+// To the page:
+//   batch      number, number of the last `changes` heard of, operations (see BridgeOutbox.cpp)
+//   heard      number of the last `changes` heard of
+//   select     number of the selection, user's selections heard of, and two places where there is one
+//   measure    place                                                      the flush that ends in it is answered at once
+//   keys       whether released keys go into the text
+//   adopt      the tree, scroll, batch                                          takes the program's page for what it
+//   has tell       number of the question
+//
+// `applied` is the number of the last batch that the page had carried out. A place is a node's number and an offset in
+// text or the number of the child behind it, 0 at the end. The page names places, and nodes, twice where the program
+// may not have heard of the first: [number, rest, number, rest]. A selection is [number of the program's last one that
+// the page has heard of, number of the user's own since the page came], and its two places where there is one.
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QPoint>
+#include <QPointF>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "HTMLWindow2.h"
+#include "TreeStep.h"
+
+namespace Bridge {
+
+using Places = std::vector<NodePlace>;  // of which the first that the program knows is meant
+
+struct Selection {
+  int programs = 0;
+  int users = 0;
+  std::optional<std::pair<Places, Places>> range;
+};
+
+struct TreeMessage {
+  double began;
+  QString address;
+  bool quirks;
+  QJsonArray tree;
+  QString encoding;
+};
+struct EventMessage {
+  EventType type;
+  std::vector<NodeId> target;
+  QPointF client;  // in pixels of the page
+  int button;      // as DOM events count: 0 left, 1 middle, 2 right
+  int keyCode;
+  bool shift;
+  Selection selection;
+  int applied;
+  QPoint scroll;  // in pixels of the page
+  Places caret;   // none where the page has no answer
+  QPointF caretPosition;
+  bool onText;  // the mouse is over the text that the caret is in
+};
+struct SelectionMessage {
+  Selection selection;
+  int applied;
+};
+struct ChangesMessage {
+  int number;
+  int applied;
+  QJsonObject changes;
+};
+struct ToldMessage {
+  int question;
+  QJsonArray tree;
+};
+// Nothing for a message that isn't one of these.
+using FromPage = std::variant<std::monostate, TreeMessage, EventMessage, SelectionMessage, ChangesMessage, ToldMessage>;
+
+QString TokenOf(const QJsonArray& message);
+FromPage Decode(const QJsonArray& message);
+
+QJsonArray Batch(int number, int heard, const QJsonArray& operations);
+QJsonArray Heard(int number);
+QJsonArray Select(int number, int users, const LiveRange* range);
+QJsonArray Measure(const BoundaryPoint& place);
+QJsonArray Keys(bool taken);
+QJsonArray Adopt(const Node* tree, QPoint scroll, int batch);
+QJsonArray Tell(int question);
+
+// The words of the table above, for who wants to compare: to the program, to the page.
+QStringList WordsOfPage();
+QStringList WordsOfProgram();
+
+}  // namespace Bridge
