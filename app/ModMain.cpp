@@ -14,7 +14,6 @@
 #include "ModPics.h"
 #include "ModSettings.h"
 #include "PackPanel.h"
-#include "PathRules.h"
 #include "Program.h"
 #include "Settings.h"
 #include "StringTable.h"
@@ -41,7 +40,7 @@ bool ModMain::Main() {
   make(splash_, program_);
   SetControlLook(splash_.get(), QStringLiteral("framed"));
   program_.AppPath = program_.platform.folders.AppPath();
-  program_.WorkPath = program_.CardPath = PathRules::Join(program_.AppPath, QStringLiteral("card"));
+  program_.project.EnterWorkspace();
   make(sets_, program_);
   program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
   sets_->Ck4->setChecked(program_.Compat4On);
@@ -103,10 +102,10 @@ void ModMain::Connect() {
 // Whether anything changed plays no part: the name alone picks the question, and its box has no picture. True to go on.
 bool ModMain::AskAboutSaving() {
   Dialogs& dialogs = program_.platform.dialogs;
-  if (program_.ProjectName != u"Project1") {
+  if (!program_.project.IsUnsaved()) {
     const auto answer = dialogs.ShowMessage(web_.get(), StringText(FixedText::SaveChangesToPage), MessageIcon::None,
                                             MessageButtons::YesNoCancel);
-    if (answer == MessageAnswer::Yes) web_->SavePage(program_.CurPageNo, false);
+    if (answer == MessageAnswer::Yes) web_->SavePage(program_.project.CurPageNo(), false);
     return answer != MessageAnswer::Cancel;
   }
   const auto answer = dialogs.ShowMessage(web_.get(), StringText(187), MessageIcon::None, MessageButtons::YesNoCancel);
@@ -119,11 +118,7 @@ void ModMain::ExitProgram() {
   if (exiting_ || !web_) return;
   if (!AskAboutSaving()) return;
   exiting_ = true;
-  ModFileOps& files = program_.Files;
-  if (files.FolderExists(program_.CardPath)) {
-    files.Attributes().Clear(program_.CardPath);
-    files.RemoveTree(program_.CardPath);
-  }
+  program_.project.RemoveWorkspace();
   SaveWinSettings(program_, *web_, *tools_);
   SaveCustomColors(program_);
   web_->jWB->UnHook();

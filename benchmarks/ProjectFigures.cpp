@@ -101,7 +101,7 @@ bool SwitchPage() {
   for (int turn = -2; turn < 12; ++turn) {
     const int page = turn % 2 == 0 ? 2 : 3;
     const double ms = ours.SwitchTo(page);
-    if (test.program.CurPageNo != page || ours.web().jWB->Source().size() < 350000) return false;
+    if (test.program.project.CurPageNo() != page || ours.web().jWB->Source().size() < 350000) return false;
     const double other = engine.Load(test.WorkFile(QStringLiteral("Page%1.html").arg(page)));
     if (turn < 0) continue;
     own.push_back(ms);

@@ -6,6 +6,7 @@
 
 #include "ModFileOps.h"
 #include "Platform.h"
+#include "Project.h"
 
 // The one value that the whole program shares; the application owns it and hands it down. Folder paths have no
 // separator at the end.
@@ -18,17 +19,8 @@ struct Program {
 
   // The folder from which all others hang.
   QString AppPath;
-  // Folder of the current project's pages: CardPath, or a folder in AppPath's `saved`.
-  QString WorkPath;
-  // Folder of the unsaved project; never changes after the start.
-  QString CardPath;
   // The user's desktop folder, or "" when it isn't there.
   QString DesktopPath;
-  // "Project1" for the unsaved project, else the name as typed.
-  QString ProjectName = QStringLiteral("Project1");
-  // Number of the page in view, from 1, and the whole path of its file.
-  int CurPageNo = 1;
-  QString CurPageFile;
   // True from the moment at which the main window has been shown.
   bool AppStarted = false;
   bool Compat4On = false;
@@ -41,4 +33,5 @@ struct Program {
   CustomColors CustColors{};
 
   ModFileOps Files{platform.fileAttributes, AppPath};
+  Project project{Files, AppPath};
 };

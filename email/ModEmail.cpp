@@ -8,12 +8,13 @@
 #include "StripPicturePaths.h"
 
 QString PrepareCurrentEmail(Program& program, MailUC& MUC) {
-  if (!program.Files.FileExists(program.CurPageFile)) return StringText(FixedText::PageFileNotFound);
+  if (!program.Files.FileExists(program.project.CurPageFile())) return StringText(FixedText::PageFileNotFound);
   QByteArray names;
-  const QByteArray text = StripPicturePathsOfFile(program.Files, program.CurPageFile, names);
+  const QByteArray text = StripPicturePathsOfFile(program.Files, program.project.CurPageFile(), names);
   if (text.isEmpty()) return StringText(FixedText::PageFileNotRead);
   QStringList paths;
-  for (const QByteArray& name : names.split('*')) paths += PathRules::Join(program.WorkPath, DecodePageName(name));
+  for (const QByteArray& name : names.split('*'))
+    paths += PathRules::Join(program.project.WorkPath(), DecodePageName(name));
   MUC.PrepareEmail(text, paths.join(u'*'));
   return QString();
 }

@@ -58,7 +58,7 @@ void FTools::BuildPicturePanel() {
 // A picture chosen out of the project's own folder is gone before it can be copied, and that is meant.
 QString FTools::CopyBesidePages(const QString& path) {
   QString name = PictureFileName(path);
-  const QString target = PathRules::Join(program_.WorkPath, name);
+  const QString target = PathRules::Join(program_.project.WorkPath(), name);
   program_.Files.DeleteFileIfAny(target);
   program_.Files.CopyFileOver(path, target);
   return name;

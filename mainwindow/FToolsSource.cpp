@@ -50,7 +50,7 @@ void FTools::OnCloseText(int Index) {
     HideFromTop();
     return;
   }
-  const QString page = program_.CurPageFile;
+  const QString page = program_.project.CurPageFile();
   if (!program_.Files.FileExists(page)) return;
   program_.Files.DeleteFileIfAny(page);
   program_.Files.WriteTextFile(page, web_.jWB->FileOfSource(T1->Text()));

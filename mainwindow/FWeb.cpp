@@ -210,12 +210,9 @@ void FWeb::Load() {
   program_.DesktopPath = GetSpecialFolder(program_.platform, 0);
   if (!program_.Files.FolderExists(program_.DesktopPath)) program_.DesktopPath.clear();
   // What a run that crashed left behind is gone without a word.
-  MakeWorkspace();
+  program_.project.StartNew();
   Busy = false;
-  program_.CurPageFile = PathRules::Join(program_.CardPath, QStringLiteral("wgcard.html"));
-  LoadPage(program_.CurPageFile);
-  program_.CurPageNo = 1;
-  program_.ProjectName = QStringLiteral("Project1");
+  LoadPage(program_.project.CurPageFile());
   SetCaption();
   SetControlLook(FrWork, QStringLiteral("framed"));
   BoxFace->setCurrentIndex(0);
@@ -224,18 +221,8 @@ void FWeb::Load() {
   SetThemeBitmaps();
 }
 
-void FWeb::MakeWorkspace() {
-  ModFileOps& files = program_.Files;
-  if (files.FolderExists(program_.CardPath)) {
-    files.Attributes().Clear(program_.CardPath);
-    files.RemoveTree(program_.CardPath);
-  }
-  files.EnsureFolder(program_.CardPath);
-  files.Attributes().Set(program_.CardPath, AttributeHidden);
-}
-
 void FWeb::SetCaption() {
-  setWindowTitle(QStringLiteral("Corvane - ") + program_.ProjectName);
+  setWindowTitle(QStringLiteral("Corvane - ") + program_.project.ProjectName());
 }
 
 void FWeb::SavePage(int PageNo, bool Strip) {
@@ -335,11 +322,11 @@ void FWeb::mQuik(int Index) {
 
 void FWeb::mMakePack() {
   emit HideToolsRequested();
-  SavePage(program_.CurPageNo, false);
+  SavePage(program_.project.CurPageNo(), false);
   emit OpsRequested(0);
 }
 
 void FWeb::mEmail() {
-  SavePage(program_.CurPageNo, false);
+  SavePage(program_.project.CurPageNo(), false);
   emit OpsRequested(2);
 }

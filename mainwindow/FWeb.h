@@ -132,7 +132,6 @@ class FWeb : public QMainWindow {
   void BuildFontControls();
   void Load();
   void LayOut();
-  void MakeWorkspace();
   void ShowPage(int number);
   void OnBoxPage();
   void OnClick(const QString& sTag, int MouseX, int MouseY, int MouseXtr, int MouseYtr);

@@ -13,9 +13,8 @@
 #include "StripPicturePaths.h"
 
 void FWeb::ShowPage(int number) {
-  program_.CurPageFile = PageFile(program_, number);
-  LoadPage(program_.CurPageFile);
-  program_.CurPageNo = number;
+  program_.project.TurnTo(number);
+  LoadPage(program_.project.CurPageFile());
 }
 
 // Any change of the list's selection, also one that code makes.
@@ -23,7 +22,7 @@ void FWeb::OnBoxPage() {
   if (!program_.AppStarted) return;
   const BusyGuard guard(Busy);
   if (!guard) return;
-  SavePage(program_.CurPageNo, false);
+  SavePage(program_.project.CurPageNo(), false);
   int page = BoxPage->currentIndex() + 1;
   QString name;
   const int pages = NextPageName(program_, name);
@@ -36,22 +35,20 @@ void FWeb::OnBoxPage() {
 void FWeb::mNewPage() {
   const BusyGuard guard(Busy);
   if (!guard) return;
-  SavePage(program_.CurPageNo, false);
+  SavePage(program_.project.CurPageNo(), false);
   QString name;
   const int pages = NextPageName(program_, name);
-  program_.CurPageFile = PathRules::Join(program_.WorkPath, name);
-  LoadPage(program_.CurPageFile);
+  ShowPage(pages + 1);
   SetIndex(BoxPage, pages);
-  program_.CurPageNo = pages + 1;
 }
 
 void FWeb::mSavePage() {
-  SavePage(program_.CurPageNo, false);
+  SavePage(program_.project.CurPageNo(), false);
 }
 
 void FWeb::mRefresh() {
-  SavePage(program_.CurPageNo, true);
-  LoadPage(program_.CurPageFile);
+  SavePage(program_.project.CurPageNo(), true);
+  LoadPage(program_.project.CurPageFile());
 }
 
 // Two ways out leave Busy set; the page view then goes on showing what it shows.
@@ -59,11 +56,12 @@ void FWeb::mDelPage() {
   if (Busy) return;
   Busy = true;
   ModFileOps& files = program_.Files;
+  const Project& project = program_.project;
   int current = BoxPage->currentIndex() + 1;
   QString name;
   const int pages = NextPageName(program_, name);
   if (current > pages) return;
-  files.DeleteFileIfAny(PageFile(program_, current));
+  files.DeleteFileIfAny(project.PageFile(current));
   if (current == pages) {
     const int neighbour = std::max(1, current - 1);
     if (current > 1) SetIndex(BoxPage, neighbour - 1);
@@ -71,12 +69,12 @@ void FWeb::mDelPage() {
     Busy = false;
     return;
   }
-  if (!files.FileExists(PageFile(program_, 1)) && files.FileExists(PageFile(program_, 2)))
-    files.MoveFileOver(PageFile(program_, 2), PageFile(program_, 1));
+  if (!files.FileExists(project.PageFile(1)) && files.FileExists(project.PageFile(2)))
+    files.MoveFileOver(project.PageFile(2), project.PageFile(1));
   current = std::max(current, 3);
   if (current >= pages) return;
   for (int i = current; i <= pages + 1; ++i)
-    if (files.FileExists(PageFile(program_, i))) files.MoveFileOver(PageFile(program_, i), PageFile(program_, i - 1));
+    if (files.FileExists(project.PageFile(i))) files.MoveFileOver(project.PageFile(i), project.PageFile(i - 1));
   ShowPage(1);
   SetIndex(BoxPage, 0);
   Busy = false;
@@ -90,11 +88,9 @@ void FWeb::mOpenFile() {
   if (chosen.isEmpty()) return;
   QString name;
   const int pages = NextPageName(program_, name);
-  program_.CurPageFile = PathRules::Join(program_.WorkPath, name);
-  program_.Files.CopyFileOver(chosen, program_.CurPageFile);
-  LoadPage(program_.CurPageFile);
+  program_.Files.CopyFileOver(chosen, program_.project.PageFile(pages + 1));
+  ShowPage(pages + 1);
   SetIndex(BoxPage, pages);
-  program_.CurPageNo = pages + 1;
 }
 
 void FWeb::mSavePageFil() {
@@ -133,7 +129,7 @@ void FWeb::ExportPage(const QString& chosen) {
   files.WriteTextFile(PathRules::Join(folder, name), clean);
   for (const QByteArray& bytes : pictures.split('*')) {
     const QString picture = DecodePageName(bytes);
-    const QString source = PathRules::Join(program_.WorkPath, picture);
+    const QString source = PathRules::Join(program_.project.WorkPath(), picture);
     if (files.FileExists(source)) files.CopyFileOver(source, PathRules::Join(folder, picture));
   }
 }

@@ -10,36 +10,15 @@
 #include "StringTable.h"
 #include "StripPicturePaths.h"
 
-namespace {
-
-const QString unsavedName = QStringLiteral("Project1");
-
-QString SavedFolder(const Program& program) {
-  return PathRules::Join(program.AppPath, QStringLiteral("saved"));
-}
-
-}  // namespace
-
 void FWeb::mNewProject() {
   const BusyGuard guard(Busy);
   if (!guard) return;
   if (program_.platform.dialogs.ShowMessage(this, StringText(125), MessageIcon::Question, MessageButtons::OkCancel,
                                             StringText(FixedText::DiscardTitle)) != MessageAnswer::Ok)
     return;
-  ModFileOps& files = program_.Files;
-  // Only the unsaved project's own folder is emptied: when a saved project was open, pages left in it come back.
-  if (program_.WorkPath == program_.CardPath && files.FolderExists(program_.WorkPath)) {
-    files.Attributes().Clear(program_.WorkPath);
-    files.RemoveTree(program_.WorkPath);
-  }
-  program_.WorkPath = program_.CardPath;
-  files.EnsureFolder(program_.WorkPath);
-  files.Attributes().Set(program_.WorkPath, AttributeHidden);
-  program_.CurPageFile = PathRules::Join(program_.WorkPath, QStringLiteral("wgcard.html"));
-  LoadPage(program_.CurPageFile);
+  program_.project.StartNew();
+  LoadPage(program_.project.CurPageFile());
   SetIndex(BoxPage, 0);
-  program_.CurPageNo = 1;
-  program_.ProjectName = unsavedName;
   SetCaption();
 }
 
@@ -48,11 +27,12 @@ void FWeb::SaveProject() {
   const BusyGuard guard(Busy);
   if (!guard) return;
   ModFileOps& files = program_.Files;
+  Project& project = program_.project;
   Dialogs& dialogs = program_.platform.dialogs;
-  const QString saved = SavedFolder(program_);
-  if (program_.ProjectName != unsavedName && files.FolderExists(PathRules::Join(saved, program_.ProjectName))) {
-    SavePage(program_.CurPageNo, true);
-    dialogs.ShowMessage(this, program_.ProjectName + StringText(FixedText::AlreadySaved), MessageIcon::None);
+  const QString saved = project.SavedFolder();
+  if (!project.IsUnsaved() && files.FolderExists(PathRules::Join(saved, project.ProjectName()))) {
+    SavePage(project.CurPageNo(), true);
+    dialogs.ShowMessage(this, project.ProjectName() + StringText(FixedText::AlreadySaved), MessageIcon::None);
     return;
   }
   files.EnsureFolder(saved);
@@ -60,27 +40,26 @@ void FWeb::SaveProject() {
   while (true) {
     answer = dialogs.AskText(this, StringText(186), StringText(FixedText::SaveProjectTitle));
     if (answer.isEmpty()) return;
-    if (UpperAscii(answer) == u"PROJECT1") {
+    if (UpperAscii(answer) == UpperAscii(Project::UnsavedName())) {
       dialogs.ShowMessage(this, StringText(184), MessageIcon::Information);
       // No name may lead to a folder that isn't a project's own: it would be replaced.
     } else if (PathRules::StaysBelow(saved, answer)) {
       break;
     }
   }
-  QString target = PathRules::Join(saved, answer);
+  const QString target = PathRules::Join(saved, answer);
   if (files.FolderExists(target)) {
     if (dialogs.ShowMessage(this, StringText(185), MessageIcon::Question, MessageButtons::OkCancel) !=
         MessageAnswer::Ok)
       return;
     files.RemoveTree(target);
   }
-  files.CopyFolderFiles(program_.WorkPath, target);
-  program_.WorkPath = target;
-  program_.ProjectName = answer;
+  files.CopyFolderFiles(project.WorkPath(), target);
+  project.SavedAs(answer, target);
   QString list;
-  files.ListFiles(program_.WorkPath, QStringLiteral("html"), list);
+  files.ListFiles(target, QStringLiteral("html"), list);
   for (const QString& name : list.split(u'*', Qt::SkipEmptyParts)) {
-    const QString path = PathRules::Join(program_.WorkPath, name);
+    const QString path = PathRules::Join(target, name);
     QByteArray pictures;
     const QByteArray clean = StripPicturePathsOfFile(files, path, pictures);
     files.DeleteFileIfAny(path);
@@ -92,7 +71,7 @@ void FWeb::SaveProject() {
 void FWeb::mOpenProject() {
   const BusyGuard guard(Busy);
   if (!guard) return;
-  QString saved = SavedFolder(program_);
+  QString saved = program_.project.SavedFolder();
   int count = 0;
   if (program_.Files.FolderExists(saved)) program_.Files.ListFolders(saved, count);
   if (count == 0) {
@@ -103,13 +82,11 @@ void FWeb::mOpenProject() {
 }
 
 void FWeb::OpenProject(const QString& Name, const QString& Path) {
-  MakeWorkspace();
-  program_.WorkPath = Path;
-  setWindowTitle(QStringLiteral("Corvane - ") + Name);
+  Project& project = program_.project;
+  project.OpenSaved(Name, Path);
+  SetCaption();
   // Where the list stood elsewhere this runs its handler, which saves the page in view into the project just opened.
   SetIndex(BoxPage, 0);
-  program_.CurPageNo = 1;
-  program_.CurPageFile = PathRules::Join(program_.WorkPath, QStringLiteral("wgcard.html"));
-  LoadPage(program_.CurPageFile);
-  program_.ProjectName = Name;
+  project.TurnTo(1);
+  LoadPage(project.CurPageFile());
 }

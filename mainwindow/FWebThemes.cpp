@@ -26,7 +26,7 @@ constexpr int hearts = 1;
 
 // A file of that name in the folder of the pages stays.
 void CopyIfMissing(Program& program, const QString& source, const QString& name) {
-  const QString target = PathRules::Join(program.WorkPath, name);
+  const QString target = PathRules::Join(program.project.WorkPath(), name);
   if (!program.Files.FileExists(target)) program.Files.CopyFileOver(source, target);
 }
 

@@ -57,7 +57,7 @@ OpenProjectPanel::OpenProjectPanel(Program& program, FWeb& web, bool& Busy, QWid
 
 void OpenProjectPanel::LoadList() {
   BoxProj->clear();
-  QString saved = PathRules::Join(program_.AppPath, QStringLiteral("saved"));
+  QString saved = program_.project.SavedFolder();
   int count = 0;
   BoxProj->addItems(program_.Files.ListFolders(saved, count));
   BoxProj->setFocus();
@@ -87,7 +87,7 @@ bool OpenProjectPanel::HasSelection() const {
 // What is left of a name without its blanks may be no folder, or one that isn't a project: "" for both.
 QString OpenProjectPanel::SelectedPath(QString& name) const {
   name = TrimBlanks(BoxProj->selectedItems().first()->text());
-  const QString saved = PathRules::Join(program_.AppPath, QStringLiteral("saved"));
+  const QString saved = program_.project.SavedFolder();
   const QString path = PathRules::Join(saved, name);
   return PathRules::StaysBelow(saved, name) && program_.Files.FolderExists(path) ? path : QString();
 }

@@ -6,30 +6,26 @@
 #include "StripPicturePaths.h"
 #include "WBUC.h"
 
-QString PageFile(const Program& program, int number) {
-  return PathRules::Join(program.WorkPath,
-                         number == 1 ? QStringLiteral("wgcard.html") : QStringLiteral("Page%1.html").arg(number));
-}
-
 int NextPageName(Program& program, QString& Name) {
   ModFileOps& files = program.Files;
+  const Project& project = program.project;
   QString list;
-  const int count = files.ListFiles(program.WorkPath, QStringLiteral("html"), list);
+  const int count = files.ListFiles(project.WorkPath(), QStringLiteral("html"), list);
   int last = count;
   if (count > 1) {
     last = 1;
     for (int i = 2; i <= count; ++i) {
-      if (files.FileExists(PageFile(program, i))) {
+      if (files.FileExists(project.PageFile(i))) {
         last = i;
-      } else if (files.FileExists(PageFile(program, i + 1))) {
-        files.MoveFileOver(PageFile(program, i + 1), PageFile(program, i));
+      } else if (files.FileExists(project.PageFile(i + 1))) {
+        files.MoveFileOver(project.PageFile(i + 1), project.PageFile(i));
         last = i;
       } else {
         break;
       }
     }
   }
-  Name = last == 0 ? QStringLiteral("wgcard.html") : QStringLiteral("Page%1.html").arg(last + 1);
+  Name = Project::PageName(last + 1);
   return last;
 }
 
@@ -55,5 +51,5 @@ void SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip) {
     QByteArray pictures;
     text = StripPicturePaths(text, pictures);
   }
-  program.Files.WriteTextFile(PageFile(program, PageNo), text);
+  program.Files.WriteTextFile(program.project.PageFile(PageNo), text);
 }

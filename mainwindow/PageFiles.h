@@ -1,13 +1,10 @@
-// The page files of a project: how page numbers map to files, and the two gates through which pages go.
+// The page files of a project: which numbers are in use, and the two gates through which pages go.
 #pragma once
 
 #include <QString>
 
 class WBUC;
 struct Program;
-
-// Whole path of the file of page `number`, from 1.
-QString PageFile(const Program& program, int number);
 
 // Closes gaps of one in the numbering, gives the bare name that the next new page would get, and returns the number of
 // pages in use. Every "*.html" in the folder counts as a page.

@@ -22,7 +22,7 @@
 namespace {
 
 QString ArchivePath(const Program& program) {
-  return PathRules::Join(program.WorkPath, QStringLiteral("card.zip"));
+  return PathRules::Join(program.project.WorkPath(), QStringLiteral("card.zip"));
 }
 
 bool ReadWhole(const QString& path, QByteArray& bytes) {
@@ -73,7 +73,7 @@ int CreateWebPack(Program& program, const QString& folder, const QString& fileNa
   target += fileName;
   PreparePackPages(program);
   QString list;
-  const int count = program.Files.ListFiles(program.WorkPath, QString(), list);
+  const int count = program.Files.ListFiles(program.project.WorkPath(), QString(), list);
   if (count == 0) return 5;
   const int32_t zipped = ZipWorkFiles(program, list.split(u'*'), count);
   // The archive stays after a failure and the next build deletes it, and that is meant.
@@ -97,7 +97,7 @@ int CreateWebPack(Program& program, const QString& folder, const QString& fileNa
 
 void PreparePackPages(Program& program) {
   QString list;
-  if (program.Files.ListFiles(program.WorkPath, QString(), list) == 0) return;
+  if (program.Files.ListFiles(program.project.WorkPath(), QString(), list) == 0) return;
   QStringList pages;
   QSet<QString> pictures;
   for (const QString& name : list.split(u'*')) {
@@ -111,10 +111,10 @@ void PreparePackPages(Program& program) {
   }
   if (pages.isEmpty()) return;
   for (const QString& page : pages) {
-    PreparePage(program, PathRules::Join(program.WorkPath, page), static_cast<int>(pages.size()), pictures);
+    PreparePage(program, PathRules::Join(program.project.WorkPath(), page), static_cast<int>(pages.size()), pictures);
   }
   for (const QString& picture : pictures) {
-    program.Files.DeleteFileIfAny(PathRules::Join(program.WorkPath, picture));
+    program.Files.DeleteFileIfAny(PathRules::Join(program.project.WorkPath(), picture));
   }
 }
 

@@ -155,7 +155,7 @@ int32_t ZipArchiver::ZpArchive(int32_t count, const QByteArray& zipName, const Z
 
 ZipOptions WorkZipOptions(const Program& program) {
   ZipOptions options;
-  options.szRootDir = QFile::encodeName(program.WorkPath + QDir::separator());
+  options.szRootDir = QFile::encodeName(program.project.WorkPath() + QDir::separator());
   options.fSystem = 1;
   // The character and not the number, and that is meant.
   options.fLevel = '9';

@@ -115,7 +115,7 @@ void PackPanel::Build() {
     dialogs.ShowMessage(window(), StringText(127));
     return;
   }
-  program_.Files.DeleteFileIfAny(PathRules::Join(program_.WorkPath, QStringLiteral("card.zip")));
+  program_.Files.DeleteFileIfAny(PathRules::Join(program_.project.WorkPath(), QStringLiteral("card.zip")));
   const QString target = PathRules::Join(makePath, makeName);
   if (program_.Files.FileExists(target)) {
     const MessageAnswer answer =

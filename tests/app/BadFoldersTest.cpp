@@ -9,7 +9,7 @@ namespace {
 
 class VanishedFolder : public FoldersTest {
  protected:
-  void Vanish() { ASSERT_TRUE(QDir(run_.program().WorkPath).removeRecursively()); }
+  void Vanish() { ASSERT_TRUE(QDir(run_.program().project.WorkPath()).removeRecursively()); }
   void ExpectSilence() {
     EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty()) << qPrintable(run_.Dialogs().Messages().join(" | "));
     EXPECT_FALSE(Web().Busy);
@@ -50,7 +50,7 @@ TEST_F(VanishedFolder, AProjectSavedFromItIsMovedToAndNotMade) {
   Vanish();
   SaveProjectAs("ann");
   ExpectSilence();
-  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
   EXPECT_EQ(QStringList(), Names("saved"));
 }
 
@@ -118,7 +118,7 @@ TEST_F(FullDisk, AFirstSaveMovesToTheNewFolderAllTheSame) {
   Fill();
   SaveProjectAs("ann");
   ExpectSilence();
-  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
   EXPECT_EQ(QByteArray(20000, 'p'), FileIn("card/p.gif")) << "what was there stays";
   EXPECT_EQ("one", LettersInView());
   Free();

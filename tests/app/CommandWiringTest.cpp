@@ -225,7 +225,8 @@ class Command : public FoldersTest {
     for (const auto& question : run_.Dialogs().Questions) told.append("asks " + question.title);
     for (const auto& box : run_.Dialogs().Boxes) told.append("says " + box.text);
     for (const QString& window : Windows() - windows_) told.append("window " + window);
-    if (run_.program().CurPageNo != 1) told.append(QStringLiteral("page %1").arg(run_.program().CurPageNo));
+    if (run_.program().project.CurPageNo() != 1)
+      told.append(QStringLiteral("page %1").arg(run_.program().project.CurPageNo()));
     const Tree changes = Changes(before_, TreeOf());
     for (auto file = changes.begin(); file != changes.end(); ++file) told.append("file " + file.key());
     if (!View().BackPic().isEmpty()) told.append("back " + View().BackPic() + u' ' + View().BodyFontColor());

@@ -23,15 +23,15 @@ class PageCommands : public FoldersTest {
     run_.Settle();
   }
   void ExpectPage(int page, const QString& workPath = QStringLiteral("card")) {
-    EXPECT_EQ(page, run_.program().CurPageNo);
+    EXPECT_EQ(page, run_.program().project.CurPageNo());
     const QString name = page == 1 ? QStringLiteral("wgcard.html") : QStringLiteral("Page%1.html").arg(page);
-    EXPECT_EQ(run_.PathInApp(workPath + u'/' + name), run_.program().CurPageFile);
+    EXPECT_EQ(run_.PathInApp(workPath + u'/' + name), run_.program().project.CurPageFile());
   }
   // What stays dead once a deletion has left the program busy.
   void ExpectDeadCommands() {
     EXPECT_TRUE(Web().Busy);
     const Tree before = TreeOf();
-    const int page = run_.program().CurPageNo;
+    const int page = run_.program().project.CurPageNo();
     const QByteArray view = InView();
     Answer({MessageAnswer::Ok, MessageAnswer::Ok}, {"name", "name"});
     for (const char* command :
@@ -41,7 +41,7 @@ class PageCommands : public FoldersTest {
     EXPECT_EQ(Tree(), Changes(before, TreeOf()));
     EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
     EXPECT_TRUE(run_.Dialogs().Questions.isEmpty());
-    EXPECT_EQ(page, run_.program().CurPageNo);
+    EXPECT_EQ(page, run_.program().project.CurPageNo());
     EXPECT_EQ(view, InView());
   }
 
@@ -226,7 +226,7 @@ TEST_F(PageCommands, NothingIsWrittenWhileThePageIsStillLoading) {
   MakePages({"one"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
   const Tree before = TreeOf();
-  Web().LoadPage(run_.program().CurPageFile);
+  Web().LoadPage(run_.program().project.CurPageFile());
   ASSERT_EQ("", View().Source());
   Web().mSavePage();
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
@@ -280,7 +280,7 @@ TEST_F(PageCommands, AStrayHtmlFileCountsAsAPage) {
 TEST_F(PageCommands, WithAStrayFileAloneTheSecondPageComesFirst) {
   ASSERT_TRUE(QFile::remove(run_.PathInApp("card/wgcard.html")));
   ASSERT_TRUE(PutFile(run_.PathInApp("card/stray.html"), "x"));
-  run_.program().CurPageNo = 0;  // nothing is written
+  run_.program().project.TurnTo(0);  // nothing is written
   ASSERT_TRUE(run_.Choose("mNewPage"));
   ExpectPage(2);
   EXPECT_EQ(QStringList({"Page2.html", "stray.html"}), Names("card"));
@@ -442,7 +442,7 @@ TEST_F(PageCommands, DeletingGoesByTheListAndNotByThePageInView) {
   Web().Busy = true;
   GoToPage(3);
   Web().Busy = false;
-  ASSERT_EQ(4, run_.program().CurPageNo);
+  ASSERT_EQ(4, run_.program().project.CurPageNo());
   ASSERT_TRUE(run_.Choose("mDelPage"));
   EXPECT_EQ((QMap<QString, QString>{{"wgcard.html", "a"}, {"Page2.html", "b"}, {"Page3.html", "d"}}),
             LettersIn("card"));

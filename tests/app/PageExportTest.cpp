@@ -26,8 +26,8 @@ TEST_F(Export, APageWithoutPicturesGoesStraightToTheChosenPath) {
   EXPECT_EQ(QStringList{"my.html"}, OutNames());
   EXPECT_EQ(view, FileBytes(Out("my.html")));
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
-  EXPECT_EQ(1, run_.program().CurPageNo);
-  EXPECT_EQ(run_.PathInApp("card/wgcard.html"), run_.program().CurPageFile);
+  EXPECT_EQ(1, run_.program().project.CurPageNo());
+  EXPECT_EQ(run_.PathInApp("card/wgcard.html"), run_.program().project.CurPageFile());
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty()) << "nothing confirms it";
   const auto& question = run_.Dialogs().Questions.at(0);
   EXPECT_EQ(ScriptedDialogs::Question::Kind::SaveFile, question.kind);

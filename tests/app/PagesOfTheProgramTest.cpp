@@ -30,7 +30,7 @@ TEST_F(Pages, TheFirstPageOfAStartIsStamped) {
 }
 
 TEST_F(Pages, ABlankPageOpenedAgainIsReadAndItsSizeTurnsToTwo) {
-  Load(run_.program().CurPageFile);
+  Load(run_.program().project.CurPageFile());
   EXPECT_EQ("2", View().BodyFontSize());
   EXPECT_EQ("x-small", FontSize());
   EXPECT_EQ("<absent>", Raw("link"));
@@ -44,7 +44,7 @@ TEST_F(Pages, ASavedProjectThatIsOpenedIsReadToo) {
   Panel().BoxProj->setCurrentRow(0);
   Panel().bOpenProj[0]->click();
   run_.Settle();
-  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
   EXPECT_EQ("2", View().BodyFontSize());
 }
 
@@ -65,7 +65,7 @@ TEST_F(Pages, ANewPageIsStampedWithTheFieldsOfThePageSeenBefore) {
                       "STYLE=\"font-family: Tahoma; font-size: large\">x</BODY></HTML>"));
   Load(path);
   run_.Choose("mNewPage");
-  ASSERT_EQ(2, run_.program().CurPageNo);
+  ASSERT_EQ(2, run_.program().project.CurPageNo());
   EXPECT_EQ("#AA0000", Raw("text"));
   EXPECT_EQ("#00AA00", Raw("link"));
   EXPECT_EQ("#00AA00", Raw("vlink"));
@@ -85,7 +85,7 @@ TEST_F(Pages, LoadPageMakesTheFolderOfADeletedProjectAgainWithOneBlankPage) {
   run_.Choose("mNewPage");
   EXPECT_EQ(QStringList{"wgcard.html"}, Names("saved/ann"));
   EXPECT_EQ(FileIn("blank.html"), FileIn("saved/ann/wgcard.html"));
-  EXPECT_EQ(1, run_.program().CurPageNo);
+  EXPECT_EQ(1, run_.program().project.CurPageNo());
 }
 
 TEST_F(Pages, NewProjectWhileASavedOneIsOpenKeepsWhatTheWorkspaceHeld) {
@@ -95,8 +95,8 @@ TEST_F(Pages, NewProjectWhileASavedOneIsOpenKeepsWhatTheWorkspaceHeld) {
   run_.Type("more");
   Answer({MessageAnswer::Ok});
   run_.Choose("mNewProject");
-  EXPECT_EQ("Project1", run_.program().ProjectName);
-  EXPECT_EQ(run_.PathInApp("card"), run_.program().WorkPath);
+  EXPECT_EQ("Project1", run_.program().project.ProjectName());
+  EXPECT_EQ(run_.PathInApp("card"), run_.program().project.WorkPath());
   EXPECT_EQ("old", ShownLetters(*View().WBDocument()));
   EXPECT_EQ(QStringList({"Page2.html", "wgcard.html"}), Names("card"));
   EXPECT_EQ(AttributeHidden, run_.test.platform.attributes.Get(run_.PathInApp("card")).value_or(0) & AttributeHidden);

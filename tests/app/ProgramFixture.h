@@ -26,7 +26,7 @@ class ProgramTest : public ::testing::Test {
     Answer(answers, texts);
     ASSERT_TRUE(run_.Choose("mExit"));
   }
-  bool CardExists() const { return QDir(run_.test.program.CardPath).exists(); }
+  bool CardExists() const { return QDir(run_.test.program.project.CardPath()).exists(); }
   QByteArray FileIn(const QString& name) const { return FileBytes(run_.PathInApp(name)); }
   QStringList Names(const QString& folder) const {
     return QDir(run_.PathInApp(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);

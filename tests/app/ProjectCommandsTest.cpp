@@ -10,11 +10,11 @@ using Letters = QMap<QString, QString>;
 class ProjectCommands : public FoldersTest {
  protected:
   void ExpectProject(const QString& name, const QString& workPath) {
-    EXPECT_EQ(name, run_.program().ProjectName);
-    EXPECT_EQ(run_.PathInApp(workPath), run_.program().WorkPath);
+    EXPECT_EQ(name, run_.program().project.ProjectName());
+    EXPECT_EQ(run_.PathInApp(workPath), run_.program().project.WorkPath());
     EXPECT_EQ("Corvane - " + name, Web().windowTitle());
   }
-  void ExpectFile(const QString& path) { EXPECT_EQ(run_.PathInApp(path), run_.program().CurPageFile); }
+  void ExpectFile(const QString& path) { EXPECT_EQ(run_.PathInApp(path), run_.program().project.CurPageFile()); }
   bool IsHidden(const QString& folder) {
     return run_.test.platform.attributes.Get(run_.PathInApp(folder)).value_or(0) & AttributeHidden;
   }
@@ -123,14 +123,14 @@ TEST_F(ProjectCommands, OpeningWithTheListElsewhereWritesTheOldPageIntoTheNewPro
   Answer({MessageAnswer::Ok});
   ASSERT_TRUE(run_.Choose("mNewProject"));
   MakePages({"x", "y", "z"});  // "card" kept its pages, so these are pages 1, 3 and 4
-  ASSERT_EQ(4, run_.program().CurPageNo);
+  ASSERT_EQ(4, run_.program().project.CurPageNo());
   const QByteArray view = InView();
   const QByteArray page1 = FileIn("saved/ann/wgcard.html");
   const QByteArray page2 = FileIn("saved/ann/Page2.html");
   OpenSaved("ann");
   // It went in as page 4, and the count of the pages then closed the gap.
   EXPECT_EQ((Tree{{"Page2.html", page2}, {"Page3.html", view}, {"wgcard.html", page1}}), TreeOf("saved/ann"));
-  EXPECT_EQ(1, run_.program().CurPageNo);
+  EXPECT_EQ(1, run_.program().project.CurPageNo());
   EXPECT_EQ(0, Web().BoxPage->currentIndex());
   EXPECT_EQ("one", LettersInView());
 }
@@ -169,7 +169,7 @@ TEST_F(ProjectCommands, ANewProjectOnTheUnsavedOneEmptiesTheWorkspace) {
   EXPECT_TRUE(IsHidden("card"));
   ExpectProject("Project1", "card");
   ExpectFile("card/wgcard.html");
-  EXPECT_EQ(1, run_.program().CurPageNo);
+  EXPECT_EQ(1, run_.program().project.CurPageNo());
 }
 
 TEST_F(ProjectCommands, ANewProjectAfterASaveBringsTheOldPagesBack) {
@@ -412,10 +412,10 @@ TEST_F(ProjectCommands, ADoubleClickOnARowOpensItsProject) {
   const QPoint row = Panel().BoxProj->visualItemRect(Panel().BoxProj->item(0)).center();
   QTest::mouseClick(Panel().BoxProj->viewport(), Qt::LeftButton, {}, row);
   run_.Settle();
-  EXPECT_EQ("Project1", run_.program().ProjectName) << "a single click only selects";
+  EXPECT_EQ("Project1", run_.program().project.ProjectName()) << "a single click only selects";
   QTest::mouseDClick(Panel().BoxProj->viewport(), Qt::LeftButton, {}, row);
   run_.Settle();
-  EXPECT_EQ("ann", run_.program().ProjectName);
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
   EXPECT_EQ("hers", LettersInView());
   EXPECT_FALSE(run_.modMain.Ops()->isVisible());
 }
@@ -481,7 +481,7 @@ TEST_F(ProjectCommands, TheTwoGuardsDontKnowEachOther) {
   EXPECT_TRUE(QDir(run_.PathInApp("saved/ann")).exists());
   // The main window doesn't ask it.
   ASSERT_TRUE(run_.Choose("mNewPage"));
-  EXPECT_EQ(2, run_.program().CurPageNo);
+  EXPECT_EQ(2, run_.program().project.CurPageNo());
   run_.modMain.Ops()->Busy = false;
 }
 

@@ -136,12 +136,12 @@ class RandomCommands : public FoldersTest {
     EXPECT_EQ(model_.files, files);
     EXPECT_EQ(model_.folders, folders);
     if (afterExit) return;
-    EXPECT_EQ(model_.curPageNo, run_.program().CurPageNo);
+    EXPECT_EQ(model_.curPageNo, run_.program().project.CurPageNo());
     EXPECT_EQ(model_.list, Web().BoxPage->currentIndex());
     EXPECT_EQ("Corvane - " + model_.caption, Web().windowTitle());
-    EXPECT_EQ(model_.projectName, run_.program().ProjectName);
-    EXPECT_EQ(run_.PathInApp(model_.workPath), run_.program().WorkPath);
-    EXPECT_EQ(run_.PathInApp(model_.curPageFile), run_.program().CurPageFile);
+    EXPECT_EQ(model_.projectName, run_.program().project.ProjectName());
+    EXPECT_EQ(run_.PathInApp(model_.workPath), run_.program().project.WorkPath());
+    EXPECT_EQ(run_.PathInApp(model_.curPageFile), run_.program().project.CurPageFile());
     EXPECT_EQ(model_.busy, Web().Busy);
     const bool shows = !View().Source().isEmpty();
     EXPECT_EQ(model_.view.has_value(), shows);

@@ -95,7 +95,7 @@ TEST_F(SettingsOfTheProgram, ThePageInViewAtExitDressesTheNewPagesOfTheNextRun) 
   run_->View().SetBodyFontColor("#111111");
   run_->Choose("mSavePage");
   OpenPage("#aa5500", "Tahoma", "large");
-  ASSERT_EQ(2, run_->program().CurPageNo);
+  ASSERT_EQ(2, run_->program().project.CurPageNo());
   Exit();
   EXPECT_EQ("#AA5500", Stored(Settings::BCol).toUpper());
   EXPECT_EQ("Tahoma", Stored(Settings::BFace));
@@ -122,7 +122,7 @@ TEST_F(SettingsOfTheProgram, APageThatWasLeftBeforeTheExitDoesNotCount) {
   run_->Choose("mSavePage");
   run_->Web().BoxPage->setCurrentIndex(0);
   run_->Settle();
-  ASSERT_EQ(1, run_->program().CurPageNo);
+  ASSERT_EQ(1, run_->program().project.CurPageNo());
   Exit();
   EXPECT_EQ("#000000", Stored(Settings::BCol));
   EXPECT_EQ("3", Stored(Settings::BSz));
@@ -133,8 +133,8 @@ TEST_F(SettingsOfTheProgram, APageWithoutADocumentStoresEmptyValuesThatComeBackE
   Store(Settings::BFace, "Tahoma");
   Store(Settings::BSz, "5");
   Make();
-  ASSERT_TRUE(QDir(run_->program().CardPath).removeRecursively());
-  ASSERT_TRUE(PutFile(run_->program().CardPath, "a file where the workspace should be"));
+  ASSERT_TRUE(QDir(run_->program().project.CardPath()).removeRecursively());
+  ASSERT_TRUE(PutFile(run_->program().project.CardPath(), "a file where the workspace should be"));
   ASSERT_TRUE(run_->Start());
   ASSERT_EQ(nullptr, run_->View().WBDocument());
   ASSERT_EQ("Tahoma", run_->View().StoredValues().BodyFontName);

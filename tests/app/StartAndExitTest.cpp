@@ -40,16 +40,16 @@ TEST_F(StartAndExit, TheStartShowsTheMainWindowWithABlankPage) {
   EXPECT_TRUE(Web().isVisible());
   EXPECT_FALSE(run_.modMain.Ops()->isVisible());
   EXPECT_EQ("Corvane - Project1", Web().windowTitle());
-  EXPECT_EQ(run_.PathInApp("card"), run_.program().WorkPath);
-  EXPECT_EQ(run_.PathInApp("card/wgcard.html"), run_.program().CurPageFile);
-  EXPECT_EQ(1, run_.program().CurPageNo);
+  EXPECT_EQ(run_.PathInApp("card"), run_.program().project.WorkPath());
+  EXPECT_EQ(run_.PathInApp("card/wgcard.html"), run_.program().project.CurPageFile());
+  EXPECT_EQ(1, run_.program().project.CurPageNo());
   EXPECT_TRUE(View().DocReady());
-  EXPECT_EQ(run_.program().CurPageFile, View().Location());
+  EXPECT_EQ(run_.program().project.CurPageFile(), View().Location());
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
 }
 
 TEST_F(StartAndExit, ALeftOverWorkspaceIsGoneWithoutAWord) {
-  const QString card = run_.program().CardPath;
+  const QString card = run_.program().project.CardPath();
   auto& attributes = run_.test.platform.attributes;
   for (const QString& name : {QString("old.html"), QString("sub/old.gif")}) {
     ASSERT_TRUE(PutFile(card + '/' + name, "old"));
@@ -80,7 +80,7 @@ TEST_F(StartAndExit, ABlankPageOfTheUsersOwnIsTakenAsItIs) {
 }
 
 TEST_F(StartAndExit, ASecondStartLeavesNoTraceAndShowsNothing) {
-  ASSERT_TRUE(PutFile(run_.program().CardPath + "/of-the-first.html", "x"));
+  ASSERT_TRUE(PutFile(run_.program().project.CardPath() + "/of-the-first.html", "x"));
   run_.test.platform.instance.First = false;
   QSignalSpy made(&run_.modMain, &ModMain::WindowMade);
   EXPECT_FALSE(run_.Start());
@@ -119,7 +119,7 @@ TEST_F(StartAndExit, TheQuestionComesWithNothingChangedAndCancelKeepsAll) {
 TEST_F(StartAndExit, NeitherQuestionShowsAnIcon) {
   ASSERT_TRUE(run_.Start());
   for (const char* name : {"Project1", "ann"}) {
-    run_.program().ProjectName = name;
+    run_.program().project.SavedAs(name, run_.program().project.WorkPath());
     Exit({MessageAnswer::Cancel});
     ASSERT_EQ(1, run_.Dialogs().Boxes.size()) << name;
     EXPECT_EQ(MessageIcon::None, run_.Dialogs().Boxes[0].icon) << name;
@@ -129,12 +129,11 @@ TEST_F(StartAndExit, NeitherQuestionShowsAnIcon) {
 TEST_F(StartAndExit, OnlyTheNamePicksTheQuestion) {
   ASSERT_TRUE(run_.Start());
   for (const char* name : {"ann", "project1", "Project1 "}) {
-    run_.program().ProjectName = name;
+    run_.program().project.SavedAs(name, run_.program().project.WorkPath());
     Exit({MessageAnswer::Cancel});
     EXPECT_EQ(QStringList{"Save changes to this page?"}, run_.Dialogs().Messages()) << name;
   }
-  run_.program().ProjectName = "Project1";
-  run_.program().WorkPath = run_.PathInApp("saved/ann");
+  run_.program().project.SavedAs("Project1", run_.PathInApp("saved/ann"));
   Exit({MessageAnswer::Cancel});
   EXPECT_EQ(QStringList{StringText(187)}, run_.Dialogs().Messages());
 }

@@ -96,8 +96,9 @@ CaseOutcome PlayNextPage(const QJsonObject& one) {
   CaseCheck check;
   check.Equal("last", one["last"], NextPageName(test.program, name));
   check.Equal("name", one["name"], name);
-  check.Equal("after", one["after"],
-              FilesOf(test.program.WorkPath, [](const QByteArray& bytes) { return QString::fromUtf8(bytes); }));
+  check.Equal("after", one["after"], FilesOf(test.program.project.WorkPath(), [](const QByteArray& bytes) {
+                return QString::fromUtf8(bytes);
+              }));
   return check.Outcome();
 }
 
@@ -111,7 +112,7 @@ QString LettersOfFile(const QByteArray& bytes) {
 class CommandRun {
  public:
   CommandRun() {
-    QDir(run_.program().CardPath).removeRecursively();
+    QDir(run_.program().project.CardPath()).removeRecursively();
     run_.Start();
     run_.Dialogs().WhileShown = [this] { TakeMessage(); };
   }
@@ -160,19 +161,19 @@ class CommandRun {
       check.Equal(where + QLatin1String(field), expect[QLatin1String(field)], run_.ended ? QJsonValue() : got);
     };
     const Program& program = run_.program();
-    const QDir card(program.CardPath);
+    const QDir card(program.project.CardPath());
     check.Equal(where + "card", expect["card"],
-                card.exists() ? QJsonValue(FilesOf(program.CardPath, LettersOfFile)) : QJsonValue());
+                card.exists() ? QJsonValue(FilesOf(program.project.CardPath(), LettersOfFile)) : QJsonValue());
     QJsonObject saved;
     const QDir savedFolder(run_.PathInApp("saved"));
     for (const QString& name : savedFolder.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
       saved[name] = FilesOf(savedFolder.filePath(name), LettersOfFile);
     check.Equal(where + "saved", expect["saved"], saved);
     check.Equal(where + "messages", expect["messages"], Messages(expect["messages"].toArray()));
-    equal("page", program.CurPageNo);
-    equal("project", program.ProjectName);
-    equal("workpath", InApp(program.WorkPath));
-    equal("file", InApp(program.CurPageFile));
+    equal("page", program.project.CurPageNo());
+    equal("project", program.project.ProjectName());
+    equal("workpath", InApp(program.project.WorkPath()));
+    equal("file", InApp(program.project.CurPageFile()));
     const FWeb* const web = run_.modMain.Web();
     equal("box", web ? web->BoxPage->currentIndex() : -1);
     equal("busy", web && web->Busy);

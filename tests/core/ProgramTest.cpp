@@ -17,8 +17,8 @@ namespace {
 TEST(Program, BeginsWithTheUnsavedProject) {
   TestPlatform platform;
   const Program program(platform.services);
-  EXPECT_EQ("Project1", program.ProjectName);
-  EXPECT_EQ(1, program.CurPageNo);
+  EXPECT_EQ("Project1", program.project.ProjectName());
+  EXPECT_EQ(1, program.project.CurPageNo());
   EXPECT_FALSE(program.AppStarted);
   EXPECT_EQ("<BR CLEAR=\"all\">", program.BrClear);
   EXPECT_EQ(16U, program.CustColors.size());

@@ -84,7 +84,7 @@ TEST(StripPicturePaths, OfAMissingFileIsEmptyAndLeavesTheList) {
   QByteArray pictures = "old";
   EXPECT_EQ("", StripPicturePathsOfFile(test.program.Files, test.WorkFile("none.html"), pictures));
   EXPECT_EQ("old", pictures);
-  EXPECT_EQ("", StripPicturePathsOfFile(test.program.Files, test.program.WorkPath, pictures));
+  EXPECT_EQ("", StripPicturePathsOfFile(test.program.Files, test.program.project.WorkPath(), pictures));
   EXPECT_EQ("old", pictures);
 }
 

@@ -257,7 +257,7 @@ TEST_F(Composer, AMissingPictureIsLeftOutWithoutAWord) {
 }
 
 TEST_F(Composer, AFolderIsNoPicture) {
-  composer_.PrepareEmail("x", test_.program.WorkPath + " * " + test_.program.WorkPath + "/**");
+  composer_.PrepareEmail("x", test_.program.project.WorkPath() + " * " + test_.program.project.WorkPath() + "/**");
   EXPECT_FALSE(Wire().contains("image/"));
 }
 

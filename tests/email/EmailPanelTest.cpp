@@ -146,7 +146,7 @@ TEST_F(Panel, TheStatusTellsEachStepInItsOrder) {
   Accept();
   EXPECT_EQ(QStringList({" Preparing to send email...", " Sending email...", " Email sent."}), told);
   told.clear();
-  ASSERT_TRUE(QFile::remove(test_.program.CurPageFile));
+  ASSERT_TRUE(QFile::remove(test_.program.project.CurPageFile()));
   Send();
   EXPECT_EQ(QStringList({" Preparing to send email...", " Error. Current page file not found."}), told);
 }
@@ -175,7 +175,7 @@ TEST_F(Panel, AllEightBoxesReachTheMessage) {
 TEST_F(Panel, APictureThatThePageShowsTwiceIsAttachedTwice) {
   ASSERT_TRUE(PutFile(test_.WorkFile("a.gif"), "picture a"));
   ASSERT_TRUE(PutFile(test_.WorkFile("b.gif"), "picture b"));
-  ASSERT_TRUE(PutFile(test_.program.CurPageFile,
+  ASSERT_TRUE(PutFile(test_.program.project.CurPageFile(),
                       "<HTML><BODY BACKGROUND=\"b.gif\" ><IMG SRC=\"a.gif\" ><IMG SRC=\"x/a.gif\" >"
                       "<IMG SRC=\"b.gif\" ><IMG SRC=\"gone.gif\" ></BODY></HTML>"));
   Send();
@@ -196,8 +196,8 @@ TEST_F(Panel, APictureThatThePageShowsTwiceIsAttachedTwice) {
 TEST_F(Panel, APictureNamedInAnyScriptIsFoundByThePagesBytes) {
   ASSERT_TRUE(PutFile(test_.WorkFile(QString::fromUtf8("\u732B.gif")), "cat"));
   ASSERT_TRUE(PutFile(test_.WorkFile(QString::fromUtf8("\u00E9\u20AC.gif")), "western"));
-  ASSERT_TRUE(
-      PutFile(test_.program.CurPageFile, "<BODY><IMG SRC=\"\xE7\x8C\xAB.gif\" ><IMG SRC=\"\xE9\x80.gif\" ></BODY>"));
+  ASSERT_TRUE(PutFile(test_.program.project.CurPageFile(),
+                      "<BODY><IMG SRC=\"\xE7\x8C\xAB.gif\" ><IMG SRC=\"\xE9\x80.gif\" ></BODY>"));
   Send();
   Accept();
   EXPECT_TRUE(Net().Sent.contains("\r\n\r\n" + QByteArray("cat").toBase64() + "\r\n\r\n"));
@@ -311,14 +311,14 @@ TEST_F(Panel, AnEmptiedSenderIsToldAndTheNextOneCounts) {
 }
 
 TEST_F(Panel, APageThatIsGoneIsTold) {
-  QFile::remove(test_.program.CurPageFile);
+  QFile::remove(test_.program.project.CurPageFile());
   Send();
   EXPECT_EQ(" Error. Current page file not found.", Status());
   EXPECT_EQ(0, Net().Opened);
 }
 
 TEST_F(Panel, APageThatIsEmptyIsTold) {
-  PutFile(test_.program.CurPageFile, "");
+  PutFile(test_.program.project.CurPageFile(), "");
   Send();
   EXPECT_EQ(" Error. Unable to read current page file.", Status());
 }

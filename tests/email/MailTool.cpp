@@ -46,8 +46,8 @@ class Tool {
   }
 
   bool Prepare(const QString& folder) {
-    program_.WorkPath = folder;
-    program_.CurPageFile = folder + QStringLiteral("/wgcard.html");
+    program_.project.SavedAs(QStringLiteral("mail"), folder);
+    program_.project.TurnTo(1);
     const QString error = PrepareCurrentEmail(program_, MUC_);
     if (!error.isEmpty()) std::fprintf(stderr, "%s\n", qPrintable(error));
     return error.isEmpty();

@@ -17,8 +17,8 @@
 class PanelTest : public ::testing::Test {
  protected:
   PanelTest() : panel_(test_.program, MUC_, busy_, &main_) {
-    test_.program.CurPageFile = test_.WorkFile("wgcard.html");
-    EXPECT_TRUE(PutFile(test_.program.CurPageFile, "<HTML><BODY>text</BODY></HTML>"));
+    test_.program.project.TurnTo(1);
+    EXPECT_TRUE(PutFile(test_.program.project.CurPageFile(), "<HTML><BODY>text</BODY></HTML>"));
     test_.platform.dialogs.WhileShown = [this] { busyWhileShown_.append(busy_); };
     panel_.show();
     Open();

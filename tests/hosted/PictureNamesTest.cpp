@@ -129,13 +129,13 @@ TEST_F(PictureNames, OfAnyScriptArriveEverywhere) {
   ASSERT_TRUE(Settle());
   EXPECT_TRUE(Shows(all)) << Shown().toStdString();
 
-  const QByteArray page = FileBytes(program().CurPageFile);
+  const QByteArray page = FileBytes(program().project.CurPageFile());
   for (const char byte : page) ASSERT_TRUE(uchar(byte) < 0x7F) << page.toStdString();
   EXPECT_TRUE(page.contains("src=\"M&#252;ller.gif\" alt=\"M&#252;ller.gif\""));
 
   // A build takes the pictures that no page uses off the disk.
   QStringList expected = all.split(u'|') + QStringList{QStringLiteral("wgcard.html"), QStringLiteral("Page2.html")};
-  ASSERT_TRUE(PutFile(program().WorkPath + QString::fromUtf8("/unused\u00FC.gif"), dot));
+  ASSERT_TRUE(PutFile(program().project.WorkPath() + QString::fromUtf8("/unused\u00FC.gif"), dot));
   program().CurIconName = QStringLiteral("WP");
   qint32 size = 0;
   QDir().mkpath(test_.Path("desktop"));

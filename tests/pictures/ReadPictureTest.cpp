@@ -106,7 +106,7 @@ TEST_F(ReadPictureTest, ABrokenBeginningIsNoPicture) {
 TEST_F(ReadPictureTest, NothingComesOfWhatIsNoFileOrEmpty) {
   EXPECT_TRUE(ReadPicture(File("empty.jpg", "")).isNull());
   EXPECT_TRUE(ReadPicture(test_.Path("missing.jpg")).isNull());
-  EXPECT_TRUE(ReadPicture(test_.program.CardPath).isNull());
+  EXPECT_TRUE(ReadPicture(test_.program.project.CardPath()).isNull());
   EXPECT_TRUE(ReadPicture("").isNull());
   EXPECT_TRUE(ReadPicture("/dev/zero").isNull());
 }

@@ -22,13 +22,12 @@ QString FixedStamps::NewGuid() {
 
 TestProgram::TestProgram(SettingsStore* store, Sockets* net) : platform(store, net) {
   program.AppPath = Path(QStringLiteral("app"));
-  program.CardPath = program.AppPath + QStringLiteral("/card");
-  program.WorkPath = program.CardPath;
+  program.project.EnterWorkspace();
   program.DesktopPath = Path(QStringLiteral("desktop"));
   program.CardFolder = program.DesktopPath;
   program.LinkTextValue = QStringLiteral("Next Page");
   program.CurIconName = QStringLiteral("WP");
-  QDir().mkpath(program.CardPath);
+  QDir().mkpath(program.project.CardPath());
   QDir().mkpath(program.DesktopPath);
   platform.folders.AppFolder = program.AppPath;
   platform.folders.DesktopPath = program.DesktopPath;

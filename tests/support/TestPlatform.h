@@ -111,7 +111,7 @@ class TestProgram {
   // A path in the scratch folder.
   QString Path(const QString& name) const { return scratch_.filePath(name); }
   // A path in WorkPath.
-  QString WorkFile(const QString& name) const { return program.WorkPath + u'/' + name; }
+  QString WorkFile(const QString& name) const { return program.project.WorkPath() + u'/' + name; }
 
  private:
   QTemporaryDir scratch_;

@@ -36,7 +36,7 @@ QList<ThemeShown> MakePages(const QString& folder) {
     run.View().AddNewElement(QString::fromLatin1(text).arg(themes.last().caption));
     if (!run.Choose(QStringLiteral("mSavePage"))) return {};
     const QString page = entry + QStringLiteral(".html");
-    if (!PutFile(folder + u'/' + page, FileBytes(run.program().CurPageFile))) return {};
+    if (!PutFile(folder + u'/' + page, FileBytes(run.program().project.CurPageFile()))) return {};
     frames += QStringLiteral("<iframe src='%1' width='%2' height='%3' scrolling='no' frameborder='0'></iframe>")
                   .arg(page)
                   .arg(cell.width())

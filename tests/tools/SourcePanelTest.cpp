@@ -14,7 +14,7 @@ class SourcePanel : public ToolsTest {
     Tools().bCloseText[1]->click();
     run_.Settle();
   }
-  QByteArray PageFile() { return FileBytes(run_.program().CurPageFile); }
+  QByteArray PageFile() { return FileBytes(run_.program().project.CurPageFile()); }
 };
 
 TEST_F(SourcePanel, ShowsThePagesSourceWithNothingToSave) {
@@ -158,7 +158,7 @@ TEST_F(SourcePanel, ANoBreakSpaceStaysOne) {
 TEST_F(SourcePanel, WithoutThePagesFileNothingIsSaved) {
   Tools().ShowSource();
   Tools().T1->SetText("<HTML><BODY>new</BODY></HTML>");
-  ASSERT_TRUE(QFile::remove(run_.program().CurPageFile));
+  ASSERT_TRUE(QFile::remove(run_.program().project.CurPageFile()));
   Save();
   EXPECT_EQ("<missing>", PageFile());
   EXPECT_EQ("", ShownLetters(*View().WBDocument()));

@@ -70,7 +70,7 @@ class ToolsTest : public ::testing::Test {
   }
   QByteArray WorkFile(const QString& name) { return FileBytes(run_.test.WorkFile(name)); }
   QStringList WorkFolder() {
-    return QDir(run_.program().WorkPath).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    return QDir(run_.program().project.WorkPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
   }
 
   RunningProgram run_;

@@ -39,13 +39,13 @@ int main(int argc, char** argv) {
     Settings::Save(platform.settings, Settings::CustomIcon, QStringLiteral("own.ico"));
     program.CurIconName = QStringLiteral("Custom");
   }
-  program.WorkPath = arguments.at(archiveOnly ? 2 : 1);
+  program.project.SavedAs(QStringLiteral("pack"), arguments.at(archiveOnly ? 2 : 1));
   QElapsedTimer clock;
   qint64 size = 0;
   int code = 0;
   if (archiveOnly) {
     QString list;
-    const int count = program.Files.ListFiles(program.WorkPath, QString(), list);
+    const int count = program.Files.ListFiles(program.project.WorkPath(), QString(), list);
     clock.start();
     code = ZipWorkFiles(program, list.split(u'*'), count);
   } else {

@@ -135,7 +135,7 @@ TEST_F(Panel, EachFailureHasItsMessage) {
   Click(0);
   test_.platform.access.RefusedNames = {"wgcard.html"};
   Click(0);
-  test_.program.WorkPath = test_.Path("none");
+  test_.program.project.SavedAs("none", test_.Path("none"));
   Click(0);
   EXPECT_EQ(QStringList({"Error. Custom icon assignment for web-pack file is not valid.",
                          "Error. Unable to make web-pack due to open file. This may happen if a sound file is playing "

@@ -282,7 +282,7 @@ TEST_F(Package, AnOldTargetIsReplacedAlsoWhenItIsReadOnly) {
 TEST_F(Package, AnEmptyFolderGives5) {
   EXPECT_EQ(5, Create());
   EXPECT_FALSE(QFile::exists(Target()));
-  test_.program.WorkPath = test_.Path("none");
+  test_.program.project.SavedAs("none", test_.Path("none"));
   EXPECT_EQ(5, Create());
 }
 

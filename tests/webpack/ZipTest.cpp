@@ -81,7 +81,7 @@ TEST_F(Zip, TheLevelIsTheCharacterNineAndHiddenFilesAreTaken) {
   EXPECT_EQ(57, options.fLevel);
   EXPECT_EQ(1, options.fSystem);
   EXPECT_EQ(0, options.fRecurse);
-  EXPECT_EQ(QFile::encodeName(test_.program.WorkPath + QDir::separator()), options.szRootDir);
+  EXPECT_EQ(QFile::encodeName(test_.program.project.WorkPath() + QDir::separator()), options.szRootDir);
   EXPECT_EQ("", options.Date);
   Put("seen.gif", "1");
   Put("hidden.gif", "2");
@@ -167,7 +167,8 @@ TEST_F(Zip, AFileThatGoesBeforeItsTurnGives18AndNoArchive) {
   archiver.ZpSetOptions(WorkZipOptions(test_.program));
   EXPECT_EQ(18, archiver.ZpArchive(2, "card.zip", {"a.gif", "b.gif"}));
   EXPECT_EQ("from before", FileBytes(test_.WorkFile("card.zip")));
-  EXPECT_EQ(QStringList({"a.gif", "card.zip"}), QDir(test_.program.WorkPath).entryList(QDir::Files | QDir::Hidden));
+  EXPECT_EQ(QStringList({"a.gif", "card.zip"}),
+            QDir(test_.program.project.WorkPath()).entryList(QDir::Files | QDir::Hidden));
 }
 
 TEST_F(Zip, AnyOtherFailureGives100) {
@@ -195,7 +196,7 @@ TEST_F(Zip, NamesBeyondAsciiAreMarkedAsUtf8) {
 }
 
 TEST_F(Zip, AWorkFolderOfAnyScriptIsReached) {
-  test_.program.WorkPath = test_.Path(QString::fromUtf8("\u732B saved"));
+  test_.program.project.SavedAs("cat", test_.Path(QString::fromUtf8("\u732B saved")));
   Put("a.gif", "cat");
   EXPECT_EQ(0, ZipNamed({"a.gif"}));
   EXPECT_EQ((QList<Entry>{{"a.gif", "cat"}}), Entries());
