@@ -12,6 +12,7 @@
 #include "AsciiText.h"
 #include "BusyGuard.h"
 #include "Colors.h"
+#include "ElementKind.h"
 #include "FTools.h"
 #include "FWeb.h"
 #include "ListIndex.h"
@@ -141,7 +142,7 @@ void FTools::ApplyToTable() {
     view.AddTable(width, height, border, color, align, cellAlign, cellVAlign, padding);
     return;
   }
-  if (!view.HasCurrentElement() || view.CurrentElementTag() != u"TABLE") return;
+  if (!view.HasCurrentElement() || KindOf(view.CurrentElementTag()) != ElementKind::Table) return;
   HTMLElement table = view.CurrentElement();
   const std::pair<const char*, QString> attributes[] = {{"width", width},   {"height", height},
                                                         {"bgColor", color}, {"border", border},
@@ -151,7 +152,7 @@ void FTools::ApplyToTable() {
   const HTMLElementCollection inside = table.all();
   for (int i = 0; i < inside.length(); ++i) {
     HTMLElement cell = inside.item(i);
-    if (cell.tagName() != u"TD") continue;
+    if (KindOf(cell) != ElementKind::Cell) continue;
     cell.setAttribute(QStringLiteral("vAlign"), cellVAlign);
     cell.setAttribute(QStringLiteral("align"), cellAlign);
   }

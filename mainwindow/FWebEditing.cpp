@@ -13,6 +13,7 @@
 #include "AsciiText.h"
 #include "BusyGuard.h"
 #include "Colors.h"
+#include "ElementKind.h"
 #include "FWeb.h"
 #include "ListIndex.h"
 #include "ModBrowse.h"
@@ -25,7 +26,6 @@
 
 namespace {
 
-constexpr int stepsToTable = 3;
 // From this index on the buttons of the Work Window move the current element.
 constexpr int firstOfSpace = 7;
 
@@ -71,12 +71,11 @@ void FWeb::OnClick(const QString& sTag, int, int, int MouseXtr, int MouseYtr) {
   const BusyGuard guard(Busy);
   if (!guard) return;
   FrCaret->hide();
-  static const QStringList shown = {QStringLiteral("FONT"), QStringLiteral("A"), QStringLiteral("B"),
-                                    QStringLiteral("BODY"), QStringLiteral("STRONG")};
-  if (!shown.contains(sTag)) return;
+  const ElementKind kind = KindOf(sTag);
+  if (!IsText(kind) && kind != ElementKind::Page) return;
   FrCaret->show();
   MoveCaret(MouseXtr, MouseYtr);
-  if (sTag != u"A") ShowFontAtPoint();
+  if (kind != ElementKind::Link) ShowFontAtPoint();
 }
 
 void FWeb::ShowFontAtPoint() {
@@ -91,7 +90,7 @@ void FWeb::ShowFontAtPoint() {
 // The only place where the moving buttons are switched.
 void FWeb::OnDoubleClick(const QString& sTag) {
   FrCaret->hide();
-  ShowSelFrame(jWB->IfSelection() == WBUC::ElementSelected && (sTag == u"FONT" || sTag == u"IMG"));
+  ShowSelFrame(jWB->IfSelection() == WBUC::ElementSelected && IsMovable(KindOf(sTag)));
 }
 
 void FWeb::ShowSelFrame(bool On) {
@@ -123,9 +122,9 @@ void FWeb::EnableEditEntries(bool popup) {
   enable("mPasteP1", "mPaste1", jWB->HasTagClip());
   enable("mPasteP2", "mPaste2", ClipboardHasText());
   // By the tag of the last click, not by what is under the mouse. A row has no table properties.
-  const QString tag = jWB->CurrentElementTag();
-  enable("mAlignPic", "mAlignPic1", tag == u"IMG");
-  enable("mTableProps", "mTableProps1", tag == u"TD" || tag == u"TABLE");
+  const ElementKind kind = KindOf(jWB->CurrentElementTag());
+  enable("mAlignPic", "mAlignPic1", kind == ElementKind::Picture);
+  enable("mTableProps", "mTableProps1", kind == ElementKind::Cell || kind == ElementKind::Table);
 }
 
 void FWeb::ShowPaste2Menu() {
@@ -137,18 +136,30 @@ void FWeb::ShowPaste2Menu() {
 }
 
 void FWeb::OnElementHover(const QString& sTag) {
-  struct Row {
-    const char* tags;
-    const char* caption;
-  };
-  static constexpr Row rows[] = {
-      {"FONT B STRONG", "Text Block"}, {"IMG", "Picture"}, {"TD TR TABLE", "Table"}, {"BODY", "Page"}};
-  const QString tag = UpperAscii(sTag);
   QString caption;
-  for (const Row& row : rows)
-    if (!tag.isEmpty() && QString::fromLatin1(row.tags).split(u' ').contains(tag)) caption = QLatin1String(row.caption);
-  // The current element's address, which isn't always that of the link under the mouse.
-  if (tag == u"A") caption = jWB->CurrentElement().getAttribute(QStringLiteral("href"), 0);
+  switch (KindOf(UpperAscii(sTag))) {
+    case ElementKind::TextBlock:
+    case ElementKind::TextPart:
+      caption = QStringLiteral("Text Block");
+      break;
+    case ElementKind::Picture:
+      caption = QStringLiteral("Picture");
+      break;
+    case ElementKind::Table:
+    case ElementKind::Row:
+    case ElementKind::Cell:
+      caption = QStringLiteral("Table");
+      break;
+    case ElementKind::Page:
+      caption = QStringLiteral("Page");
+      break;
+    case ElementKind::Link:
+      // The current element's address, which isn't always that of the link under the mouse.
+      caption = jWB->CurrentElement().getAttribute(QStringLiteral("href"), 0);
+      break;
+    case ElementKind::None:
+      break;
+  }
   FrWork->LabHover->setText(caption);
 }
 
@@ -254,23 +265,21 @@ void FWeb::mApplyFont() {
 
 void FWeb::mAlign(int Index) {
   static const QStringList values = {QStringLiteral("left"), QStringLiteral("right"), QStringLiteral("center")};
-  if (jWB->HasCurrentElement() && jWB->CurrentElementTag() == u"IMG")
+  if (jWB->HasCurrentElement() && KindOf(jWB->CurrentElementTag()) == ElementKind::Picture)
     jWB->CurrentElement().setAttribute(QStringLiteral("align"), values.value(Index));
 }
 
 void FWeb::mTableProps() {
   if (!jWB->HasCurrentElement()) return;
-  const QString tag = jWB->CurrentElementTag();
-  if (tag == u"TABLE") {
-    emit TablePropsRequested(jWB->CurrentElement());
-    return;
-  }
-  if (tag != u"TR" && tag != u"TD") return;
-  HTMLElement up = jWB->CurrentElement();
-  for (int step = 0; step < stepsToTable && up; ++step) {
-    up = up.parentElement();
-    if (up.tagName() != u"TABLE") continue;
-    emit TablePropsRequested(up);
-    return;
+  switch (KindOf(jWB->CurrentElementTag())) {
+    case ElementKind::Table:
+      emit TablePropsRequested(jWB->CurrentElement());
+      break;
+    case ElementKind::Row:
+    case ElementKind::Cell:
+      if (const HTMLElement table = TableAround(jWB->CurrentElement())) emit TablePropsRequested(table);
+      break;
+    default:
+      break;
   }
 }

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include "ElementKind.h"
 #include "WBUC.h"
 
 namespace {
@@ -15,10 +16,6 @@ const QString afterEnd = QStringLiteral("AfterEnd");
 
 // How many elements on, of any kind, a neighbour to change places with is looked for.
 constexpr int stepsToNeighbour = 10;
-
-bool IsMovable(const HTMLElement& element) {
-  return element.tagName() == u"FONT" || element.tagName() == u"IMG";
-}
 
 }  // namespace
 
@@ -113,13 +110,13 @@ void WBUC::CreateLinkSel(const QString& sURL) {
 // out with it, and one around it takes it before itself.
 int WBUC::MoveElementOneElement(int iDirection) {
   if (!SelElement_) return NoElementSelected;
-  if (!IsMovable(SelElement_)) return NotMovable;
+  if (!IsMovable(KindOf(SelElement_))) return NotMovable;
   const int start = SelElement_.sourceIndex();
   HTMLElement neighbour;
   for (int step = 1; step <= stepsToNeighbour && !neighbour; ++step) {
     const HTMLElement other = Doc_->all().item(start + step * iDirection);
     if (!other) break;
-    if (IsMovable(other)) neighbour = other;
+    if (IsMovable(KindOf(other))) neighbour = other;
   }
   if (!neighbour) return NoNeighbour;
   const QString html = SelElement_.outerHTML();

@@ -1,39 +1,17 @@
 // Pointing at the page: where text goes, which element commands act on, and which element is selected as a whole.
 #include "AsciiText.h"
+#include "ElementKind.h"
 #include "Program.h"
 #include "Twips.h"
 #include "WBUC.h"
 
 namespace {
 
-// How far up the table of a cell or row is looked for.
-constexpr int stepsToTable = 3;
-
-enum class ClickRule { Nothing, Text, Element, Cell, Page };
-
-struct ClickRow {
-  const char16_t* tag;
-  ClickRule rule;
-};
-
-// Every other tag is something that the editor doesn't treat as an element at all; P, DIV and their like among them.
-constexpr ClickRow clickRows[] = {
-    {u"FONT", ClickRule::Text},     {u"B", ClickRule::Text},      {u"A", ClickRule::Text},
-    {u"STRONG", ClickRule::Text},   {u"IMG", ClickRule::Element}, {u"TR", ClickRule::Element},
-    {u"TABLE", ClickRule::Element}, {u"TD", ClickRule::Cell},     {u"BODY", ClickRule::Page},
-};
-
-ClickRule RuleOf(const QString& tag) {
-  for (const ClickRow& row : clickRows)
-    if (tag == QStringView(row.tag)) return row.rule;
-  return ClickRule::Nothing;
-}
-
 // The first direct child that is a FONT; one deeper down doesn't count.
 HTMLElement FontOfCell(const HTMLElement& cell) {
   const HTMLElementCollection children = cell.children();
   for (int i = 0; i < children.length(); ++i)
-    if (children.item(i).tagName() == u"FONT") return children.item(i);
+    if (KindOf(children.item(i)) == ElementKind::TextBlock) return children.item(i);
   return {};
 }
 
@@ -103,27 +81,31 @@ bool WBUC::Doc_onclick() {
   CurrentElementTag_ = UpperAscii(source.tagName());
   QString tag = CurrentElementTag_;
   QPoint range(-1, -1);
-  switch (RuleOf(tag)) {
-    case ClickRule::Text:
+  switch (KindOf(tag)) {
+    case ElementKind::TextBlock:
+    case ElementKind::TextPart:
+    case ElementKind::Link:
       range = PlaceTextRange();
       CurrentElement_ = source;
       break;
-    case ClickRule::Element:
+    case ElementKind::Picture:
+    case ElementKind::Table:
+    case ElementKind::Row:
       SetCurrentTextRange(nullptr);
       CurrentElement_ = source;
       break;
-    case ClickRule::Cell:
+    case ElementKind::Cell:
       if (const HTMLElement font = FontOfCell(source)) {
         range = PlaceTextRange();
         CurrentElement_ = font;
         CurrentElementTag_ = tag = QStringLiteral("FONT");
       }
       break;
-    case ClickRule::Page:
+    case ElementKind::Page:
       range = PlaceTextRange();
       CurrentElement_ = {};
       break;
-    case ClickRule::Nothing:
+    case ElementKind::None:
       tag.clear();  // CurrentElementTag keeps the real tag
       break;
   }
@@ -135,34 +117,40 @@ bool WBUC::Doc_ondblclick() {
   if (!DocReady_) return false;
   const HTMLElement source = Event().srcElement();
   CurrentElementTag_ = UpperAscii(source.tagName());
-  const QString tag = CurrentElementTag_;
-  if (tag == u"IMG" || tag == u"FONT" || tag == u"TABLE") {
-    SetCurrentTextRange(nullptr);
-    SelectAsElement(source);
-  } else if (tag == u"B" || tag == u"STRONG") {
-    // The insertion point stays in force: typing still goes in although the caret bar is hidden.
-    const HTMLElement parent = source.parentElement();
-    if (parent && parent.tagName() == u"FONT") {
-      SelectAsElement(parent);
-      CurrentElementTag_ = QStringLiteral("FONT");
-    }
-  } else if (tag == u"TR" || tag == u"TD") {
-    HTMLElement up = source;
-    for (int step = 0; step < stepsToTable && up; ++step) {
-      up = up.parentElement();
-      if (!up || up.tagName() != u"TABLE") continue;
-      SelectAsElement(up);  // here too the insertion point stays
-      CurrentElementTag_ = QStringLiteral("TABLE");
+  switch (KindOf(CurrentElementTag_)) {
+    case ElementKind::Picture:
+    case ElementKind::TextBlock:
+    case ElementKind::Table:
+      SetCurrentTextRange(nullptr);
+      SelectAsElement(source);
       break;
-    }
-    if (CurrentElement_.tagName() != u"TABLE") return false;  // no event at all
-  } else if (tag == u"BODY") {
-    if (const auto range = Doc_->selection().createRange()) {
-      range->move(QStringLiteral("textedit"), 1);
-      SetCurrentTextRange(range);
-    }
-    CurrentElement_ = {};
-    SelElement_ = {};
+    case ElementKind::TextPart:
+      // The insertion point stays in force: typing still goes in although the caret bar is hidden.
+      if (const HTMLElement parent = source.parentElement(); KindOf(parent) == ElementKind::TextBlock) {
+        SelectAsElement(parent);
+        CurrentElementTag_ = QStringLiteral("FONT");
+      }
+      break;
+    case ElementKind::Row:
+    case ElementKind::Cell:
+      if (const HTMLElement table = TableAround(source)) {
+        SelectAsElement(table);  // here too the insertion point stays
+        CurrentElementTag_ = QStringLiteral("TABLE");
+      }
+      // Not whether a table was found, but what is current by now; no event at all otherwise.
+      if (KindOf(CurrentElement_) != ElementKind::Table) return false;
+      break;
+    case ElementKind::Page:
+      if (const auto range = Doc_->selection().createRange()) {
+        range->move(QStringLiteral("textedit"), 1);
+        SetCurrentTextRange(range);
+      }
+      CurrentElement_ = {};
+      SelElement_ = {};
+      break;
+    case ElementKind::Link:
+    case ElementKind::None:
+      break;
   }
   emit DoubleClick(CurrentElementTag_);
   return false;

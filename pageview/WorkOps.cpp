@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "Colors.h"
+#include "ElementKind.h"
 #include "Numbers.h"
 #include "WBUC.h"
 
@@ -25,14 +26,14 @@ QString Read(const HTMLElement& element, const char* name) {
 
 void InsertPageHTML(WBUC& view, const QString& Html) {
   HTMLElement current = view.CurrentElement();
-  const QString tag = view.CurrentElementTag();
+  const ElementKind kind = KindOf(view.CurrentElementTag());
   if (!view.HasCurrentElement()) {
     view.AddNewElement(Html);
-  } else if (tag == u"FONT" || tag == u"IMG") {
+  } else if (IsMovable(kind)) {
     current.insertAdjacentHTML(afterEnd, Html);
-  } else if (tag == u"TD") {
+  } else if (kind == ElementKind::Cell) {
     current.insertAdjacentHTML(beforeEnd, Html);
-  } else if (tag == u"TABLE") {
+  } else if (kind == ElementKind::Table) {
     HTMLElement cell = FirstCell(current);
     (cell ? cell : current).insertAdjacentHTML(beforeEnd, Html);
   } else {
@@ -41,10 +42,11 @@ void InsertPageHTML(WBUC& view, const QString& Html) {
 }
 
 HTMLElement FirstCell(const HTMLElement& table) {
-  const Node* const root = table.node();
-  for (const Node* node = root ? root->firstChild() : nullptr; node; node = NextInTree(node, root))
-    if (node->IsElement() && node->tag()->tagName == u"TD") return HTMLElement(node);
-  return {};
+  const HTMLElementCollection inside = table.all();
+  int index = 0;
+  HTMLElement element = inside.item(index);
+  while (element && KindOf(element) != ElementKind::Cell) element = inside.item(++index);
+  return element;
 }
 
 TableProps ReadTableProps(const HTMLElement& table) {
