@@ -13,6 +13,7 @@
 #include "Colors.h"
 #include "FTools.h"
 #include "FWeb.h"
+#include "FontFaces.h"
 #include "ListIndex.h"
 #include "ModBrowse.h"
 #include "Numbers.h"
@@ -39,8 +40,6 @@ QGridLayout* NewGrid(QWidget* frame) {
   return grid;
 }
 
-const QString defaultFace = QStringLiteral("Arial, Helvetica");
-
 }  // namespace
 
 void FTools::BuildPagePanel() {
@@ -62,10 +61,7 @@ void FTools::BuildPagePanel() {
   AddRow(grid, 2, 2, kPictureLabels[1], bBackPic[1], kPictureLabelTip);
   grid->setColumnStretch(1, 1);
 
-  BoxFace = NewList("BoxFace",
-                    {defaultFace, QStringLiteral("Verdana, Arial, Helvetica"), QStringLiteral("Times New Roman"),
-                     QStringLiteral("Comic Sans MS"), QStringLiteral("Courier New"), QStringLiteral("Tahoma")},
-                    "Select body font face.");
+  BoxFace = NewList("BoxFace", FontFaces(), "Select body font face.");
   BoxSize = NewList("BoxSize", QStringLiteral("1 2 3 4 5 6").split(u' '), "Select body font size.");
   // Nothing is chosen until the user does: the face isn't read from the page.
   BoxFace->setCurrentIndex(-1);
@@ -144,7 +140,7 @@ void FTools::OnBackPic(int Index) {
 
 void FTools::OnBoxFace() {
   const QString face = TrimBlanks(BoxFace->currentText());
-  web_.jWB->SetBodyFontName(face.isEmpty() ? defaultFace : face);
+  web_.jWB->SetBodyFontName(face.isEmpty() ? FontFaces().first() : face);
 }
 
 // The caption is the value.

@@ -14,6 +14,7 @@
 #include "Colors.h"
 #include "ControlLook.h"
 #include "FittedText.h"
+#include "FontFaces.h"
 #include "OpenHelp.h"
 #include "PageFiles.h"
 #include "PathRules.h"
@@ -78,7 +79,7 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   // These react to the user only.
   connect(BoxFace, &QComboBox::activated, this, [this] {
     const QString face = TrimBlanks(BoxFace->currentText());
-    jWB->SetSelFontFace(face.isEmpty() ? QStringLiteral("Arial, Helvetica") : face);
+    jWB->SetSelFontFace(face.isEmpty() ? FontFaces().first() : face);
   });
   connect(BoxSize, &QComboBox::activated, this, [this](int index) { jWB->SetSelFontSize(QString::number(index + 1)); });
   connect(bBold, &QAbstractButton::clicked, jWB, &WBUC::ToggleBold);

@@ -15,6 +15,7 @@
 #include "Colors.h"
 #include "ElementKind.h"
 #include "FWeb.h"
+#include "FontFaces.h"
 #include "ListIndex.h"
 #include "ModBrowse.h"
 #include "Numbers.h"
@@ -38,21 +39,6 @@ bool ClipboardHasText() {
 std::optional<qint32> ColorOf(const QString& told) {
   if (told.isEmpty()) return std::nullopt;
   return told.startsWith(u'#') ? HtmlToColor(told) : ToInteger32(told);
-}
-
-// Place of a face in the list of faces; -1 for one that isn't in it.
-int FaceIndex(const QString& face) {
-  static const QStringList rows[] = {
-      {QStringLiteral("Arial"), QStringLiteral("Arial, Helvetica")},
-      {QStringLiteral("Verdana"), QStringLiteral("Verdana, Arial, Helvetica")},
-      {QStringLiteral("Times New Roman")},
-      {QStringLiteral("Comic Sans MS")},
-      {QStringLiteral("Courier New")},
-      {QStringLiteral("Tahoma")},
-  };
-  for (int row = 0; row < int(std::size(rows)); ++row)
-    if (rows[row].contains(face)) return row;
-  return -1;
 }
 
 }  // namespace

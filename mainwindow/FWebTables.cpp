@@ -1,6 +1,7 @@
 #include "FWebTables.h"
 
 #include "FWeb.h"
+#include "FontFaces.h"
 
 std::span<const MenuRow> MenuRows() {
   static constexpr MenuRow rows[] = {
@@ -127,9 +128,7 @@ std::span<const FontRow> FontRows() {
       {List, "BoxPage", 180, 360, 795, 315,
        "1|2|3|4|5|6|7|8|9|10|11|12|13|14|15|16|17|18|19|20|21|22|23|24|25|26|27|28|29|30", "Current Page control."},
       {Label, "Label1_0", 1320, 120, 2055, 195, "Font", nullptr},
-      {List, "BoxFace", 1320, 360, 2175, 330,
-       "Arial, Helvetica|Verdana, Arial, Helvetica|Times New Roman|Comic Sans MS|Courier New|Tahoma",
-       "Font face for selected text."},
+      {List, "BoxFace", 1320, 360, 2175, 330, kFontFaces, "Font face for selected text."},
       {Label, "Label1_2", 3600, 120, 735, 195, "Size", nullptr},
       {List, "BoxSize", 3660, 360, 615, 330, "1|2|3|4|5|6", "Font size for selected text."},
       {Label, "Label1_4", 4440, 120, 615, 195, "Color", nullptr},
