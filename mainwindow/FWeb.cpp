@@ -72,7 +72,7 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   connect(jWB, &WBUC::DoubleClick, this, &FWeb::OnDoubleClick);
   connect(jWB, &WBUC::KeyPress, this, [this](const QString&, int x, int y) { MoveCaret(x, y); });
   connect(jWB, &WBUC::ElementHover, this, &FWeb::OnElementHover);
-  for (int index = 0; index < kWorkCount; ++index)
+  for (int index = 0; index < int(FrWork->bSel.size()); ++index)
     connect(FrWork->bSel[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] { bSel(index); });
   connect(FrWork->bProps, &QAbstractButton::clicked, this, &FWeb::bProps);
   connect(BoxPage, &QComboBox::currentIndexChanged, this, &FWeb::OnBoxPage);

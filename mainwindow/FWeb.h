@@ -82,7 +82,13 @@ class FWeb : public QMainWindow {
   void mApplyFont();
   void mAlign(int Index);
   void mTableProps();
+  // A button of the Work Window; what it does is told by its row.
   void bSel(int Index);
+  void AddLink();
+  void AddPicture();
+  void AddTable();
+  void SwitchPlaces(int direction);  // 1 with the next text block or picture, -1 with the one before
+  void MoveOneSpace(int direction);  // 0 left, 1 up, 2 right, 3 down
   void bProps();
   void ShowSelFrame(bool On);
   void ShowPaste2Menu();
@@ -142,7 +148,6 @@ class FWeb : public QMainWindow {
   void ShowFontAtPoint();
   void EnableEditEntries(bool popup);
   QAction* Entry(const char* name) const;
-  void AddLink();
   void ReportMoveResult(int code);
   bool ApplyTheme(const QString& picture, const QString& color, bool removesHeartFirst);
   void RemoveHeartPic();

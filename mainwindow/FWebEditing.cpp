@@ -27,9 +27,6 @@
 
 namespace {
 
-// From this index on the buttons of the Work Window move the current element.
-constexpr int firstOfSpace = 7;
-
 bool ClipboardHasText() {
   const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
   return data && data->hasText();
@@ -158,37 +155,30 @@ void FWeb::bProps() {
 void FWeb::bSel(int Index) {
   const BusyGuard guard(Busy);
   if (!guard) return;
-  if (Index >= firstOfSpace && !jWB->HasCurrentElement()) {
+  const WorkRow& row = WorkRows()[std::size_t(Index)];
+  if (row.needsElement && !jWB->HasCurrentElement()) {
     program_.platform.dialogs.ShowMessage(this, StringText(108));
-    return;
+  } else if (row.command) {
+    (this->*row.command)();
+  } else {
+    (this->*row.directed)(row.direction);
   }
-  switch (Index) {
-    case 0:
-      return jWB->Cut();
-    case 1:
-      return jWB->Copy();
-    case 2:
-      return ShowPaste2Menu();
-    case 3:
-      return AddLink();
-    case 4:
-      emit AddPictureRequested();
-      return;
-    case 5:
-      emit ToolRequested(3, QString());
-      return;
-    case 6:
-      return ReportMoveResult(jWB->MoveElementOneElement(1));
-    case 7:
-    case 8:
-    case 9:
-    case 10:
-      return jWB->MoveElementOneSpace(Index - firstOfSpace);
-    case 11:
-      return ReportMoveResult(jWB->MoveElementOneElement(-1));
-    default:
-      return;
-  }
+}
+
+void FWeb::AddPicture() {
+  emit AddPictureRequested();
+}
+
+void FWeb::AddTable() {
+  emit ToolRequested(3, QString());
+}
+
+void FWeb::SwitchPlaces(int direction) {
+  ReportMoveResult(jWB->MoveElementOneElement(direction));
+}
+
+void FWeb::MoveOneSpace(int direction) {
+  jWB->MoveElementOneSpace(direction);
 }
 
 // The answer that is offered is taken as well.

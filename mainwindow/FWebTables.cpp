@@ -142,19 +142,18 @@ std::span<const FontRow> FontRows() {
 
 std::span<const WorkRow> WorkRows() {
   static constexpr WorkRow rows[] = {
-      {false, 6, "sel-cut", "Cut", "Cut selected text or element."},
-      {false, 35, "sel-copy", "Copy", "Copy selected text or element"},
-      {false, 66, "sel-paste", "Paste", "Paste text or element from cut/copy operation"},
-      {false, 110, "sel-link", "make link", "Add link."},
-      {false, 166, "sel-picture", "add picture", "Add picture to page."},
-      {false, 211, "sel-table", "table", "Add table (rectangular area) to page."},
-      {true, 306, "sel-forward", "Forward", "Move selected item forward."},
-      {true, 8, "sel-left", "Left", "Move selected element to left."},
-      {true, 46, "sel-up", "Up", "Move selected element up."},
-      {true, 84, "sel-right", "Right", "Move selected element to right."},
-      {true, 122, "sel-down", "Down", "Move selected element down."},
-      {true, 260, "sel-back", "Back", "Move selected item back."},
+      {false, 6, "sel-cut", "Cut", "Cut selected text or element.", &FWeb::mCut},
+      {false, 35, "sel-copy", "Copy", "Copy selected text or element", &FWeb::mCopy},
+      {false, 66, "sel-paste", "Paste", "Paste text or element from cut/copy operation", &FWeb::ShowPaste2Menu},
+      {false, 110, "sel-link", "make link", "Add link.", &FWeb::AddLink},
+      {false, 166, "sel-picture", "add picture", "Add picture to page.", &FWeb::AddPicture},
+      {false, 211, "sel-table", "table", "Add table (rectangular area) to page.", &FWeb::AddTable},
+      {true, 306, "sel-forward", "Forward", "Move selected item forward.", nullptr, &FWeb::SwitchPlaces, 1},
+      {true, 8, "sel-left", "Left", "Move selected element to left.", nullptr, &FWeb::MoveOneSpace, 0, true},
+      {true, 46, "sel-up", "Up", "Move selected element up.", nullptr, &FWeb::MoveOneSpace, 1, true},
+      {true, 84, "sel-right", "Right", "Move selected element to right.", nullptr, &FWeb::MoveOneSpace, 2, true},
+      {true, 122, "sel-down", "Down", "Move selected element down.", nullptr, &FWeb::MoveOneSpace, 3, true},
+      {true, 260, "sel-back", "Back", "Move selected item back.", nullptr, &FWeb::SwitchPlaces, -1, true},
   };
-  static_assert(std::size(rows) == kWorkCount);
   return rows;
 }

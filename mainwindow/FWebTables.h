@@ -31,15 +31,20 @@ inline constexpr int kToolSize = 240;  // twips, each way
 inline constexpr int kToolCount = 9;
 
 // A button of the Work Window, by its index; the place is in pixels in its frame. `label` is the small text under it.
+// Of the two kinds of command one is null: that of buttons that stand for themselves, and that of buttons for one
+// command in several directions, which gets the direction. Both run while Busy is set.
 struct WorkRow {
   bool moves;  // of the frame for moving, else of that for editing
   int left;
   const char* icon;
   const char* label;
   const char* toolTip;
+  void (FWeb::*command)() = nullptr;
+  void (FWeb::*directed)(int) = nullptr;
+  int direction = 0;
+  bool needsElement = false;  // without a current element it only says that nothing is selected
 };
 std::span<const WorkRow> WorkRows();
-inline constexpr int kWorkCount = 12;
 
 // A control of the strip FrFont, in twips.
 struct FontRow {

@@ -8,6 +8,7 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "FWebTables.h"
 #include "FittedText.h"
 #include "Twips.h"
 
@@ -43,6 +44,15 @@ class TitleBar : public QAbstractButton {
     painter.drawRect(rect().adjusted(1, 1, -2, -2));
   }
 };
+
+// From left to right.
+QList<QWidget*> ButtonsByPlace(const QGroupBox& frame) {
+  QList<QWidget*> buttons;
+  for (QToolButton* const button : frame.findChildren<QToolButton*>()) buttons.append(button);
+  std::sort(buttons.begin(), buttons.end(),
+            [](const QWidget* one, const QWidget* other) { return one->x() < other->x(); });
+  return buttons;
+}
 
 }  // namespace
 
@@ -94,7 +104,8 @@ void WorkWindow::BuildButtons() {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const WorkRow& row = rows[i];
     QGroupBox* const around = row.moves ? FrSel : Frame1;
-    auto* const made = bSel[i] = new QToolButton(around);
+    auto* const made = new QToolButton(around);
+    bSel.push_back(made);
     made->setObjectName(QStringLiteral("bSel%1").arg(i));
     made->setIcon(QIcon(QStringLiteral(":/tools/%1.svg").arg(QLatin1String(row.icon))));
     made->setIconSize({16, 16});
@@ -109,8 +120,8 @@ void WorkWindow::BuildButtons() {
     label->setGeometry(row.left + button / 2 - width / 2, top + button, width, 14);
   }
   // As they are read, which is not the order of their indexes.
-  QWidget* const read[] = {bSel[5], bProps, bSel[7], bSel[8], bSel[9], bSel[10], bSel[11], bSel[6]};
-  for (std::size_t i = 1; i < std::size(read); ++i) setTabOrder(read[i - 1], read[i]);
+  const QList<QWidget*> read = ButtonsByPlace(*Frame1) + QList<QWidget*>{bProps} + ButtonsByPlace(*FrSel);
+  for (qsizetype i = 1; i < read.size(); ++i) setTabOrder(read[i - 1], read[i]);
   FrSel->setEnabled(false);
   LabSel->setEnabled(false);
 }

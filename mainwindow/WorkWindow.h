@@ -3,9 +3,7 @@
 #pragma once
 
 #include <QFrame>
-#include <array>
-
-#include "FWebTables.h"
+#include <vector>
 
 class QAbstractButton;
 class QGroupBox;
@@ -29,7 +27,7 @@ class WorkWindow : public QFrame {
   QGroupBox* Frame1 = nullptr;  // the editing buttons
   QGroupBox* FrSel = nullptr;   // the moving buttons
   QLabel* LabSel = nullptr;
-  std::array<QToolButton*, kWorkCount> bSel{};
+  std::vector<QToolButton*> bSel;  // by the index of their rows
 
   static constexpr int kWidth = 5355;  // twips
   static constexpr int kHeight = 2835;

@@ -330,6 +330,10 @@ TEST(CommandWiring, NoEntryIsLeftOut) {
     if (row.command || row.indexed) all.append(row.name);
   EXPECT_EQ(all, known);
   EXPECT_EQ(int(ToolRows().size()), int(std::size(kToolEntries)));
+  QStringList buttons = {"bSel2"};  // opens a menu, whose entries are told above
+  for (const Wire& wire : kButtons) buttons.append(wire.name);
+  for (std::size_t i = 0; i < WorkRows().size(); ++i)
+    EXPECT_TRUE(buttons.contains(QStringLiteral("bSel%1").arg(i))) << i;
 }
 
 }  // namespace
