@@ -18,6 +18,7 @@ struct Task {
   int width, height;  // twips
 };
 
+// By the number of the task.
 constexpr Task kTasks[] = {
     {"Make Web-Pack File", 6780, 4140}, {"Open Saved Project", 6780, 4140}, {"Email Current Page", 6780, 5940}};
 
@@ -33,23 +34,20 @@ FOps::FOps(Program& program, FWeb& web) : MUC(program.platform), web_(web) {
   connect(FrOps2, &EmailPanel::HideRequested, this, &QWidget::hide);
 }
 
-QWidget* FOps::Panel(int Kind) const {
-  const std::array<QWidget*, 3> panels = {FrOps0, FrOps1, FrOps2};
-  return panels[std::size_t(Kind)];
-}
-
-void FOps::ShowOps(int Kind) {
-  if (Kind < 0 || Kind >= int(std::size(kTasks))) return;
-  const Task& task = kTasks[Kind];
-  if (Kind == 0) FrOps0->LoadBoxes();
-  if (Kind == 1) FrOps1->LoadList();
-  if (Kind == 2) FrOps2->LoadEmailDefaults();
+void FOps::ShowOps(OpsTask Kind) {
+  QWidget* const panels[] = {FrOps0, FrOps1, FrOps2};
+  const int kind = int(Kind);
+  if (kind < 0 || kind >= int(std::size(kTasks))) return;
+  const Task& task = kTasks[kind];
+  if (Kind == OpsTask::WebPack) FrOps0->LoadBoxes();
+  if (Kind == OpsTask::OpenProject) FrOps1->LoadList();
+  if (Kind == OpsTask::Email) FrOps2->LoadEmailDefaults();
   setWindowTitle(QString::fromLatin1(task.caption));
   setFixedSize(TwipsToPixels(task.width), TwipsToPixels(task.height));
-  for (int kind = 0; kind < 3; ++kind) Panel(kind)->setVisible(kind == Kind);
-  Panel(Kind)->setGeometry(rect());
-  Panel(Kind)->raise();
-  if (Kind == 2) FrOps2->StartUp();
+  for (QWidget* const panel : panels) panel->setVisible(panel == panels[kind]);
+  panels[kind]->setGeometry(rect());
+  panels[kind]->raise();
+  if (Kind == OpsTask::Email) FrOps2->StartUp();
   if (!isVisible()) move(web_.geometry().center() - rect().center());
   ShowInFront(*this);
 }

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "MailUC.h"
+#include "WindowTasks.h"
 
 class EmailPanel;
 class FWeb;
@@ -17,8 +18,8 @@ class FOps : public QWidget {
  public:
   FOps(Program& program, FWeb& web);
 
-  // 0 web-pack, 1 open project, 2 email: caption and size for the task, its panel in front, shown modeless.
-  void ShowOps(int Kind);
+  // Caption and size for the task, its panel in front, shown modeless. Another number does nothing.
+  void ShowOps(OpsTask Kind);
 
   bool Busy = false;
   MailUC MUC;
@@ -31,7 +32,5 @@ class FOps : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  QWidget* Panel(int Kind) const;
-
   FWeb& web_;
 };

@@ -22,6 +22,7 @@ struct Tool {
   std::size_t panel;
 };
 
+// By the number of the task.
 constexpr Tool kTools[] = {{"View Image", 2835, 5355, 0},
                            {"Page Source", 7065, 9330, 1},
                            {"Page Properties", 4845, 6525, 2},
@@ -56,27 +57,31 @@ void FTools::ShowPanel(std::size_t index) {
   FrTool[index]->raise();
 }
 
-void FTools::ShowTool(int iOp, const QString& sArg) {
+void FTools::ShowTool(ToolTask iOp, const QString& sArg) {
+  const int number = int(iOp);
   if (isVisible()) HideFromTop();
-  if (iOp >= 0 && iOp < int(std::size(kTools))) {
-    const Tool& tool = kTools[iOp];
+  if (number >= 0 && number < int(std::size(kTools))) {
+    const Tool& tool = kTools[number];
     setWindowTitle(QLatin1String(tool.caption));
     setFixedSize(TwipsToPixels(tool.width), TwipsToPixels(tool.height));
-    if (iOp == 0) {
+    if (iOp == ToolTask::AddPicture) {
       TPicPath->setText(sArg);
       TPicPath->setToolTip(sArg);
     }
-    if (iOp == 1) bCloseText[1]->setEnabled(false);
-    if (iOp == 3) FrTool[3]->SetCaption(QStringLiteral("  Create new table  "));
-    if (iOp == 4) FrTool[3]->SetCaption(QStringLiteral("  Edit table properties  "));
-    if (iOp >= 3) LabNewTable->setVisible(iOp == 3);
+    if (iOp == ToolTask::PageSource) bCloseText[1]->setEnabled(false);
+    if (iOp == ToolTask::NewTable || iOp == ToolTask::TableProperties) {
+      const bool isNew = iOp == ToolTask::NewTable;
+      FrTool[3]->SetCaption(isNew ? QStringLiteral("  Create new table  ")
+                                  : QStringLiteral("  Edit table properties  "));
+      LabNewTable->setVisible(isNew);
+    }
     ShowPanel(tool.panel);
   }
   PlaceAtBottom();
   show();
   raise();
   activateWindow();
-  if (iOp > 2) TTable[0]->setFocus();
+  if (iOp > ToolTask::PageProperties) TTable[0]->setFocus();
   SetTopmost(this);
 }
 

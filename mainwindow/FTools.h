@@ -7,6 +7,7 @@
 #include <array>
 
 #include "ToolControls.h"
+#include "WindowTasks.h"
 
 class HTMLElement;
 class ModPics;
@@ -26,9 +27,9 @@ class FTools : public QWidget {
   // Where pictures are looked at before they are added. It must live as long as the window is used.
   void SetPictures(ModPics& pictures) { pictures_ = &pictures; }
 
-  // Shows a panel at the bottom of the main window and above all others: 0 the picture at the path `sArg`, 1 page
-  // source, 2 page properties, 3 new table, 4 the table's properties. Any other number shows the window as it is.
-  void ShowTool(int iOp, const QString& sArg);
+  // Shows a panel at the bottom of the main window and above all others; `sArg` is the path of the
+  // picture to add. Any other number shows the window as it is.
+  void ShowTool(ToolTask iOp, const QString& sArg);
 
   // Lets the user choose a picture. A GIF or JPG is looked at first, a PNG goes straight into the page.
   void AddPicture(QWidget* owner);

@@ -108,7 +108,7 @@ void FTools::OpenPageProps() {
   const HTMLDocument* const document = view.WBDocument();
   const QString align = document ? UpperAscii(document->body().style().textAlign()) : QString();
   OpBod[align == u"CENTER" ? 1 : align == u"RIGHT" ? 2 : 0]->setChecked(true);
-  ShowTool(2, QString());
+  ShowTool(ToolTask::PageProperties, QString());
 }
 
 void FTools::OnBoxColor(int Index) {

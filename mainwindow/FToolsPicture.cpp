@@ -79,7 +79,7 @@ void FTools::AddPicture(QWidget* owner) {
         TSpec[2]->setText(QString::number(picture->SizeKb));
       }
     }
-    ShowTool(0, path);
+    ShowTool(ToolTask::AddPicture, path);
   } else if (ending == u".PNG") {
     InsertPageHTML(*web_.jWB, QStringLiteral("<IMG SRC=\"%1\">").arg(CopyBesidePages(path)));
   }

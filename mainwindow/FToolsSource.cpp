@@ -39,7 +39,7 @@ void FTools::BuildSourcePanel() {
 
 void FTools::ShowSource() {
   T1->SetText(SourceToEdit(web_.jWB->Source()));
-  ShowTool(1, QString());
+  ShowTool(ToolTask::PageSource, QString());
 }
 
 // OK drops unsaved text without a question. Save Changes reads the page again from the written text, with the page's

@@ -109,7 +109,7 @@ void FTools::LoadTableProps(const HTMLElement& el) {
   Choose(OpH, props.Align);
   Choose(OpHTD, props.CellAlign);
   Choose(OpVTD, props.CellVAlign);
-  ShowTool(4, QString());
+  ShowTool(ToolTask::TableProperties, QString());
 }
 
 // Unlike the other panels it goes without leaving the layer above all others.

@@ -324,10 +324,10 @@ void FWeb::mQuik(int Index) {
 void FWeb::mMakePack() {
   emit HideToolsRequested();
   SavePage(program_.project.CurPageNo(), false);
-  emit OpsRequested(0);
+  emit OpsRequested(OpsTask::WebPack);
 }
 
 void FWeb::mEmail() {
   SavePage(program_.project.CurPageNo(), false);
-  emit OpsRequested(2);
+  emit OpsRequested(OpsTask::Email);
 }

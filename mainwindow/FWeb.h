@@ -8,6 +8,7 @@
 
 #include "FWebTables.h"
 #include "WBUC.h"
+#include "WindowTasks.h"
 
 class QAction;
 class QComboBox;
@@ -114,7 +115,7 @@ class FWeb : public QMainWindow {
  signals:
   void ExitRequested();
   void HideToolsRequested();
-  void ToolRequested(int iOp, const QString& sArg);
+  void ToolRequested(ToolTask iOp, const QString& sArg);
   void AddPictureRequested();
   void TablePropsRequested(const HTMLElement& table);
   void PagePropsRequested();
@@ -123,7 +124,7 @@ class FWeb : public QMainWindow {
   void SettingsRequested();
   void TipRequested(int Index, const QString& Caption);
   void AboutRequested();
-  void OpsRequested(int Kind);
+  void OpsRequested(OpsTask Kind);
   void PicEditorRequested();
   void IconEditorRequested();
 

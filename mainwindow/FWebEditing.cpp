@@ -170,7 +170,7 @@ void FWeb::AddPicture() {
 }
 
 void FWeb::AddTable() {
-  emit ToolRequested(3, QString());
+  emit ToolRequested(ToolTask::NewTable, QString());
 }
 
 void FWeb::SwitchPlaces(int direction) {

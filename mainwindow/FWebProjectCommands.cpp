@@ -78,7 +78,7 @@ void FWeb::mOpenProject() {
     program_.platform.dialogs.ShowMessage(this, StringText(137), MessageIcon::Information);
     return;
   }
-  emit OpsRequested(1);
+  emit OpsRequested(OpsTask::OpenProject);
 }
 
 void FWeb::OpenProject(const QString& Name, const QString& Path) {

@@ -67,32 +67,32 @@ PackFileNames ReadyPackFileNames(const QString& folder, const QString& fileName)
   return names;
 }
 
-int CreateWebPack(Program& program, const QString& folder, const QString& fileName, qint32& sizeBytes) {
+PackResult CreateWebPack(Program& program, const QString& folder, const QString& fileName, qint32& sizeBytes) {
   QString target = folder;
   if (!PathRules::EndsInSeparator(target)) target += QDir::separator();
   target += fileName;
   PreparePackPages(program);
   QString list;
   const int count = program.Files.ListFiles(program.project.WorkPath(), QString(), list);
-  if (count == 0) return 5;
+  if (count == 0) return PackResult::NoFiles;
   const int32_t zipped = ZipWorkFiles(program, list.split(u'*'), count);
   // The archive stays after a failure and the next build deletes it, and that is meant.
-  if (zipped == ZipResult::kCannotOpen) return 7;
-  if (zipped != ZipResult::kGood) return 2;
+  if (zipped == ZipResult::kCannotOpen) return PackResult::FileInUse;
+  if (zipped != ZipResult::kGood) return PackResult::NotCompressed;
   program.Files.DeleteFileIfAny(target);
   RunMessagePass();
   switch (AssembleWebPack(program, target, sizeBytes)) {
-    case 0:
+    case AssemblyResult::Good:
       break;
-    case 2:
-      return 6;
-    case 3:
-      return 3;
-    default:
-      return 4;
+    case AssemblyResult::NoArchive:
+      return PackResult::NoArchive;
+    case AssemblyResult::BadCustomIcon:
+      return PackResult::BadCustomIcon;
+    case AssemblyResult::Failed:
+      return PackResult::NotWritten;
   }
   program.Files.DeleteFileIfAny(ArchivePath(program));
-  return 0;
+  return PackResult::Made;
 }
 
 void PreparePackPages(Program& program) {
@@ -130,18 +130,18 @@ QByteArray AddNextPageLink(const Program& program, const QString& pagePath, cons
   return html.left(bodyEnd) + link + html.mid(bodyEnd);
 }
 
-int AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes) {
+AssemblyResult AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes) {
   sizeBytes = 0;
   const QString archivePath = ArchivePath(program);
-  if (!program.Files.FileExists(archivePath)) return 1;
+  if (!program.Files.FileExists(archivePath)) return AssemblyResult::NoArchive;
   program.Files.DeleteFileIfAny(targetPath);
   program.platform.fileAttributes.Clear(archivePath);
   QByteArray archive;
-  if (!ReadWhole(archivePath, archive)) return 3;
+  if (!ReadWhole(archivePath, archive)) return AssemblyResult::Failed;
 
   QByteArray icon;
   if (program.CurIconName == QStringLiteral("Custom")) {
-    if (!ReadCustomIconImage(program, icon)) return 2;
+    if (!ReadCustomIconImage(program, icon)) return AssemblyResult::BadCustomIcon;
   } else {
     icon = Resource(program.CurIconName);
   }
@@ -151,15 +151,15 @@ int AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeByt
   };
   QFile target(targetPath);
   for (const QByteArray& piece : pieces) {
-    if (piece.isNull()) return 3;
+    if (piece.isNull()) return AssemblyResult::Failed;
   }
-  if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate)) return 3;
+  if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate)) return AssemblyResult::Failed;
   for (const QByteArray& piece : pieces) {
-    if (target.write(piece) != piece.size()) return 3;
+    if (target.write(piece) != piece.size()) return AssemblyResult::Failed;
   }
-  if (!target.flush() || archive.size() > std::numeric_limits<qint32>::max() - kStubSize) return 3;
+  if (!target.flush() || archive.size() > std::numeric_limits<qint32>::max() - kStubSize) return AssemblyResult::Failed;
   sizeBytes = static_cast<qint32>(archive.size()) + kStubSize;
-  return 0;
+  return AssemblyResult::Good;
 }
 
 bool ReadCustomIconImage(Program& program, QByteArray& image) {

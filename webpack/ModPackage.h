@@ -20,9 +20,21 @@ struct PackFileNames {
 // folder goes. Nothing is trimmed.
 PackFileNames ReadyPackFileNames(const QString& folder, const QString& fileName);
 
-// Builds the web-pack `fileName` in `folder` from WorkPath. 0 when it is made, with its size in bytes; otherwise n from
-// 1 to 7, for which string 127 + n tells the user what happened. The pages stay as the build has rewritten them.
-int CreateWebPack(Program& program, const QString& folder, const QString& fileName, qint32& sizeBytes);
+// How a build ends. The numbers are fixed: each failure's text stands that many after the text for a bad folder.
+enum class PackResult {
+  Made = 0,
+  UnknownError = 1,  // has a text, and no build ends so
+  NotCompressed = 2,
+  NotWritten = 3,
+  NoArchive = 4,
+  NoFiles = 5,
+  BadCustomIcon = 6,
+  FileInUse = 7,
+};
+
+// Builds the web-pack `fileName` in `folder` from WorkPath, and tells its size in bytes when it is made. The pages stay
+// as the build has rewritten them.
+PackResult CreateWebPack(Program& program, const QString& folder, const QString& fileName, qint32& sizeBytes);
 
 // Rewrites every page file of WorkPath with bare picture names and the link to the next page, and deletes the pictures
 // that no page uses. Without a page file nothing happens.
@@ -32,9 +44,12 @@ void PreparePackPages(Program& program);
 // page, has no </BODY>, or isn't named like a page.
 QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount);
 
-// Writes stub, icon and WorkPath's `card.zip` into the target: 0 good, with its size in bytes; 1 no archive, 2 custom
-// icon not usable, 3 anything else, with size 0 and perhaps a half-written target.
-int AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes);
+// How the last step of a build ends; the numbers are fixed.
+enum class AssemblyResult { Good = 0, NoArchive = 1, BadCustomIcon = 2, Failed = 3 };
+
+// Writes stub, icon and WorkPath's `card.zip` into the target, and tells its size in bytes. A failure gives size 0 and
+// perhaps a half-written target.
+AssemblyResult AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes);
 
 // The 744 bytes of the assigned custom icon; false when there is none that can be used.
 bool ReadCustomIconImage(Program& program, QByteArray& image);

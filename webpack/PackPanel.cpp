@@ -124,9 +124,9 @@ void PackPanel::Build() {
     program_.Files.DeleteFileIfAny(target);
   }
   qint32 sizeBytes = 0;
-  const int code = CreateWebPack(program_, makePath, makeName, sizeBytes);
-  if (code > 0) {
-    dialogs.ShowMessage(window(), StringText(127 + code));
+  const PackResult result = CreateWebPack(program_, makePath, makeName, sizeBytes);
+  if (result != PackResult::Made) {
+    dialogs.ShowMessage(window(), StringText(127 + int(result)));
     return;
   }
   OfferTestRun(makePath, makeName, sizeBytes);

@@ -65,12 +65,12 @@ class Access : public ProgramTest {
     shown("FWeb", &Web());
     FTools& tools = *run_.modMain.Tools();
     for (int panel = 0; panel < 5; ++panel) {
-      tools.ShowTool(panel, "picture.gif");
+      tools.ShowTool(ToolTask(panel), "picture.gif");
       shown("FTools " + std::to_string(panel), &tools);
     }
     FOps& ops = *run_.modMain.Ops();
     for (int kind = 0; kind < 3; ++kind) {
-      ops.ShowOps(kind);
+      ops.ShowOps(OpsTask(kind));
       shown("FOps " + std::to_string(kind), &ops);
     }
     FSets& sets = *run_.modMain.Sets();

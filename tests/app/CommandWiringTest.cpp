@@ -244,8 +244,12 @@ class Command : public FoldersTest {
   }
   static QString Call(const QSignalSpy& signal, const QList<QVariant>& arguments) {
     QStringList texts;
-    for (const QVariant& argument : arguments)
-      texts += argument.canConvert<HTMLElement>() ? argument.value<HTMLElement>().id() : argument.toString();
+    for (const QVariant& argument : arguments) {
+      const bool isNumber = argument.metaType().flags().testFlag(QMetaType::IsEnumeration);
+      texts += argument.canConvert<HTMLElement>() ? argument.value<HTMLElement>().id()
+               : isNumber                         ? QString::number(argument.toInt())
+                                                  : argument.toString();
+    }
     return QString::fromLatin1(signal.signal()).section(u'(', 0, 0) + u'(' + texts.join(u',') + u')';
   }
   static QSet<QString> Windows() {

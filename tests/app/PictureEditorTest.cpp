@@ -44,7 +44,7 @@ class PictureEditor : public ProgramTest {
 };
 
 TEST_F(PictureEditor, TheMenuOpensItAndTheToolWindowGoes) {
-  Tools().ShowTool(2, QString());
+  Tools().ShowTool(ToolTask::PageProperties, QString());
   ASSERT_TRUE(ToolsAreOnTop());
   for (const char* name : {"cvtemp.bmp", "cvtemp.jpg"}) ASSERT_TRUE(PutFile(run_.PathInApp(name), "x"));
   Viewer().State.JpegCurrent = true;
@@ -78,7 +78,7 @@ TEST_F(PictureEditor, TheToolButtonOpensItToo) {
 
 TEST_F(PictureEditor, OpeningAPictureHidesTheToolWindow) {
   ASSERT_TRUE(run_.Choose("mPicEditor"));
-  Tools().ShowTool(2, QString());
+  Tools().ShowTool(ToolTask::PageProperties, QString());
   OpenPicture(Picture(60, 40));
   EXPECT_TRUE(Viewer().isVisible());
   EXPECT_FALSE(Tools().isVisible());

@@ -260,7 +260,7 @@ TEST_F(WindowTexts, LabelsOfTheWorkWindowStandAsTheyAreAndApart) {
 
 TEST_F(WindowTexts, TheSettingsTakeTheToolWindowAway) {
   FTools& tools = *run_.modMain.Tools();
-  tools.ShowTool(2, QString());
+  tools.ShowTool(ToolTask::PageProperties, QString());
   ASSERT_TRUE(run_.Choose("mSettings"));
   EXPECT_FALSE(tools.isVisible());
   EXPECT_FALSE(tools.windowFlags().testFlag(Qt::WindowStaysOnTopHint));

@@ -140,7 +140,7 @@ TEST_F(PictureNames, OfAnyScriptArriveEverywhere) {
   qint32 size = 0;
   QDir().mkpath(test_.Path("desktop"));
   for (int time = 0; time < 2; ++time) {
-    ASSERT_EQ(CreateWebPack(program(), test_.Path("desktop"), "pack.exe", size), 0);
+    ASSERT_EQ(CreateWebPack(program(), test_.Path("desktop"), "pack.exe", size), PackResult::Made);
     QStringList packed;
     for (const PackedFile& file : FilesInPack(test_.Path("desktop/pack.exe"))) packed += file.name;
     packed.sort();

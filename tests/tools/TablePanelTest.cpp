@@ -5,7 +5,7 @@ namespace {
 class TablePanel : public ToolsTest {
  protected:
   void NewTable(const QString& width, const QString& height) {
-    Tools().ShowTool(3, QString());
+    Tools().ShowTool(ToolTask::NewTable, QString());
     Tools().TTable[0]->setText(width);
     Tools().TTable[1]->setText(height);
   }
@@ -35,9 +35,9 @@ TEST_F(TablePanel, StartsWithItsDesignValues) {
 }
 
 TEST_F(TablePanel, TheLabelTellsTheMode) {
-  Tools().ShowTool(3, QString());
+  Tools().ShowTool(ToolTask::NewTable, QString());
   EXPECT_TRUE(Tools().LabNewTable->isVisible());
-  Tools().ShowTool(4, QString());
+  Tools().ShowTool(ToolTask::TableProperties, QString());
   EXPECT_FALSE(Tools().LabNewTable->isVisible());
 }
 
@@ -243,7 +243,7 @@ TEST_F(TablePanel, WithNothingCurrentAnEditChangesNothing) {
 }
 
 TEST_F(TablePanel, ItsSwatchTouchesNothingButItself) {
-  Tools().ShowTool(3, QString());
+  Tools().ShowTool(ToolTask::NewTable, QString());
   const QString before = View().Source();
   Dialogs().Colors = {0x010203};
   Tools().BoxColor[3]->click();

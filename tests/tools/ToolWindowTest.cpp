@@ -52,7 +52,7 @@ TEST_F(ToolWindow, EachToolHasItsCaptionSizeAndPanel) {
   };
   EXPECT_EQ("  Create new table   ", Tools().FrTool[3]->Caption());
   for (const Row& row : rows) {
-    Tools().ShowTool(row.tool, "x");
+    Tools().ShowTool(ToolTask(row.tool), "x");
     EXPECT_TRUE(Tools().isVisible());
     EXPECT_FALSE(Tools().isModal());
     EXPECT_TRUE(IsOnTop());
@@ -72,7 +72,7 @@ TEST_F(ToolWindow, StandsAtTheMiddleOfTheMainWindowsLowerEdge) {
     Web().setGeometry(place);
     run_.Settle();
     for (const int tool : {0, 2}) {
-      Tools().ShowTool(tool, QString());
+      Tools().ShowTool(ToolTask(tool), QString());
       run_.Settle();
       const QRect own = Tools().frameGeometry();
       const QRect main = Web().frameGeometry();
@@ -83,12 +83,12 @@ TEST_F(ToolWindow, StandsAtTheMiddleOfTheMainWindowsLowerEdge) {
 }
 
 TEST_F(ToolWindow, AnotherNumberHidesPlacesAndShowsTheWindowAsItIs) {
-  Tools().ShowTool(2, QString());
+  Tools().ShowTool(ToolTask::PageProperties, QString());
   Tools().TTable[0]->clearFocus();
   for (const int tool : {-1, 5, 99}) {
     Tools().move(3, 3);
     HideWatch watch(Tools());
-    Tools().ShowTool(tool, "ignored");
+    Tools().ShowTool(ToolTask(tool), "ignored");
     EXPECT_EQ(1, watch.Hidden);
     EXPECT_TRUE(Tools().isVisible());
     EXPECT_TRUE(IsOnTop());
@@ -102,26 +102,26 @@ TEST_F(ToolWindow, AnotherNumberHidesPlacesAndShowsTheWindowAsItIs) {
 TEST_F(ToolWindow, EveryNumberAboveTwoGivesTheTableWidthTheFocus) {
   for (const auto& [tool, gives] :
        {std::pair(0, false), {1, false}, {2, false}, {3, true}, {4, true}, {7, true}, {-7, false}}) {
-    Tools().ShowTool(3, QString());
+    Tools().ShowTool(ToolTask::NewTable, QString());
     Tools().bOKTable[1]->setFocus();
-    Tools().ShowTool(tool, QString());
+    Tools().ShowTool(ToolTask(tool), QString());
     EXPECT_EQ(gives, Tools().focusWidget() == Tools().TTable[0]) << tool;
   }
 }
 
 TEST_F(ToolWindow, TheTitleBarClosesItAndTakesItOutOfTheTopLayer) {
-  Tools().ShowTool(2, QString());
+  Tools().ShowTool(ToolTask::PageProperties, QString());
   ASSERT_TRUE(IsOnTop());
   Tools().close();
   EXPECT_FALSE(Tools().isVisible());
   EXPECT_FALSE(IsOnTop());
   // It is still there.
-  Tools().ShowTool(1, QString());
+  Tools().ShowTool(ToolTask::PageSource, QString());
   EXPECT_TRUE(Tools().isVisible());
 }
 
 TEST_F(ToolWindow, HidesWhenTheWebPackPanelOpens) {
-  Tools().ShowTool(2, QString());
+  Tools().ShowTool(ToolTask::PageProperties, QString());
   run_.Choose("mMakePack");
   EXPECT_FALSE(Tools().isVisible());
   EXPECT_FALSE(IsOnTop());
@@ -240,7 +240,7 @@ TEST_F(ToolWindow, NothingIsCutOffWithAnyUsualFont) {
     QApplication::setFont(font);
     for (int tool = 0; tool <= 4; ++tool) {
       SCOPED_TRACE(testing::Message() << "tool " << tool << ", " << points << " points");
-      Tools().ShowTool(tool, "a.gif");
+      Tools().ShowTool(ToolTask(tool), "a.gif");
       run_.Settle();
       int seen = 0;
       for (const QWidget* control : Tools().FrTool[std::size_t(std::min(tool, 3))]->findChildren<QWidget*>()) {

@@ -51,7 +51,7 @@ class Package : public ::testing::Test {
   bool IsThere(const QString& name) const { return QFile::exists(test_.WorkFile(name)); }
   int Create(const QString& name = "pack.exe") {
     size_ = -1;
-    return CreateWebPack(test_.program, test_.Path("desktop"), name, size_);
+    return int(CreateWebPack(test_.program, test_.Path("desktop"), name, size_));
   }
   QString Target() const { return test_.Path("desktop/pack.exe"); }
   void AssignIcon(const QByteArray& bytes) {
@@ -266,7 +266,7 @@ TEST_F(Package, TheFolderMayEndInASeparator) {
   Put("wgcard.html", kPage);
   for (const char* folder : {"desktop", "desktop/"}) {
     qint32 size = 0;
-    EXPECT_EQ(0, CreateWebPack(test_.program, test_.Path(folder), "pack.exe", size));
+    EXPECT_EQ(PackResult::Made, CreateWebPack(test_.program, test_.Path(folder), "pack.exe", size));
     EXPECT_TRUE(QFile::remove(Target()));
   }
 }
@@ -302,10 +302,10 @@ TEST(PackageOfAnOrdinaryUser, AFileThatMayNotBeReadGives7) {
   ASSERT_TRUE(PutFile(test.WorkFile("playing.wav"), "x"));
   ASSERT_EQ(0, ::chmod(qPrintable(test.WorkFile("playing.wav")), 0));
   qint32 size = -1;
-  EXPECT_EQ(7, CreateWebPack(test.program, test.Path("desktop"), "pack.exe", size));
+  EXPECT_EQ(PackResult::FileInUse, CreateWebPack(test.program, test.Path("desktop"), "pack.exe", size));
   EXPECT_FALSE(QFile::exists(test.Path("desktop/pack.exe")));
   ASSERT_EQ(0, ::chmod(qPrintable(test.WorkFile("playing.wav")), 0600));
-  EXPECT_EQ(0, CreateWebPack(test.program, test.Path("desktop"), "pack.exe", size));
+  EXPECT_EQ(PackResult::Made, CreateWebPack(test.program, test.Path("desktop"), "pack.exe", size));
 }
 
 // Found in time by the check of all files, but for this one the answer changes in between.
@@ -366,7 +366,7 @@ TEST_F(Package, ACustomIconDiffersOnlyInItsPlace) {
 TEST_F(Package, AssembleWithoutAnArchiveGives1) {
   qint32 size = -1;
   ASSERT_TRUE(PutFile(Target(), "old"));
-  EXPECT_EQ(1, AssembleWebPack(test_.program, Target(), size));
+  EXPECT_EQ(AssemblyResult::NoArchive, AssembleWebPack(test_.program, Target(), size));
   EXPECT_EQ("old", FileBytes(Target()));
 }
 
@@ -374,7 +374,7 @@ TEST_F(Package, TheArchivesAttributesAreClearedBeforeItIsRead) {
   Put("card.zip", "archive");
   ASSERT_TRUE(test_.platform.attributes.Set(test_.WorkFile("card.zip"), AttributeReadOnly | AttributeHidden));
   qint32 size = -1;
-  ASSERT_EQ(0, AssembleWebPack(test_.program, Target(), size));
+  ASSERT_EQ(AssemblyResult::Good, AssembleWebPack(test_.program, Target(), size));
   EXPECT_EQ(0x13000 + 7, size);
   EXPECT_EQ(AttributeNormal, test_.platform.attributes.Get(test_.WorkFile("card.zip")));
 }
