@@ -108,7 +108,8 @@ bool ModMain::AskAboutSaving() {
     if (answer == MessageAnswer::Yes) web_->SavePage(program_.project.CurPageNo(), false);
     return answer != MessageAnswer::Cancel;
   }
-  const auto answer = dialogs.ShowMessage(web_.get(), StringText(187), MessageIcon::None, MessageButtons::YesNoCancel);
+  const auto answer = dialogs.ShowMessage(web_.get(), StringText(TextNumber::SaveBeforeClosing), MessageIcon::None,
+                                          MessageButtons::YesNoCancel);
   // Copies the files as they stand; the page in view isn't written, and giving up the save doesn't stop the exit.
   if (answer == MessageAnswer::Yes) web_->SaveProject();
   return answer != MessageAnswer::Cancel;

@@ -23,9 +23,9 @@ QString ViewedCopy(const QString& path) {
 void OpenHelp(Program& program, QWidget* Owner) {
   const QString path = PathRules::Join(program.AppPath, QStringLiteral("cvn2.hlp"));
   if (!program.Files.FileExists(path)) {
-    program.platform.dialogs.ShowMessage(Owner, StringText(145));
+    program.platform.dialogs.ShowMessage(Owner, StringText(TextNumber::HelpFileMissing));
     return;
   }
   if (program.platform.shell.OpenFile(nullptr, ViewedCopy(path), QString(), ShowMode::Normal) < firstSuccess)
-    program.platform.dialogs.ShowMessage(Owner, StringText(146));
+    program.platform.dialogs.ShowMessage(Owner, StringText(TextNumber::HelpFileNotOpened));
 }

@@ -230,7 +230,7 @@ void EmailPanel::OnEmailClick(int Index) {
       if (MUC_.EmailAvailable()) {
         SaveEmailCopy();
       } else {
-        program_.platform.dialogs.ShowMessage(window(), StringText(136));
+        program_.platform.dialogs.ShowMessage(window(), StringText(TextNumber::NoFinishedEmail));
       }
       break;
   }
@@ -247,13 +247,13 @@ bool EmailPanel::ReadAddresses(QString& to, QString& from, QString& server) cons
 void EmailPanel::Send() {
   Dialogs& dialogs = program_.platform.dialogs;
   if (!MUC_.IsOnline()) {
-    dialogs.ShowMessage(window(), StringText(152));
+    dialogs.ShowMessage(window(), StringText(TextNumber::NotOnline));
     return;
   }
   bEmail[2]->setEnabled(false);
   QString to, from, server;
   if (!ReadAddresses(to, from, server)) {
-    dialogs.ShowMessage(window(), StringText(168));
+    dialogs.ShowMessage(window(), StringText(TextNumber::EmailFieldsMissing));
     return;
   }
   ShowStatus(StringText(FixedText::PreparingEmail));
@@ -311,8 +311,8 @@ void EmailPanel::SaveEmailCopy() {
   window()->activateWindow();
   if (path.isEmpty()) return;
   if (program_.Files.FileExists(path)) {
-    const MessageAnswer answer =
-        program_.platform.dialogs.ShowMessage(window(), StringText(105), MessageIcon::None, MessageButtons::OkCancel);
+    const MessageAnswer answer = program_.platform.dialogs.ShowMessage(window(), StringText(TextNumber::ReplaceFile),
+                                                                       MessageIcon::None, MessageButtons::OkCancel);
     if (answer != MessageAnswer::Ok) return;
     program_.Files.DeleteFileIfAny(path);
   }

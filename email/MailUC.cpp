@@ -109,7 +109,11 @@ int MailUC::OpenWinsock() {
   struct Failure {
     int winsockError, stringNumber, code;
   };
-  constexpr Failure failures[] = {{10091, 147, 1}, {10092, 148, 2}, {10036, 149, 3}, {10067, 150, 4}, {10014, 151, 5}};
+  constexpr Failure failures[] = {{10091, TextNumber::NetworkNotReady, 1},
+                                  {10092, TextNumber::NoSuchWinsock, 2},
+                                  {10036, TextNumber::WinsockBlocked, 3},
+                                  {10067, TextNumber::TooManyWinsockTasks, 4},
+                                  {10014, TextNumber::BadWinsockParameter, 5}};
   const int error = platform_.sockets.StartUp();
   if (error == 0) return kGood;
   for (const Failure& failure : failures) {
@@ -155,14 +159,14 @@ void MailUC::DisConnect() {
 
 // String number of what is wrong with what was told so far; 0 for nothing.
 int MailUC::FirstFailedCheck() const {
-  if (!IsOnline()) return 152;
-  if (IsConnectionProxy()) return 153;
-  if (fields_.Server.isEmpty()) return 154;
-  if (fields_.FromEmail.isEmpty()) return 156;
-  if (!fields_.FromEmail.contains('@')) return 157;
-  if (fields_.ToEmail.isEmpty()) return 158;
-  if (!fields_.ToEmail.contains('@')) return 159;
-  if (message_.IsEmpty()) return 160;
+  if (!IsOnline()) return TextNumber::NotOnline;
+  if (IsConnectionProxy()) return TextNumber::OnlineByProxy;
+  if (fields_.Server.isEmpty()) return TextNumber::NoServer;
+  if (fields_.FromEmail.isEmpty()) return TextNumber::NoSender;
+  if (!fields_.FromEmail.contains('@')) return TextNumber::BadSender;
+  if (fields_.ToEmail.isEmpty()) return TextNumber::NoRecipient;
+  if (!fields_.ToEmail.contains('@')) return TextNumber::BadRecipient;
+  if (message_.IsEmpty()) return TextNumber::NoEmailText;
   return 0;
 }
 
@@ -171,9 +175,8 @@ int MailUC::CloseAndFail(int stringNumber, QString& sErr) {
   if (sockHandle_ > 0) sockets.Close(sockHandle_);
   sockHandle_ = 0;
   // The number follows the text without a blank, and is asked for only now.
-  constexpr int unresolved = 162;
   sErr = StringText(stringNumber);
-  if (stringNumber != unresolved) sErr += QString::number(sockets.LastError());
+  if (stringNumber != TextNumber::ServerNotFound) sErr += QString::number(sockets.LastError());
   return errId_ = stringNumber;
 }
 
@@ -198,13 +201,13 @@ int MailUC::ConnectAndSend(QString& sErr) {
 
   Sockets& sockets = platform_.sockets;
   sockHandle_ = sockets.Open();
-  if (sockHandle_ == -1) return CloseAndFail(161, sErr);
+  if (sockHandle_ == -1) return CloseAndFail(TextNumber::NoSocket, sErr);
   const auto address = sockets.Resolve(fields_.Server);
-  if (!address) return CloseAndFail(162, sErr);
-  if (!sockets.Connect(sockHandle_, *address, port_)) return CloseAndFail(163, sErr);
+  if (!address) return CloseAndFail(TextNumber::ServerNotFound, sErr);
+  if (!sockets.Connect(sockHandle_, *address, port_)) return CloseAndFail(TextNumber::NotConnected, sErr);
   smtpState_ = State::WaitsForGreeting;
   if (!sockets.StartNotices(sockHandle_, [this](SocketNotice notice) { OnNotice(notice); }))
-    return CloseAndFail(164, sErr);
+    return CloseAndFail(TextNumber::NoSocketNotices, sErr);
   asyncOn_ = true;
   errId_ = 0;
   emit OnConnect();

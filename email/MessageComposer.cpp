@@ -27,7 +27,8 @@ bool FileIsThere(const QString& path) {
 
 QByteArray BuildPlainText() {
   QByteArray text;
-  for (const int number : {165, 166, 167}) text += StringText(number).toLatin1() + kEnd;
+  for (const int number : {TextNumber::PlainEmailLine1, TextNumber::PlainEmailLine2, TextNumber::PlainEmailLine3})
+    text += StringText(number).toLatin1() + kEnd;
   return text + kEnd;
 }
 

@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr int kNoMask = 144;
-
 QString PlainTitle() {
   return QStringLiteral("Icon Editor");
 }
@@ -150,7 +148,7 @@ void fIconMaker::mOpen() {
                                       QStringLiteral("*.bmp;*.jpg;*.gif;*.ico"));
   if (name.isEmpty() || !program_.Files.FileExists(name)) return;
   ClearImage();
-  if (!OpenImage(Surfaces, name)) program_.platform.dialogs.ShowMessage(this, StringText(kNoMask));
+  if (!OpenImage(Surfaces, name)) program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoIconMask));
   bUndo->setEnabled(false);
   // Any other picture is only a beginning: Save doesn't go back to it.
   if (!HasIconSuffix(name)) return;

@@ -118,7 +118,7 @@ void FTools::OnOKTable(int Index) {
   if (!guard) return;
   if (Index == 0) {
     if (!IsNumeric(TTable[0]->text()) || !IsNumeric(TTable[1]->text())) {
-      program_.platform.dialogs.ShowMessage(this, StringText(140), MessageIcon::Information);
+      program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::BadTableSize), MessageIcon::Information);
       return;
     }
     ApplyToTable();

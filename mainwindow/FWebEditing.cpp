@@ -157,7 +157,7 @@ void FWeb::bSel(int Index) {
   if (!guard) return;
   const WorkRow& row = WorkRows()[std::size_t(Index)];
   if (row.needsElement && !jWB->HasCurrentElement()) {
-    program_.platform.dialogs.ShowMessage(this, StringText(108));
+    program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoElementSelected));
   } else if (row.command) {
     (this->*row.command)();
   } else {
@@ -185,7 +185,7 @@ void FWeb::MoveOneSpace(int direction) {
 void FWeb::AddLink() {
   Dialogs& dialogs = program_.platform.dialogs;
   if (jWB->SelText().isEmpty()) {
-    dialogs.ShowMessage(this, StringText(113));
+    dialogs.ShowMessage(this, StringText(TextNumber::NoTextForLink));
     return;
   }
   const QString url = dialogs.AskText(this, StringText(FixedText::EnterUrl), StringText(FixedText::CreateLinkTitle),
@@ -194,7 +194,7 @@ void FWeb::AddLink() {
 }
 
 void FWeb::ReportMoveResult(int code) {
-  static constexpr int numbers[] = {0, 108, 110, 111};
+  static constexpr int numbers[] = {0, TextNumber::NoElementSelected, TextNumber::NotMovable, TextNumber::NoNeighbour};
   if (code < WBUC::NoElementSelected || code > WBUC::NoNeighbour) return;
   program_.platform.dialogs.ShowMessage(this, StringText(numbers[code]), MessageIcon::None);
 }

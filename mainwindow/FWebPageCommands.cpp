@@ -101,8 +101,8 @@ void FWeb::mSavePageFil() {
                      QStringLiteral("*.html"), QStringLiteral("html"));
   if (chosen.isEmpty()) return;
   if (program_.Files.FileExists(chosen)) {
-    if (program_.platform.dialogs.ShowMessage(this, StringText(105), MessageIcon::None, MessageButtons::OkCancel) !=
-        MessageAnswer::Ok)
+    if (program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::ReplaceFile), MessageIcon::None,
+                                              MessageButtons::OkCancel) != MessageAnswer::Ok)
       return;
     program_.Files.DeleteFileIfAny(chosen);
   }

@@ -13,7 +13,8 @@
 void FWeb::mNewProject() {
   const BusyGuard guard(Busy);
   if (!guard) return;
-  if (program_.platform.dialogs.ShowMessage(this, StringText(125), MessageIcon::Question, MessageButtons::OkCancel,
+  if (program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::DiscardWork), MessageIcon::Question,
+                                            MessageButtons::OkCancel,
                                             StringText(FixedText::DiscardTitle)) != MessageAnswer::Ok)
     return;
   program_.project.StartNew();
@@ -38,10 +39,10 @@ void FWeb::SaveProject() {
   files.EnsureFolder(saved);
   QString answer;
   while (true) {
-    answer = dialogs.AskText(this, StringText(186), StringText(FixedText::SaveProjectTitle));
+    answer = dialogs.AskText(this, StringText(TextNumber::EnterProjectName), StringText(FixedText::SaveProjectTitle));
     if (answer.isEmpty()) return;
     if (UpperAscii(answer) == UpperAscii(Project::UnsavedName())) {
-      dialogs.ShowMessage(this, StringText(184), MessageIcon::Information);
+      dialogs.ShowMessage(this, StringText(TextNumber::NameReserved), MessageIcon::Information);
       // No name may lead to a folder that isn't a project's own: it would be replaced.
     } else if (PathRules::StaysBelow(saved, answer)) {
       break;
@@ -49,8 +50,8 @@ void FWeb::SaveProject() {
   }
   const QString target = PathRules::Join(saved, answer);
   if (files.FolderExists(target)) {
-    if (dialogs.ShowMessage(this, StringText(185), MessageIcon::Question, MessageButtons::OkCancel) !=
-        MessageAnswer::Ok)
+    if (dialogs.ShowMessage(this, StringText(TextNumber::ReplaceProject), MessageIcon::Question,
+                            MessageButtons::OkCancel) != MessageAnswer::Ok)
       return;
     files.RemoveTree(target);
   }
@@ -75,7 +76,7 @@ void FWeb::mOpenProject() {
   int count = 0;
   if (program_.Files.FolderExists(saved)) program_.Files.ListFolders(saved, count);
   if (count == 0) {
-    program_.platform.dialogs.ShowMessage(this, StringText(137), MessageIcon::Information);
+    program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoSavedProjects), MessageIcon::Information);
     return;
   }
   emit OpsRequested(OpsTask::OpenProject);

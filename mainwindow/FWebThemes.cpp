@@ -43,7 +43,8 @@ void FWeb::SetThemeBitmaps() {
 bool FWeb::ApplyTheme(const QString& picture, const QString& color, bool removesHeartFirst) {
   const QString sample = PathRules::Join(PathRules::Join(program_.AppPath, QStringLiteral("samples")), picture);
   if (!program_.Files.FileExists(sample)) {
-    program_.platform.dialogs.ShowMessage(this, StringText(141) + picture + StringText(142));
+    program_.platform.dialogs.ShowMessage(
+        this, StringText(TextNumber::ThemeFileBefore) + picture + StringText(TextNumber::ThemeFileAfter));
     return false;
   }
   if (removesHeartFirst) RemoveHeartPic();
@@ -62,7 +63,7 @@ void FWeb::mmtheme(int Index) {
   const QString sample = PathRules::Join(PathRules::Join(program_.AppPath, QStringLiteral("samples")), name);
   if (!program_.Files.FileExists(sample)) return;
   CopyIfMissing(program_, sample, name);
-  jWB->AddNewElement(StringText(143));
+  jWB->AddNewElement(StringText(TextNumber::HeartPicture));
 }
 
 void FWeb::mmthemeS(int Index) {

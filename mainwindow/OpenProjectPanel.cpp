@@ -97,7 +97,7 @@ void OpenProjectPanel::Open() {
   QString name;
   const QString path = HasSelection() ? SelectedPath(name) : QString();
   if (path.isEmpty()) {
-    dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
+    dialogs.ShowMessage(this, StringText(TextNumber::NoProjectSelected), MessageIcon::Information);
     return;
   }
   web_.OpenProject(name, path);
@@ -107,7 +107,7 @@ void OpenProjectPanel::Open() {
 void OpenProjectPanel::Delete() {
   Dialogs& dialogs = program_.platform.dialogs;
   if (!HasSelection()) {
-    dialogs.ShowMessage(this, StringText(138), MessageIcon::Information);
+    dialogs.ShowMessage(this, StringText(TextNumber::NoProjectSelected), MessageIcon::Information);
     return;
   }
   QString name;

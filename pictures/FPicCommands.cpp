@@ -17,13 +17,6 @@
 
 namespace {
 
-constexpr int kBadPercentage = 101;
-constexpr int kNoPicture = 102;
-constexpr int kBadQuality = 103;
-constexpr int kSavingFailed = 104;
-constexpr int kReplaceFile = 105;
-constexpr int kNoCropArea = 188;
-
 // A number beyond 16 bits, at which a command ends without a word.
 bool IsBeyond(const QString& text) {
   return IsNumeric(text) && !ToInteger16(text);
@@ -96,7 +89,7 @@ void FPic::TakeKeysBack() {
 
 bool FPic::HasPicture() {
   if (IsViewerVisible()) return true;
-  Tell(kNoPicture);
+  Tell(TextNumber::NoPictureOpen);
   return false;
 }
 
@@ -129,7 +122,7 @@ void FPic::OnSaveJPG() {
                      QStringLiteral("*.jpg"), QStringLiteral("jpg"));
   if (self && !name.isEmpty() && MayWrite(name)) {
     const bool saved = pics_->NView.SavePictureAsJpeg(name);
-    if (!saved && self) Tell(kSavingFailed);
+    if (!saved && self) Tell(TextNumber::SavingFailed);
     if (viewer) viewer->State.JpegCurrent = false;
   }
   if (!self || !viewer) return;
@@ -141,7 +134,7 @@ void FPic::OnSaveJPG() {
 bool FPic::MayWrite(const QString& path) {
   if (!program_.Files.FileExists(path)) return true;
   const MessageAnswer answer = program_.platform.dialogs.ShowMessage(
-      this, StringText(kReplaceFile), MessageIcon::Information, MessageButtons::OkCancel);
+      this, StringText(TextNumber::ReplaceFile), MessageIcon::Information, MessageButtons::OkCancel);
   if (answer != MessageAnswer::Ok) return false;
   program_.Files.DeleteFileIfAny(path);
   return true;
@@ -151,7 +144,7 @@ void FPic::OnCrop() {
   const BusyGuard guard(Busy, this);
   if (!guard || !HasPicture()) return;
   if (!viewer_->State.CropDefined) {
-    Tell(kNoCropArea);
+    Tell(TextNumber::NoCropArea);
     return;
   }
   const QPointer<fBitmap> viewer = viewer_;
@@ -170,7 +163,7 @@ void FPic::OnResize() {
   if (IsBeyond(text)) return;
   const std::optional<qint16> N = ToInteger16(text);
   if (!N || !IsPercentage(*N)) {
-    Tell(kBadPercentage);
+    Tell(TextNumber::BadPercentage);
     return;
   }
   const QPointer<fBitmap> viewer = viewer_;
@@ -186,7 +179,7 @@ void FPic::OnCompress() {
   if (IsBeyond(text)) return;
   const std::optional<qint16> Q = ToInteger16(text);
   if (!Q || !IsQuality(*Q)) {
-    Tell(kBadQuality);
+    Tell(TextNumber::BadQuality);
     return;
   }
   const QPointer<fBitmap> viewer = viewer_;

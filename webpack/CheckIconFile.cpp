@@ -35,9 +35,8 @@ int Check(ModFileOps& files, const QString& path) {
 }  // namespace
 
 int CheckIconFile(ModFileOps& Files, const QString& Path, QString& Message) {
-  constexpr int kFirstMessage = 117;
   const int code = Check(Files, Path);
-  Message = code == 0 ? QString() : StringText(kFirstMessage + code - 1);
+  Message = code == 0 ? QString() : StringText(TextNumber::FirstOfIconChecks + code - 1);
   if (code == 1 || code == 2) Message += QStringLiteral("\r\n") + Path;
   return code;
 }

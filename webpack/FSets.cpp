@@ -38,9 +38,9 @@ QString FSets::IconFolder() const {
 }
 
 void FSets::BrowseForPath() {
-  const QString folder = BrowseForFolder(program_, this, StringText(114));
+  const QString folder = BrowseForFolder(program_, this, StringText(TextNumber::ChooseDefaultPackFolder));
   if (folder.isEmpty() || !program_.Files.FolderExists(folder)) {
-    program_.platform.dialogs.ShowMessage(this, StringText(115));
+    program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoSuchFolder));
     return;
   }
   tPath->setText(folder);
@@ -48,7 +48,7 @@ void FSets::BrowseForPath() {
 
 void FSets::ApplyPath() {
   if (!program_.Files.FolderExists(tPath->text())) {
-    program_.platform.dialogs.ShowMessage(this, StringText(115));
+    program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoSuchFolder));
     return;
   }
   program_.CardFolder = tPath->text();
@@ -82,7 +82,8 @@ void FSets::ApplyIcon() {
   Settings::Save(store, Settings::CurIconNum, QString::number(index));
   if (index != kCustomIcon) return;
   const QString icon = PathRules::Join(IconFolder(), Settings::Get(store, Settings::CustomIcon));
-  if (!program_.Files.FileExists(icon)) program_.platform.dialogs.ShowMessage(this, StringText(116));
+  if (!program_.Files.FileExists(icon))
+    program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoCustomIcon));
 }
 
 void FSets::OpenCustomIcons() {
@@ -152,7 +153,7 @@ void FSets::UseIcon() {
   const QPixmap picture(path);
   if (!picture.isNull()) ImCustom->setPixmap(picture);
   Settings::Save(program_.platform.settings, Settings::CustomIcon, name);
-  dialogs.ShowMessage(this, StringText(124));
+  dialogs.ShowMessage(this, StringText(TextNumber::IconIsForCustom));
 }
 
 void FSets::CloseCustomIcons() {

@@ -125,7 +125,7 @@ QByteArray AddNextPageLink(const Program& program, const QString& pagePath, cons
   if (bodyEnd < 0) return html;
   const int pageNumber = PageNumberOf(pagePath);
   if (pageNumber < 0 || pageNumber >= pageCount) return html;
-  const QByteArray link = program.BrClear + "<BR>" + StringText(135).toLatin1() + "Page" +
+  const QByteArray link = program.BrClear + "<BR>" + StringText(TextNumber::NextPageLink).toLatin1() + "Page" +
                           QByteArray::number(pageNumber + 1) + ".html\">" + linkText + "</A></FONT></DIV><BR><BR>";
   return html.left(bodyEnd) + link + html.mid(bodyEnd);
 }

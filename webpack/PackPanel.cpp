@@ -112,21 +112,21 @@ void PackPanel::Build() {
   Dialogs& dialogs = program_.platform.dialogs;
   const auto [makePath, makeName] = ReadyPackFileNames(tMakePath->text(), tMakeFileName->text());
   if (!program_.Files.FolderExists(makePath)) {
-    dialogs.ShowMessage(window(), StringText(127));
+    dialogs.ShowMessage(window(), StringText(TextNumber::BadPackFolder));
     return;
   }
   program_.Files.DeleteFileIfAny(PathRules::Join(program_.project.WorkPath(), QStringLiteral("card.zip")));
   const QString target = PathRules::Join(makePath, makeName);
   if (program_.Files.FileExists(target)) {
-    const MessageAnswer answer =
-        dialogs.ShowMessage(window(), StringText(105), MessageIcon::Question, MessageButtons::OkCancel);
+    const MessageAnswer answer = dialogs.ShowMessage(window(), StringText(TextNumber::ReplaceFile),
+                                                     MessageIcon::Question, MessageButtons::OkCancel);
     if (answer != MessageAnswer::Ok) return;
     program_.Files.DeleteFileIfAny(target);
   }
   qint32 sizeBytes = 0;
   const PackResult result = CreateWebPack(program_, makePath, makeName, sizeBytes);
   if (result != PackResult::Made) {
-    dialogs.ShowMessage(window(), StringText(127 + int(result)));
+    dialogs.ShowMessage(window(), StringText(TextNumber::BadPackFolder + int(result)));
     return;
   }
   OfferTestRun(makePath, makeName, sizeBytes);
@@ -152,9 +152,9 @@ void PackPanel::OfferTestRun(const QString& makePath, const QString& makeName, q
 }
 
 void PackPanel::Browse() {
-  const QString folder = BrowseForFolder(program_, window(), StringText(126));
+  const QString folder = BrowseForFolder(program_, window(), StringText(TextNumber::ChoosePackFolder));
   if (!program_.Files.FolderExists(folder)) {
-    program_.platform.dialogs.ShowMessage(window(), StringText(115));
+    program_.platform.dialogs.ShowMessage(window(), StringText(TextNumber::NoSuchFolder));
     return;
   }
   tMakePath->setText(folder);
