@@ -98,6 +98,7 @@ TEST_F(EditingCommands, AnUnknownFontOrSizeLeavesTheControlAsItIs) {
   EXPECT_EQ(Web().BoxSize->currentIndex(), 4);
 }
 
+// Meant in FWeb::OnClick: a click on a link leaves the font controls as they are.
 TEST_F(EditingCommands, AClickOnALinkShowsTheBarButLeavesTheFontControls) {
   Page("<font color='#010203' size='6'><a id='l' href='x'>one</a></font>");
   PlaceCaret("l", 1);
@@ -113,6 +114,7 @@ TEST_F(EditingCommands, ASelectionLeavesTheFontControls) {
   EXPECT_EQ(Web().BoxSize->currentIndex(), 2);
 }
 
+// Meant in FWeb::MoveCaret: the caret bar stays where it is when the window or the page changes.
 TEST_F(EditingCommands, TheBarStaysWhereItIsWhenTheWindowOrThePageChanges) {
   Page(two);
   Click("a");
@@ -176,6 +178,7 @@ TEST_F(EditingCommands, ListsSetByCodeFormatNothing) {
   EXPECT_EQ(Body(), two);
 }
 
+// Meant in FWeb::mMakeTBlock: a text block is made by giving the text the colour that it has already.
 TEST_F(EditingCommands, ATextBlockIsMadeByTheColourThatTheTextHasAlready) {
   Page("<font id='a'>one</font>");
   View().SetBodyFontColor("#112233");
@@ -196,6 +199,7 @@ TEST_F(EditingCommands, ApplyFontTakesFaceSizeAndColourOfTheControls) {
 
 // --- the Work Window
 
+// Meant in FWeb::OnDoubleClick: only a double click switches the buttons that move an element.
 TEST_F(EditingCommands, TheMovingButtonsAreSwitchedByADoubleClickAlone) {
   Page(two + "<img id='i'><table><tr><td id='c'><font>x</font></td></tr></table>");
   const auto on = [&] { return Web().FrWork->FrSel->isEnabled() && Web().FrWork->LabSel->isEnabled(); };
@@ -251,6 +255,7 @@ TEST_F(EditingCommands, MovesThatCantBeMadeTellWhy) {
   EXPECT_EQ(LastBox().text, StringText(110));
 }
 
+// Meant in FWeb::bSel: moving back with nothing current is told with another icon than moving forward.
 TEST_F(EditingCommands, BackNeedsACurrentElementAndTellsOtherwiseThanForward) {
   Page("<p id='p'>x</p><font id='a'>one</font>");
   DoubleClick("a");
@@ -283,6 +288,7 @@ TEST_F(EditingCommands, ALinkNeedsSelectedText) {
   EXPECT_TRUE(run_.Dialogs().Questions.isEmpty());
 }
 
+// Meant in FWeb::AddLink: the address that the question about a link offers is taken as an answer.
 TEST_F(EditingCommands, TheOfferedAddressIsAValidAnswer) {
   Page(two);
   Select("a", 0, 3);
@@ -495,6 +501,7 @@ TEST_F(EditingCommands, ACellMoreThanThreeStepsBelowItsTableHasNoTableProperties
   EXPECT_EQ(asked.count(), 1);
 }
 
+// Meant in FWeb::mTableProps: the table's properties can be asked for where nothing is current, and nothing happens.
 TEST_F(EditingCommands, TablePropertiesAreOnForACellWithoutACurrentElementAndDoNothing) {
   Page("<table id='t'><tr><td id='c'>x</td></tr></table>");
   QSignalSpy asked(&Web(), &FWeb::TablePropsRequested);

@@ -90,6 +90,7 @@ TEST_F(MainWindow, TheWorkWindowGoesDownAndUp) {
   EXPECT_EQ("6", Web().FrWork->UpCaption());
 }
 
+// Meant in FWeb::LowerWorkWindow: after a resize the first click on the Work Window's head only flips its symbol.
 TEST_F(MainWindow, AfterAResizeTheFirstClickOnlyFlipsTheCaption) {
   Resize(801, 601);
   ClickHead();
@@ -344,6 +345,7 @@ TEST_F(MainWindow, TheHoverLabelNamesWhatTheMouseIsOn) {
   }
 }
 
+// Meant in FWeb::OnElementHover: over a link the label tells the address of the current element, not of that link.
 TEST_F(MainWindow, OverALinkTheHoverLabelTellsTheAddressOfTheCurrentElement) {
   run_.browser->SetHtml(PageAround("<A id='one' href='one.html'>one</A><A id='two' href='two.html'>two</A>"));
   emit View().ElementHover("A");

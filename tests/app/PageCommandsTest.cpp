@@ -87,6 +87,7 @@ TEST_F(PageCommands, TheToolOfANewPageDoesTheSame) {
   ExpectPage(3);
 }
 
+// Meant in FWeb::mSavePage: saving doesn't ask whether the program is busy.
 TEST_F(PageCommands, SavingWritesThePageAsItStandsEvenWhileBusy) {
   OpenPageTwoWithAnEdit();
   const Tree before = TreeOf();
@@ -104,6 +105,7 @@ TEST_F(PageCommands, TheToolOfSavingDoesTheSameEvenWhileBusy) {
   EXPECT_EQ((Tree{{"card/Page2.html", view_}}), Changes(before, TreeOf()));
 }
 
+// Meant in FWeb::mRefresh: refreshing doesn't ask whether the program is busy.
 TEST_F(PageCommands, RefreshWritesThePageWithoutPathsAndLoadsItEvenWhileBusy) {
   OpenPageTwoWithAnEdit();
   const Tree before = TreeOf();
@@ -165,6 +167,7 @@ TEST_F(PageCommands, TheExitOfANamedProjectWritesThePageAsItStands) {
   EXPECT_EQ((Tree{{"ann/Page2.html", view_}}), Changes(before, TreeOf("saved")));
 }
 
+// Meant in FWeb::mOpenFile: opening a file loses the edits of the page in view.
 TEST_F(PageCommands, OpeningAFileLosesTheEditsOfThePageInView) {
   OpenPageTwoWithAnEdit();
   const QString file = run_.test.Path("mine.html");
@@ -199,6 +202,7 @@ TEST_F(PageCommands, OpeningNoFileChangesNothing) {
   ExpectPage(2);
 }
 
+// Meant in FWeb::mDelPage: deleting a page doesn't write the one in view.
 TEST_F(PageCommands, DeletingAPageDoesntWriteTheOneInView) {
   MakePages({"one", "two", "three"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -213,6 +217,7 @@ TEST_F(PageCommands, DeletingAPageDoesntWriteTheOneInView) {
   EXPECT_EQ("two", LettersInView());
 }
 
+// Meant in FWeb::mNewProject: a new project loses the edits of the page in view.
 TEST_F(PageCommands, ANewProjectLosesTheEditsOfThePageInView) {
   OpenPageTwoWithAnEdit();
   SaveProjectAs("ann");
@@ -243,6 +248,7 @@ TEST_F(PageCommands, APageNumberBelowOneIsNeverWritten) {
 
 // Switching.
 
+// Meant in FWeb::OnBoxPage: choosing a page beyond the last one makes one page more.
 TEST_F(PageCommands, AChoiceBeyondTheEndGivesOnePageMoreAndTheListGoesBack) {
   MakePages({"one", "two", "three"});
   GoToPage(20);
@@ -252,6 +258,7 @@ TEST_F(PageCommands, AChoiceBeyondTheEndGivesOnePageMoreAndTheListGoesBack) {
   EXPECT_EQ("", LettersInView());
 }
 
+// Meant in NextPageName: counting the pages renames files to close gaps.
 TEST_F(PageCommands, CountingThePagesRenamesFilesToCloseGaps) {
   MakePages({"a", "b", "c", "d"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -264,6 +271,7 @@ TEST_F(PageCommands, CountingThePagesRenamesFilesToCloseGaps) {
   EXPECT_EQ("c", LettersInView());
 }
 
+// Meant in NextPageName: any HTML file in the folder counts as a page.
 TEST_F(PageCommands, AStrayHtmlFileCountsAsAPage) {
   MakePages({"a"});
   ASSERT_TRUE(PutFile(run_.PathInApp("card/notes.HTML"), "x"));
@@ -297,6 +305,7 @@ TEST_F(PageCommands, WithoutAFirstPageANewPageOpensTheLastOneThatIsThere) {
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
 }
 
+// Meant in FWeb::mNewPage: beyond thirty pages the page list stays where it is and the number goes on.
 TEST_F(PageCommands, BeyondThirtyPagesTheListStaysAndTheNumberGoesOn) {
   QStringList texts;
   for (int i = 0; i < 30; ++i) texts.append(QString(QChar(u'a' + i % 26)));
@@ -388,6 +397,7 @@ TEST_F(PageCommands, DeletingPageOneOfFourMovesAllOthersDown) {
   EXPECT_EQ("b", LettersInView());
 }
 
+// Meant in FWeb::mDelPage: deleting page 1 of 2 leaves the program busy until it is started again.
 TEST_F(PageCommands, DeletingPageOneOfTwoLeavesTheProgramBusyForEver) {
   MakePages({"a", "b"});
   GoToPage(1);
@@ -404,6 +414,7 @@ TEST_F(PageCommands, DeletingPageOneOfTwoLeavesTheProgramBusyForEver) {
   EXPECT_EQ((QMap<QString, QString>{{"wgcard.html", "ax"}}), LettersIn("card"));
 }
 
+// Meant in FWeb::mDelPage: deleting page 1 of 3 leaves a gap and the program busy until it is started again.
 TEST_F(PageCommands, DeletingPageOneOfThreeLeavesAGapAndTheProgramBusyForEver) {
   MakePages({"a", "b", "c"});
   GoToPage(1);
@@ -414,6 +425,7 @@ TEST_F(PageCommands, DeletingPageOneOfThreeLeavesAGapAndTheProgramBusyForEver) {
   ExpectDeadCommands();
 }
 
+// Meant in FWeb::mDelPage: deleting page 2 of 3 leaves a gap and the program busy until it is started again.
 TEST_F(PageCommands, DeletingPageTwoOfThreeLeavesAGapAndTheProgramBusyForEver) {
   MakePages({"a", "b", "c"});
   GoToPage(2);
@@ -426,6 +438,8 @@ TEST_F(PageCommands, DeletingPageTwoOfThreeLeavesAGapAndTheProgramBusyForEver) {
   EXPECT_EQ("b", LettersIn("card")["Page2.html"]) << "and it is back";
 }
 
+// Meant in FWeb::mDelPage: deleting a page that isn't there deletes nothing and leaves the program busy until it is
+// started again.
 TEST_F(PageCommands, DeletingWithTheListBeyondThePagesDeletesNothingAndLeavesTheProgramBusyForEver) {
   MakePages({"a", "b"});
   ASSERT_TRUE(QFile::remove(run_.PathInApp("card/Page2.html")));
@@ -436,6 +450,7 @@ TEST_F(PageCommands, DeletingWithTheListBeyondThePagesDeletesNothingAndLeavesThe
   ExpectDeadCommands();
 }
 
+// Meant in FWeb::mDelPage: the page that the list names is deleted, which needn't be the one in view.
 TEST_F(PageCommands, DeletingGoesByTheListAndNotByThePageInView) {
   MakePages({"a", "b", "c", "d"});
   ASSERT_TRUE(run_.Choose("mSavePage"));

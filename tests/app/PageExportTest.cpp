@@ -37,6 +37,8 @@ TEST_F(Export, APageWithoutPicturesGoesStraightToTheChosenPath) {
   EXPECT_EQ(&Web(), question.owner);
 }
 
+// Meant in FWeb::ExportPage: a page with pictures goes into a folder beside the chosen path, and into another one each
+// time.
 TEST_F(Export, APageWithPicturesNeverGoesToTheChosenPathAndEachRepeatMakesTheNextFolder) {
   QDir().mkpath(Out(""));
   MakePages({"one"});
@@ -54,6 +56,7 @@ TEST_F(Export, APageWithPicturesNeverGoesToTheChosenPathAndEachRepeatMakesTheNex
   EXPECT_EQ(QStringList({"my Files1", "my Files2", "my Files3"}), OutNames());
 }
 
+// Meant in FWeb::ExportPage: replacing a file by a page with pictures deletes it and puts the page elsewhere.
 TEST_F(Export, ReplacingAFileByAPageWithPicturesDeletesItAndPutsThePageBesideIt) {
   ASSERT_TRUE(PutFile(Out("my.html"), "old"));
   MakePages({"one"});
@@ -96,6 +99,7 @@ TEST_F(Export, TheStemEndsAtTheLastDotAndANameWithoutOneIsTheStem) {
   EXPECT_TRUE(QFile::exists(Out(" Files1/.html")));
 }
 
+// Meant in FWeb::ExportPage: a file in the way of the folder loses the page without a word.
 TEST_F(Export, AFileInTheWayOfTheFolderLosesThePageInSilence) {
   ASSERT_TRUE(PutFile(Out("my Files1"), "a file"));
   MakePages({"one"});

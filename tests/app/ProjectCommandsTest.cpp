@@ -22,6 +22,8 @@ class ProjectCommands : public FoldersTest {
 
 // The workspace at each event.
 
+// Meant in FWeb::SaveProject: the first save of a project copies the files as they stand, without the edits of the page
+// in view.
 TEST_F(ProjectCommands, TheFirstSaveCopiesTheFilesAsTheyStandAndLeavesTheWorkspace) {
   MakePages({"one", "two"});
   ASSERT_TRUE(PutFile(run_.PathInApp("card/p.gif"), "picture"));
@@ -47,6 +49,7 @@ TEST_F(ProjectCommands, TheFirstSaveCopiesTheFilesAsTheyStandAndLeavesTheWorkspa
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
 }
 
+// Meant in FWeb::mRefresh: after the first save of a project Refresh writes the new file and shows the old one.
 TEST_F(ProjectCommands, AfterTheFirstSaveRefreshWritesTheNewFileAndShowsTheOldOne) {
   MakePages({"one"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -80,6 +83,7 @@ TEST_F(ProjectCommands, TheFirstSaveCutsThePathsOfPicturesInEveryPage) {
   EXPECT_EQ(page, FileIn("card/Page2.html"));
 }
 
+// Meant in FWeb::SaveProject: the last step of a save empties a page that can't be read.
 TEST_F(ProjectCommands, TheLastStepOfASaveEmptiesAPageThatCantBeRead) {
   MakePages({"one", "two"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -95,6 +99,7 @@ TEST_F(ProjectCommands, TheLastStepOfASaveEmptiesAPageThatCantBeRead) {
   EXPECT_EQ("one", LettersIn("saved/ann")["wgcard.html"]);
 }
 
+// Meant in FWeb::OpenProject: opening a project throws the unsaved one away without a question.
 TEST_F(ProjectCommands, OpeningAProjectThrowsTheUnsavedOneAwayWithoutAQuestion) {
   MakePages({"one"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -116,6 +121,8 @@ TEST_F(ProjectCommands, OpeningAProjectThrowsTheUnsavedOneAwayWithoutAQuestion) 
   EXPECT_FALSE(run_.modMain.Ops()->isVisible());
 }
 
+// Meant in FWeb::OpenProject: opening a project while the list stands beyond page 1 writes the page in view into that
+// project.
 TEST_F(ProjectCommands, OpeningWithTheListElsewhereWritesTheOldPageIntoTheNewProject) {
   MakePages({"one", "two"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -172,6 +179,7 @@ TEST_F(ProjectCommands, ANewProjectOnTheUnsavedOneEmptiesTheWorkspace) {
   EXPECT_EQ(1, run_.program().project.CurPageNo());
 }
 
+// Meant in FWeb::mNewProject: a new project after a save brings back what the workspace held.
 TEST_F(ProjectCommands, ANewProjectAfterASaveBringsTheOldPagesBack) {
   MakePages({"one", "two"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -214,6 +222,7 @@ TEST_F(ProjectCommands, TheDefaultNameIsRefusedInAnyCaseAndAskedForAgain) {
   EXPECT_TRUE(QDir(run_.PathInApp("saved/Project1 ")).exists());
 }
 
+// Meant in FWeb::SaveProject: blanks around a project's name stay when it is saved and go when it is opened.
 TEST_F(ProjectCommands, ANameIsNotTrimmedOnSavingButOnOpening) {
   SaveProjectAs(" a ");
   ExpectProject(" a ", "saved/ a ");
@@ -227,6 +236,7 @@ TEST_F(ProjectCommands, ANameIsNotTrimmedOnSavingButOnOpening) {
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
 }
 
+// Meant in FWeb::SaveProject: a project that is replaced goes before the new one is copied.
 TEST_F(ProjectCommands, ReplacingAProjectRemovesTheOldFolderFirst) {
   MakePages({"old", "older"});
   ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/sub/deep.gif"), "x"));
@@ -246,6 +256,7 @@ TEST_F(ProjectCommands, ReplacingAProjectRemovesTheOldFolderFirst) {
   ExpectProject("ann", "saved/ann");
 }
 
+// Meant in FWeb::SaveProject: a project whose files couldn't be copied goes by its new name all the same.
 TEST_F(ProjectCommands, AFailedCopyStillMovesToTheNewName) {
   MakePages({"one"});
   ASSERT_TRUE(run_.Choose("mSavePage"));
@@ -420,6 +431,7 @@ TEST_F(ProjectCommands, ADoubleClickOnARowOpensItsProject) {
   EXPECT_FALSE(run_.modMain.Ops()->isVisible());
 }
 
+// Meant in OpenProjectPanel::Delete: the project that is open may be deleted, and nothing warns.
 TEST_F(ProjectCommands, TheOpenProjectMayBeDeletedAndNothingWarns) {
   MakePages({"one"});
   SaveProjectAs("ann");
@@ -459,6 +471,8 @@ TEST_F(ProjectCommands, AProjectThatHasGoneMeanwhileIsNotOpenedAndNotDeleted) {
   EXPECT_EQ(2, Panel().BoxProj->count());
 }
 
+// Meant in OpenProjectPanel::OnClick: the open-project panel works while the main window is busy, and the other way
+// round.
 TEST_F(ProjectCommands, TheTwoGuardsDontKnowEachOther) {
   SaveProjectAs("ann");
   SaveProjectAs("bob");

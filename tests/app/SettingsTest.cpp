@@ -265,6 +265,7 @@ TEST_F(SettingsOfTheProgram, AMinimisedWindowLeavesWhatWasStored) {
   }
 }
 
+// Meant in SaveWinSettings: a maximised window leaves the stored size as it was.
 TEST_F(SettingsOfTheProgram, AMaximisedWindowLeavesTheStoredSize) {
   Store(Settings::Winset, "0");
   Store(Settings::W1, "6000");
@@ -325,6 +326,7 @@ TEST_F(SettingsOfTheProgram, AnIconFileThatCannotBeReadIsStillTheIcon) {
   EXPECT_EQ(10, SelectedIcon(run_->modMain));
 }
 
+// Meant in LoadPackSettings: name and number of the stored icon needn't belong together.
 TEST_F(SettingsOfTheProgram, NameAndNumberOfTheIconNeedNotBelongTogether) {
   struct Row {
     const char* name;
@@ -356,6 +358,7 @@ TEST_F(SettingsOfTheProgram, TheCustomNumberKeepsABuiltInNameWhileTheFileIsThere
   EXPECT_EQ(10, SelectedIcon(run_->modMain));
 }
 
+// Meant in LoadPackSettings: a folder for web-packs that is gone is the desktop for this run, and stays stored.
 TEST_F(SettingsOfTheProgram, AFolderThatIsGoneIsTheDesktopForThisRunOnly) {
   QTemporaryDir cards;
   const QString folder = cards.filePath("cards");

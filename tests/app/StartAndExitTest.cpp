@@ -48,6 +48,7 @@ TEST_F(StartAndExit, TheStartShowsTheMainWindowWithABlankPage) {
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
 }
 
+// Meant in ModMain::Main: what an earlier run left in the workspace is gone at the start.
 TEST_F(StartAndExit, ALeftOverWorkspaceIsGoneWithoutAWord) {
   const QString card = run_.program().project.CardPath();
   auto& attributes = run_.test.platform.attributes;
@@ -126,6 +127,7 @@ TEST_F(StartAndExit, NeitherQuestionShowsAnIcon) {
   }
 }
 
+// Meant in ModMain::AskAboutSaving: only the project's name decides which question the exit asks, not its folder.
 TEST_F(StartAndExit, OnlyTheNamePicksTheQuestion) {
   ASSERT_TRUE(run_.Start());
   for (const char* name : {"ann", "project1", "Project1 "}) {
@@ -138,6 +140,7 @@ TEST_F(StartAndExit, OnlyTheNamePicksTheQuestion) {
   EXPECT_EQ(QStringList{StringText(187)}, run_.Dialogs().Messages());
 }
 
+// Meant in ModMain::ExitProgram: saving the unsaved project at the exit loses the edits of the page in view.
 TEST_F(StartAndExit, SavingTheUnsavedProjectAtExitLosesTheEditsOfTheOpenPage) {
   ASSERT_TRUE(run_.Start());
   run_.Type("kept");
@@ -152,6 +155,7 @@ TEST_F(StartAndExit, SavingTheUnsavedProjectAtExitLosesTheEditsOfTheOpenPage) {
   EXPECT_FALSE(CardExists());
 }
 
+// Meant in ModMain::ExitProgram: giving no name at the exit still exits, and the workspace goes.
 TEST_F(StartAndExit, GivingUpTheNameStillExitsAndDeletesTheWorkspace) {
   ASSERT_TRUE(run_.Start());
   run_.Type("lost");
@@ -163,6 +167,7 @@ TEST_F(StartAndExit, GivingUpTheNameStillExitsAndDeletesTheWorkspace) {
   EXPECT_EQ(QStringList{}, Names("saved"));
 }
 
+// Meant in ModMain::ExitProgram: while the program is busy Yes saves nothing, and the workspace goes.
 TEST_F(StartAndExit, WhileBusyYesSavesNothingAndTheWorkspaceGoes) {
   ASSERT_TRUE(run_.Start());
   Web().Busy = true;
@@ -196,6 +201,7 @@ TEST_F(StartAndExit, YesOnANamedProjectWritesTheOpenPageOnly) {
   EXPECT_FALSE(CardExists());
 }
 
+// Meant in FWeb::closeEvent: the close box is refused, and the program ends itself once the question has been answered.
 TEST_F(StartAndExit, TheCloseBoxIsRefusedWhileTheMenuExitsStraight) {
   ASSERT_TRUE(run_.Start());
   Answer({MessageAnswer::Cancel});

@@ -127,6 +127,7 @@ TEST_F(Themes, AMissingPictureOfTheHeartsIsSilent) {
   EXPECT_EQ(0, Hearts());
 }
 
+// Meant in FWeb::ApplyTheme: the theme of hearts chosen twice adds its picture twice.
 TEST_F(Themes, HeartsTwiceAddsThePictureTwice) {
   PutSamples();
   ASSERT_TRUE(run_.Choose("mmtheme1"));
@@ -137,6 +138,7 @@ TEST_F(Themes, HeartsTwiceAddsThePictureTwice) {
   EXPECT_EQ("hearttop.gif", FileIn("card/hearttop.gif"));
 }
 
+// Meant in FWeb::RemoveHeartPic: of two hearts side by side one survives the next theme.
 TEST_F(Themes, OfTwoNeighbouringHeartsOneSurvivesTheNextTheme) {
   PutSamples();
   for (const char* next : {"mmtheme4", "mmthemeS5"}) {
@@ -170,6 +172,7 @@ TEST_F(Themes, OnlyTheExactIdIsAHeart) {
 }
 
 // Stationery takes the heart away before its picture is copied, the other family after the colour has been set.
+// Meant in FWeb::mmthemeS: stationery takes the heart away at another step than the other themes.
 TEST_F(Themes, TheTwoFamiliesTakeTheHeartAwayAtDifferentSteps) {
   PutSamples();
   for (const auto& [entry, picture, atCopy] :

@@ -76,6 +76,8 @@ TEST_F(WebPacks, ABuildChangesTheProjectForGoodEvenWhenItFails) {
   EXPECT_EQ(QStringList{StringText(130)}, run_.Dialogs().Messages());
 }
 
+// Meant in PreparePackPages: the link to the next page is put into the file and not into the page in view, so the next
+// save drops it.
 TEST_F(WebPacks, TheLinkIsInTheFileAndNotInThePageInViewSoTheNextSaveDropsIt) {
   MakePages({"one", "two"});
   GoToPage(1);
@@ -117,6 +119,7 @@ TEST_F(WebPacks, Page10LinksToPage1AndPage12ToPage3) {
   EXPECT_TRUE(files["Page12.html"].contains(Link(3)));
 }
 
+// Meant in PreparePackPages: a picture of a page that can't be read is unused, and is deleted.
 TEST_F(WebPacks, APictureOfAPageThatCantBeReadIsDeleted) {
   MakePages({"one", "two"});
   AddPicture("two.gif", "two.gif");
@@ -130,6 +133,7 @@ TEST_F(WebPacks, APictureOfAPageThatCantBeReadIsDeleted) {
   EXPECT_FALSE(QFile::exists(run_.test.WorkFile("two.gif")));
 }
 
+// Meant in PreparePackPages: the background picture of a table or cell is unused, and is deleted.
 TEST_F(WebPacks, ABackgroundOfATableOrACellIsDeleted) {
   for (const char* name : {"table.gif", "cell.gif", "body.gif", "shown.gif"})
     ASSERT_TRUE(PutFile(run_.test.WorkFile(name), name));

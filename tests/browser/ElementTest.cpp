@@ -79,6 +79,7 @@ TEST(Element, RowsAndCellsGoIntoTables) {
   EXPECT_EQ(page.Body(), "<table><tbody><tr><td>1</td><td>2</td></tr><tr><td>3</td></tr></tbody></table>");
 }
 
+// Meant in HTMLElement::insertAdjacentHTML: an element that is no longer in the page does nothing, and says nothing.
 TEST(Element, AStaleElementDoesNothing) {
   TestPage page("1<b id=x>b<i>c</i></b>2");
   HTMLElement bold = page.Element("B");

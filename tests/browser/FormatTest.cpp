@@ -120,6 +120,7 @@ TEST(Format, FaceSizeAndColorOneAfterTheOtherMakeOneFont) {
   EXPECT_EQ(page.After(range->range()), "a<font face='f' size='4' color='#112233'>^b^</font>c");
 }
 
+// Meant in ExecCommand: FONT elements that commands have left behind are never taken away or merged.
 TEST(Format, FontsLeftByCommandsAreNeverTakenAwayOrMerged) {
   TestPage page("<font color=red>a</font><font color=red>^b^</font>");
   const auto range = page.Range();

@@ -48,6 +48,7 @@ TEST(LegacyColor, NamesOfAttributes) {
   for (const char* name : {"color", "alink", "background", ""}) EXPECT_FALSE(IsColorAttribute(name)) << name;
 }
 
+// Meant in HTMLBodyElement::setText: an empty colour empties the attribute that is there and makes none.
 TEST(LegacyColor, WritingNothingEmptiesWhatIsThereAndMakesNone) {
   TestPage page("");
   HTMLBodyElement body = page.document.body();

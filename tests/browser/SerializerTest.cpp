@@ -90,6 +90,7 @@ TEST(Serializer, AQueryKeepsTheEncodingThatThePageWasLoadedIn) {
   EXPECT_FALSE(FileHtml(page.document.tree()).contains("<meta"));
 }
 
+// Meant in HTMLElement::outerHTML: the source of a page has no document type and no comments outside of HTML.
 TEST(Serializer, TheDocumentElementHasNoDoctypeAndNoCommentsAround) {
   TestPage page("a");
   page.document.setTitle("T");

@@ -103,6 +103,7 @@ TEST_F(ColorDialog, SaveThisColorStoresIntoTheProgramsColors) {
   EXPECT_EQ(1, std::count(program_.CustColors.begin(), program_.CustColors.end(), 0x030201));
 }
 
+// Meant in ShowColorDialog: a colour that was saved in the dialog stays saved after Cancel.
 TEST_F(ColorDialog, AColorSavedBeforeCancelIsKeptToo) {
   EXPECT_EQ(-1, Choose(0x0a0b0c, [](QColorDialog& dialog) {
     Store(dialog);

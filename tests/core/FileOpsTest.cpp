@@ -68,6 +68,7 @@ TEST_F(FileOps, FolderExistsForFoldersOnly) {
   EXPECT_FALSE(files_.FolderExists(QString()));
 }
 
+// Meant in ModFileOps::FileSize: asking for a file's size leaves its attributes cleared.
 TEST_F(FileOps, FileSizeLeavesTheAttributesCleared) {
   Put("a.txt", "12345");
   Mark("a.txt", kMarked);
@@ -89,6 +90,7 @@ TEST_F(FileOps, FileSizeBeyond32BitsIsNothing) {
   EXPECT_EQ(0, files_.FileSize(Path("big.bin")));
 }
 
+// Meant in FileNameOf: a path without a separator gives "", not the path.
 TEST(FileNameOf, APathWithoutSeparatorGivesNothing) {
   EXPECT_EQ("", FileNameOf("name.txt"));
   EXPECT_EQ("", FileNameOf(""));
@@ -142,6 +144,8 @@ TEST_F(FileOps, WriteTextFileDeletesTheOldFileBeforeItOpensTheNewOne) {
   EXPECT_EQ("old page", FileBytes(Path("second name")));
 }
 
+// Meant in ModFileOps::WriteTextFile: the old file goes before the new one is opened, so a write that fails loses the
+// page.
 TEST_F(FileOps, AFailingWriteLosesThePage) {
   Put("page.html", "old page");
   rlimit before{};
@@ -190,6 +194,7 @@ TEST_F(FileOps, ReadTextFilePutsTheAttributesBack) {
   }
 }
 
+// Meant in ModFileOps::ReadTextFile: there is no code 2.
 TEST_F(FileOps, ReadTextFileHasCodesZeroOneAndThree) {
   int code = -1;
   EXPECT_EQ("", files_.ReadTextFile(Path("none.html"), code));
@@ -213,6 +218,7 @@ TEST_F(FileOps, AFileWhoseReadingFailsGivesNoTextAndCodeThree) {
   EXPECT_EQ(3, code);
 }
 
+// Meant in ModFileOps::CopyFileOver: the source's attributes stay cleared behind a copy.
 TEST_F(FileOps, CopyFileOverLeavesTheSourceCleared) {
   Put("a.gif", "picture");
   Put("b.gif", "a longer old one");
@@ -233,6 +239,7 @@ TEST_F(FileOps, CopyFileOverOfAMissingSourceLeavesTheTarget) {
   EXPECT_EQ("old", FileBytes(Path("b.gif")));
 }
 
+// Meant in ModFileOps::CopyFileOver: the target goes first, so a file that is copied over itself is lost.
 TEST_F(FileOps, CopyFileOverItselfLosesTheFile) {
   Put("a.gif", "picture");
   files_.CopyFileOver(Path("a.gif"), Path("a.gif"));
@@ -257,12 +264,15 @@ TEST_F(FileOps, MoveFileOverIsACopyAndADeleteAndNoRename) {
   EXPECT_NE(Node("second name"), Node("b.gif"));
 }
 
+// Meant in ModFileOps::MoveFileOver: a move is a copy and a delete, never a rename, and the source goes even when the
+// copy failed.
 TEST_F(FileOps, MoveFileOverLosesTheFileWhenTheCopyFails) {
   Put("a.gif", "picture");
   files_.MoveFileOver(Path("a.gif"), Path("none/b.gif"));
   EXPECT_FALSE(QFile::exists(Path("a.gif")));
 }
 
+// Meant in ModFileOps::CopyFolderFiles: a folder is copied without its subfolders.
 TEST_F(FileOps, CopyFolderFilesTakesNoSubfolders) {
   Put("from/wgcard.html", "page");
   Put("from/.dot", "dot");
@@ -273,6 +283,7 @@ TEST_F(FileOps, CopyFolderFilesTakesNoSubfolders) {
   EXPECT_EQ("cat", FileBytes(Path("to/cat.gif")));
 }
 
+// Meant in ModFileOps::CopyFolderFiles: a target folder that is there already is left alone.
 TEST_F(FileOps, CopyFolderFilesDoesNothingWhenTheTargetIsThere) {
   Put("from/a.gif");
   Put("to/b.gif");
@@ -366,6 +377,7 @@ TEST_F(FileOps, RemoveTreeRefusesAppPathAndTheFoldersAbove) {
   EXPECT_FALSE(QFileInfo::exists(Path("ap")));
 }
 
+// Meant in ModFileOps::RemoveTree: the first file that can't be deleted ends the removal without a word.
 TEST_F(FileOps, RemoveTreeEndsAtAFileThatCannotBeDeleted) {
   const QString folder = "/proc/self/fdinfo";
   if (!QDir(folder).exists()) GTEST_SKIP() << "no folder here whose files nobody can delete";
@@ -421,6 +433,7 @@ TEST_F(FileOps, ListFilesOfNothing) {
   }
 }
 
+// Meant in ModFileOps::ListFolders: the folder that is handed in comes back changed.
 TEST_F(FileOps, ListFoldersChangesItsFolder) {
   Put("f/b/x.txt");
   Put("f/A/x.txt");
@@ -436,6 +449,7 @@ TEST_F(FileOps, ListFoldersChangesItsFolder) {
   EXPECT_EQ(Path("f/") + "*.*", folder);
 }
 
+// Meant in ModFileOps::ListFolders: folders whose name begins with a dot are passed over.
 TEST_F(FileOps, ListFoldersPassesOverNamesThatBeginWithADot) {
   Put("f/.git/x.txt");
   Put("f/plain/x.txt");

@@ -191,6 +191,8 @@ TEST(PageText, NamesAreReadInEveryFormThatAPageMayHold) {
 }
 
 // A picture "a&b.gif" is never found by the list of names, and that is meant.
+// Meant in DecodePageName: "&amp;" in a name stays as it is, so a picture "a&b.gif" is never found by the list of
+// names.
 TEST(PageText, ReferencesBelowStayAsTheyAre) {
   EXPECT_EQ(DecodePageName("a&amp;b&#38;&#46;gif"), "a&amp;b&#38;&#46;gif");
 }

@@ -92,6 +92,7 @@ TEST(MessagePass, RunsWhatIsPending) {
   EXPECT_TRUE(ran);
 }
 
+// Meant in kLongestOpenPath: paths that come out of a file dialog are cut off at 253 characters, or 254 for saving.
 TEST(ModBrowse, CutsLongPaths) {
   TestProgram test;
   const QString path = QString(300, 'x');

@@ -36,11 +36,13 @@ TEST(StripPicturePaths, TextWithoutATagStaysAsItIs) {
   EXPECT_EQ(Unchanged(""), Strip(""));
 }
 
+// Meant in StripPiece: a picture whose name has no blank behind its value keeps its path and isn't listed.
 TEST(StripPicturePaths, APieceWithoutABlankBehindTheValueStaysAndIsNotListed) {
   EXPECT_EQ(Unchanged("<IMG SRC=\"p/a.gif\"><B>x y</B>"), Strip("<IMG SRC=\"p/a.gif\"><B>x y</B>"));
   EXPECT_EQ((Stripped{"<IMG SRC=\"a.gif\"> x", "a.gif"}), Strip("<IMG SRC=\"p/a.gif\"> x"));
 }
 
+// Meant in StripPicturePaths: a "<" in an attribute before SRC hides the picture.
 TEST(StripPicturePaths, ASignInAnAttributeBeforeSrcHidesThePicture) {
   EXPECT_EQ(Unchanged("<IMG ALT=\"a<b\" SRC=\"p/a.gif\" >"), Strip("<IMG ALT=\"a<b\" SRC=\"p/a.gif\" >"));
 }
@@ -50,10 +52,12 @@ TEST(StripPicturePaths, BackgroundCountsInBodyOnly) {
   EXPECT_EQ(Unchanged("<BODY SRC=\"p/a.gif\" >"), Strip("<BODY SRC=\"p/a.gif\" >"));
 }
 
+// Meant in StripPicturePaths: a picture that a page shows twice stands twice in the list.
 TEST(StripPicturePaths, TheSameNameStandsTwiceInTheList) {
   EXPECT_EQ("a.gif*a.gif", Strip("<IMG SRC=p/a.gif ><IMG SRC=q/a.gif >").pictures);
 }
 
+// Meant in StripPicturePaths: a list of one empty name keeps its "*".
 TEST(StripPicturePaths, AListOfOneEmptyNameIsAStar) {
   EXPECT_EQ((Stripped{"<IMG SRC=\"\" >", "*"}), Strip("<IMG SRC=\"p/\" >"));
   EXPECT_EQ("*", Strip("<IMG SRC=\"p/\" ><IMG SRC= >").pictures);

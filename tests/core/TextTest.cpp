@@ -101,6 +101,7 @@ TEST(ColorToHtml, PutsRedFirst) {
   EXPECT_EQ("#563412", ColorToHtml(0x7F123456));
 }
 
+// Meant in ColorToHtml: a system colour reads as black.
 TEST(ColorToHtml, EveryNegativeNumberIsBlack) {
   EXPECT_EQ("#000000", ColorToHtml(-1));
   EXPECT_EQ("#000000", ColorToHtml(static_cast<qint32>(0x800000FF)));
@@ -114,6 +115,7 @@ TEST(HtmlToColor, ReadsEitherCaseWithAndWithoutTheSign) {
   EXPECT_EQ(65535, HtmlToColor("#FFFF00"));
 }
 
+// Meant in HtmlToColor: a short text is filled on the left, so "#FF" is blue.
 TEST(HtmlToColor, ShortTextsAreFilledOnTheLeft) {
   EXPECT_EQ(16711680, HtmlToColor("#FF"));
   EXPECT_EQ(16711680, HtmlToColor("FF"));
@@ -125,6 +127,7 @@ TEST(HtmlToColor, OfALongTextTheLastSixCharactersCount) {
   EXPECT_EQ(255, HtmlToColor("zzFF0000"));
 }
 
+// Meant in HtmlToColor: the name of a colour reads as black.
 TEST(HtmlToColor, NamesGiveBlack) {
   EXPECT_EQ(0, HtmlToColor("red"));
   EXPECT_EQ(0, HtmlToColor("black"));

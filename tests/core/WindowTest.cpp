@@ -21,6 +21,7 @@ TEST(SetControlLook, KnowsItsLooks) {
   }
 }
 
+// Meant in SetControlLook: a look of unknown name adds all bits.
 TEST(SetControlLook, AnUnknownLookAdds769) {
   for (const char* look : {"flat", "", "Framed"}) {
     QFrame frame;
@@ -29,6 +30,7 @@ TEST(SetControlLook, AnUnknownLookAdds769) {
   }
 }
 
+// Meant in SetControlLook: a look never takes away what an earlier one has set.
 TEST(SetControlLook, OnlyAddsBits) {
   QFrame frame;
   SetControlLook(&frame, "raised");

@@ -19,6 +19,7 @@ QByteArray OfFile(const QByteArray& bytes) {
   return text;
 }
 
+// Meant in EncodeBase64: up to 76 bytes stand on one line, however long it gets.
 TEST(Base64, UpTo76BytesStandOnOneLineOfUpTo104Characters) {
   for (const int size : {57, 58, 76}) EXPECT_FALSE(OfFile(QByteArray(size, 'x')).contains('\n')) << size;
   EXPECT_EQ(104, OfFile(QByteArray(76, 'x')).size());
@@ -32,6 +33,7 @@ TEST(Base64, LinesAreBrokenAfter76Characters) {
   EXPECT_EQ(60, lines[1].size());
 }
 
+// Meant in EncodeBase64: two NUL characters stand behind a last line that is full.
 TEST(Base64, AFullLastLineLeavesTwoNulsBehindIt) {
   const QByteArray text = OfFile(QByteArray(228, 'x'));
   EXPECT_EQ(304 + 3 * 2 + 2, text.size());
@@ -81,12 +83,14 @@ TEST(Body, BlanksAroundThePageGoAndLineEndsStay) {
   EXPECT_EQ("\n<p>\t\r\n", EncodeHtmlBody(" \n<p>\t\r\n"));
 }
 
+// Meant in EncodeHtmlBody: every SRC leads to a part of the message, those of scripts and frames too.
 TEST(Body, EverySrcLeadsToAPartScriptsAndFramesToo) {
   EXPECT_EQ("<SCRIPT SRC=3D\"cid:a.js\"></SCRIPT>", EncodeHtmlBody("<SCRIPT src=\"a.js\"></SCRIPT>"));
   EXPECT_EQ("<IFRAME SRC=3D\"cid:http://x/\">", EncodeHtmlBody("<IFRAME Src=\"http://x/\">"));
   EXPECT_EQ("<p data-SRC=3D\"cid:n\">", EncodeHtmlBody("<p data-sRc=\"n\">"));
 }
 
+// Meant in EncodeHtmlBody: only the first background in the page's text goes along, be it that of a cell.
 TEST(Body, OnlyTheFirstBackgroundLeadsToAPart) {
   EXPECT_EQ("<td BACKGROUND=3D\"cid:t.gif\"><BODY BACKGROUND=3D\"b.gif\">",
             EncodeHtmlBody("<td background=\"t.gif\"><BODY BACKGROUND=\"b.gif\">"));
@@ -97,6 +101,7 @@ TEST(Body, ATextOf75CharactersIsNotWrappedOneOf76Is) {
   EXPECT_EQ(QByteArray(70, 'x') + "=\r\n" + QByteArray(6, 'x'), WrapQuotedLines(QByteArray(76, 'x')));
 }
 
+// Meant in WrapQuotedLines: a line that is broken behind a ">" brings the break into the page.
 TEST(Body, AHardBreakBehindAClosingBracketEntersThePage) {
   const QByteArray wrapped = WrapQuotedLines("<B>" + QByteArray(90, 'x'));
   EXPECT_TRUE(wrapped.startsWith("<B>\r\nxxx"));
@@ -107,6 +112,7 @@ TEST(Body, ASoftBreakFollowsTheLastBlank) {
   EXPECT_TRUE(wrapped.startsWith("one two =\r\nxxx"));
 }
 
+// Meant in WrapQuotedLines: a line may be cut inside of a quoted sign.
 TEST(Body, ACutMayFallInsideAQuotedSign) {
   EXPECT_EQ(QByteArray(68, 'x') + "=3=\r\nD" + QByteArray(9, 'x'),
             WrapQuotedLines(QByteArray(68, 'x') + "=3D" + QByteArray(9, 'x')));
@@ -211,6 +217,8 @@ TEST_F(Composer, ASplitReferenceKeepsTheFilesName) {
   EXPECT_FALSE(Between(Wire(), "text/html", "_BB--").contains("0000.000000000001"));
 }
 
+// Meant in MessageComposer::PrepareEmail: a picture that the page shows twice is attached twice, and nothing refers to
+// the second one.
 TEST_F(Composer, APictureUsedTwiceIsAttachedTwiceAndTheSecondIdIsReferredToNowhere) {
   Prepare("<IMG SRC=\"a.gif\" ><IMG SRC=\"a.gif\" >", {"a.gif", "a.gif"});
   EXPECT_EQ(2, Wire().count("Name=\"a.gif\""));
@@ -219,6 +227,7 @@ TEST_F(Composer, APictureUsedTwiceIsAttachedTwiceAndTheSecondIdIsReferredToNowhe
   EXPECT_EQ(1, Wire().count("Content-ID: <00000000.0000.0000.0000.000000000002>"));
 }
 
+// Meant in MessageComposer::PrepareEmail: a picture's name that begins another one is replaced in both.
 TEST_F(Composer, ANameThatBeginsAnotherNameIsReplacedInBoth) {
   Prepare("<IMG SRC=\"a.gif\" ><IMG SRC=\"a.gif.gif\" >", {"a.gif", "a.gif.gif"});
   EXPECT_TRUE(Wire().contains("cid:00000000.0000.0000.0000.000000000001.gif\""));
@@ -249,6 +258,7 @@ TEST_F(Composer, AnIdOfMoreThan30CharactersLosesItsBracesAndAShorterOneIsNone) {
   EXPECT_TRUE(Wire().contains("Message-ID: <@mail.example.org>\r\n"));
 }
 
+// Meant in MessageComposer::PrepareEmail: a picture that isn't there is left out without a word.
 TEST_F(Composer, AMissingPictureIsLeftOutWithoutAWord) {
   Prepare("<IMG SRC=\"gone.gif\" >", {"gone.gif"});
   EXPECT_FALSE(Wire().contains("image/"));
@@ -274,11 +284,13 @@ TEST_F(Composer, APictureWhoseNameIsInAnyScriptGoesAlong) {
   EXPECT_TRUE(Wire().contains("\"cid:00000000.0000.0000.0000.000000000001\""));
 }
 
+// Meant in MessageComposer::WirePieces: a line that begins with a dot gets no second one on its way.
 TEST_F(Composer, NoLineOfTheMessageGetsASecondDot) {
   Prepare("a\r\n.b\r\n..c\r\n.\r\nd");
   EXPECT_TRUE(Wire().contains("\r\n\r\na\r\n.b\r\n..c\r\n.\r\nd\r\n\r\n--"));
 }
 
+// Meant in MessageComposer::BuildMessageFile: head and end of a saved message differ from the form that is sent.
 TEST_F(Composer, TheSavedFormDiffersInItsHeadAndItsEnd) {
   Prepare("<IMG SRC=\"a.gif\" >", {"a.gif"});
   const QByteArray wire = Wire(), file = File();

@@ -16,12 +16,15 @@ TEST(Address, TheFirstDotBehindTheAtSignCounts) {
   EXPECT_FALSE(IsValidAddress(""));
 }
 
+// Meant in RecentRecipients: a recipient who is a part of a longer one counts as known.
 TEST(Recents, APartOfALongerRecipientCountsAsKnown) {
   EXPECT_EQ("bob@example.net", RecentRecipients({"bob@example.net"}, "ob@example.net"));
   EXPECT_EQ("bob@example.net", RecentRecipients({"bob@example.net"}, "BOB@example.net"));
   EXPECT_EQ("ann@b.cc*bob@example.net", RecentRecipients({"bob@example.net"}, "ann@b.cc"));
 }
 
+// Meant in RecentSenders: the new sender's text goes out of the list wherever it stands, also at the end of a longer
+// address.
 TEST(Recents, ASenderAtTheEndOfALongerOneDamagesIt) {
   EXPECT_EQ("nn@example.org*ax@y.zz", RecentSenders({"ann@example.org", "x@y.zz"}, "nn@example.org"));
   EXPECT_EQ("x@y.zz*a@b.cc", RecentSenders({"a@b.cc", "X@Y.ZZ"}, "x@y.zz"));
@@ -34,6 +37,7 @@ TEST(Recents, WithNothingKnownTheOneInUseIsTheList) {
   EXPECT_EQ("", RecentSenders({}, ""));
 }
 
+// Meant in RecentRecipients: the new recipient comes before the first ten, so up to eleven are stored.
 TEST(Recents, UpToElevenAreStored) {
   const QStringList ten = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
   EXPECT_EQ("new*0*1*2*3*4*5*6*7*8*9", RecentRecipients(ten, "new"));

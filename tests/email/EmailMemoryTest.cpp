@@ -49,6 +49,7 @@ TEST_F(Memory, ListsAreLoadedAnew) {
   EXPECT_EQ("", panel_.ComboMail[0]->currentText());
 }
 
+// Meant in EmailPanel::LoadEmailDefaults: the stored address of the sender is read and never written.
 TEST_F(Memory, TheStoredSenderAddressIsReadAndNeverWritten) {
   Store(Settings::DefEmail, "def@example.org");
   Open();
@@ -78,6 +79,7 @@ TEST(MemoryOfTheSystem, TheMailAccountFillsInWhatIsNotRemembered) {
   EXPECT_EQ("own.example.org", panel.TMail[2]->text());
 }
 
+// Meant in EmailPanel::LoadEmailDefaults: without a stored password the box keeps what it held.
 TEST_F(Memory, AnEmptyStoredPasswordLeavesWhatTheBoxHeld) {
   panel_.TMail[5]->setText("typed");
   Store(Settings::DefPass, "");
@@ -92,6 +94,8 @@ TEST_F(Memory, NothingIsStoredBeforeTheMessageIsSent) {
   EXPECT_TRUE(test_.platform.settings.Values().isEmpty());
 }
 
+// Meant in EmailPanel::OnSendComplete: addresses aren't remembered when the window was closed before the message was
+// sent.
 TEST_F(Memory, NothingIsStoredWhenTheWindowHasBeenHidden) {
   Send();
   panel_.hide();

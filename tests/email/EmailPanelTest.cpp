@@ -112,6 +112,7 @@ TEST_F(Panel, ANetworkLibraryThatFailsIsToldBehindABlank) {
   EXPECT_EQ(" System not ready for network communication.", Status());
 }
 
+// Meant in EmailPanel::Send: a failure that has no text is shown as one blank.
 TEST_F(Panel, AFailureWithoutATextShowsOneBlank) {
   Click(1);
   Net().StartUpResult = 1;
@@ -277,6 +278,7 @@ TEST_F(Panel, WithoutANetworkSaveCopyStaysAsItIs) {
   EXPECT_TRUE(panel_.bEmail[2]->isEnabled());
 }
 
+// Meant in EmailPanel::Send: a box that has been emptied leaves the earlier value in force.
 TEST_F(Panel, AnEmptiedBoxLeavesTheOldValueInForce) {
   Fill();
   panel_.TMail[3]->setText("The old subject");
@@ -294,6 +296,7 @@ TEST_F(Panel, AnEmptiedBoxLeavesTheOldValueInForce) {
 }
 
 // The sender too: an emptied box is told of, and the address in force changes with the next one.
+// Meant in MailUC::SetFromEmail: the user name that was made of the first sender stays when the sender changes.
 TEST_F(Panel, AnEmptiedSenderIsToldAndTheNextOneCounts) {
   Send();
   Accept();
@@ -348,6 +351,7 @@ TEST_F(Panel, TheServersWordsAreNoMarkup) {
   EXPECT_TRUE(panel_.TStat->toolTip().contains("&lt;b&gt;"));
 }
 
+// Meant in MailUC: there are no time-outs: a server that falls silent leaves the status at "Sending email...".
 TEST_F(Panel, AServerThatFallsSilentLeavesTheStatusAtSending) {
   Send();
   Net().Bring("220 a");
@@ -458,6 +462,7 @@ TEST_F(Panel, AFileThatIsThereIsAskedFor) {
 }
 
 // A second name of the old file keeps what stood in it.
+// Meant in EmailPanel::SaveEmailCopy: the old file goes before the copy is written.
 TEST_F(Panel, ACopyDeletesTheFileThatWasThere) {
   Send();
   Accept();

@@ -8,6 +8,7 @@
 
 namespace {
 
+// Meant in MailUC::ProcessReply: EHLO is said with the user's name in the place of the host's.
 TEST_F(Session, TheGreetingBringsEhloWithTheUserNameAndNoHostName) {
   MUC_.SetUserName("ann9");
   Begin();
@@ -29,6 +30,7 @@ TEST_F(Session, AnotherGreetingEndsItWithTheBareCode) {
   EXPECT_EQ("", Net().Sent);
 }
 
+// Meant in MailUC::ProcessReply: a refused EHLO isn't followed by HELO.
 TEST_F(Session, ARefusedEhloEndsItWithTheWholeTextAndNoHelo) {
   Begin(1);
   EXPECT_EQ("", On("500 unknown\r\n500 really\r\n"));
@@ -40,6 +42,7 @@ TEST_F(Session, WithoutAuthTheSenderFollowsAtOnce) {
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250 HELP\r\n"));
 }
 
+// Meant in MailUC::AfterEhlo: an offer of STARTTLS is never taken.
 TEST_F(Session, StartTlsIsNeverTaken) {
   Begin(1);
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250-STARTTLS\r\n250 HELP\r\n"));
@@ -57,6 +60,7 @@ TEST_F(Session, LoginGoesBeforePlain) {
   EXPECT_EQ("AUTH LOGIN\r\n", On("250-a\r\n250-auth plain Login\r\n250 HELP\r\n"));
 }
 
+// Meant in MailUC::AfterEhlo: where a server offers AUTH without LOGIN, PLAIN is tried, whatever the offer says.
 TEST_F(Session, WhateverElseIsOfferedPlainIsTaken) {
   MUC_.SetPassword("secret");
   Begin(1);
@@ -85,6 +89,7 @@ TEST_F(Session, PlainSendsAllInOneAndARefusalEndsItWithTheWholeText) {
   ExpectFailure("535 5.7.8 bad\r\n");
 }
 
+// Meant in MailUC::BuildPlainB64: a later user or password doesn't reach AUTH PLAIN before the next start.
 TEST_F(Session, ThePlainTextIsBuiltOnceAndNeverAgain) {
   BeginAuth("PLAIN");
   EXPECT_EQ("YW5uAGFubgBzZWNyZXQ=\r\n", On("334 go\r\n"));
@@ -125,6 +130,7 @@ TEST_F(Session, BothGoodCodesCountInTheMiddle) {
   EXPECT_FALSE(Net().IsOpen());
 }
 
+// Meant in MailUC::ProcessReply: a message that the server refuses at its very end counts as sent.
 TEST_F(Session, AMessageThatIsRefusedCountsAsSent) {
   Begin(5);
   EXPECT_EQ("QUIT\r\n", On("554 it is spam\r\n"));
@@ -133,6 +139,7 @@ TEST_F(Session, AMessageThatIsRefusedCountsAsSent) {
   EXPECT_TRUE(complete_.first().at(0).toBool());
 }
 
+// Meant in MailUC::FinishSession: a talk that fails is closed without QUIT.
 TEST_F(Session, AFailureClosesWithoutQuit) {
   Begin(3);
   EXPECT_EQ("", On("550 no"));
@@ -156,12 +163,15 @@ TEST_F(Session, TheEndIsToldBeforeTheSocketIsClosed) {
 
 // Pieces.
 
+// Meant in MailUC::ReadReply: a second piece of the same reply that begins with three digits moves the talk on by a
+// step.
 TEST_F(Session, ASecondPieceOfAReplyMovesOnByAStep) {
   Begin(1);
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-mail.example.org\r\n"));
   EXPECT_EQ("RCPT TO: <bob@example.net>\r\n", On("250-AUTH LOGIN\r\n250 OK\r\n"));
 }
 
+// Meant in MailUC::ReadReply: replies that come in one piece count as one.
 TEST_F(Session, RepliesThatComeTogetherAreOne) {
   Begin();
   EXPECT_EQ("EHLO ann\r\n", On("220 a\r\n250 b\r\n250 c\r\n"));
@@ -194,6 +204,7 @@ TEST_F(Session, TextOf8BitsComesBackAsItCame) {
   ExpectFailure("500 \x80\xFF\x01 \0 x\r\n");
 }
 
+// Meant in MailUC::OnNotice: a server that closes the connection raises no event.
 TEST_F(Session, APeerThatClosesOrFailsRaisesNothing) {
   for (const bool isClosed : {true, false}) {
     Begin(2);

@@ -89,6 +89,7 @@ TEST_F(AboutWindow, LogoAndNameLeadToTheWebPageAndNothingElseDoes) {
   EXPECT_TRUE(Opened().isEmpty());
 }
 
+// Meant in FSplash::mouseMoveEvent: the pointer of the links stays until the mouse reaches the bare window.
 TEST_F(AboutWindow, ThePointerOfTheLinksStaysUntilTheBareWindowIsReached) {
   splash_.ShowAbout();
   EXPECT_FALSE(HasOwnPointer());

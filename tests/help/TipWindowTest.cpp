@@ -23,6 +23,7 @@ class TipWindow : public ::testing::Test {
   FTip tip_;
 };
 
+// Meant in kAnswers: the first tip shows its second text first.
 TEST_F(TipWindow, QuestionZeroShowsText170Before169) {
   tip_.ShowTip(0, "What can I do with Corvane?");
   EXPECT_EQ("  " + StringText(170) + "\n\n  " + StringText(169), Shown());
@@ -59,6 +60,7 @@ TEST_F(TipWindow, AnswersHaveTheirTextsInTheOrderOfTheMenu) {
   }
 }
 
+// Meant in FTip::ShowTip: an unknown question changes nothing.
 TEST_F(TipWindow, AnUnknownQuestionChangesNothing) {
   for (const int index : {-1, 12, 32767}) {
     EXPECT_EQ("", TipText(index));

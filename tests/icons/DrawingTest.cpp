@@ -18,6 +18,7 @@ class DrawingTest : public IconTest {
 
 // --- cells
 
+// Meant in DrawingEngine::PointToCell: the middle row of a cell falls into the next cell, its middle column doesn't.
 TEST_F(DrawingTest, TheMiddleRowOfACellFallsIntoTheNextCellAndTheMiddleColumnDoesNot) {
   for (int cell = 0; cell < 32; ++cell) {
     const int middle = cell * 7 + 3;
@@ -35,6 +36,7 @@ TEST_F(DrawingTest, EveryOtherPositionIsInItsCell) {
   }
 }
 
+// Meant in DrawingEngine::PointToCell: above the work area the row is the one with the column's number.
 TEST_F(DrawingTest, LeftOfTheAreaIsTheFirstColumnAndAboveItIsTheRowOfTheColumnsNumber) {
   EXPECT_EQ(QPoint(0, 5), CellOf(-3, 37));
   EXPECT_EQ(QPoint(14, 14), CellOf(100, -3));
@@ -74,6 +76,7 @@ TEST_F(DrawingTest, AClickWithAWidePenIsABlobWithEveryTool) {
 
 // --- lines
 
+// Meant in IsNear: a line that leaves its row or column by one cell is drawn straight.
 TEST_F(DrawingTest, ALineWithinOneCellOfStraightSnaps) {
   Drag({5, 5}, {6, 15});
   EXPECT_EQ(QRect(5, 5, 1, 11), OpaqueRect());
@@ -85,6 +88,7 @@ TEST_F(DrawingTest, ALineWithinOneCellOfStraightSnaps) {
   EXPECT_EQ(QRect(5, 5, 3, 10), OpaqueRect());
 }
 
+// Meant in DrawingEngine::DrawLine: a straight line gets its end point, a slanted one doesn't.
 TEST_F(DrawingTest, AStraightLineGetsItsEndPointAndASlantedOneDoesNot) {
   for (const QPoint end : {QPoint(20, 10), QPoint(4, 10), QPoint(10, 20), QPoint(10, 4)}) {
     editor_.bclear->click();
@@ -112,6 +116,8 @@ TEST_F(DrawingTest, ADragToTheNextCellWithTheLineToolIsOnePixel) {
 
 // --- shapes
 
+// Meant in DrawingEngine::DrawShape: shapes that are drawn to the right and down get their last cell, those to the left
+// and up don't.
 TEST_F(DrawingTest, ShapesToTheRightAndDownGetTheirLastCellAndThoseToTheLeftAndUpDoNot) {
   for (const Tool tool : {Tool::Rectangle, Tool::SolidRectangle, Tool::Ellipse, Tool::SolidEllipse}) {
     Use(tool);
@@ -127,6 +133,8 @@ TEST_F(DrawingTest, ShapesToTheRightAndDownGetTheirLastCellAndThoseToTheLeftAndU
   }
 }
 
+// Meant in DrawingEngine::DrawShape: a shape within one row or column draws nothing and is a step for Undo all the
+// same.
 TEST_F(DrawingTest, AShapeWithinOneRowOrColumnIsNothingToTheRightOrDownAndStillAStep) {
   for (const Tool tool : {Tool::Rectangle, Tool::SolidRectangle, Tool::Ellipse, Tool::SolidEllipse})
     for (const QPoint end : {QPoint(12, 5), QPoint(2, 5), QPoint(5, 12), QPoint(5, 2)}) {
@@ -203,6 +211,7 @@ TEST_F(DrawingTest, TheWorkAreaIsTheIconSevenTimesAsLarge) {
 
 // --- the rubber line
 
+// Meant in DrawingEngine::MouseMove: while the mouse is dragged a straight line shows, whatever the tool.
 TEST_F(DrawingTest, TheOnlyPreviewIsOneStraightLineWhateverTheTool) {
   for (const Tool tool : {Tool::Line, Tool::Rectangle, Tool::SolidRectangle, Tool::Ellipse, Tool::SolidEllipse}) {
     editor_.bclear->click();
@@ -220,6 +229,7 @@ TEST_F(DrawingTest, TheOnlyPreviewIsOneStraightLineWhateverTheTool) {
   }
 }
 
+// Meant in DrawingEngine::MouseMove: a line that ended left of the work area stays standing.
 TEST_F(DrawingTest, ALastLineEndLeftOfTheAreaCountsAsNoLineAndStaysStanding) {
   Press({20, 20});
   MoveTo({-5, 20});
@@ -264,6 +274,7 @@ TEST_F(DrawingTest, TheRightButtonDrawsNothing) {
   EXPECT_FALSE(editor_.Drawing.MouseIsDown);
 }
 
+// Meant in DrawingEngine::MouseUp: the release of the right button ends a press of the left one.
 TEST_F(DrawingTest, ARightReleaseEndsALeftPressAndLeavesItsLineUntilTheNextStep) {
   Press({20, 20});
   MoveTo({90, 90});
@@ -357,6 +368,7 @@ TEST_F(DrawingTest, Moving32TimesLeavesNothing) {
   }
 }
 
+// Meant in DrawingEngine::MoveImage: moving the icon can't be taken back.
 TEST_F(DrawingTest, MovingTakesNoSnapshotAndDisablesUndo) {
   Drag({5, 5}, {15, 5});
   const QList<QImage> copies = {Plane(planes_.Pic1A), Plane(planes_.Pic1BlackA), Plane(planes_.Pic2A),

@@ -66,6 +66,7 @@ TEST_F(IconFiles, ASavedFileIs766BytesAndCanStandInAWebPack) {
   EXPECT_EQ(0, Check(test_.Path("saved.ico")));
 }
 
+// Meant in IconFileBytes: the size of the data stands as 0 in a saved icon.
 TEST_F(IconFiles, TheWriterLeavesTheSizeOfTheDataAt0) {
   EXPECT_EQ(0u, Number(Saved(), 42, 4));
 }
@@ -122,6 +123,7 @@ TEST_F(IconFiles, WhatIsSavedOpensAsItWas) {
   EXPECT_TRUE(Messages().isEmpty());
 }
 
+// Meant in WriteIconFile: writing over a longer file doesn't shorten it.
 TEST_F(IconFiles, WritingDoesNotShortenALongerFile) {
   File("long.ico", QByteArray(1000, 'x'));
   // Without the suffix, so that nobody asks and nobody deletes.
@@ -133,6 +135,7 @@ TEST_F(IconFiles, WritingDoesNotShortenALongerFile) {
   EXPECT_EQ(6, Check(test_.Path("long.ico")));
 }
 
+// Meant in WriteIconFile: a write that fails says nothing.
 TEST_F(IconFiles, AWriteThatFailsIsSilent) {
   WriteIconFile(editor_.Surfaces, test_.Path("no/such/folder.ico"));
   WriteIconFile(editor_.Surfaces, QString());
@@ -179,6 +182,7 @@ TEST_F(IconFiles, ColorsBecomeTheNearestOfThe16) {
   EXPECT_EQ(qRgb(0, 0, 0), colors.pixel(3, 0));  // as near to dark grey, which comes later
 }
 
+// Meant in OpenImage: see-through pixels of an opened icon are white on the screen; the mask alone tells them.
 TEST_F(IconFiles, AfterOpeningSeeThroughPixelsAreWhiteOnScreenAndOnlyTheMaskCounts) {
   ASSERT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), 4)})));
   EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.Pic1).pixel(0, 0));
@@ -270,6 +274,7 @@ TEST_F(IconFiles, AnIconStoredAsPngHasNoMask) {
   EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(20, 20));
 }
 
+// Meant in HasIconSuffix: a name that ends in "ico" without a dot is opened as an icon.
 TEST_F(IconFiles, ANameThatEndsInIcoWithoutADotIsOpenedAsAnIcon) {
   for (const char* name : {"myico", "MyIcO", "x.ICO"}) {
     EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), 4)}), name));
@@ -369,6 +374,7 @@ TEST_F(IconFiles, TheMaskIsHardenedByPlainNumbersInWhichBlueCountsMost) {
 
 // --- pasting
 
+// Meant in PasteImage: pasting empties the clipboard and makes the whole icon opaque.
 TEST_F(IconFiles, PastingEmptiesTheClipboardAndMakesEverythingOpaqueWhateverTheSize) {
   for (const int side : {1, 10, 32, 70}) {
     PutOnClipboard(Picture(side, side));
@@ -380,6 +386,7 @@ TEST_F(IconFiles, PastingEmptiesTheClipboardAndMakesEverythingOpaqueWhateverTheS
   }
 }
 
+// Meant in PasteImage: beside a small pasted bitmap the screen shows white while the file holds opaque black.
 TEST_F(IconFiles, BesideASmallPastedBitmapTheScreenShowsWhiteWhileTheFileHoldsOpaqueBlack) {
   PutOnClipboard(Picture(10, 10));
   editor_.mPaste();

@@ -36,6 +36,7 @@ class IconOpening : public ::testing::Test {
   fIconMaker* editor_ = nullptr;
 };
 
+// Meant in fIconMaker::ResetEditor: opening the editor throws its drawing away without a question and keeps the colour.
 TEST_F(IconOpening, EveryOpeningThrowsTheWorkAwayWithoutAQuestionAndKeepsTheColor) {
   ASSERT_TRUE(editor_);
   EXPECT_FALSE(editor_->isVisible());

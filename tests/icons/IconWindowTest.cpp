@@ -281,6 +281,7 @@ TEST_F(IconWindow, ClearForgetsTheFileName) {
   EXPECT_TRUE(QFile::exists(test_.Path("a.ico")));
 }
 
+// Meant in fIconMaker::mPaste: Paste forgets the file's name even without a bitmap on the clipboard.
 TEST_F(IconWindow, PasteForgetsTheFileNameEvenWithoutABitmap) {
   Open(IconPath("a.ico"));
   QGuiApplication::clipboard()->clear();
@@ -437,6 +438,7 @@ TEST_F(IconWindow, SaveWithoutANameOrWithADeletedFileIsSaveAs) {
   EXPECT_EQ(2, Dialogs().Questions.size());
 }
 
+// Meant in fIconMaker::mSaveIco: title and name change even when the file couldn't be written.
 TEST_F(IconWindow, TitleAndNameChangeEvenWhenTheWriteFailed) {
   SaveAs(test_.Path("no/such/folder/x.ico"));
   EXPECT_EQ("Icon Editor - " + test_.Path("no/such/folder/x.ico"), Title());
@@ -444,6 +446,7 @@ TEST_F(IconWindow, TitleAndNameChangeEvenWhenTheWriteFailed) {
   EXPECT_TRUE(Messages().isEmpty());
 }
 
+// Meant in fIconMaker::mExit: nothing ever asks whether a drawing shall be saved.
 TEST_F(IconWindow, NothingEverAsksAboutSaving) {
   UseColor(Red);
   Drag({2, 2}, {20, 2});

@@ -77,6 +77,7 @@ TEST_F(Elements, CopyingTwiceKeepsTheLastOfEachKind) {
   EXPECT_EQ(Body(), "two<img id=\"i\" />") << "the text clip doesn't disturb the tag clip";
 }
 
+// Meant in WBUC::Cut: the current element stays the one that has been cut.
 TEST_F(Elements, CutOfAnElementStoresItAndLeavesCurrentElementStale) {
   Show(two);
   DoubleClick("a");
@@ -87,6 +88,7 @@ TEST_F(Elements, CutOfAnElementStoresItAndLeavesCurrentElementStale) {
   EXPECT_TRUE(view_.HasTagClip());
 }
 
+// Meant in WBUC::Paste: an element that is pasted right behind the cut doesn't show before another click.
 TEST_F(Elements, PastingACutElementAtOnceShowsNothingUntilAnotherClick) {
   Show(two);
   DoubleClick("a");
@@ -128,6 +130,7 @@ TEST_F(Elements, PastingAnElementTakesTheHighlightAwayAndPastingTextLeavesIt) {
   EXPECT_EQ(page_.Document().selection().type(), "Text");
 }
 
+// Meant in WBUC::Paste: pasting nothing takes the highlight away.
 TEST_F(Elements, WithAnEmptyClipPastingAnElementStillTakesTheHighlightAway) {
   Show(two);
   const Node* const text = TextOf(Named("b"));
@@ -146,6 +149,7 @@ TEST_F(Elements, PasteOfTextWhereNothingWasClickedGoesToTheEnd) {
   EXPECT_TRUE(Body().endsWith("two</font>on")) << qPrintable(Body());
 }
 
+// Meant in WBUC::Copy: Copy takes what is highlighted, where Cut takes the selected element.
 TEST_F(Elements, CutOfAnElementStoresItsTagsButCopyWhatIsHighlighted) {
   Show(two);
   DoubleClick("a");
@@ -172,6 +176,7 @@ TEST_F(Elements, CopyOfAnElementWithAChangedHighlightTakesTheHighlight) {
   EXPECT_TRUE(Body().endsWith("two</font>tw")) << qPrintable(Body());
 }
 
+// Meant in WBUC::Paste: pasting nothing drops the selected element.
 TEST_F(Elements, PasteDropsTheSelectedElementEvenWhenThereIsNothingToPaste) {
   for (const int origin : {int(WBUC::FromTextClip), int(WBUC::FromTagClip), 7, -1}) {
     Show(two);
@@ -182,6 +187,7 @@ TEST_F(Elements, PasteDropsTheSelectedElementEvenWhenThereIsNothingToPaste) {
   }
 }
 
+// Meant in WBUC::Paste: text of other programs is taken as HTML, and what is cut or copied here never reaches them.
 TEST_F(Elements, SystemTextIsTakenAsHtmlAndNeverWritten) {
   Show(two);
   PutOnSystemClipboard("x<b>y</b> &amp; z");
@@ -231,6 +237,7 @@ TEST_F(Elements, ReplaceElemHtmlPutsHtmlInTheElementsPlace) {
   EXPECT_EQ(Body(), "<i>x</i>y<font id=\"b\">two</font>");
 }
 
+// Meant in WBUC::AddNewElement: a new element goes to the page's end wherever the insertion point is.
 TEST_F(Elements, NewElementsAndTablesGoToTheEndWhereverTheInsertionPointIs) {
   Show(two);
   Click("a");
@@ -259,6 +266,8 @@ TEST_F(Elements, LinkOfSelectedText) {
   EXPECT_EQ(page_.Document().selection().createRange()->text(), "ne");
 }
 
+// Meant in WBUC::CreateLinkSel: a link is put on a text block that was selected by double click, which no other format
+// is.
 TEST_F(Elements, LinkWorksOnADoubleClickedTextBlockToo) {
   Show(two);
   DoubleClick("a");
@@ -278,6 +287,8 @@ TEST_F(Elements, MoveOneElementChangesPlacesWithTheNeighbourAndSelectsNothing) {
   EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
 }
 
+// Meant in WBUC::MoveElementOneElement: an element that changed places has to be clicked again before it moves by a
+// space.
 TEST_F(Elements, AfterAMoveTheSpaceButtonsDoNothing) {
   Show(two);
   DoubleClick("a");
@@ -286,6 +297,7 @@ TEST_F(Elements, AfterAMoveTheSpaceButtonsDoNothing) {
   EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
 }
 
+// Meant in WBUC::MoveElementOneElement: a text block that is moved past a picture inside of it is lost.
 TEST_F(Elements, MovingATextBlockPastAPictureInsideItLosesIt) {
   Show("<font id='a'>one<img id='i'></font><font id='b'>two</font>");
   DoubleClick("a");
@@ -307,6 +319,8 @@ TEST_F(Elements, TablesAreNotMovable) {
   EXPECT_EQ(view_.MoveElementOneElement(1), WBUC::NotMovable);
 }
 
+// Meant in WBUC::MoveElementOneElement: the neighbour to change places with is looked for among ten elements and no
+// further.
 TEST_F(Elements, TheNeighbourIsLookedForAmongTenElementsOfAnyKind) {
   Show("<font id='a'>one</font>" + QString("<br>").repeated(9) + "<font id='b'>two</font>");
   DoubleClick("a");
@@ -330,6 +344,7 @@ TEST_F(Elements, TheLastBlockHasNoNeighbourBehindIt) {
   EXPECT_EQ(Body(), "<font id=\"a\">one</font><font id=\"b\">two</font>");
 }
 
+// Meant in WBUC::MoveElementOneSpace: one of the moves takes the selected element, the other the current one.
 TEST_F(Elements, OneMovesTheSelectedElementTheOtherTheCurrentOne) {
   Show(two);
   DoubleClick("a");
@@ -375,6 +390,7 @@ TEST_F(Elements, MovingBackTakesAwayOnlyWhatMovingOnPutsThere) {
   }
 }
 
+// Meant in WBUC::MoveElementOneSpace: moving up takes a line break away that belongs to another block.
 TEST_F(Elements, MovingUpTakesALineBreakOfAnotherBlocksTextToo) {
   Show("<font>one<br></font><font id='e'>two</font>");
   view_.SetCurrentElement(Named("e"));
@@ -413,6 +429,8 @@ TEST_F(Elements, FormatsOfSelectedTextGatherInOneFont) {
   EXPECT_EQ(view_.SelText(), "bc");
 }
 
+// Meant in WBUC::IfSelection: a text block that was selected by double click isn't formatted, though its text is
+// highlighted.
 TEST_F(Elements, ADoubleClickedElementIsNotFormattedThoughItsTextIsHighlighted) {
   Show(two);
   DoubleClick("a");
@@ -438,6 +456,7 @@ TEST_F(Elements, FontUnderASelectionIsFiveEmptyTexts) {
   EXPECT_EQ(view_.CurFontProps(), (std::array<QString, 5>{}));
 }
 
+// Meant in WBUC::CurFontProps: the font that shows is that of the page's selection, not of the insertion point.
 TEST_F(Elements, FontAtTheInsertionPointIsThatOfThePagesSelectionNotOfCurrentTextRange) {
   Show("<font id='a' color='#010203' size='5' face='Arial'>one</font><font id='b' size='1'>two</font>");
   const BoundaryPoint inA = BoundaryPoint::InText(TextOf(Named("a")), 1);
@@ -446,6 +465,7 @@ TEST_F(Elements, FontAtTheInsertionPointIsThatOfThePagesSelectionNotOfCurrentTex
   EXPECT_EQ(view_.CurFontProps(), (std::array<QString, 5>{"#010203", "Arial", "5", "#FFFFFF", "*"}));
 }
 
+// Meant in WBUC::SetSelText: the selected text is read as text and written as HTML.
 TEST_F(Elements, SelTextIsReadAsTextAndWrittenAsHtml) {
   Show("<font id='a'>one<br>two</font>");
   EXPECT_EQ(view_.SelText(), "");

@@ -66,6 +66,7 @@ TEST_F(PageValues, ANewPageIsStampedWithAllOfThem) {
   EXPECT_EQ("Arial, Helvetica", page_.Document().body().style().fontFamily());
 }
 
+// Meant in WBUC::StampValues: an empty font size is written as two pixels.
 TEST_F(PageValues, StampingAnEmptySizeWritesTwoPixels) {
   view_.StoredValues().BodyFontSize = "";
   page_.Open("<HTML><BODY>x</BODY></HTML>", true);
@@ -86,6 +87,7 @@ TEST_F(PageValues, AnOpenedPageIsReadThroughTheWriters) {
   EXPECT_EQ("large", FontSize());
 }
 
+// Meant in WBUC::ReadValues: the background colour of an opened page isn't read.
 TEST_F(PageValues, BGColorIsNotReadBackFromAnOpenedPage) {
   view_.StoredValues().BGColor = "#ABCDEF";
   Open(" BGCOLOR=\"#112233\"");
@@ -93,6 +95,7 @@ TEST_F(PageValues, BGColorIsNotReadBackFromAnOpenedPage) {
   EXPECT_EQ("#112233", Raw("bgcolor"));
 }
 
+// Meant in WBUC::ReadValues: a page without a font size gets x-small when it is opened.
 TEST_F(PageValues, APageWithoutFontSizeGetsXSmallAtOpening) {
   Open("");
   EXPECT_EQ("x-small", FontSize());
@@ -105,6 +108,7 @@ TEST_F(PageValues, APageOfTwelvePointsGetsXSmallToo) {
   EXPECT_EQ("2", view_.BodyFontSize());
 }
 
+// Meant in WBUC::SetLinkColor: the colour of visited links becomes that of links at each opening.
 TEST_F(PageValues, VLinkIsOverwrittenWithLinkAtEachOpeningAndEachLinkColor) {
   Open(" LINK=\"#FF0000\" VLINK=\"#00FF00\"");
   EXPECT_EQ("#FF0000", Raw("vlink"));
@@ -122,6 +126,7 @@ TEST_F(PageValues, APageWithoutTextColourReadsAsEmpty) {
   EXPECT_EQ("<absent>", Raw("text"));
 }
 
+// Meant in WBUC::SetBodyFontSize: a font size of 7 stays in the field while the page gets 2.
 TEST_F(PageValues, BodyFontSizeSevenStaysInTheFieldWhileThePageGetsTwo) {
   Open("");
   view_.SetBodyFontSize("7");
@@ -130,6 +135,8 @@ TEST_F(PageValues, BodyFontSizeSevenStaysInTheFieldWhileThePageGetsTwo) {
   EXPECT_FALSE(Raw("style").contains("small"));
 }
 
+// Meant in WBUC::SetBodyFontColor: while no page is ready the text colour alone is stored, and nothing is made up for
+// later.
 TEST_F(PageValues, WhileNoDocumentIsReadyOnlyBodyFontColorIsStoredAndNothingIsQueued) {
   view_.Navo(page_.test.Path("none.html"), false);
   view_.SetBodyFontColor("#111111");
@@ -152,6 +159,7 @@ TEST_F(PageValues, WhileNoDocumentIsReadyOnlyBodyFontColorIsStoredAndNothingIsQu
   EXPECT_EQ("", view_.BackPic());
 }
 
+// Meant in WBUC::BodyFontColor: while no page is ready the page's values read as nothing.
 TEST_F(PageValues, GettersWhileNotReadyGiveNothingButTheFieldsHoldTheirValues) {
   page_.browser->SetHtml("<HTML><HEAD><TITLE>t</TITLE></HEAD><BODY BACKGROUND='b.gif'>x</BODY></HTML>");
   ASSERT_EQ("b.gif", view_.BackPic());
@@ -178,6 +186,7 @@ TEST_F(PageValues, ALoadThatFailsLeavesTheViewNotReadyAndSaysNothing) {
   EXPECT_EQ("", view_.Source());
 }
 
+// Meant in WBUC::BodyFontColor: the page's values are those last set here, whatever a script of the page has changed.
 TEST_F(PageValues, GettersGiveTheFieldsEvenWhenAPageScriptHasChangedTheDocument) {
   Open(" TEXT=\"#111111\" LINK=\"#222222\" STYLE=\"font-family: Tahoma; font-size: large\"");
   view_.SetBGColor("#333333");

@@ -151,6 +151,7 @@ TEST_F(Selection, DoubleClickOnBoldSelectsTheBlockAroundItAndKeepsTheInsertionPo
   EXPECT_TRUE(Body().contains("z"));
 }
 
+// Meant in WBUC::Doc_ondblclick: a double click on a cell selects its table and keeps the insertion point.
 TEST_F(Selection, DoubleClickOnACellSelectsItsTableAndKeepsTheInsertionPoint) {
   Click("td");
   const auto range = view_.CurrentTextRange();
@@ -160,6 +161,7 @@ TEST_F(Selection, DoubleClickOnACellSelectsItsTableAndKeepsTheInsertionPoint) {
   EXPECT_EQ("TABLE", view_.CurrentSelElementTag());
 }
 
+// Meant in WBUC::Doc_ondblclick: a table is looked for three steps above a cell and no further.
 TEST_F(Selection, ACellMoreThanThreeStepsBelowItsTableRaisesNoDoubleClick) {
   // No parser makes such a tree, so it is built by hand.
   HTMLDocument& document = page_.Document();
@@ -197,6 +199,7 @@ TEST_F(Selection, DoubleClickOnThePageMovesTheInsertionPointToTheEndOfItsText) {
   EXPECT_EQ("<font id=\"font\">onex</font>", Body());
 }
 
+// Meant in WBUC::Doc_ondblclick: a double click on a link selects nothing and is told all the same.
 TEST_F(Selection, ALinkCannotBeSelectedByDoubleClickButTheEventGoesOut) {
   QSignalSpy doubleClicked(&view_, &WBUC::DoubleClick);
   DoubleClick("a");
@@ -217,6 +220,7 @@ TEST_F(Selection, LeftButtonDownClearsEverything) {
   EXPECT_EQ("", view_.CurrentElementTag());
 }
 
+// Meant in WBUC::Doc_onmousedown: a press of the left button clears everything even while no page is ready.
 TEST_F(Selection, LeftButtonDownClearsEvenWhileNoDocumentIsReady) {
   view_.Navo(page_.test.Path("none.html"), false);
   ASSERT_FALSE(view_.DocReady());
@@ -264,6 +268,7 @@ TEST_F(Selection, IfSelectionTellsTextOnlyWhereSomethingIsSelected) {
   EXPECT_EQ(WBUC::NothingSelected, view_.IfSelection());
 }
 
+// Meant in WBUC::IfSelection: the selection counts as that element whatever is selected by keyboard afterwards.
 TEST_F(Selection, IfSelectionStaysAtTheElementWhateverTheUserSelectsByKeyboard) {
   DoubleClick("img");
   page_.Document().selection().Mirror({});

@@ -72,6 +72,7 @@ TEST_F(Typing, KeysOutsideOfTheTableDoNothingButRaiseKeyPress) {
   }
 }
 
+// Meant in KeyToText: the arrow keys and the numeric keypad do nothing.
 TEST_F(Typing, ArrowsAndTheKeypadMoveNothing) {
   for (const int code : {37, 38, 39, 40, 36, 35, 9, 96, 105, 110}) Key(code);
   Key('X');
@@ -104,6 +105,7 @@ TEST_F(Typing, PlainSpacesNeverBecomeNonBreaking) {
   EXPECT_EQ("ab   &nbsp;cd", Text());
 }
 
+// Meant in WBUC::Doc_onkeyup: a space over a range with content leaves its text and drops its markup.
 TEST_F(Typing, ASpaceOverARangeWithContentKeepsItsTextAlone) {
   page_.ShowBody("<FONT id='here'>one <B>two</B> three</FONT>");
   const auto range = page_.Document().body().createTextRange();
@@ -113,6 +115,7 @@ TEST_F(Typing, ASpaceOverARangeWithContentKeepsItsTextAlone) {
   EXPECT_EQ("one two three ", Body());
 }
 
+// Meant in WBUC::Doc_onkeyup: Return types a line break and a blank, with the insertion point between them.
 TEST_F(Typing, ReturnAddsABreakAndABlankWithThePointBetween) {
   QSignalSpy pressed(&view_, &WBUC::KeyPress);
   Key(13);
@@ -125,6 +128,7 @@ TEST_F(Typing, ReturnAddsABreakAndABlankWithThePointBetween) {
   EXPECT_EQ("ab<br />n&nbsp;cd", Text());
 }
 
+// Meant in WBUC::Doc_onkeyup: the blanks of several Returns pile up behind the text.
 TEST_F(Typing, TheBlanksOfReturnsPileUpBehindTheText) {
   Key(13);
   Key(13);
@@ -140,12 +144,14 @@ TEST_F(Typing, ShiftReturnClearsFloats) {
   EXPECT_EQ("<BR CLEAR=\"all\">", pressed[0][0].toString());
 }
 
+// Meant in KeyToText: a double quote is typed as it stands.
 TEST_F(Typing, ADoubleQuoteIsNotEscaped) {
   EXPECT_EQ("\"", KeyToText(222, true, QString()).html);
   Key(222, true);
   EXPECT_EQ("ab\"cd", Text());
 }
 
+// Meant in WBUC::Doc_onkeyup: typing doesn't replace what is selected.
 TEST_F(Typing, TheSelectionIsNeitherReplacedNorChanged) {
   const Node* const text = TextOf(Named("here"));
   page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
@@ -172,6 +178,7 @@ TEST_F(Typing, BackspaceAndDeleteWorkBesideTheInsertionPoint) {
   EXPECT_EQ((8 + 8) * 15, pressed[1][1].toInt());
 }
 
+// Meant in WBUC::BackspaceChar: Backspace deletes what stands before a range with content, which keeps its content.
 TEST_F(Typing, BackspaceLeavesARangeWithContentAsItIs) {
   // The work is done on a duplicate, so what the range spans stays.
   const Node* const text = TextOf(Named("here"));

@@ -47,6 +47,7 @@ TEST_F(WorkOps, NewContentGoesToTheEndWithAnythingElseCurrentOrNothing) {
             "<table><tbody><tr id=\"e\"><td>a</td></tr></tbody></table><hr />");
 }
 
+// Meant in InsertPageHTML: nothing is inserted behind a text block that is no longer in the page.
 TEST_F(WorkOps, NothingIsInsertedBehindAStaleTextBlock) {
   page_.ShowBody("<font id='a'>one</font><font id='b'>two</font>");
   DoubleClick("a");
@@ -78,6 +79,7 @@ TEST_F(WorkOps, ABorderThatIsNoNumberTellsNothing) {
   EXPECT_EQ(Props("border=20").Border, 20) << "more than the list offers";
 }
 
+// Meant in ReadTableProps: a padding of 7 reads as 5.
 TEST_F(WorkOps, APaddingOfSevenReadsAsFive) {
   EXPECT_EQ(Props("cellpadding=7").PaddingIndex, 1);
   for (const char* padding : {"", "cellpadding=''", "cellpadding=0", "cellpadding=much", "cellpadding=4"})

@@ -136,6 +136,7 @@ TEST_F(CropBand, AClickOrADragInOneRowOrColumnDefinesNothing) {
   }
 }
 
+// Meant in fBitmap::Pic_MouseUp: the label shows the size as dragged and not as cut.
 TEST_F(CropBand, TheAreaIsKeptOnThePictureAndTheLabelShowsTheSizeAsDragged) {
   Open(100, 80);
   Drag({40, 50}, {300, 200});

@@ -122,6 +122,7 @@ TEST_F(Jpeg, ACompressedPictureIsSavedByteForByteOnce) {
   EXPECT_EQ(Made(shown, 100), Saved());
 }
 
+// Meant in ModNView::SavePictureAsJpeg: saving by copy takes the snapshot for Undo away.
 TEST_F(Jpeg, SavingByCopyRemovesTheSnapshotAndUndoSaysSo) {
   Open(200, 150);
   Compress(30);

@@ -65,6 +65,7 @@ TEST_F(PictureCommands, TheLabelShowsTheSizeAsDraggedAndNotAsCut) {
   EXPECT_EQ("29", window_.tHt->text());
 }
 
+// Meant in ModPics::ResizePicture: the crop area outlives a resize, and the next crop uses it.
 TEST_F(PictureCommands, ResizeAndUndoKeepTheCropAreaAndTheNextCropUsesIt) {
   ChoosePicture(100, 80);
   Drag({10, 20}, {50, 35});
@@ -82,6 +83,7 @@ TEST_F(PictureCommands, ResizeAndUndoKeepTheCropAreaAndTheNextCropUsesIt) {
 
 // --- resizing
 
+// Meant in FPic::OnResize: ten per cent passes, though the message asks for more than ten.
 TEST_F(PictureCommands, TenPassesThoughTheMessageSaysGreaterThanTen) {
   ChoosePicture(100, 80);
   Resize("10");
@@ -139,6 +141,7 @@ TEST_F(PictureCommands, NumbersAreReadInEveryForm) {
   }
 }
 
+// Meant in FPic::OnResize: a number beyond 16 bits ends the command without a word.
 TEST_F(PictureCommands, NumbersBeyond16BitsEndInSilence) {
   ChoosePicture(100, 80);
   for (const char* text : {"40000", "32767.5", "-40000", "1e9", "1e999", "99999999999999999999"}) {
@@ -189,6 +192,7 @@ TEST_F(PictureCommands, OtherQualitiesAreTold) {
   }
 }
 
+// Meant in FPic::OnCompress: the picture counts as the last JPEG even when compressing failed.
 TEST_F(PictureCommands, TheFlagIsSetWhateverTheCompressDid) {
   ChoosePicture(100, 80);
   // A folder in a file's place stops whoever wants to write it.
@@ -211,6 +215,7 @@ TEST_F(PictureCommands, CompressingTwiceCompressesTheCompressedPicture) {
 
 // --- undo
 
+// Meant in FPic::OnUnDo: an Undo that does nothing still makes the picture no longer count as the last JPEG.
 TEST_F(PictureCommands, UndoClearsTheFlagEvenWhereItDoesNothing) {
   state_.JpegCurrent = true;
   window_.bUnDo->click();
@@ -224,6 +229,7 @@ TEST_F(PictureCommands, UndoClearsTheFlagEvenWhereItDoesNothing) {
   ExpectBox("Only one level of undo.");
 }
 
+// Meant in ModPics::UndoPicture: Undo after another picture was opened brings the first one back.
 TEST_F(PictureCommands, UndoAfterOpeningAnotherPictureBringsTheFirstBack) {
   ChooseOneColor("a.bmp", Qt::red);
   Resize("50");

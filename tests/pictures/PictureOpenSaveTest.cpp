@@ -62,6 +62,7 @@ TEST_F(PictureOpenSave, OpenShowsThePicture) {
   EXPECT_TRUE(Messages().isEmpty());
 }
 
+// Meant in FPic::OnGetPic: a file that isn't there is passed over without a word.
 TEST_F(PictureOpenSave, AFileThatIsNotThereIsPassedOverInSilence) {
   ChoosePicture(100, 80);
   Drag({10, 20}, {50, 35});
@@ -151,6 +152,7 @@ TEST_F(PictureOpenSave, WhileAFileIsChosenTheViewerIsNoLongerOnTop) {
   EXPECT_TRUE(asked);
 }
 
+// Meant in FPic::OnGetPic: after Cancel the viewer stays out of the top layer.
 TEST_F(PictureOpenSave, AfterACancelledOpenTheViewerStaysOutOfTheTopLayerUntilTheNextFileIsOpenedOrSaved) {
   ChoosePicture(100, 80);
   Choose("");
@@ -259,6 +261,8 @@ TEST_F(PictureOpenSave, AFailedSaveIsToldBeforeTheViewerComesBack) {
   EXPECT_FALSE(window_.Busy);
 }
 
+// Meant in FPic::OnGetPic: the last JPEG still counts as the picture on show when another one has been opened: saving
+// writes the first.
 TEST_F(PictureOpenSave, CompressOneOpenAnotherAndSaveWritesTheFirst) {
   ChooseOneColor("a.bmp", Qt::red);
   Compress("80");

@@ -4,6 +4,7 @@ namespace {
 
 class PictureOps : public PicturesTest {};
 
+// Meant in ModPics::CropPicture: the last column and row of the area are left out.
 TEST_F(PictureOps, CropLeavesOutTheLargerColumnAndRow) {
   Open(100, 80);
   Drag({10, 20}, {50, 35});
@@ -214,6 +215,7 @@ TEST_F(PictureOps, AnOldCropAreaBeyondThePictureShowsTheBackground) {
   EXPECT_EQ(QColor(Qt::white), PixelShown(49, 39));
 }
 
+// Meant in ModPics::ResizePicture: a crop band on show goes into the snapshot of a resize.
 TEST_F(PictureOps, ABandOnShowGoesIntoTheSnapshotOfAResize) {
   OpenOneColor("white.bmp", Qt::white);
   Drag({5, 5}, {40, 30});

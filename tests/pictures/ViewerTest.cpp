@@ -47,6 +47,7 @@ TEST_F(Viewer, AWindowCutByHeightIsCroppedAndStandsAt400Twips) {
   EXPECT_EQ(0, viewer_.y());
 }
 
+// Meant in ModPics::SizeViewer: a window that had to be cut in its width doesn't count as cropped.
 TEST_F(Viewer, AWindowCutByWidthDoesNotCountAsCropped) {
   EXPECT_FALSE(pics_.SizeViewer(3000, 100, 1500, "caption"));
   EXPECT_EQ(kCutCaption, Caption());

@@ -30,6 +30,7 @@ TEST_F(PagePanel, TheAlignmentIsLeftUnlessThePageSaysOtherwise) {
   }
 }
 
+// Meant in FTools::OpenPageProps: opening the panel leaves the list of faces as it is, whatever face the page has.
 TEST_F(PagePanel, OpeningNeverSetsTheFace) {
   EXPECT_EQ(0, Tools().BoxFace->currentIndex());  // from the settings
   View().SetBodyFontName("Tahoma");
@@ -41,6 +42,7 @@ TEST_F(PagePanel, OpeningNeverSetsTheFace) {
   EXPECT_EQ("Tahoma", View().BodyFontName());
 }
 
+// Meant in FTools::OpenPageProps: the panel shows the background colour that was last given, not the page's.
 TEST_F(PagePanel, TheBackgroundShownIsTheOneLastGivenNotThatOfThePage) {
   const QString path = run_.test.Path("own.html");
   ASSERT_TRUE(PutFile(path, "<HTML><BODY BGCOLOR=\"#00FF00\">x</BODY></HTML>"));
@@ -193,6 +195,7 @@ TEST_F(PagePanel, TheViewerIsHiddenAlsoForAMissingPictureButNotOnCancel) {
   EXPECT_EQ("<absent>", Raw("background"));
 }
 
+// Meant in FTools::OnBackPic: a background picture chosen out of the project's own folder is deleted.
 TEST_F(PagePanel, ABackgroundOutOfTheProjectsOwnFolderIsDeleted) {
   ASSERT_TRUE(PutFile(run_.test.WorkFile("back.gif"), "x"));
   Dialogs().Texts = {run_.test.WorkFile("back.gif")};

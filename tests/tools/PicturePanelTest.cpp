@@ -98,6 +98,7 @@ TEST_F(PicturePanel, APngGoesStraightIntoThePageWithoutASize) {
   EXPECT_FALSE(Viewer().isVisible());
 }
 
+// Meant in FTools::AddPicture: a file named ".jpeg" is refused without a word.
 TEST_F(PicturePanel, AJpegWithFourLettersIsRefusedWithoutAWord) {
   for (const char* name : {"a.jpeg", "a.bmp", "a", "agif", "jpg", "a.gif.txt"}) {
     Add(Picture(name, gif));
@@ -125,6 +126,7 @@ TEST_F(PicturePanel, OnlyBlanksInANameBecomeUnderscores) {
   EXPECT_TRUE(Added().startsWith("<img src=\"a__b&nbsp;c-")) << qPrintable(Added());
 }
 
+// Meant in FTools::CopyBesidePages: a picture chosen out of the project's own folder is gone before it can be copied.
 TEST_F(PicturePanel, APictureOutOfTheProjectsOwnFolderIsDeletedBeforeItCanBeCopied) {
   const QString path = run_.test.WorkFile("house.gif");
   ASSERT_TRUE(PutFile(path, gif));
@@ -140,6 +142,7 @@ TEST_F(PicturePanel, APictureOfTheSameNameReplacesTheFirst) {
   EXPECT_EQ("<img src=\"a.png\" /><img src=\"a.png\" />", Added());
 }
 
+// Meant in FTools::OnOKPic: a picture is put into the page even when its file couldn't be copied.
 TEST_F(PicturePanel, ThePictureIsInsertedEvenWhenTheCopyFailed) {
   ASSERT_TRUE(PutFile(run_.test.WorkFile("house.gif/in the way"), "x"));
   AddAndOk(Picture("house.gif", gif));
@@ -147,6 +150,8 @@ TEST_F(PicturePanel, ThePictureIsInsertedEvenWhenTheCopyFailed) {
   EXPECT_EQ("<missing>", WorkFile("house.gif"));
 }
 
+// Meant in FTools::OnOKPic: behind an element that is no longer in the page nothing is inserted, though the file has
+// been copied.
 TEST_F(PicturePanel, AStaleElementGetsNothingThoughTheFileHasBeenCopied) {
   View().SetCurrentElement(Element("a"));
   Element("a").setOuterHTML(QString());

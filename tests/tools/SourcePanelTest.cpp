@@ -42,6 +42,7 @@ TEST_F(SourcePanel, AChangeWhileTheWindowIsHiddenEnablesNothing) {
   EXPECT_FALSE(Tools().bCloseText[1]->isEnabled());
 }
 
+// Meant in FTools::OnCloseText: OK drops unsaved source without a question.
 TEST_F(SourcePanel, OkDropsUnsavedTextWithoutAQuestion) {
   Tools().ShowSource();
   const QByteArray before = PageFile();

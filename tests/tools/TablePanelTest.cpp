@@ -97,6 +97,7 @@ TEST_F(TablePanel, ASizeInPercentIsRefusedAndThePanelStays) {
   EXPECT_EQ("", Body());
 }
 
+// Meant in FTools::OnOKTable: a size with an exponent counts as a number and is written as it was typed.
 TEST_F(TablePanel, ASizeWithAnExponentPassesAsItIs) {
   ShowBody(QString());
   NewTable("1e2", "-1.5");
@@ -135,6 +136,8 @@ TEST_F(TablePanel, ShowsTheValuesOfATable) {
   EXPECT_EQ("Bottom", On(Tools().OpVTD));
 }
 
+// Meant in FTools::LoadTableProps: options stay where the last table left them when this one says nothing that they
+// know.
 TEST_F(TablePanel, OptionsStayWhereTheTableSaysNothingTheyKnow) {
   Load("align=right", "<tr><td align=right valign=bottom>x</td></tr>");
   Load("align=middle", "<tr><td valign=middle>x</td></tr>");
@@ -169,6 +172,7 @@ TEST_F(TablePanel, ABorderBeyondTheListIsCheckedButNotSelected) {
   }
 }
 
+// Meant in FTools::LoadTableProps: a padding between two steps shows as the lower one, and OK writes that.
 TEST_F(TablePanel, APaddingBetweenTwoStepsShowsTheLowerAndOkWritesIt) {
   Load("width=10 height=10 cellpadding=7");
   EXPECT_EQ("5", Tools().BoxPadding->currentText());
@@ -193,6 +197,7 @@ TEST_F(TablePanel, APaddingBeyondTheListLeavesTheListWhereItIs) {
   }
 }
 
+// Meant in FTools::ApplyToTable: an edit of a table sets the cells of the tables inside of it too.
 TEST_F(TablePanel, AnEditSetsTheTableAndAllCellsInItThoseOfTablesInsideToo) {
   Load("width=10 height=10",
        "<tr><td id='one'>x<table id='inner'><tr><td id='two'>y</td></tr></table></td><th id='head'>z</th></tr>");
@@ -219,6 +224,7 @@ TEST_F(TablePanel, AnEditSetsTheTableAndAllCellsInItThoseOfTablesInsideToo) {
   EXPECT_FALSE(Tools().isVisible());
 }
 
+// Meant in FTools::LoadTableProps: opened from a cell the panel shows the table, but OK changes nothing.
 TEST_F(TablePanel, OpenedFromACellItShowsTheTableButOkChangesNothing) {
   for (const char* current : {"c", "r"}) {
     ShowBody("<table id='t' width=77 height=10><tr id='r'><td id='c'>x</td></tr></table>");

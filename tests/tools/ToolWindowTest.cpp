@@ -99,6 +99,7 @@ TEST_F(ToolWindow, AnotherNumberHidesPlacesAndShowsTheWindowAsItIs) {
   }
 }
 
+// Meant in FTools::ShowTool: every panel's number above two gives the table's width the focus.
 TEST_F(ToolWindow, EveryNumberAboveTwoGivesTheTableWidthTheFocus) {
   for (const auto& [tool, gives] :
        {std::pair(0, false), {1, false}, {2, false}, {3, true}, {4, true}, {7, true}, {-7, false}}) {

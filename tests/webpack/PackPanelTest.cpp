@@ -72,6 +72,7 @@ TEST_F(Panel, ABuildTellsFileAndSize) {
   EXPECT_FALSE(busy_);
 }
 
+// Meant in PackPanel::Build: a build doesn't store the folder that it went to.
 TEST_F(Panel, ABuildDoesNotStoreItsFolder) {
   panel_.tMakePath->setText(test_.Path("app"));
   Dialogs().Answers = {MessageAnswer::No};
@@ -266,6 +267,7 @@ TEST_F(Panel, BrowseStoresTheFolder) {
   EXPECT_TRUE(Dialogs().Boxes.isEmpty());
 }
 
+// Meant in PackPanel::Browse: cancelling the folder dialog is told as an error.
 TEST_F(Panel, ACancelledBrowseIsTold) {
   QSignalSpy chosen(&panel_, &PackPanel::CardFolderChosen);
   Dialogs().Texts = {"", test_.Path("none")};

@@ -71,6 +71,7 @@ TEST(ReadyPackFileNames, AddTheEndingWhereItIsMissing) {
   EXPECT_EQ("exe.exe", ReadyPackFileNames("", "exe").MakeName);
 }
 
+// Meant in ReadyPackFileNames: a blank behind ".exe" makes it another ending, and a second ".exe" is added.
 TEST(ReadyPackFileNames, ABlankAtTheEndMakesItAnotherEnding) {
   EXPECT_EQ("a.exe .exe", ReadyPackFileNames("", "a.exe ").MakeName);
   EXPECT_EQ(" .exe", ReadyPackFileNames("", " ").MakeName);
@@ -93,11 +94,14 @@ TEST_F(Package, TheLastPageGetsNoLink) {
   EXPECT_EQ(kPage, AddNextPageLink(test_.program, "card/Page2.html", kPage, 2));
 }
 
+// Meant in PageNumberOf: a page's number is the one character before ".html", so page 12 counts as 2 and links to page
+// 3.
 TEST_F(Package, Page12LinksToPage3) {
   EXPECT_EQ(LinkedPage(3), AddNextPageLink(test_.program, "card/Page12.html", kPage, 12));
   EXPECT_EQ(LinkedPage(1), AddNextPageLink(test_.program, "card/Page10.html", kPage, 12));
 }
 
+// Meant in PageNumberOf: any name that ends in "d.html" counts as page 1.
 TEST_F(Package, AnyNameThatEndsInDHtmlCountsAsPage1) {
   EXPECT_EQ(LinkedPage(2), AddNextPageLink(test_.program, "card/old.html", kPage, 2));
   EXPECT_EQ(LinkedPage(2), AddNextPageLink(test_.program, "d.html", kPage, 2));
@@ -149,6 +153,7 @@ TEST_F(Package, ASecondBuildChangesNothingInThePages) {
   EXPECT_EQ(kPage, Page("Page2.html"));
 }
 
+// Meant in PreparePackPages: making a web-pack deletes the project's unused pictures for good.
 TEST_F(Package, UnusedPicturesAreDeletedAndOtherFilesStay) {
   Put("wgcard.html", "<BODY><IMG SRC=\"x/used.gif\" ></BODY>");
   const QStringList unused = {"a.gif", "b.JPG", "c.png", "d.jpeg", "jpeg"};
@@ -159,6 +164,7 @@ TEST_F(Package, UnusedPicturesAreDeletedAndOtherFilesStay) {
   for (const QString& name : kept) EXPECT_TRUE(IsThere(name)) << qPrintable(name);
 }
 
+// Meant in PreparePage: a picture whose name differs from the page's in case alone is unused, and is deleted.
 TEST_F(Package, APictureThatDiffersOnlyInCaseFromItsReferenceIsDeleted) {
   Put("wgcard.html", "<BODY><IMG SRC=\"a.gif\" ></BODY>");
   Put("A.GIF");
@@ -166,6 +172,7 @@ TEST_F(Package, APictureThatDiffersOnlyInCaseFromItsReferenceIsDeleted) {
   EXPECT_FALSE(IsThere("A.GIF"));
 }
 
+// Meant in PreparePage: a picture with "&" in its name is unused, and is deleted.
 TEST_F(Package, APictureWithAnAmpersandNeverMatchesItsReference) {
   Put("wgcard.html", "<body><img src=\"a&amp;b.gif\" /></body>");
   Put("a&b.gif");
@@ -379,6 +386,7 @@ TEST_F(Package, TheArchivesAttributesAreClearedBeforeItIsRead) {
   EXPECT_EQ(AttributeNormal, test_.platform.attributes.Get(test_.WorkFile("card.zip")));
 }
 
+// Meant in CreateWebPack: the archive stays behind when the build fails, and the next build deletes it.
 TEST_F(Package, CardZipStaysAfterEveryFailedBuild) {
   Put("wgcard.html", kPage);
   Put("playing.wav");
@@ -410,6 +418,7 @@ TEST_F(Package, CardZipStaysAfterEveryFailedBuild) {
   EXPECT_EQ("x", Page("card.zip/inside"));
 }
 
+// Meant in CreateWebPack: the pages stay rewritten when the build fails.
 TEST_F(Package, ThePagesStayRewrittenAfterAFailedBuild) {
   Put("wgcard.html", kPage);
   Put("Page2.html", kPage);
@@ -447,6 +456,7 @@ TEST_F(Package, CheckIconFileTellsAFileThatCannotBeRead) {
   EXPECT_EQ("Error confirming icon suitability.", message);
 }
 
+// Meant in CheckIconFile: an icon file that was looked at has its attributes cleared.
 TEST_F(Package, CheckIconFileClearsTheAttributes) {
   const QString path = test_.Path("a.ico");
   ASSERT_TRUE(PutFile(path, GoodIcon()));

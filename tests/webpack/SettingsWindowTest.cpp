@@ -172,6 +172,7 @@ TEST_F(SettingsWindow, ApplyStoresAFolderThatIsThere) {
   EXPECT_EQ(test_.Path("desktop"), Stored(Settings::CardFol));
 }
 
+// Meant in FSets::ApplyLink: a link text of blanks is ignored without a word.
 TEST_F(SettingsWindow, ALinkTextOfBlanksIsIgnoredWithoutAWord) {
   test_.program.LinkTextValue = "Next Page";
   for (const char* text : {"", "   "}) {
@@ -220,6 +221,8 @@ TEST_F(SettingsWindow, ChoosingWithoutApplyingChangesNothing) {
   EXPECT_EQ("<none>", Stored(Settings::CurIcon));
 }
 
+// Meant in FSets::ApplyIcon: choosing an icon of one's own without having one is stored, and only then complained
+// about.
 TEST_F(SettingsWindow, ApplyingCustomWithoutAnAssignmentStoresTheChoiceAndOnlyThenComplains) {
   sets_.OpIco[10]->click();
   QStringList storedAtBox;
@@ -278,6 +281,7 @@ TEST_F(SettingsWindow, AnIconIsBrowsedForAndAdded) {
   EXPECT_EQ(QStringList(), Messages());
 }
 
+// Meant in FSets::AddIcon: an icon that is added out of the icon folder itself is deleted before it can be copied.
 TEST_F(SettingsWindow, AnIconAddedOutOfTheIconFolderItselfIsDeletedBeforeItCanBeCopied) {
   const QString file = Icon(Icons("mine.ico"));
   OpenCustomIcons();

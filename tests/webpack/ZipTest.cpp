@@ -76,6 +76,7 @@ TEST_F(Zip, TheArchiveLandsInWorkPathAndTheCurrentFolderStays) {
   EXPECT_FALSE(QFile::exists(before + "/card.zip"));
 }
 
+// Meant in WorkZipOptions: the level of compression is the character "9" and not the number.
 TEST_F(Zip, TheLevelIsTheCharacterNineAndHiddenFilesAreTaken) {
   const ZipOptions options = WorkZipOptions(test_.program);
   EXPECT_EQ(57, options.fLevel);
