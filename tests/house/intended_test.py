@@ -1,4 +1,5 @@
 """docs/intended.md is what tools/ListIntended.py makes of the marks above the tests, and each mark leads somewhere."""
+import difflib
 import os
 import re
 import sys
@@ -28,7 +29,10 @@ class Intended(unittest.TestCase):
         self.assertEqual(ListIntended.without_test(self.rooms, self.entries), [])
 
     def test_the_list_is_what_the_tool_makes(self):
-        self.assertEqual(self.page, ListIntended.page(self.entries), "run tools/ListIntended.py --write")
+        made = ListIntended.page(self.entries)
+        differing = [line for line in difflib.unified_diff(self.page.splitlines(), made.splitlines(), "as it is",
+                                                           "as it should be", lineterm="", n=0)]
+        self.assertEqual(differing, [], "run tools/ListIntended.py --write")
 
     # Reads the list by itself, so that it would tell of a tool that writes what isn't there.
     def test_each_line_of_the_list_names_a_test_and_a_place_that_are_there(self):
@@ -40,10 +44,11 @@ class Intended(unittest.TestCase):
             with self.subTest(test):
                 self.assertEqual(shown, code)
                 with open(os.path.join(HOUSE, path), encoding="utf-8") as file:
-                    text = file.read()
-                self.assertRegex(text, r"(?m)^TEST(_F|_P)?\(%s,\s*%s\)|^\s+def %s\(" % (suite, case, case))
+                    marked = re.search(r"(?m)^TEST(_F|_P)?\(%s,\s*%s\)|^\s+def %s\(" % (suite, case, case),
+                                       file.read())
+                self.assertTrue(marked, "%s has no test of that name" % path)
                 with open(os.path.join(HOUSE, code), encoding="utf-8") as file:
-                    self.assertRegex(file.read(), r"\b%s\b" % re.escape(name))
+                    self.assertTrue(re.search(r"\b%s\b" % re.escape(name), file.read()), "%s has no %s" % (code, name))
 
 
 class MadeUp(unittest.TestCase):
