@@ -1,4 +1,4 @@
-"""Makes docs/intended.md: every behaviour that looks odd and is meant, its place in the code and the test that holds it.
+"""Makes docs/intended.md: each behaviour that looks odd and is meant, its place in the code and the test that holds it.
 
 A test is marked by a comment that ends right above it, in a Python test with "#":
 
@@ -6,8 +6,8 @@ A test is marked by a comment that ends right above it, in a Python test with "#
     TEST(FileNameOf, APathWithoutSeparatorGivesNothing) {
 
 The name before the colon is a routine, a class or a table of the rooms. One test may have several marks, each beginning
-a line of its own. Beside the list this tells of marks that lead nowhere, and of comments in the rooms that call something
-meant while no test is marked for that place.
+a line of its own. Beside the list this tells of marks that lead nowhere, and of comments in the rooms that call
+something meant while no test is marked for that place.
 
 Usage: ListIntended.py [--write | --check]; without either the list is printed.
 """
@@ -155,7 +155,7 @@ def entries_of(rooms, tests):
 
 
 def routine_at(lines, first, behind):
-    """The routine that a comment from line `first` up to line `behind` belongs to, or "" where it heads the whole file."""
+    """The routine to which the comment of lines `first` up to `behind` belongs; "" where it heads the whole file."""
     if not lines[first].startswith((" ", "\t")):
         for line in lines[behind:]:
             if not line.strip() or line.startswith("#"):

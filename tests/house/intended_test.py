@@ -48,12 +48,13 @@ class Intended(unittest.TestCase):
                                        file.read())
                 self.assertTrue(marked, "%s has no test of that name" % path)
                 with open(os.path.join(HOUSE, code), encoding="utf-8") as file:
-                    self.assertTrue(re.search(r"\b%s\b" % re.escape(name), file.read()), "%s has no %s" % (code, name))
+                    self.assertTrue(re.search(r"\b%s\b" % re.escape(name), file.read()),
+                                    "%s has no %s" % (code, name))
 
 
 class MadeUp(unittest.TestCase):
-    ROOMS = {"core/A.cpp": ["#include \"A.h\"", "", "// It is odd, and that is meant.", "int Odd(int x) {", "  return x;",
-                            "}", "", "int Room::Plain() {", "  // Nothing comes of it, and that", "  // is meant.",
+    ROOMS = {"core/A.cpp": ["#include \"A.h\"", "", "// It is odd, and that is meant.", "int Odd(int x) {",
+                            "  return x;", "}", "", "int Room::Plain() {", "  // Nothing comes of it, and that", "  // is meant.",
                             "  return Odd(1);", "}", "", "// Where it is meant to go.", "int Far() {", "}"],
              "core/A.h": ["// A thing that falls silent, and that is meant.", "#pragma once", "", "class Room {",
                           "  // -1 is no row, and that is meant.", "  int Row() const;", "};"],
