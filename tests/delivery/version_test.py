@@ -1,4 +1,4 @@
-"""The version stands once, in CMakeLists.txt, and all that tells it takes it from there.
+"""The version stands once, in CMakeLists.txt, and all that tells it takes it from there, but for the list of changes.
 
 Usage: version_test.py --build FOLDER
 """
@@ -37,7 +37,12 @@ class Version(unittest.TestCase):
         listed = subprocess.run(["git", "-c", "safe.directory=*", "ls-files", "-z", "--cached", "--others",
                                  "--exclude-standard"], cwd=HOUSE, capture_output=True, check=True).stdout
         paths = [path for path in listed.decode().split("\0") if path and os.path.isfile(os.path.join(HOUSE, path))]
-        self.assertEqual([path for path in paths if declared() in read(HOUSE, path)], ["CMakeLists.txt"])
+        self.assertEqual([path for path in paths if declared() in read(HOUSE, path)],
+                         ["CHANGELOG.md", "CMakeLists.txt"])
+
+    def test_the_changes_end_with_it(self):
+        told = re.findall(rb"^## ([0-9.]+) - [0-9-]{10}$", read(HOUSE, "CHANGELOG.md"), re.MULTILINE)
+        self.assertEqual(told[0], declared())
 
     def test_the_program_holds_it(self):
         self.assertIn(b"Version " + declared() + b"\0", read(BUILD, "bin", "corvane"))
