@@ -54,7 +54,8 @@ class Intended(unittest.TestCase):
 
 class MadeUp(unittest.TestCase):
     ROOMS = {"core/A.cpp": ["#include \"A.h\"", "", "// It is odd, and that is meant.", "int Odd(int x) {",
-                            "  return x;", "}", "", "int Room::Plain() {", "  // Nothing comes of it, and that", "  // is meant.",
+                            "  return x;", "}", "", "int Room::Plain() {",
+                            "  // Nothing comes of it, and that", "  // is meant.",
                             "  return Odd(1);", "}", "", "// Where it is meant to go.", "int Far() {", "}"],
              "core/A.h": ["// A thing that falls silent, and that is meant.", "#pragma once", "", "class Room {",
                           "  // -1 is no row, and that is meant.", "  int Row() const;", "};"],
