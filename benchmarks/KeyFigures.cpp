@@ -27,7 +27,6 @@ constexpr int kKeys = 200;  // of each
 constexpr int kBlock = 20;  // ours and the peer's by turns
 constexpr int kWarmUp = 10;
 
-// Blocks of text as this editor makes them; the same bytes every time.
 void Click(QWidget* widget, QPointF at) {
   const QPointF global = widget->mapToGlobal(at);
   QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);

@@ -34,6 +34,11 @@ FOps::FOps(Program& program, FWeb& web) : MUC(program.platform), web_(web) {
   connect(FrOps2, &EmailPanel::HideRequested, this, &QWidget::hide);
 }
 
+// The panel refers to the mail client, which would go before it.
+FOps::~FOps() {
+  delete FrOps2;
+}
+
 void FOps::ShowOps(OpsTask Kind) {
   QWidget* const panels[] = {FrOps0, FrOps1, FrOps2};
   const int kind = int(Kind);

@@ -17,6 +17,7 @@ class FOps : public QWidget {
 
  public:
   FOps(Program& program, FWeb& web);
+  ~FOps() override;
 
   // Caption and size for the task, its panel in front, shown modeless. Another number does nothing.
   void ShowOps(OpsTask Kind);

@@ -28,10 +28,7 @@ WBUC::~WBUC() {
   WB2_->SetOffline(false);
   UnHook();
   if (DocReady_) Doc_->ConnectEvents(nullptr);
-  CurrentTextRange_.reset();
-  CurrentElement_ = {};
-  SelElement_ = {};
-  Body_ = {};
+  ForgetPage();
   WB2_.reset();
 }
 
@@ -50,6 +47,14 @@ void WBUC::InitControl() {
                  WebBrowser::NoHistory | WebBrowser::NoReadFromCache | WebBrowser::NoWriteToCache);
 }
 
+void WBUC::ForgetPage() {
+  DocReady_ = false;
+  Body_ = {};
+  CurrentElement_ = {};
+  SelElement_ = {};
+  CurrentTextRange_.reset();
+}
+
 void WBUC::LayOverAll() {
   if (QWidget* view = WB2_->Widget()) view->setGeometry(rect());
 }
@@ -65,12 +70,8 @@ HTMLDocument* WBUC::WBDocument() const {
 void WBUC::Navo(const QString& sPath, bool isNew) {
   keyPresses_.Flush();
   UnHook();
-  DocReady_ = false;
+  ForgetPage();
   IfNew_ = isNew;
-  Body_ = {};
-  CurrentElement_ = {};
-  SelElement_ = {};
-  CurrentTextRange_.reset();
   CurrentElementTag_.clear();
   WB2_->Navigate(sPath, WebBrowser::NoHistory | WebBrowser::NoReadFromCache | WebBrowser::NoWriteToCache);
   Location_ = sPath;
@@ -78,12 +79,7 @@ void WBUC::Navo(const QString& sPath, bool isNew) {
 
 void WBUC::OnDocumentComplete() {
   UnHook();
-  Doc_ = nullptr;
-  DocReady_ = false;
-  Body_ = {};
-  CurrentElement_ = {};
-  SelElement_ = {};
-  CurrentTextRange_.reset();
+  ForgetPage();
   Doc_ = WB2_->Document();
   if (!Doc_) return;
   Doc_->ConnectEvents(this);

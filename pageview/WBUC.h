@@ -156,6 +156,9 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void StampValues();
   void ReadValues();
   void HookBrowserWindow();
+  // Lets go of all that is in the page. The page itself still tells its title, and the tag of the element that was
+  // current stays.
+  void ForgetPage();
   void LayOverAll();
 
   const HTMLEventObj& Event() const { return Doc_->parentWindow().event(); }

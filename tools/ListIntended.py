@@ -28,7 +28,6 @@ TITLES = {
     "help": "Quick tips and the about window",
     "pageview": "The page view",
     "engine": "The browser engine",
-    "browser": "The document",
     "document": "The document",
     "core": "Files, texts and colours",
     "platform": "What the system provides",

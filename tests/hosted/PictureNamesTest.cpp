@@ -154,8 +154,8 @@ TEST_F(PictureNames, OfAnyScriptArriveEverywhere) {
   if (left.isEmpty()) return;
   ASSERT_TRUE(QFile::copy(test_.Path("desktop/pack.exe"), left + QStringLiteral("/pack.exe")));
   ASSERT_TRUE(QDir(left).mkdir(QStringLiteral("card")));
-  for (const QString& file : QDir(program().WorkPath).entryList(QDir::Files))
-    ASSERT_TRUE(QFile::copy(program().WorkPath + u'/' + file, left + QStringLiteral("/card/") + file));
+  for (const QString& file : QDir(program().project.WorkPath()).entryList(QDir::Files))
+    ASSERT_TRUE(QFile::copy(program().project.WorkPath() + u'/' + file, left + QStringLiteral("/card/") + file));
 }
 
 }  // namespace

@@ -181,7 +181,8 @@ class Icons(unittest.TestCase):
     def test_50_gifs(self):
         rng = random.Random(SEED + 2)
         files = []
-        for number, source in self.sources(rng, 50, 9, True, [(3, 3), 16, 32, 45, (20, 60)]):
+        # Not three or four rows: of those that are interlaced Qt's reader leaves out the last pass.
+        for number, source in self.sources(rng, 50, 9, True, [(3, 5), 16, 32, 45, (20, 60)]):
             files.append(self.path("p%d.gif" % number))
             options = [["-interlace", "GIF"], ["-alpha", "off"], [], ["(", "+clone", "-negate", ")"]][number % 4]
             run("convert", source, *options, files[-1])

@@ -74,8 +74,8 @@ class Commands(unittest.TestCase):
         for name, text in (("dpkg-query", DPKG_QUERY), ("apt-get", APT_GET), ("cmake", CMAKE),
                            ("sudo", '[[ $1 != -n ]] || shift\nexec "$@"\n')):
             script(os.path.join(self.fakes, name), text)
-        script(os.path.join(self.top, "tests", "road", "tour_test.py"), "")
-        with open(os.path.join(self.top, "tests", "road", "tour_test.py"), "w", encoding="utf-8") as file:
+        script(os.path.join(self.top, "tests", "endtoend", "tour_test.py"), "")
+        with open(os.path.join(self.top, "tests", "endtoend", "tour_test.py"), "w", encoding="utf-8") as file:
             file.write("print('the tour is taken')\n")
         script(os.path.join(self.top, "build", "bin", "corvane"), 'echo "started with $*"\n')
 
@@ -200,7 +200,7 @@ class Commands(unittest.TestCase):
         self.fails_with(done, "build: failed, ")
 
     def test_a_tour_that_fails_is_named(self):
-        with open(os.path.join(self.top, "tests", "road", "tour_test.py"), "w", encoding="utf-8") as file:
+        with open(os.path.join(self.top, "tests", "endtoend", "tour_test.py"), "w", encoding="utf-8") as file:
             file.write("import sys\nsys.exit(1)\n")
         self.fails_with(self.call("./run"), "tour: failed, ")
 
