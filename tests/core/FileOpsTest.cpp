@@ -104,6 +104,10 @@ TEST(FileNameOf, TakesBothSeparators) {
   EXPECT_EQ("", FileNameOf("/a/b/"));
 }
 
+TEST(PictureFileName, AnAccentIsOneCharacterWithItsLetter) {
+  EXPECT_EQ(QString::fromUtf8("caf\u00E9.gif"), PictureFileName(QString::fromUtf8("/x/cafe\u0301.gif")));
+}
+
 TEST(PictureFileName, BlanksBecomeUnderscores) {
   EXPECT_EQ("my__dog.gif", PictureFileName("/my pictures/my  dog.gif"));
   EXPECT_EQ("", PictureFileName("my dog.gif"));

@@ -8,6 +8,7 @@
 #include "BusyGuard.h"
 #include "MessagePass.h"
 #include "ModBrowse.h"
+#include "OpenHelp.h"
 #include "Settings.h"
 #include "SpecialFolder.h"
 #include "TestPlatform.h"
@@ -23,6 +24,17 @@ TEST(Program, BeginsWithTheUnsavedProject) {
   EXPECT_EQ("<BR CLEAR=\"all\">", program.BrClear);
   EXPECT_EQ(16U, program.CustColors.size());
   EXPECT_EQ(0, program.CustColors[15]);
+}
+
+TEST(OpenHelp, ShowsTheHelpAsItIsNow) {
+  TestProgram test;
+  for (const char* const help : {"<p>help</p>", "<p>newer help</p>"}) {
+    ASSERT_TRUE(PutFile(test.program.AppPath + "/cvn2.hlp", help));
+    OpenHelp(test.program, nullptr);
+    ASSERT_FALSE(test.platform.shell.Opened.isEmpty());
+    EXPECT_TRUE(test.platform.shell.Opened.last().file.endsWith("/corvane-help.html"));
+    EXPECT_EQ(help, FileBytes(test.platform.shell.Opened.last().file));
+  }
 }
 
 TEST(Settings, HaveTheirAddressAndDefault) {

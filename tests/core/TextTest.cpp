@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "AsciiText.h"
+#include "CodePage.h"
 #include "Colors.h"
 #include "Numbers.h"
 #include "Twips.h"
@@ -15,6 +16,13 @@ TEST(RoundEven, HalvesGoToTheEvenNumber) {
   EXPECT_EQ(-2, RoundEven(-2.5));
   EXPECT_EQ(25, RoundEven(24.75));
   EXPECT_EQ(0, RoundEven(0.5));
+}
+
+TEST(CodePage, IsLatinToItsLastByteWithSignsOfItsOwnBetween) {
+  EXPECT_EQ("\x7F\xA0\xFF", ToCodePage(QString::fromUtf8("\u007F\u00A0\u00FF")));
+  EXPECT_EQ("\x80\x9F\x81", ToCodePage(QString::fromUtf8("\u20AC\u0178\u0081")));
+  EXPECT_EQ("????", ToCodePage(QString::fromUtf8("\u0080\u0100\u732B\U0001F431")));
+  EXPECT_EQ(QString::fromUtf8("\u007F\u20AC\u0178\u00A0\u00FF"), FromCodePage("\x7F\x80\x9F\xA0\xFF"));
 }
 
 TEST(IsNumeric, TakesTheFormsOfANumber) {

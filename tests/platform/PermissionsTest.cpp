@@ -1,6 +1,7 @@
 // What the system refuses: files and folders that can't be read or written, and a settings file that is damaged.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utime.h>
 
 #include <QDir>
@@ -11,6 +12,7 @@
 #include <QTest>
 
 #include "FileAccess.h"
+#include "HostFileAttributes.h"
 #include "HostSettingsStore.h"
 #include "HostShell.h"
 #include "OrdinaryUser.h"
@@ -124,6 +126,16 @@ TEST_F(Permissions, HiddenSamplesGoAlong) {
   Put("from/samples/bars.jpg", "picture");
   FillAppFolder(Path("from"), Path("to"));
   EXPECT_EQ("list", FileBytes(Path("to/samples/.hidden")));
+}
+
+// A link of the user's own leads to a file that isn't.
+TEST_F(Permissions, SomeoneElsesFileNeedsNoChangeWhenItIsAsWantedAndIsHiddenWhenItsModeStays) {
+  ASSERT_EQ(0, ::symlink("/etc/passwd", qPrintable(Path("link"))));
+  HostFileAttributes attributes;
+  ASSERT_EQ(AttributeNormal, attributes.Get(Path("link")));
+  EXPECT_TRUE(attributes.Clear(Path("link")));
+  EXPECT_FALSE(attributes.Set(Path("link"), AttributeReadOnly | AttributeHidden));
+  EXPECT_EQ(AttributeHidden, attributes.Get(Path("link")));
 }
 
 class DamagedSettings : public Permissions {};

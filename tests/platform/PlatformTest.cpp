@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
@@ -175,6 +176,15 @@ TEST_F(Scratch, ASecondInstanceIsToldApart) {
   EXPECT_TRUE(second.Acquire());
 }
 
+// The temporary folder may be another one in each session.
+TEST(SingleInstance, LocksInTheUsersRuntimeFolder) {
+  const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+  ASSERT_FALSE(runtime.isEmpty());
+  HostSingleInstance instance;
+  EXPECT_TRUE(instance.Acquire());
+  EXPECT_TRUE(QFile::exists(runtime + "/corvane.lock"));
+}
+
 TEST_F(Scratch, ALockOfADeadProcessDoesNotCount) {
   Put("lock", "4194305\nother\n" + QSysInfo::machineHostName().toUtf8() + "\n");
   HostSingleInstance instance(Path("lock"));
@@ -279,6 +289,14 @@ TEST_F(HostShellTest, AnOpenerThatRefusesIsAFailure) {
   PutOpener(3);
   EXPECT_LT(shell_.OpenFile(nullptr, "a.exe", Path("out"), ShowMode::Normal), Shell::kFirstSuccess);
   EXPECT_TRUE(QFile::exists(Path("seen")));
+}
+
+TEST_F(HostShellTest, AnOpenerThatReadsFindsNothing) {
+  Put("out/a.exe");
+  PutProgram("bin/xdg-open", "wc -c > " + Path("seen").toLocal8Bit() + "\n");
+  qputenv("PATH", Path("bin").toLocal8Bit() + ":" + qgetenv("PATH"));
+  EXPECT_GE(shell_.OpenFile(nullptr, "a.exe", Path("out"), ShowMode::Normal), Shell::kFirstSuccess);
+  EXPECT_EQ("0", FileBytes(Path("seen")).trimmed());
 }
 
 TEST_F(HostShellTest, AMissingFileOrOpenerIsAFailure) {
