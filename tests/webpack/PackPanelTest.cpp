@@ -149,6 +149,11 @@ TEST_F(Panel, EachFailureHasItsMessage) {
 TEST_F(Panel, AnArchiveThatCantBeMadeIsTold) {
   // A folder stands in its place.
   ASSERT_TRUE(QDir().mkpath(test_.WorkFile("card.zip/inside")));
+  ASSERT_TRUE(PutFile(Target(), "old"));
+  Dialogs().Answers = {MessageAnswer::Ok};
+  Click(0);
+  EXPECT_FALSE(QFile::exists(Target())) << "Ok deletes the old file, whatever becomes of the new one";
+  Dialogs().Boxes.clear();
   Click(0);
   EXPECT_EQ(QStringList{"Error. Unable to make compressed file section of web-pack file. This may occur if the program "
                         "is not running from C drive."},

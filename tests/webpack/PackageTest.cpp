@@ -125,6 +125,9 @@ TEST_F(Package, ALinkTextBeyondAsciiIsWrittenAndFoundAsReferences) {
   const QByteArray linked = AddNextPageLink(test_.program, "card/wgcard.html", kPage, 2);
   EXPECT_EQ("<HTML><BODY>text" + Link(2, "P&#225;gina &#29483;") + "</BODY></HTML>", linked);
   EXPECT_EQ(linked, AddNextPageLink(test_.program, "card/wgcard.html", linked, 2));
+  // However the page writes it.
+  const QByteArray typed = QString::fromUtf8("<BODY><A>P\u00E1gina &#x732B;</A></BODY>").toUtf8();
+  EXPECT_EQ(typed, AddNextPageLink(test_.program, "card/wgcard.html", typed, 2));
 }
 
 TEST_F(Package, OnePageGetsNoLinkAnywhere) {
@@ -341,6 +344,7 @@ TEST_F(Package, AnUnknownIconGives3) {
     test_.program.CurIconName = name;
     EXPECT_EQ(3, Create()) << name;
     EXPECT_EQ(0, size_);
+    EXPECT_FALSE(QFile::exists(Target())) << name;
   }
 }
 

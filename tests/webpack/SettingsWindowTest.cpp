@@ -146,8 +146,10 @@ TEST_F(SettingsWindow, EachBuiltInIconShowsItsPicture) {
 
 TEST_F(SettingsWindow, BrowsingForTheFolderStoresNothing) {
   Dialogs().Texts = {test_.Path("desktop"), "", test_.Path("none")};
+  test_.program.CardFolder = "before";
   sets_.bSets[0]->click();
   EXPECT_EQ(test_.Path("desktop"), sets_.tPath->text());
+  EXPECT_EQ("before", test_.program.CardFolder);
   EXPECT_EQ(QStringList(), Messages());
   EXPECT_EQ("Select folder to make web-pack file.", Dialogs().Questions[0].title);
   for (int i = 0; i < 2; ++i) {
@@ -346,6 +348,7 @@ TEST_F(SettingsWindow, AFileThatCantBeUsedIsRefusedWithItsReason) {
       // The count of bits in the directory decides, whatever the picture itself says.
       {"e.ico", with(12, 0), "File is not usable. It is not 4 Bits per Pixel [16-color].", false},
       {"f.ico", with(14, 0), "File is the wrong size. It should be 766 bytes.", false},
+      {"f2.ico", with(15, 3), "File is the wrong size. It should be 766 bytes.", false},
       {"g.ico", good + "x", "File is the wrong size. It should be 766 bytes.", false},
       {"h.ico", good.left(765), "File is the wrong size. It should be 766 bytes.", false},
       {"i.ico", "", "File is not usable. It contains more than 1 icon.", false},
@@ -397,6 +400,12 @@ TEST_F(SettingsWindow, AnIconOfTheListIsAssigned) {
   EXPECT_EQ(QStringList{"No icon selected."}, Messages());
   sets_.bCustomIco[3]->click();
   EXPECT_EQ(1, Panel());
+  EXPECT_FALSE(sets_.bCustomIco[2]->isEnabled());
+  // A choice of before doesn't count when the list is shown anew.
+  OpenCustomIcons();
+  sets_.BoxIcons->setCurrentRow(0);
+  sets_.bCustomIco[3]->click();
+  OpenCustomIcons();
   EXPECT_FALSE(sets_.bCustomIco[2]->isEnabled());
 }
 

@@ -3,6 +3,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
@@ -183,6 +184,19 @@ TEST_F(Zip, EmptyFilesAndNamesOfAnyScriptAreCarried) {
   Put(name, "");
   EXPECT_EQ(0, ZipNamed({name}));
   EXPECT_EQ((QList<Entry>{{name.toUtf8(), ""}}), Entries());
+}
+
+TEST_F(Zip, AnEntryHasTheTimeOfItsFile) {
+  Put("a.gif");
+  const QDateTime then(QDate(2001, 2, 3), QTime(4, 5, 6));
+  QFile file(test_.WorkFile("a.gif"));
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.setFileTime(then, QFileDevice::FileModificationTime));
+  file.close();
+  ASSERT_EQ(0, ZipNamed({"a.gif"}));
+  // In the order of a local header: seconds in pairs, minutes, hours; day, month, years since 1980.
+  const int time = 3 | 5 << 5 | 4 << 11, day = 3 | 2 << 5 | 21 << 9;
+  const char expected[] = {char(time & 255), char(time >> 8), char(day & 255), char(day >> 8)};
+  EXPECT_EQ(QByteArray(expected, 4), FileBytes(test_.WorkFile("card.zip")).mid(10, 4));
 }
 
 TEST_F(Zip, NamesBeyondAsciiAreMarkedAsUtf8) {
