@@ -99,6 +99,9 @@ TEST(Body, OnlyTheFirstBackgroundLeadsToAPart) {
 TEST(Body, ATextOf75CharactersIsNotWrappedOneOf76Is) {
   EXPECT_EQ(QByteArray(75, 'x'), WrapQuotedLines(QByteArray(75, 'x')));
   EXPECT_EQ(QByteArray(70, 'x') + "=\r\n" + QByteArray(6, 'x'), WrapQuotedLines(QByteArray(76, 'x')));
+  EXPECT_EQ(QByteArray(70, 'x') + "=\r\n" + QByteArray(76, 'x'), WrapQuotedLines(QByteArray(146, 'x')));
+  EXPECT_EQ(QByteArray(70, 'x') + "=\r\n" + QByteArray(70, 'x') + "=\r\n" + QByteArray(7, 'x'),
+            WrapQuotedLines(QByteArray(147, 'x')));
 }
 
 // Meant in WrapQuotedLines: a line that is broken behind a ">" brings the break into the page.

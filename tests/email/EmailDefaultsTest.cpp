@@ -28,6 +28,7 @@ TEST(Recents, APartOfALongerRecipientCountsAsKnown) {
 TEST(Recents, ASenderAtTheEndOfALongerOneDamagesIt) {
   EXPECT_EQ("nn@example.org*ax@y.zz", RecentSenders({"ann@example.org", "x@y.zz"}, "nn@example.org"));
   EXPECT_EQ("x@y.zz*a@b.cc", RecentSenders({"a@b.cc", "X@Y.ZZ"}, "x@y.zz"));
+  EXPECT_EQ("x@y.zz*a@b.cc", RecentSenders({"x@y.zz", "a@b.cc", "X@Y.ZZ"}, "x@y.zz"));
 }
 
 TEST(Recents, WithNothingKnownTheOneInUseIsTheList) {

@@ -150,6 +150,7 @@ TEST_F(Panel, TheStatusTellsEachStepInItsOrder) {
   ASSERT_TRUE(QFile::remove(test_.program.project.CurPageFile()));
   Send();
   EXPECT_EQ(QStringList({" Preparing to send email...", " Error. Current page file not found."}), told);
+  EXPECT_EQ(0, panel_.TStat->cursorPosition()) << "of a long line the beginning shows";
 }
 
 TEST_F(Panel, AllEightBoxesReachTheMessage) {

@@ -2,6 +2,9 @@
 // goes on.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <QElapsedTimer>
@@ -10,6 +13,7 @@
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
+#include <csignal>
 #include <cstring>
 #include <functional>
 #include <optional>
@@ -345,6 +349,56 @@ TEST(HostSockets, TellOfRoomToWriteOnlyWhenAsked) {
   EXPECT_EQ(before, writable);
   sockets.StopNotices(made);
   sockets.Close(made);
+}
+
+TEST(HostSockets, TellNothingMoreOnceStopped) {
+  int ends[2];
+  ASSERT_EQ(0, ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends));
+  ASSERT_EQ(1, ::write(ends[1], "x", 1));
+  HostSockets sockets;
+  int notices = 0;
+  // Ready to read and to write in the same round.
+  ASSERT_TRUE(sockets.StartNotices(ends[0], [&](SocketNotice) {
+    ++notices;
+    sockets.StopNotices(ends[0]);
+  }));
+  sockets.WatchWritable(ends[0], true);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return notices > 0; }, kPatienceMs));
+  for (int round = 0; round < 10; ++round) QCoreApplication::processEvents();
+  EXPECT_EQ(1, notices);
+  sockets.Close(ends[0]);
+  sockets.Close(ends[1]);
+}
+
+// The signal also makes room for the connection that waits, which then comes about by itself.
+TEST(HostSockets, ConnectInSpiteOfASignal) {
+  static int listener = -1;
+  static volatile sig_atomic_t caught = 0;
+  listener = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  ASSERT_EQ(0, ::bind(listener, reinterpret_cast<sockaddr*>(&address), size));
+  ASSERT_EQ(0, ::listen(listener, 0));
+  ASSERT_EQ(0, ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size));
+  HostSockets sockets;
+  const Sockets::Handle first = sockets.Open(), second = sockets.Open();
+  ASSERT_TRUE(sockets.Connect(first, address.sin_addr.s_addr, ntohs(address.sin_port)));
+  struct sigaction action{}, before{};
+  action.sa_handler = [](int) {
+    caught = caught + 1;
+    ::close(::accept(listener, nullptr, nullptr));
+  };
+  ASSERT_EQ(0, ::sigaction(SIGALRM, &action, &before));
+  const itimerval soon{{}, {0, 50'000}};
+  ASSERT_EQ(0, ::setitimer(ITIMER_REAL, &soon, nullptr));
+  EXPECT_TRUE(sockets.Connect(second, address.sin_addr.s_addr, ntohs(address.sin_port)));
+  EXPECT_EQ(1, caught) << "it came while the connection waited";
+  ::sigaction(SIGALRM, &before, nullptr);
+  sockets.Close(first);
+  sockets.Close(second);
+  ::close(listener);
 }
 
 // Without a standard input the system would hand out 0, which stands for none.
