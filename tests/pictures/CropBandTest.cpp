@@ -88,6 +88,13 @@ TEST_F(CropBand, OnMiddleGreyTheBandIsDashedOnTheScreen) {
     }
     EXPECT_NEAR(18, black, 2) << grey;
     EXPECT_NEAR(18, white, 2) << grey;
+    int blackDown = 0, whiteDown = 0;
+    for (int y = 5; y <= 30; ++y) {
+      blackDown += seen.pixel(5, y) == qRgb(0, 0, 0) ? 1 : 0;
+      whiteDown += seen.pixel(40, y) == qRgb(255, 255, 255) ? 1 : 0;
+    }
+    EXPECT_NEAR(13, blackDown, 2) << grey;
+    EXPECT_NEAR(13, whiteDown, 2) << grey;
     EXPECT_EQ(qRgb(grey, grey, grey), seen.pixel(20, 6));
     EXPECT_EQ(qRgb(grey, grey, grey), seen.pixel(4, 4));
     // The dashes go with the band.

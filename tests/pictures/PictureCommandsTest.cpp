@@ -275,6 +275,7 @@ TEST_F(PictureCommands, ClosingHidesTheViewerToo) {
     ChoosePicture(100, 80);
     const QStringList before = ReadOuts();
     ASSERT_TRUE(PutFile(Scratch("qktemp.bmp"), "x"));
+    EXPECT_EQ(window_.windowHandle(), viewer_.windowHandle()->transientParent());
     if (byItsBox) {
       QCloseEvent close;
       QApplication::sendEvent(&window_, &close);
@@ -285,6 +286,8 @@ TEST_F(PictureCommands, ClosingHidesTheViewerToo) {
     EXPECT_FALSE(window_.isVisible());
     EXPECT_FALSE(viewer_.isVisible());
     EXPECT_FALSE(IsOnTop());
+    // Tied to a window that is gone the tool panel's picture wouldn't show.
+    EXPECT_EQ(nullptr, viewer_.windowHandle()->transientParent());
     EXPECT_FALSE(Has("qktemp.bmp"));
     EXPECT_EQ(before, ReadOuts());
   }

@@ -1,4 +1,5 @@
 #include <QCloseEvent>
+#include <QTest>
 
 #include "PictureWindowFixture.h"
 
@@ -84,6 +85,19 @@ TEST_F(PictureOpenSave, OpeningForgetsTheCropAreaAndCancelKeepsIt) {
   EXPECT_FALSE(state_.CropDragging);
   window_.bCrop->click();
   ExpectBox("A cropping area must first be defined by dragging the mouse.");
+}
+
+TEST_F(PictureOpenSave, BehindTheChoiceOfAFileTheEditorHasTheKeys) {
+  QWidget other;
+  other.show();
+  Dialogs().WhileShown = [&] {
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+  };
+  ChoosePicture(100, 80);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+  Choose(test_.Path("none.bmp"));
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
 }
 
 TEST_F(PictureOpenSave, DamagedAndMislabelledFilesAreToldAndHugeOnesToo) {

@@ -82,6 +82,10 @@ TEST_F(ReadPictureTest, ThePlainReaderLeavesOtherFormsToTheGeneralOne) {
     PutLittle(wrong, 10, begin, 4);
     EXPECT_TRUE(plain(wrong).isNull()) << begin;
   }
+  // A palette, of which such pixels have no need.
+  QByteArray colorful = whole;
+  PutLittle(colorful, 46, 2, 4);
+  EXPECT_TRUE(plain(colorful).isNull());
 }
 
 TEST_F(ReadPictureTest, TheContentTellsTheFormatAndNotTheName) {
@@ -226,8 +230,45 @@ TEST_F(ReadPictureTest, AClaimOfHugeSizeIsRefusedAtOnce) {
 
 TEST_F(ReadPictureTest, TheReadersLimitComesBack) {
   const int before = QImageReader::allocationLimit();
-  PictureFromBytes(EncodedPicture(PlacePicture(20, 15), "png"));
-  EXPECT_EQ(before, QImageReader::allocationLimit());
+  QImageReader::setAllocationLimit(77);
+  EXPECT_FALSE(PictureFromBytes(EncodedPicture(PlacePicture(20, 15), "png")).isNull());
+  EXPECT_EQ(77, QImageReader::allocationLimit());
+  QImageReader::setAllocationLimit(before);
+}
+
+TEST_F(ReadPictureTest, AnIconsImagesStandBehindAllOfItsDirectory) {
+  // Two entries; the first one's image of 4 bytes at 38 or, within the second entry, at 22.
+  QByteArray icon = QByteArray::fromHex("000001000200") + QByteArray(32, '\0') + "data";
+  icon[6 + 8] = 4;
+  icon[6 + 12] = 38;
+  EXPECT_TRUE(IsWholePicture(icon, PictureFormat::Ico));
+  icon[6 + 12] = 37;
+  EXPECT_FALSE(IsWholePicture(icon, PictureFormat::Ico));
+  icon[6 + 12] = 22;
+  EXPECT_FALSE(IsWholePicture(icon, PictureFormat::Ico));
+}
+
+TEST_F(ReadPictureTest, ARestartMarkInAScanHasNoLength) {
+  for (const char* const mark : {"d0", "d7"})
+    EXPECT_TRUE(
+        IsWholePicture(QByteArray::fromHex("ffd8ffda0002aaff" + QByteArray(mark) + "7f7fffd9"), PictureFormat::Jpeg))
+        << mark;
+  EXPECT_FALSE(IsWholePicture(QByteArray::fromHex("ffd8ffda0002aaffd87f7fffd9"), PictureFormat::Jpeg));
+}
+
+TEST_F(ReadPictureTest, RunLengthsNeedNoRowsOfTheirOwn) {
+  for (const char compression : {'\1', '\2', '\0'}) {
+    QByteArray bmp = "BM" + QByteArray(52, '\0') + "data";
+    bmp[10] = 54;
+    bmp[14] = 40;
+    bmp[18] = bmp[22] = 100;  // width and height
+    bmp[28] = 4;
+    bmp[30] = compression;
+    bmp[34] = 4;
+    EXPECT_EQ(compression != 0, IsWholePicture(bmp, PictureFormat::Bmp)) << int(compression);
+    bmp.chop(1);
+    EXPECT_FALSE(IsWholePicture(bmp, PictureFormat::Bmp)) << int(compression);
+  }
 }
 
 TEST_F(ReadPictureTest, AFileBeyondEveryPictureIsNotEvenRead) {

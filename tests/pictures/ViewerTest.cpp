@@ -211,6 +211,12 @@ TEST_F(Viewer, ThePictureStaysWholeInACutWindow) {
   EXPECT_EQ("1200", tHt_);
 }
 
+TEST_F(Viewer, EachPictureStandsInTheCorner) {
+  viewer_.Pic->move(5, 7);
+  Open(60, 40);
+  EXPECT_EQ(QPoint(0, 0), viewer_.Pic->pos());
+}
+
 TEST_F(Viewer, TheCloseBoxOnlyHides) {
   Open(60, 40);
   QCloseEvent close;
