@@ -72,7 +72,8 @@ Bytes makePack(const std::vector<PackEntry>& entries, const PackForm& form) {
     Writer(out).text(localName).bytes(entry.localExtra).bytes(packed);
     Writer(directory).dword(0x02014B50).word(20).word(20).word(entry.flags).word(entry.method).word(entry.time);
     Writer(directory).word(entry.date).dword(checksum).dword(packedSize).dword(size).word(entry.name.size());
-    Writer(directory).word(0).word(0).word(0).word(0).dword(0).dword(header).text(entry.name);
+    Writer(directory).word(entry.extra.size()).word(entry.comment.size()).word(0).word(0).dword(0).dword(header);
+    Writer(directory).text(entry.name).bytes(entry.extra).text(entry.comment);
   }
   uint64_t start = either(form.directory, out.size() - form.prefix + form.offsetsFrom);
   uint64_t count = either(form.entries, entries.size());

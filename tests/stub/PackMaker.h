@@ -25,6 +25,9 @@ struct PackEntry {
   uint16_t date = 0x5A21;
   uint16_t time = 0x6000;
   Bytes localExtra;
+  // In the directory alone.
+  Bytes extra;
+  std::string comment;
   // Nothing means what is right.
   int64_t checksum = -1;
   int64_t size = -1;
