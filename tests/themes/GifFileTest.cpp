@@ -19,6 +19,32 @@ QImage ReadBack(const QByteArray& bytes) {
   return reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
+// Whether the pixels' codes end with the end code in its right length, and nothing but the last byte's rest behind it.
+bool EndsWithItsEndCode(const QByteArray& bytes) {
+  qsizetype at = 13 + (3 << ((bytes[10] & 7) + 1)) + 8 + 10;
+  const unsigned depth = quint8(bytes[at++]), clear = 1U << depth;
+  QByteArray codes;
+  for (qsizetype length = quint8(bytes[at++]); length > 0; length = quint8(bytes[at++])) {
+    codes += bytes.mid(at, length);
+    at += length;
+  }
+  unsigned length = depth + 1, next = clear + 2;
+  bool isFirst = true;
+  for (qsizetype bit = 0; bit + length <= codes.size() * 8;) {
+    unsigned code = 0;
+    for (unsigned i = 0; i < length; ++i, ++bit) code |= unsigned(codes[bit / 8] >> (bit % 8) & 1) << i;
+    if (code == clear + 1) return codes.size() * 8 - bit < 8;
+    if (code == clear) {
+      length = depth + 1;
+      next = clear + 2;
+    } else if (!isFirst && next < 4096 && ++next == 1U << length && length < 12) {
+      ++length;
+    }
+    isFirst = code == clear;
+  }
+  return false;
+}
+
 // Of `colors` colours and see-through pixels, without any order that a coding could use.
 QImage Speckled(QSize size, int colors, std::uint64_t seed) {
   QImage picture(size, QImage::Format_ARGB32_Premultiplied);
@@ -38,6 +64,12 @@ TEST(GifFile, KeepsEveryPixelOfUpTo255Colours) {
       const QImage picture = Speckled(size, colors, first + std::uint64_t(colors * 1000 + size.width()));
       EXPECT_EQ(picture, ReadBack(GifFile(picture))) << size.width() << " by " << size.height() << ", " << colors;
     }
+}
+
+TEST(GifFile, EndsWithItsEndCodeAfterAnyNumberOfCodes) {
+  const std::uint64_t first = RandomSeed("EndsWithItsEndCodeAfterAnyNumberOfCodes");
+  for (int width = 1; width < 700; ++width)
+    ASSERT_TRUE(EndsWithItsEndCode(GifFile(Speckled({width, 1}, 9, first + std::uint64_t(width))))) << width;
 }
 
 // The coding runs out of codes again and again here, and at every length of the run before.
