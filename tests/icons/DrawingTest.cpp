@@ -36,6 +36,11 @@ TEST_F(DrawingTest, EveryOtherPositionIsInItsCell) {
   }
 }
 
+TEST_F(DrawingTest, APlaceBetweenTwoPixelsIsTheNearerOne) {
+  EXPECT_EQ(QPoint(1, 0), CellOf(6.6, 6.4));
+  EXPECT_EQ(QPoint(0, 1), CellOf(6.5, 7.5));
+}
+
 // Meant in DrawingEngine::PointToCell: above the work area the row is the one with the column's number.
 TEST_F(DrawingTest, LeftOfTheAreaIsTheFirstColumnAndAboveItIsTheRowOfTheColumnsNumber) {
   EXPECT_EQ(QPoint(0, 5), CellOf(-3, 37));

@@ -6,6 +6,7 @@
 #include "CheckIconFile.h"
 #include "IconBytes.h"
 #include "IconFixture.h"
+#include "IconReader.h"
 #include "PictureFiles.h"
 #include "Resource.h"
 #include "StringTable.h"
@@ -415,6 +416,36 @@ TEST_F(IconFiles, PastingReducesToThe16Colors) {
   editor_.mPaste();
   EXPECT_EQ(OneColor(qRgb(0x80, 0, 0)), Plane(planes_.Pic1));
   EXPECT_EQ(OneColor(qRgb(0x80, 0, 0)), Plane(planes_.Pic1Black));
+}
+
+TEST_F(IconFiles, AMaskBeginsBehindTheColorsThatTheFileSaysAndTheMasksOfItsColors) {
+  const auto number = [](QByteArray& bytes, int at, char value) { bytes[at] = value; };
+  const QByteArray of256 = BitmapImage(HalfRed(32), 8);
+  const auto mask = MaskOfIcon(IconFileOf(QList<QByteArray>{of256}));
+  ASSERT_TRUE(mask && mask->pixel(0, 0) != mask->pixel(31, 0));
+  QByteArray of3 = of256;
+  of3.remove(40 + 4 * 3, 4 * 253);
+  number(of3, 32, 3);
+  EXPECT_EQ(mask, MaskOfIcon(IconFileOf(QList<QByteArray>{of3})));
+  QByteArray bitFields = BitmapImage(HalfRed(32), 32);
+  bitFields.insert(40, QByteArray::fromHex("0000ff0000ff0000ff000000"));
+  number(bitFields, 16, 3);
+  EXPECT_EQ(mask, MaskOfIcon(IconFileOf(QList<QByteArray>{bitFields})));
+}
+
+TEST_F(IconFiles, TheMaskOfAnImageOf32BitsPlaysNoPartInItsColors) {
+  QByteArray image = BitmapImage(Picture(32, 32).convertToFormat(QImage::Format_ARGB32), 32);
+  ASSERT_EQ(40 + 32 * 32 * 4 + 128, image.size());
+  image.replace(image.size() - 128, 128, QByteArray(128, '\xFF'));
+  EXPECT_EQ(qRgb(255, 0, 0), PictureForIcon(IconFileOf(QList<QByteArray>{image})).pixel(5, 5));
+}
+
+TEST_F(IconFiles, ABitmapOfADenseScreenIsPastedPixelByPixel) {
+  QImage dense = Picture(32, 32);
+  dense.setDevicePixelRatio(2);
+  PutOnClipboard(dense);
+  editor_.mPaste();
+  EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1).pixel(31, 31));
 }
 
 TEST_F(IconFiles, ASeeThroughBitmapIsPastedOnWhite) {
