@@ -176,7 +176,7 @@ TEST_F(Scratch, ASecondInstanceIsToldApart) {
   EXPECT_TRUE(second.Acquire());
 }
 
-// The temporary folder may be another one in each session.
+// The temporary folder may be another one for each start.
 TEST(SingleInstance, LocksInTheUsersRuntimeFolder) {
   const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
   ASSERT_FALSE(runtime.isEmpty());
