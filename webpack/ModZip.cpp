@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <memory>
 
 #include "MessagePass.h"
@@ -99,7 +100,10 @@ bool AddFile(zip_t* archive, const QString& path, const QByteArray& name, const 
   zip_source_t* handle = zip_source_function(archive, &FileSource::Serve, source.get());
   if (!handle) return false;
   source.release();
-  const zip_int64_t index = zip_file_add(archive, name.constData(), handle, ZIP_FL_ENC_UTF_8);
+  // The flag is for names that need it; some versions of the library would set it for all.
+  const bool isAscii = std::all_of(name.begin(), name.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+  const zip_flags_t encoding = isAscii ? ZIP_FL_ENC_GUESS : ZIP_FL_ENC_UTF_8;
+  const zip_int64_t index = zip_file_add(archive, name.constData(), handle, encoding);
   if (index < 0) {
     zip_source_free(handle);
     return false;
