@@ -122,7 +122,13 @@ const corvane = (() => {
     }
     send('event', message);
   };
-  const listen = (type, handler) => addEventListener(type, handler, true);
+  // A script that writes its page anew takes all listeners away; they are put back when the document's children change.
+  const listeners = [];
+  const arm = () => { for (const [target, type, handler] of listeners) target.addEventListener(type, handler, true); };
+  const listen = (type, handler, target = window) => {
+    listeners.push([target, type, handler]);
+    target.addEventListener(type, handler, true);
+  };
 
   listen('mousedown', event => {
     if (!event.isTrusted) return;
@@ -166,12 +172,13 @@ const corvane = (() => {
     listen(type, event => {
       if (event.isTrusted) tell(type, event, event.target, false);
     });
-  document.addEventListener('selectionchange', () => {
+  listen('selectionchange', () => {
     if (complete) {
       changes.flush();
       send('selection', encodeSelection(), changes.lastApplied());
     }
-  }, true);
+  }, document);
+  new MutationObserver(arm).observe(document, {childList: true});
 
   // --- the document
 
@@ -217,5 +224,11 @@ const corvane = (() => {
     for (const message of waiting.splice(0)) port.Receive(message);
   });
   if (document.readyState === 'complete') loaded(); else addEventListener('load', loaded);
-  return {receive};
+  // What there is of a page that ended its own load. Whether it hadn't been told before.
+  const give = () => {
+    const isNew = !complete;
+    loaded();
+    return isNew;
+  };
+  return {receive, give};
 })();

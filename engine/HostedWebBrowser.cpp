@@ -8,13 +8,13 @@
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
-#include <QWebEngineSettings>
 #include <QWebEngineView>
 #include <chrono>
 #include <cmath>
 #include <utility>
 
 #include "BridgePort.h"
+#include "EditedPage.h"
 #include "ForeignChanges.h"
 #include "HTMLDocument.h"
 #include "OfflineInterceptor.h"
@@ -26,16 +26,6 @@ static void InitBridgeResources() {
 }
 
 namespace {
-
-// Opens no windows and keeps what scripts log to itself.
-class QuietPage : public QWebEnginePage {
- public:
-  using QWebEnginePage::QWebEnginePage;
-
- protected:
-  QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) override {}
-};
 
 QString ReadResource(const QString& name) {
   QFile file(name);
@@ -67,7 +57,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
       view_(new QWebEngineView(parent)),
       profile_(new QWebEngineProfile(this)),
       interceptor_(new OfflineInterceptor(this)),
-      keys_(*view_),
+      input_(*view_),
       renderer_([this] { Recover(); }),
       outbox_([this](const QString& script, std::function<void(const QVariant&)> result) {
         if (!result) return page_->runJavaScript(script, bridgeWorld);
@@ -96,14 +86,8 @@ HostedWebBrowser::~HostedWebBrowser() {
 
 void HostedWebBrowser::SetUpPage() {
   isDead_ = false;
-  keys_.PageComes();
-  page_ = new QuietPage(profile_, this);
-  QWebEngineSettings* settings = page_->settings();
-  settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
-  settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
-  settings->setAttribute(QWebEngineSettings::PdfViewerEnabled, false);
-  settings->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
-  settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
+  input_.PageComes();
+  page_ = new EditedPage(profile_, this);
   port_ = new BridgePort(page_);
   channel_ = new QWebChannel(page_);
   channel_->registerObject(QStringLiteral("port"), port_);
@@ -112,7 +96,7 @@ void HostedWebBrowser::SetUpPage() {
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
     isDead_ = true;
-    keys_.PageDied();
+    input_.PageDied();
   });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);
   view_->setPage(page_);
@@ -152,7 +136,7 @@ void HostedWebBrowser::LoadWanted() {
   if (isDead_) RenewPage();
   navigation_.began = MillisecondsNow();
   const QString& path = navigation_.path;
-  page_->load(path == u"about:blank" ? QUrl(path) : QUrl::fromLocalFile(path));
+  page_->Show(path == u"about:blank" ? QUrl(path) : QUrl::fromLocalFile(path));
 }
 
 void HostedWebBrowser::LoadFinished(bool good) {
@@ -163,8 +147,19 @@ void HostedWebBrowser::LoadFinished(bool good) {
 // begun anew.
 void HostedWebBrowser::ScheduleFailLoad() {
   if (load_ != Load::Pending || isDead_) return;
-  const auto fail = [this, number = navigation_.number] {
-    if (load_ == Load::Pending && !isDead_ && navigation_.number == number) FailLoad();
+  const auto isPending = [this, number = navigation_.number] {
+    return load_ == Load::Pending && !isDead_ && navigation_.number == number;
+  };
+  const auto fail = [this, isPending] {
+    if (!isPending()) return;
+    // A page that stopped its own load is there all the same, as far as it came.
+    page_->runJavaScript(QStringLiteral("location.href"), bridgeWorld, [this, isPending](const QVariant& address) {
+      if (!isPending()) return;
+      if (!IsAddressWanted(address.toString())) return FailLoad();
+      page_->runJavaScript(QStringLiteral("corvane.give()"), bridgeWorld, [this, isPending](const QVariant& given) {
+        if (!given.toBool() && isPending()) FailLoad();
+      });
+    });
   };
   QMetaObject::invokeMethod(this, fail, Qt::QueuedConnection);
 }
@@ -175,19 +170,21 @@ void HostedWebBrowser::FailLoad() {
   if (document_) document_->tree().SetPage(nullptr);
   document_.reset();
   if (isDead_) RenewPage();
-  page_->load(QUrl(QStringLiteral("about:blank")));
+  page_->Show(QUrl(QStringLiteral("about:blank")));
   emit DocumentComplete();
 }
 
-// The page before may have gone elsewhere by itself. Of two loads of one file in a row only the second counts: a page
+bool HostedWebBrowser::IsAddressWanted(const QString& address) const {
+  const QString& path = navigation_.path;
+  return path == u"about:blank" ? address == path
+                                : QUrl::fromLocalFile(path).toLocalFile() == QUrl(address).toLocalFile();
+}
+
+// The page before may still have something to say. Of two loads of one file in a row only the second counts: a page
 // knows when its own navigation began; as its clock may lag, one that never comes behind the one passed over here is
 // asked for again.
 bool HostedWebBrowser::IsWanted(const Bridge::TreeMessage& message) {
-  const QString& path = navigation_.path;
-  const bool asked = path == u"about:blank"
-                         ? message.address == path
-                         : QUrl::fromLocalFile(path).toLocalFile() == QUrl(message.address).toLocalFile();
-  if (!asked) return false;
+  if (!IsAddressWanted(message.address)) return false;
   if (!std::exchange(navigation_.isSecondLoad, false) || message.began >= navigation_.began) return true;
   QTimer::singleShot(kSecondLoadMs, this, [this, number = navigation_.number] {
     if (load_ == Load::Pending && navigation_.number == number) LoadWanted();
@@ -225,13 +222,13 @@ void HostedWebBrowser::Receive(const QJsonArray& message) {
   const Bridge::FromPage what = Bridge::Decode(message);
   const QString token = Bridge::TokenOf(message);
   if (const auto* tree = std::get_if<Bridge::TreeMessage>(&what)) {
-    if (load_ == Load::None) return;  // the empty page behind a load that failed
     if (load_ == Load::Recovering) {
       shown_.token = token;
       return Adopt();
     }
-    if (load_ == Load::Pending && !IsWanted(*tree)) return;
-    return Show(*tree, token);
+    // None is the empty page behind a load that failed.
+    if (load_ == Load::Pending && IsWanted(*tree)) Show(*tree, token);
+    return;
   }
   if (token != shown_.token || !document_ || load_ != Load::Done) return;  // of a page that is no longer in view
   std::visit([this](const auto& one) { Hear(one); }, what);
@@ -318,11 +315,11 @@ QJsonArray HostedWebBrowser::SelectMessage(const LiveRange* range) {
 
 // The channel of a page whose renderer died doesn't always come back, so there is a new one for both.
 void HostedWebBrowser::RenewPage() {
-  QWebEnginePage* const dead = page_;
+  EditedPage* const dead = page_;
   dead->disconnect(this);
   SetUpPage();
   dead->deleteLater();
-  keys_.TakeBack();
+  input_.TakeBack();
 }
 
 void HostedWebBrowser::RendererDied() {
@@ -343,7 +340,7 @@ void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
   RenewPage();
   const QString type = document_->tree().quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
-  page_->setHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(shown_.address));
+  page_->ShowHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(shown_.address));
 }
 
 void HostedWebBrowser::Adopt() {
@@ -372,4 +369,8 @@ void HostedWebBrowser::TellTree(std::function<void(const QJsonArray&)> answer) {
 
 void HostedWebBrowser::RunPageScript(const QString& script) {
   page_->runJavaScript(script, QWebEngineScript::MainWorld);
+}
+
+QWebEnginePage* HostedWebBrowser::enginePage() const {
+  return page_;
 }

@@ -15,11 +15,12 @@
 #include "BridgeMessages.h"
 #include "BridgeOutbox.h"
 #include "LivePage.h"
-#include "PageKeys.h"
+#include "PageInput.h"
 #include "RendererWatch.h"
 #include "WebBrowser.h"
 
 class BridgePort;
+class EditedPage;
 class HTMLDocument;
 class OfflineInterceptor;
 class QWebChannel;
@@ -47,7 +48,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void TellTree(std::function<void(const QJsonArray&)> answer);
   // Runs a script as the page's own.
   void RunPageScript(const QString& script);
-  QWebEnginePage* enginePage() const { return page_; }
+  QWebEnginePage* enginePage() const;
 
  private:
   enum class Load { None, Pending, Recovering, Done };
@@ -93,6 +94,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void RenewPage();
   void LoadWanted();
   bool IsWanted(const Bridge::TreeMessage& message);
+  bool IsAddressWanted(const QString& address) const;
   void Show(const Bridge::TreeMessage& message, const QString& token);
   void LoadFinished(bool good);
   void ScheduleFailLoad();
@@ -106,11 +108,11 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
 
   QWebEngineView* view_;
   QWebEngineProfile* profile_;
-  QWebEnginePage* page_ = nullptr;
+  EditedPage* page_ = nullptr;
   QWebChannel* channel_ = nullptr;
   BridgePort* port_ = nullptr;
   OfflineInterceptor* interceptor_;
-  PageKeys keys_;
+  PageInput input_;
   RendererWatch renderer_;
   BridgeOutbox outbox_;
 

@@ -55,6 +55,12 @@ void WBUC::ForgetPage() {
   CurrentTextRange_.reset();
 }
 
+HTMLBodyElement& WBUC::Body() {
+  const Node* const body = Body_.node();
+  if (body && !body->IsAttached()) Body_ = Doc_->body();
+  return Body_;
+}
+
 void WBUC::LayOverAll() {
   if (QWidget* view = WB2_->Widget()) view->setGeometry(rect());
 }

@@ -159,6 +159,8 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   // Lets go of all that is in the page. The page itself still tells its title, and the tag of the element that was
   // current stays.
   void ForgetPage();
+  // The page's BODY; another one after a script has written the page anew.
+  HTMLBodyElement& Body();
   void LayOverAll();
 
   const HTMLEventObj& Event() const { return Doc_->parentWindow().event(); }

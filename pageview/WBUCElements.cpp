@@ -77,14 +77,14 @@ void WBUC::DeleteElement(const HTMLElement& ObSel) {
 
 void WBUC::ReplaceElemHTML(const HTMLElement& Element1, const QString& sNewText) {
   if (!Element1) return;
-  const auto range = Body_.createTextRange();
+  const auto range = Body().createTextRange();
   if (!range || !range->moveToElementText(Element1)) return;
   range->select();
   range->pasteHTML(sNewText);
 }
 
 void WBUC::AddNewElement(const QString& sText) {
-  Body_.insertAdjacentHTML(beforeEnd, sText);
+  Body().insertAdjacentHTML(beforeEnd, sText);
 }
 
 // One row with one cell at the end of the page, wherever the insertion point is. The cell holds a text block to click
@@ -98,7 +98,7 @@ void WBUC::AddTable(const QString& sWide, const QString& sHigh, const QString& s
                        QStringLiteral("\"><FONT FACE=\"") + values_.BodyFontName + QStringLiteral("\" SIZE=") +
                        values_.BodyFontSize + QStringLiteral(" COLOR=\"") + values_.BodyFontColor +
                        QStringLiteral("\">&nbsp;</FONT></TD></TR></TABLE>");
-  Body_.insertAdjacentHTML(beforeEnd, html);
+  Body().insertAdjacentHTML(beforeEnd, html);
 }
 
 void WBUC::CreateLinkSel(const QString& sURL) {
@@ -131,7 +131,7 @@ void WBUC::MoveElementOneSpace(int iDirection) {
   if (!CurrentElement_ || !DocReady_) return;
   switch (iDirection) {
     case 0: {
-      const auto range = Body_.createTextRange();
+      const auto range = Body().createTextRange();
       if (!range || !range->moveToElementText(CurrentElement_)) return;
       range->move(character, -1);
       range->moveEnd(character, 1);

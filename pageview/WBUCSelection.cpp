@@ -37,7 +37,7 @@ WBUC::Selection WBUC::IfSelection() const {
 }
 
 void WBUC::SelectElementText(const HTMLElement& el) {
-  const auto range = Body_.createTextRange();
+  const auto range = Body().createTextRange();
   if (!range) return;
   range->moveToElementText(el);
   range->select();
@@ -54,7 +54,7 @@ void WBUC::ClearSelection() {
 }
 
 QPoint WBUC::PlaceTextRange() {
-  const auto range = Body_.createTextRange();
+  const auto range = Body().createTextRange();
   if (!range) return {-1, -1};
   range->moveToPoint(Event().clientX(), Event().clientY());
   SetCurrentTextRange(range);

@@ -9,6 +9,7 @@
 #include "RealPlatform.h"
 
 int main(int argc, char** argv) {
+  qunsetenv("QTWEBENGINE_REMOTE_DEBUGGING");  // a door for every program of the machine
   ChooseEngineGraphics();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("corvane"));

@@ -1,4 +1,4 @@
-#include "PageKeys.h"
+#include "PageInput.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -16,33 +16,58 @@ quint32 CodeOf(const QKeyEvent& key) {
 
 }  // namespace
 
-PageKeys::PageKeys(QWebEngineView& view) : view_(view) {
+PageInput::PageInput(QWebEngineView& view) : view_(view) {
   qApp->installEventFilter(this);
 }
 
-bool PageKeys::IsPages(const QWidget* widget) const {
+bool PageInput::IsPages(const QWidget* widget) const {
   return widget && (widget == &view_ || view_.isAncestorOf(widget));
 }
 
-void PageKeys::PageDied() {
+void PageInput::PageDied() {
   isDead_ = true;
   if (IsPages(view_.window()->focusWidget())) hadFocus_ = true;  // what has it goes with the renderer
 }
 
 // The engine hides its widget when the renderer is gone, before or after it tells so, and whenever another takes its
 // place. Qt would hand the keys to the next control in line then; nobody shall have them until the page is back.
-void PageKeys::WidgetGoes(QWidget* widget) {
+void PageInput::WidgetGoes(QWidget* widget) {
   if (!view_.isVisible() || view_.window()->focusWidget() != widget) return;
   hadFocus_ = true;
   widget->clearFocus();
 }
 
-void PageKeys::TakeBack() {
+void PageInput::TakeBack() {
   if (std::exchange(hadFocus_, false) && !view_.window()->focusWidget()) view_.setFocus();
 }
 
-bool PageKeys::eventFilter(QObject* watched, QEvent* event) {
+// What makes a browser of the page: going back and forward by the mouse, zooming by wheel or fingers, dropping.
+bool PageInput::IsForBrowsers(const QEvent& event) {
+  switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick: {
+      const Qt::MouseButton button = static_cast<const QMouseEvent&>(event).button();
+      return button == Qt::BackButton || button == Qt::ForwardButton;
+    }
+    case QEvent::Wheel:
+      return static_cast<const QWheelEvent&>(event).modifiers().testFlag(Qt::ControlModifier);
+    case QEvent::NativeGesture:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool PageInput::eventFilter(QObject* watched, QEvent* event) {
   const auto type = event->type();
+  if (watched == view_.focusProxy() && IsForBrowsers(*event)) {
+    event->ignore();
+    return true;
+  }
   // A window that is minimised tells it with events of the system's own and keeps its keys.
   if ((type == QEvent::Hide || type == QEvent::Show) && watched == view_.focusProxy() && !event->spontaneous()) {
     if (type == QEvent::Hide) WidgetGoes(view_.focusProxy());
