@@ -6,11 +6,13 @@
 const corvane = (() => {
   'use strict';
   const token = Math.random().toString(36).slice(2);
-  let port = null;
-  const waiting = [];
-  const send = (...message) => {
-    if (port) port.Receive([token, ...message]); else waiting.push([token, ...message]);
-  };
+  // The channel's own words for calling a method of the program's object, whose answers are of no interest. Its library
+  // would ask first what there is to call.
+  const transport = qt.webChannelTransport;
+  const invokeMethod = 6;
+  transport.onmessage = () => {};
+  const send = (...message) => transport.send(JSON.stringify(
+      {type: invokeMethod, id: 0, object: 'port', method: 'Receive', args: [[token, ...message]]}));
   const tree = bridgeTree(content => changes.watch(content));
   const places = bridgePlaces(tree);
   const changes = bridgeChanges(tree, send);
@@ -132,21 +134,24 @@ const corvane = (() => {
 
   listen('mousedown', event => {
     if (!event.isTrusted) return;
+    // The window's own scroll bars are no part of the document.
+    if (event.clientX >= visualViewport.width || event.clientY >= visualViewport.height) return send('handled', false);
     if (event.button === 2 || (event.button === 0 && event.detail > 1)) event.preventDefault();
-    if (event.button === 0 && event.detail <= 1 && !event.shiftKey) getSelection().removeAllRanges();
+    // The second press of a quick row selects; the third is a first one again.
+    if (event.button === 0 && event.detail % 2 === 1 && !event.shiftKey) getSelection().removeAllRanges();
     if (event.button === 0) pressedAt = changes.lastApplied();
     tell('mousedown', event, event.target, false);
+    send('handled', false);
   });
   listen('mouseup', event => {
     if (!event.isTrusted) return;
     lastUp = event.target;
     tell('mouseup', event, event.target, false);
-    if (event.button !== 0) return;
-    const isOwed = pressedAt !== null && pressedAt !== changes.lastApplied();
-    pressedAt = null;
-    if (!isOwed) return;
-    owed = event;
-    setTimeout(payOwed);  // the click comes at once, if it does
+    if (event.button === 0) {
+      if (pressedAt !== null && pressedAt !== changes.lastApplied()) owed = event;
+      pressedAt = null;
+    }
+    setTimeout(() => { payOwed(); send('handled', true); });  // the click comes at once, if it does
   });
   listen('click', event => {
     event.preventDefault();
@@ -163,7 +168,8 @@ const corvane = (() => {
   });
   for (const type of ['auxclick', 'dragstart', 'submit']) listen(type, event => event.preventDefault());
   listen('keydown', event => {
-    if (event.isTrusted && takesKeys && event.keyCode === 32) event.preventDefault();
+    // The space bar would scroll, and the tabulator take the keys away.
+    if (event.isTrusted && takesKeys && (event.keyCode === 32 || event.keyCode === 9)) event.preventDefault();
   });
   listen('keyup', event => {
     if (event.isTrusted) tell('keyup', event, event.target, false);
@@ -178,6 +184,12 @@ const corvane = (() => {
       send('selection', encodeSelection(), changes.lastApplied());
     }
   }, document);
+  listen('scroll', event => {
+    if (complete && event.target === document) send('scroll', [scrollX, scrollY], changes.lastApplied());
+  }, document);
+  const tellFocus = () => send('focus', document.activeElement instanceof HTMLElement && 'contentWindow' in document.activeElement);
+  for (const type of ['blur', 'focus'])
+    listen(type, event => { if (event.target === window) setTimeout(tellFocus); });
   new MutationObserver(arm).observe(document, {childList: true});
 
   // --- the document
@@ -191,8 +203,7 @@ const corvane = (() => {
     if (complete) return;
     complete = true;
     changes.watch(document);
-    userSelections = 0;
-    settleSelection();
+    userSelections = 0;  // not looked at yet, as that has the whole page laid out first
     send('tree', performance.timeOrigin, location.href, document.compatMode === 'BackCompat', flatPage(),
          document.characterSet);
   };
@@ -219,10 +230,6 @@ const corvane = (() => {
     scrollTo(scroll[0], scroll[1]);
   };
 
-  new QWebChannel(qt.webChannelTransport, channel => {
-    port = channel.objects.port;
-    for (const message of waiting.splice(0)) port.Receive(message);
-  });
   if (document.readyState === 'complete') loaded(); else addEventListener('load', loaded);
   // What there is of a page that ended its own load. Whether it hadn't been told before.
   const give = () => {

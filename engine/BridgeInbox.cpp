@@ -39,7 +39,7 @@ LiveRange BridgeInbox::RangeOf(const Bridge::Selection& selection) const {
   return range;
 }
 
-HTMLEventObj BridgeInbox::EventOf(const Bridge::EventMessage& message, double zoom, bool isWithoutTarget) const {
+HTMLEventObj BridgeInbox::EventOf(const Bridge::EventMessage& message, double zoom) const {
   const auto pixels = [zoom](double value) { return int(std::nearbyint(value * zoom)); };
   const BoundaryPoint caret = PointOf(message.caret);
   // The element under the mouse: that around the text which was hit, if it was, else the one that was named.
@@ -49,7 +49,7 @@ HTMLEventObj BridgeInbox::EventOf(const Bridge::EventMessage& message, double zo
   } else {
     target = NodeOf(message.target);
   }
-  if (isWithoutTarget || (target && !target->IsElement())) target = nullptr;
+  if (target && !target->IsElement()) target = nullptr;
   HTMLEventObj event(message.type);
   event.At(pixels(message.client.x()), pixels(message.client.y()))
       .On(HTMLElement(target))

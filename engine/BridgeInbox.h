@@ -16,8 +16,8 @@ class BridgeInbox {
   // Without points where there is no selection, or where its ends have passed each other.
   LiveRange RangeOf(const Bridge::Selection& selection) const;
 
-  // What a handler may ask, in pixels of the view. `isWithoutTarget`: of a page that wasn't ours yet.
-  HTMLEventObj EventOf(const Bridge::EventMessage& message, double zoom, bool isWithoutTarget) const;
+  // What a handler may ask, in pixels of the view.
+  HTMLEventObj EventOf(const Bridge::EventMessage& message, double zoom) const;
 
  private:
   const PageTree& tree_;

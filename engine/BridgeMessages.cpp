@@ -33,6 +33,10 @@ std::optional<EventType> TypeOf(const QString& name) {
   return std::nullopt;
 }
 
+QPoint PixelsOf(const QJsonArray& pair) {
+  return {int(pair.at(0).toDouble()), int(pair.at(1).toDouble())};
+}
+
 FromPage DecodeTreeMessage(const QJsonArray& m) {
   return TreeMessage{m.at(2).toDouble(), m.at(3).toString(), m.at(4).toBool(), m.at(5).toArray(), m.at(6).toString()};
 }
@@ -43,7 +47,6 @@ FromPage DecodeEvent(const QJsonArray& m) {
   if (!type) return {};
   std::vector<NodeId> target;
   for (const QJsonValue& id : event[QLatin1String("target")].toArray()) target.push_back(id.toInt());
-  const QJsonArray scroll = event[QLatin1String("scroll")].toArray();
   const QJsonArray caret = event[QLatin1String("caret")].toArray();
   return EventMessage{*type,
                       std::move(target),
@@ -53,10 +56,22 @@ FromPage DecodeEvent(const QJsonArray& m) {
                       event[QLatin1String("shift")].toBool(),
                       SelectionOf(event[QLatin1String("selection")].toArray()),
                       event[QLatin1String("applied")].toInt(),
-                      {int(scroll.at(0).toDouble()), int(scroll.at(1).toDouble())},
+                      PixelsOf(event[QLatin1String("scroll")].toArray()),
                       PlacesOf(caret.at(0).toArray()),
                       {caret.at(1).toDouble(), caret.at(2).toDouble()},
                       event[QLatin1String("onText")].toBool()};
+}
+
+FromPage DecodeHandled(const QJsonArray& m) {
+  return HandledMessage{m.at(2).toBool()};
+}
+
+FromPage DecodeScroll(const QJsonArray& m) {
+  return ScrollMessage{PixelsOf(m.at(2).toArray()), m.at(3).toInt()};
+}
+
+FromPage DecodeFocus(const QJsonArray& m) {
+  return FocusMessage{m.at(2).toBool()};
 }
 
 FromPage DecodeSelection(const QJsonArray& m) {
@@ -75,11 +90,9 @@ struct WordRow {
   const char* word;
   FromPage (*decode)(const QJsonArray& message);
 };
-constexpr WordRow wordsOfPage[] = {{"tree", DecodeTreeMessage},
-                                   {"event", DecodeEvent},
-                                   {"selection", DecodeSelection},
-                                   {"changes", DecodeChanges},
-                                   {"told", DecodeTold}};
+constexpr WordRow wordsOfPage[] = {{"tree", DecodeTreeMessage},    {"event", DecodeEvent},   {"handled", DecodeHandled},
+                                   {"selection", DecodeSelection}, {"scroll", DecodeScroll}, {"focus", DecodeFocus},
+                                   {"changes", DecodeChanges},     {"told", DecodeTold}};
 
 constexpr const char* batchWord = "batch";
 constexpr const char* heardWord = "heard";

@@ -3,21 +3,28 @@
 //
 // To the program, behind the token of the page's bridge:
 //   tree       milliseconds since the epoch when the navigation began, address, whether in quirks mode, the tree (see
-//              TreeCodec.h), encoding                                                       once, when the page is
-//              loaded
+//              TreeCodec.h), encoding
 //   event      {type, target, x, y, button, keyCode, shift, selection, applied, scroll, caret, onText}
+//   handled    whether a mouse button's release, and not a press: no events come of it any more
 //   selection  selection, applied
-//   changes    number, applied, changes (see ForeignChanges.h)         what the page's own scripts have done to the
-//   tree told       number of the question, the tree                                                       answers a
-//   `tell`
+//   scroll     scroll, applied
+//   focus      whether a frame of the page has the keys
+//   changes    number, applied, changes (see ForeignChanges.h)
+//   told       number of the question, the tree
+//
+// The tree comes once, when the page is loaded; `changes` tells what the page's own scripts have done to it; `told`
+// answers a `tell`.
+//
 // To the page:
 //   batch      number, number of the last `changes` heard of, operations (see BridgeOutbox.cpp)
 //   heard      number of the last `changes` heard of
 //   select     number of the selection, user's selections heard of, and two places where there is one
-//   measure    place                                                      the flush that ends in it is answered at once
+//   measure    place
 //   keys       whether released keys go into the text
-//   adopt      the tree, scroll, batch                                          takes the program's page for what it
-//   has tell       number of the question
+//   adopt      the tree, scroll, batch
+//   tell       number of the question
+//
+// The flush that ends in a `measure` is answered at once. `adopt` has the page take the program's tree for its own.
 //
 // `applied` is the number of the last batch that the page had carried out. A place is a node's number and an offset in
 // text or the number of the child behind it, 0 at the end. The page names places, and nodes, twice where the program
@@ -68,6 +75,16 @@ struct EventMessage {
   QPointF caretPosition;
   bool onText;  // the mouse is over the text that the caret is in
 };
+struct HandledMessage {
+  bool isRelease;
+};
+struct ScrollMessage {
+  QPoint scroll;
+  int applied;
+};
+struct FocusMessage {
+  bool isInFrame;
+};
 struct SelectionMessage {
   Selection selection;
   int applied;
@@ -82,7 +99,8 @@ struct ToldMessage {
   QJsonArray tree;
 };
 // Nothing for a message that isn't one of these.
-using FromPage = std::variant<std::monostate, TreeMessage, EventMessage, SelectionMessage, ChangesMessage, ToldMessage>;
+using FromPage = std::variant<std::monostate, TreeMessage, EventMessage, HandledMessage, SelectionMessage,
+                              ScrollMessage, FocusMessage, ChangesMessage, ToldMessage>;
 
 QString TokenOf(const QJsonArray& message);
 FromPage Decode(const QJsonArray& message);

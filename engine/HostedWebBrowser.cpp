@@ -57,7 +57,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
       view_(new QWebEngineView(parent)),
       profile_(new QWebEngineProfile(this)),
       interceptor_(new OfflineInterceptor(this)),
-      input_(*view_),
+      input_(*view_, [this](int keyCode, bool shift) { return AnswerKey(keyCode, shift); }),
       renderer_([this] { Recover(); }),
       outbox_([this](const QString& script, std::function<void(const QVariant&)> result) {
         if (!result) return page_->runJavaScript(script, bridgeWorld);
@@ -67,7 +67,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
   profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
   profile_->setUrlRequestInterceptor(interceptor_);
-  QString source = ReadResource(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
+  QString source;
   for (const char* const file : {"BridgeTree.js", "BridgePlaces.js", "BridgeChanges.js", "Bridge.js"})
     source += ReadResource(QStringLiteral(":/bridge/") + QLatin1String(file));
   profile_->scripts()->insert(BridgeScript(QStringLiteral("bridge"), source));
@@ -122,6 +122,7 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   outbox_.Flush();
   outbox_.DropQuestions();
   outbox_.Shut();
+  input_.Forget();
   const bool isSecondLoad = load_ == Load::Pending && navigation_.path == url;
   load_ = Load::Pending;
   navigation_ = {navigation_.number + 1, url, isSecondLoad};
@@ -273,13 +274,36 @@ void HostedWebBrowser::HearSelection(const Bridge::Selection& selection, int app
 void HostedWebBrowser::Hear(const Bridge::EventMessage& message) {
   // The mouse over the page is told by the engine alone; all else takes somebody who works with the page.
   if (message.type != EventType::MouseOver && message.type != EventType::MouseOut) renderer_.SignOfLife();
-  const bool isEarly = message.applied < shown_.adopted;  // of the empty page that the model was on its way into
-  if (isEarly && message.type != EventType::KeyUp) return;
-  if (!isEarly) shown_.scroll = message.scroll;
+  const bool isAnswered = message.type == EventType::KeyUp && !input_.inFlight().KeyReported(message.keyCode);
+  if (message.applied < shown_.adopted) return;  // of the empty page that the model was on its way into
+  shown_.scroll = message.scroll;
   HearSelection(message.selection, message.applied);
-  document_->Dispatch(inbox().EventOf(message, view_->zoomFactor(), isEarly));
+  if (isAnswered) return;
+  document_->Dispatch(inbox().EventOf(message, view_->zoomFactor()));
   // The bridge takes a click for one that places the insertion point until it hears otherwise.
   if (message.type == EventType::Click && load_ == Load::Done) outbox_.Post(Bridge::Keys(shown_.takesKeys));
+}
+
+void HostedWebBrowser::Hear(const Bridge::HandledMessage& message) {
+  input_.inFlight().MouseReported(message.isRelease ? InputInFlight::Kind::Release : InputInFlight::Kind::Press);
+}
+
+void HostedWebBrowser::Hear(const Bridge::ScrollMessage& message) {
+  if (message.applied >= shown_.adopted) shown_.scroll = message.scroll;
+}
+
+// What goes into a frame isn't reported.
+void HostedWebBrowser::Hear(const Bridge::FocusMessage& message) {
+  shown_.isFrameFocused = message.isInFrame;
+  if (message.isInFrame) input_.inFlight().ForgetAnswered();
+}
+
+bool HostedWebBrowser::AnswerKey(int keyCode, bool shift) {
+  if (!document_ || shown_.isFrameFocused || (load_ != Load::Done && load_ != Load::Recovering)) return false;
+  HTMLEventObj event(EventType::KeyUp);
+  event.On(document_->body()).Key(keyCode, shift);
+  document_->Dispatch(std::move(event));
+  return true;
 }
 
 // --- From the model to the page
@@ -329,6 +353,7 @@ void HostedWebBrowser::RendererDied() {
   const bool isOneTooMany = renderer_.Died();
   if (load_ == Load::Pending) return isOneTooMany ? FailLoad() : LoadWanted();
   if (!document_) return;
+  shown_.isFrameFocused = false;
   load_ = Load::Recovering;
   outbox_.Shut();
   outbox_.Forget();
@@ -354,13 +379,17 @@ void HostedWebBrowser::Adopt() {
   outbox_.Post(Bridge::Keys(shown_.takesKeys));
   outbox_.Post(SelectMessage(&document_->selection().range()));
   outbox_.Flush();
+  // Input would overtake all this.
+  page_->runJavaScript(QStringLiteral("0"), bridgeWorld, [this, token = shown_.token](const QVariant&) {
+    if (!isDead_ && token == shown_.token) input_.GoOn();
+  });
   emit Recovered();
 }
 
 // --- For tests
 
 bool HostedWebBrowser::IsQuiet() const {
-  return load_ == Load::Done && outbox_.IsEmpty();
+  return load_ == Load::Done && outbox_.IsEmpty() && !input_.inFlight().IsWaiting();
 }
 
 void HostedWebBrowser::TellTree(std::function<void(const QJsonArray&)> answer) {

@@ -68,6 +68,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
     QPoint scroll;
     int adopted = 0;  // the batch that stands for the model as a whole, which a page that was brought back got
     bool takesKeys = false;
+    bool isFrameFocused = false;  // keys go into a frame of it
     // The page counts what its user selects, the program what it selects itself; who was last is told by both.
     int selectionNumber = 0;     // of the program's last one
     int userSelections = 0;      // that have been heard of,
@@ -88,6 +89,9 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Hear(const Bridge::SelectionMessage& message);
   void Hear(const Bridge::ChangesMessage& message);
   void Hear(const Bridge::ToldMessage& message);
+  void Hear(const Bridge::HandledMessage& message);
+  void Hear(const Bridge::ScrollMessage& message);
+  void Hear(const Bridge::FocusMessage& message);
   void HearSelection(const Bridge::Selection& selection, int applied);
 
   void SetUpPage();
@@ -102,6 +106,9 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Recover();
   void Adopt();
   void FailLoad();
+
+  // A key that is answered without the page's report.
+  bool AnswerKey(int keyCode, bool shift);
 
   BridgeInbox inbox() const;
   QJsonArray SelectMessage(const LiveRange* range);

@@ -2,8 +2,12 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QWebEngineView>
 #include <utility>
+
+#include "HostKeyboard.h"
+#include "KeyCodes.h"
 
 namespace {
 
@@ -16,17 +20,49 @@ quint32 CodeOf(const QKeyEvent& key) {
 
 }  // namespace
 
-PageInput::PageInput(QWebEngineView& view) : view_(view) {
+PageInput::PageInput(QWebEngineView& view, Answer answer) : view_(view), answer_(std::move(answer)) {
   qApp->installEventFilter(this);
+  connect(qApp, &QGuiApplication::applicationStateChanged, this, &PageInput::ProgramChanged);
+}
+
+// What happens to the keys while another program has them isn't told. One that is down when the user comes back went
+// down there, although its repeats look as if it did here.
+void PageInput::ProgramChanged(Qt::ApplicationState state) {
+  down_.clear();
+  if (state != Qt::ApplicationActive) return;
+  for (const quint32 place : HostKeyboard::KeysDown()) down_.insert(place, false);
 }
 
 bool PageInput::IsPages(const QWidget* widget) const {
   return widget && (widget == &view_ || view_.isAncestorOf(widget));
 }
 
+// While the page has lost its widget its keys go to the window as such.
+bool PageInput::GetsKeysFor(const QWidget* widget) const {
+  return widget == view_.focusProxy() || (isKeeping_ && (IsPages(widget) || (hadFocus_ && widget == view_.window())));
+}
+
 void PageInput::PageDied() {
   isDead_ = true;
   if (IsPages(view_.window()->focusWidget())) hadFocus_ = true;  // what has it goes with the renderer
+  isKeeping_ = true;
+  std::vector<std::unique_ptr<QEvent>> unheard = inFlight_.TakeUnanswered();
+  kept_.insert(kept_.begin(), std::make_move_iterator(unheard.begin()), std::make_move_iterator(unheard.end()));
+}
+
+void PageInput::GoOn() {
+  isKeeping_ = false;
+  isReplaying_ = true;
+  for (const std::unique_ptr<QEvent>& event : std::exchange(kept_, {}))
+    if (QWidget* const page = view_.focusProxy()) QCoreApplication::sendEvent(page, event.get());
+  isReplaying_ = false;
+}
+
+void PageInput::Forget() {
+  isKeeping_ = false;
+  isButtonDown_ = false;
+  kept_.clear();
+  inFlight_ = {};
 }
 
 // The engine hides its widget when the renderer is gone, before or after it tells so, and whenever another takes its
@@ -73,22 +109,80 @@ bool PageInput::eventFilter(QObject* watched, QEvent* event) {
     if (type == QEvent::Hide) WidgetGoes(view_.focusProxy());
     if (type == QEvent::Show && !isDead_) TakeBack();
   }
-  if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride) return false;
   if (!watched->isWidgetType()) return false;
-  const auto* key = static_cast<QKeyEvent*>(event);
-  const quint32 code = CodeOf(*key);
-  const QWidget* const page = view_.focusProxy();
-  if (type == QEvent::KeyRelease) {
-    if (watched != page || !downElsewhere_.contains(code)) return false;
-    if (!key->isAutoRepeat()) downElsewhere_.remove(code);
+  auto* const widget = static_cast<QWidget*>(watched);
+  switch (type) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+      return FilterKey(widget, static_cast<const QKeyEvent&>(*event));
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+      return FilterMouse(widget, static_cast<const QMouseEvent&>(*event));
+    default:
+      return false;
+  }
+}
+
+// --- Keys
+
+// A press of one that is down already is a repeat, wherever it arrives.
+void PageInput::NotePress(const QKeyEvent& key, bool inPage) {
+  const quint32 code = CodeOf(key);
+  if (!down_.contains(code)) down_.insert(code, inPage && !key.isAutoRepeat());
+}
+
+// Whether the release is a real one, of a key that went down in the page.
+bool PageInput::ComesFromPage(const QKeyEvent& key) {
+  return !key.isAutoRepeat() && down_.take(CodeOf(key));
+}
+
+bool PageInput::FilterKey(QWidget* watched, const QKeyEvent& key) {
+  const bool isPress = key.type() == QEvent::KeyPress;
+  if (!GetsKeysFor(watched)) {
+    // What the page doesn't use goes on to the widgets around it.
+    if (view_.focusProxy() && watched->isAncestorOf(view_.focusProxy())) return false;
+    if (isPress) {
+      NotePress(key, false);
+    } else if (!key.isAutoRepeat()) {
+      down_.remove(CodeOf(key));
+    }
+    return false;
+  }
+  if (!isReplaying_) {
+    if (isPress) NotePress(key, true);
+    if (!isPress && !ComesFromPage(key)) return true;
+  }
+  return isPress ? isKeeping_ : Release(key);  // a press alone changes nothing in the model
+}
+
+bool PageInput::Release(const QKeyEvent& key) {
+  const int keyCode = KeyCodeOf(key.key(), key.modifiers().testFlag(Qt::KeypadModifier));
+  const bool isFree = keyCode != 0 && !isButtonDown_ && kept_.empty() && !inFlight_.IsWaiting();
+  const bool isAnswered = isFree && answer_(keyCode, key.modifiers().testFlag(Qt::ShiftModifier));
+  std::unique_ptr<QEvent> event(key.clone());
+  if (!isKeeping_) {
+    inFlight_.Add({InputInFlight::Kind::Key, keyCode, isAnswered, std::move(event)});
+  } else if (!isAnswered) {
+    kept_.push_back(std::move(event));
+  }
+  return isKeeping_;
+}
+
+// --- The mouse
+
+bool PageInput::FilterMouse(QWidget* watched, const QMouseEvent& mouse) {
+  const bool isRelease = mouse.type() == QEvent::MouseButtonRelease;
+  if (isKeeping_) {
+    if (!IsPages(watched)) return false;
+    const QPointF place(watched->mapTo(&view_, mouse.position().toPoint()));
+    kept_.push_back(std::make_unique<QMouseEvent>(mouse.type(), place, mouse.globalPosition(), mouse.button(),
+                                                  mouse.buttons(), mouse.modifiers()));
     return true;
   }
-  // What the page doesn't use goes on to the widgets around it. A key that is a shortcut is pressed nowhere.
-  const bool isPages = watched == page || static_cast<QWidget*>(watched)->isAncestorOf(page);
-  if (isPages && type == QEvent::KeyPress) {
-    downElsewhere_.remove(code);
-  } else {
-    downElsewhere_.insert(code);
-  }
+  if (watched != view_.focusProxy()) return false;
+  if (mouse.button() == Qt::LeftButton) isButtonDown_ = !isRelease;
+  const auto kind = isRelease ? InputInFlight::Kind::Release : InputInFlight::Kind::Press;
+  inFlight_.Add({kind, 0, false, std::unique_ptr<QEvent>(mouse.clone())});
   return false;
 }

@@ -3,6 +3,7 @@
 
 #include "EngineGraphics.h"
 #include "FSplash.h"
+#include "HostKeyboard.h"
 #include "HostedWebBrowser.h"
 #include "ModMain.h"
 #include "Program.h"
@@ -12,6 +13,7 @@ int main(int argc, char** argv) {
   qunsetenv("QTWEBENGINE_REMOTE_DEBUGGING");  // a door for every program of the machine
   ChooseEngineGraphics();
   QApplication application(argc, argv);
+  HostKeyboard::AskForRealReleases();
   QApplication::setApplicationName(QStringLiteral("corvane"));
   QApplication::setApplicationDisplayName(QString());
   // The name of the desktop entry, by which a desktop finds the icon of the windows.
