@@ -24,7 +24,8 @@ class LivePage {
   virtual void TakesKeys(bool on) = 0;
 
   // Left and top of the point in the view, in whole pixels; nothing when the page has no layout or doesn't answer.
-  // The answer may come at once, and comes exactly once unless the page goes away.
+  // Where the program has just changed the page, the point is brought into view. The answer may come at once, and comes
+  // exactly once unless the page goes away.
   using Answer = std::function<void(std::optional<QPoint>)>;
   virtual void Measure(const BoundaryPoint& point, Answer answer) = 0;
 };

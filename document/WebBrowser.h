@@ -36,6 +36,9 @@ class WebBrowser : public QObject {
   virtual bool Offline() const = 0;
   virtual void SetOffline(bool offline) = 0;
 
+  // Something lies over the view's lower edge, that many pixels high: text that is being typed is kept above it.
+  virtual void SetCovered(int pixels) {}
+
   // What shows the page; null for a component without a display.
   virtual QWidget* Widget() { return nullptr; }
   virtual void FocusPage() {}

@@ -14,8 +14,9 @@ const corvane = (() => {
   const send = (...message) => transport.send(JSON.stringify(
       {type: invokeMethod, id: 0, object: 'port', method: 'Receive', args: [[token, ...message]]}));
   const tree = bridgeTree(content => changes.watch(content));
-  const places = bridgePlaces(tree);
-  const changes = bridgeChanges(tree, send);
+  const style = bridgeStyle();
+  const places = bridgePlaces(tree, style);
+  const changes = bridgeChanges(tree, style, send);
   let selectionNumber = 0;     // of the program's last one
   let userSelections = 0;      // how often the user, or a script of the page, has selected something since
   let lastSelection = [];      // as it was when that was last looked at
@@ -56,14 +57,17 @@ const corvane = (() => {
     settleSelection();
   };
 
-  const measure = (id, rest) => {
+  const measure = (id, rest, hasChanged) => {
     const place = places.decode(id, rest);
-    return place && place[0].isConnected ? places.positionOf(place[0], place[1]).map(Math.round) : [];
+    if (!place || !place[0].isConnected) return [];
+    if (hasChanged) places.reveal(place[0], place[1]);
+    return places.positionOf(place[0], place[1]).map(Math.round);
   };
 
   // Answers with the place that the last message asks for, if it does.
   const receive = messages => {
     let place;
+    let hasChanged = false;
     payOwed();
     noteSelection();
     for (const message of messages) {
@@ -71,11 +75,13 @@ const corvane = (() => {
         case 'batch':
           changes.apply(message[1], message[2], message[3]);
           settleSelection();
+          hasChanged = true;
           break;
         case 'heard': changes.hear(message[1]); break;
         case 'select': select(message[1], message[2], message[3], message[4]); break;
-        case 'measure': place = measure(message[1], message[2]); break;
+        case 'measure': place = measure(message[1], message[2], hasChanged); break;
         case 'keys': takesKeys = message[1]; break;
+        case 'cover': places.setCovered(message[1]); break;
         case 'adopt': adopt(message[1], message[2], message[3]); break;
         case 'tell': changes.flush(); send('told', message[1], flatPage()); break;
       }
@@ -126,11 +132,27 @@ const corvane = (() => {
   };
   // A script that writes its page anew takes all listeners away; they are put back when the document's children change.
   const listeners = [];
-  const arm = () => { for (const [target, type, handler] of listeners) target.addEventListener(type, handler, true); };
+  const arm = () => {
+    style.arm();
+    for (const [target, type, handler] of listeners) target.addEventListener(type, handler, true);
+  };
   const listen = (type, handler, target = window) => {
     listeners.push([target, type, handler]);
     target.addEventListener(type, handler, true);
   };
+
+  // The engine lets no selection begin in a link, whose text could then hardly be worked on.
+  let linkPress = null;
+  const caretUnder = event => {
+    const caret = document.caretRangeFromPoint(event.clientX, event.clientY);
+    return caret && [caret.startContainer, caret.startOffset];
+  };
+  listen('mousemove', event => {
+    if (!linkPress || !event.isTrusted) return;
+    const caret = event.buttons & 1 ? caretUnder(event) : null;
+    if (caret && linkPress[0].isConnected) getSelection().setBaseAndExtent(...linkPress, ...caret);
+    if (!caret) linkPress = null;
+  });
 
   listen('mousedown', event => {
     if (!event.isTrusted) return;
@@ -139,13 +161,17 @@ const corvane = (() => {
     if (event.button === 2 || (event.button === 0 && event.detail > 1)) event.preventDefault();
     // The second press of a quick row selects; the third is a first one again.
     if (event.button === 0 && event.detail % 2 === 1 && !event.shiftKey) getSelection().removeAllRanges();
-    if (event.button === 0) pressedAt = changes.lastApplied();
+    if (event.button === 0) {
+      pressedAt = changes.lastApplied();
+      linkPress = event.detail === 1 && event.target.closest('a[href]') ? caretUnder(event) : null;
+    }
     tell('mousedown', event, event.target, false);
     send('handled', false);
   });
   listen('mouseup', event => {
     if (!event.isTrusted) return;
     lastUp = event.target;
+    linkPress = null;
     tell('mouseup', event, event.target, false);
     if (event.button === 0) {
       if (pressedAt !== null && pressedAt !== changes.lastApplied()) owed = event;

@@ -2,7 +2,7 @@
 // the program are carried out. A batch that the program sent before it had heard of such a change may not fit any more:
 // it is carried out as far as possible, and then the state of everything that it and the unheard reports touched is told
 // again. The program ignores reports that are older than its own last batch, so both sides agree once the page is quiet.
-const bridgeChanges = (tree, send) => {
+const bridgeChanges = (tree, style, send) => {
   'use strict';
   const {idOf, nodeOf, isKnown} = tree;
   const watched = {subtree: true, childList: true, attributes: true, characterData: true};
@@ -140,6 +140,7 @@ const bridgeChanges = (tree, send) => {
         into.attributes.add(element);
         if (operation[0] === 'set') tree.setAttribute(element, operation[2], operation[3]);
         else element.removeAttribute(operation[2]);
+        if (element === document.body && operation[2].toLowerCase() === 'text') style.restyleTables();
         break;
       }
       case 'data': {

@@ -99,6 +99,7 @@ constexpr const char* heardWord = "heard";
 constexpr const char* selectWord = "select";
 constexpr const char* measureWord = "measure";
 constexpr const char* keysWord = "keys";
+constexpr const char* coverWord = "cover";
 constexpr const char* adoptWord = "adopt";
 constexpr const char* tellWord = "tell";
 
@@ -145,6 +146,10 @@ QJsonArray Keys(bool taken) {
   return {keysWord, taken};
 }
 
+QJsonArray Cover(int pixels) {
+  return {coverWord, pixels};
+}
+
 QJsonArray Adopt(const Node* tree, QPoint scroll, int batch) {
   QJsonArray flat;
   EncodeTree(tree, flat);
@@ -162,7 +167,7 @@ QStringList WordsOfPage() {
 }
 
 QStringList WordsOfProgram() {
-  return {batchWord, heardWord, selectWord, measureWord, keysWord, adoptWord, tellWord};
+  return {batchWord, heardWord, selectWord, measureWord, keysWord, coverWord, adoptWord, tellWord};
 }
 
 }  // namespace Bridge

@@ -21,10 +21,13 @@
 //   select     number of the selection, user's selections heard of, and two places where there is one
 //   measure    place
 //   keys       whether released keys go into the text
+//   cover      pixels at the view's lower edge over which something lies
 //   adopt      the tree, scroll, batch
 //   tell       number of the question
 //
-// The flush that ends in a `measure` is answered at once. `adopt` has the page take the program's tree for its own.
+// The flush that ends in a `measure` is answered at once; where it changes the page, the place is brought into view
+// first.
+//  `adopt` has the page take the program's tree for its own.
 //
 // `applied` is the number of the last batch that the page had carried out. A place is a node's number and an offset in
 // text or the number of the child behind it, 0 at the end. The page names places, and nodes, twice where the program
@@ -110,6 +113,7 @@ QJsonArray Heard(int number);
 QJsonArray Select(int number, int users, const LiveRange* range);
 QJsonArray Measure(const BoundaryPoint& place);
 QJsonArray Keys(bool taken);
+QJsonArray Cover(int pixels);
 QJsonArray Adopt(const Node* tree, QPoint scroll, int batch);
 QJsonArray Tell(int question);
 

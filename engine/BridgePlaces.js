@@ -1,6 +1,6 @@
 // Where things are in the page: places as the program names them (a container's number, then an offset of text or the
 // child behind the place) and in pixels of the view.
-const bridgePlaces = tree => {
+const bridgePlaces = (tree, style) => {
   'use strict';
   const {idOf, nodeOf} = tree;
   const isElement = node => node.nodeType === 1;
@@ -49,16 +49,77 @@ const bridgePlaces = tree => {
                                      : child ? child.previousSibling : container.lastChild;
     for (; previous; previous = previous.previousSibling) {
       const rectangle = rectangleOf(previous);
-      if (rectangle) return [rectangle.right, rectangle.top];
+      if (!rectangle) continue;
+      // What follows something at the right side begins at the left one.
+      const isAtRight = isElement(previous) && getComputedStyle(previous).float === 'right';
+      return [isAtRight ? leftEdgeOf(previous.parentNode) : rectangle.right, rectangle.top];
     }
     if (isElement(container) && container !== document.body) {
       const rectangle = rectangleOf(container);
       if (rectangle) return [rectangle.left, rectangle.top];
     }
     if (!document.body) return [0, 0];
-    const style = getComputedStyle(document.body);
     const corner = document.body.getBoundingClientRect();
-    return [corner.left + parseFloat(style.paddingLeft || 0), corner.top + parseFloat(style.paddingTop || 0)];
+    const paddingTop = getComputedStyle(document.body).paddingTop;
+    return [leftEdgeOf(document.body), corner.top + parseFloat(paddingTop || 0)];
+  };
+  const leftEdgeOf = element =>
+    element.getBoundingClientRect().left + parseFloat(getComputedStyle(element).paddingLeft || 0);
+
+  // --- scrolling
+
+  let covered = 0;
+  const setCovered = pixels => { covered = pixels; };
+  const lineHeight = 17;  // of the caret bar
+  // Scrolls the window so that a place is in view, above what lies over it. Behind the page's end there is made room.
+  const reveal = (container, offset) => {
+    const [left, top] = positionOf(container, offset);
+    range.setStart(container, offset);
+    range.collapse(true);
+    const line = range.getClientRects()[0];
+    const width = visualViewport.width;
+    const height = Math.max(visualViewport.height - covered, 2 * lineHeight);
+    const missing = (low, high, end) => high > end ? high - end : low < 0 ? low : 0;
+    const right = missing(left, left + 2, width);
+    const down = missing(top, top + Math.max(lineHeight, line ? line.height : 0), height);
+    if (!right && !down) return;
+    const ahead = right ? Math.sign(right) * width / 4 : 0;  // a line goes on, and not by a scroll for each letter
+    const goal = scrollY + down;
+    scrollBy({left: right + ahead, top: down, behavior: 'instant'});
+    if (goal - scrollY < 1) return;
+    style.makeRoom(Math.ceil(goal - scrollY));
+    scrollTo({left: scrollX, top: goal, behavior: 'instant'});
+  };
+
+  // Whether everything that stands behind a child of BODY, but for what floats or is laid out by itself, ends above a
+  // line of the view. `next` is the first behind it.
+  const endsAbove = (next, y) => {
+    for (; next; next = next.nextSibling) {
+      if (isElement(next)) {
+        const {float, position} = getComputedStyle(next);
+        if (float !== 'none' || position === 'absolute' || position === 'fixed') continue;
+      }
+      const rectangle = isElement(next) || isText(next) ? rectangleOf(next) : null;
+      if (rectangle && rectangle.bottom > y) return false;
+    }
+    return true;
+  };
+  // The page itself was hit below the line at which a place stands, and there is no later line: what stands behind it,
+  // such as a picture at the side, is to be followed.
+  const isBehindTheEnd = (container, offset, y) => {
+    if (!document.body.contains(container)) return false;
+    let next = container === document.body ? document.body.childNodes[offset] : container;
+    if (container !== document.body) {
+      while (next.parentNode !== document.body) next = next.parentNode;
+      next = next.nextSibling;
+    }
+    let hasElement = false;
+    for (let node = next; node && !hasElement; node = node.nextSibling) hasElement = isElement(node);
+    if (!hasElement) return false;
+    range.setStart(container, offset);
+    range.collapse(true);
+    const line = range.getClientRects()[0];
+    return (!line || y >= line.bottom) && endsAbove(next, y);
   };
 
   // The place in the text nearest to a point of the view. Where the page itself was hit and the place would lie in a
@@ -78,6 +139,8 @@ const bridgePlaces = tree => {
         container = table.parentNode;
         offset = Array.prototype.indexOf.call(container.childNodes, table) + (before ? 0 : 1);
       }
+      if (document.body && isBehindTheEnd(container, offset, y))
+        [container, offset] = [document.body, document.body.childNodes.length];
     }
     return [container, offset];
   };
@@ -90,5 +153,5 @@ const bridgePlaces = tree => {
     return [...range.getClientRects()].some(r => x >= r.left && x <= r.right && y >= r.top && y <= r.bottom);
   };
 
-  return {encode, decode, positionOf, caretAt, isOnText};
+  return {encode, decode, positionOf, reveal, setCovered, caretAt, isOnText};
 };

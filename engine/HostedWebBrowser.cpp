@@ -68,7 +68,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
   profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
   profile_->setUrlRequestInterceptor(interceptor_);
   QString source;
-  for (const char* const file : {"BridgeTree.js", "BridgePlaces.js", "BridgeChanges.js", "Bridge.js"})
+  for (const char* const file : {"BridgeTree.js", "BridgeStyle.js", "BridgePlaces.js", "BridgeChanges.js", "Bridge.js"})
     source += ReadResource(QStringLiteral(":/bridge/") + QLatin1String(file));
   profile_->scripts()->insert(BridgeScript(QStringLiteral("bridge"), source));
   view_->setContextMenuPolicy(Qt::PreventContextMenu);
@@ -110,6 +110,10 @@ void HostedWebBrowser::FocusPage() {
 }
 bool HostedWebBrowser::Offline() const {
   return interceptor_->offline;
+}
+void HostedWebBrowser::SetCovered(int pixels) {
+  covered_ = pixels;
+  if (load_ == Load::Done) outbox_.Post(Bridge::Cover(covered_));
 }
 void HostedWebBrowser::SetOffline(bool offline) {
   interceptor_->offline = offline;
@@ -214,6 +218,7 @@ void HostedWebBrowser::Show(const Bridge::TreeMessage& message, const QString& t
   load_ = Load::Done;
   const std::unique_ptr<HTMLDocument> old = std::exchange(document_, std::move(document));
   emit DocumentComplete();
+  if (covered_) outbox_.Post(Bridge::Cover(covered_));
   outbox_.Flush();
 }
 
@@ -377,6 +382,7 @@ void HostedWebBrowser::Adopt() {
   outbox_.Open();
   outbox_.Post(Bridge::Adopt(document_->tree().root(), shown_.scroll, shown_.adopted));
   outbox_.Post(Bridge::Keys(shown_.takesKeys));
+  outbox_.Post(Bridge::Cover(covered_));
   outbox_.Post(SelectMessage(&document_->selection().range()));
   outbox_.Flush();
   // Input would overtake all this.

@@ -39,6 +39,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   HTMLDocument* Document() const override { return document_.get(); }
   bool Offline() const override;
   void SetOffline(bool offline) override;
+  void SetCovered(int pixels) override;
   QWidget* Widget() override;
   void FocusPage() override;
 
@@ -127,5 +128,6 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   Load load_ = Load::None;
   Navigation navigation_;
   PageState shown_;
+  int covered_ = 0;      // of the view's lower edge, in pixels
   bool isDead_ = false;  // the page in view has lost its renderer
 };

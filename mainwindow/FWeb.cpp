@@ -11,6 +11,7 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "CaretBar.h"
 #include "Colors.h"
 #include "ControlLook.h"
 #include "FittedText.h"
@@ -23,6 +24,7 @@
 #include "Swatch.h"
 #include "ToolButton.h"
 #include "Twips.h"
+#include "WebBrowser.h"
 #include "WorkWindow.h"
 
 // Outside of any namespace, as the macro wants it.
@@ -58,11 +60,9 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   jWB->setAccessibleName(QStringLiteral("Page"));
   Place(jWB, 3180, 1740, 6075, 3135);
   FrWork = new WorkWindow(client_);
-  FrCaret = new QFrame(client_);
+  FrCaret = new CaretBar(*jWB, client_);
   FrCaret->setObjectName(QStringLiteral("FrCaret"));
   FrCaret->setAccessibleName(QStringLiteral("Insertion point"));
-  FrCaret->setStyleSheet(QStringLiteral("background: #0000ff"));
-  FrCaret->setAttribute(Qt::WA_TransparentForMouseEvents);
   Place(FrCaret, 780, 3600, 15, 260);
   FrCaret->hide();
   connect(FrWork, &WorkWindow::HeadClicked, this,
@@ -248,7 +248,12 @@ void FWeb::LayOut() {
   moveTo(FrWork, (width - WorkWindow::kWidth) / 2, height - WorkWindow::kHeight);
   FrTool->raise();
   FrWork->raise();
-  FrCaret->raise();
+  FrCaret->StackUnder(FrWork);
+  TellWhatIsCovered();
+}
+
+void FWeb::TellWhatIsCovered() {
+  jWB->Browser().SetCovered(std::clamp(jWB->geometry().bottom() + 1 - FrWork->y(), 0, jWB->height()));
 }
 
 void FWeb::RaiseWorkWindow() {
@@ -256,6 +261,7 @@ void FWeb::RaiseWorkWindow() {
   FrWork->move(TwipsToPixels((PixelsToTwips(client_->width()) - WorkWindow::kWidth) / 2),
                client_->height() - FrWork->height());
   FrWork->SetUpCaption(QStringLiteral("6"));
+  TellWhatIsCovered();
   update();
 }
 
@@ -264,6 +270,7 @@ void FWeb::LowerWorkWindow() {
   FrWork->move(TwipsToPixels((PixelsToTwips(client_->width()) - WorkWindow::kWidth) / 2),
                client_->height() - TwipsToPixels(WorkWindow::kLowered));
   FrWork->SetUpCaption(QStringLiteral("5"));
+  TellWhatIsCovered();
   update();
 }
 

@@ -10,6 +10,7 @@
 #include "WBUC.h"
 #include "WindowTasks.h"
 
+class CaretBar;
 class QAction;
 class QComboBox;
 class QFrame;
@@ -36,7 +37,7 @@ class FWeb : public QMainWindow {
   QFrame* FrTool = nullptr;
   QFrame* FrFont = nullptr;
   QFrame* LnTool2 = nullptr;
-  QFrame* FrCaret = nullptr;
+  CaretBar* FrCaret = nullptr;
   WorkWindow* FrWork = nullptr;
   QComboBox* BoxPage = nullptr;
   QComboBox* BoxFace = nullptr;
@@ -153,6 +154,7 @@ class FWeb : public QMainWindow {
   bool ApplyTheme(const QString& picture, const QString& color, bool removesHeartFirst);
   void RemoveHeartPic();
   void MoveCaret(int x, int y);
+  void TellWhatIsCovered();
   void ExportPage(const QString& chosen);
 
   Program& program_;

@@ -12,6 +12,7 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "CaretBar.h"
 #include "Colors.h"
 #include "ElementKind.h"
 #include "FWeb.h"

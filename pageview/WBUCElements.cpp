@@ -150,6 +150,8 @@ void WBUC::MoveElementOneSpace(int iDirection) {
       CurrentElement_.insertAdjacentHTML(beforeBegin, QStringLiteral("<BR>"));
       break;
     default:
-      break;
+      return;
   }
+  // What was put before the element would take part of the highlight.
+  if (SelElement_) SelectElementText(SelElement_);
 }

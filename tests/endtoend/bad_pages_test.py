@@ -263,24 +263,6 @@ def open_large_page(work):
     work.sees("large page: a good page opens", GREEN)
 
 
-def renderer(process):
-    """The process that shows the page: of those without children below the program, the largest."""
-    parents, sizes = {}, {}
-    for name in filter(str.isdigit, os.listdir("/proc")):
-        with contextlib.suppress(OSError, IndexError):
-            with open("/proc/%s/stat" % name, encoding="ascii", errors="replace") as file:
-                fields = file.read().rpartition(")")[2].split()
-            parents[int(name)], sizes[int(name)] = int(fields[1]), int(fields[21])
-
-    def is_below(number):
-        while number in parents and number != process.pid:
-            number = parents[number]
-        return number == process.pid
-    below = [number for number in parents if number != process.pid and is_below(number) and sizes[number] > 0]
-    leaves = [number for number in below if number not in parents.values()]
-    return max(leaves, key=sizes.get, default=None)
-
-
 def kill_renderers(work, times):
     """More often than a page that kills every renderer of its own is brought back at once."""
     program, check = work.program, work.check
@@ -293,9 +275,9 @@ def kill_renderers(work, times):
     for letter in "abcdefghijklm"[:times]:
         work.type(letter)
         typed += letter
-        dead = renderer(program.process)
+        dead = program.renderer()
         os.kill(dead, signal.SIGKILL)
-        fresh = wait_for("a new renderer", lambda: renderer(program.process) not in (None, dead) and
+        fresh = wait_for("a new renderer", lambda: program.renderer() not in (None, dead) and
                          not os.path.exists("/proc/%d" % dead), 20)
         work.desktop.settle(0.4)  # a key that is pressed while there is nobody to take it is lost
         check.same("dead renderer: another takes its place", fresh, True)

@@ -93,7 +93,9 @@ TEST_F(HostedKeys, TheTableOfCodesIsTheEngines) {
           << keys.key(at);
       const int reported = SeenByThePage(hosted).toInt();
       const int known = KeyCodeOf(key, modifiers.testFlag(Qt::KeypadModifier));
-      if (known != 0) EXPECT_EQ(known, reported) << keys.key(at) << (modifiers ? " on the keypad" : "");
+      if (known != 0) {
+        EXPECT_EQ(known, reported) << keys.key(at) << (modifiers ? " on the keypad" : "");
+      }
       // Whatever types is known.
       if (KeyToText(reported, false, QString()).action != KeyAction::Nothing) {
         EXPECT_EQ(known, reported) << keys.key(at) << (modifiers ? " on the keypad" : "");

@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include "CaretBar.h"
 #include "FTools.h"
 #include "ProgramFixture.h"
 #include "RealClicks.h"

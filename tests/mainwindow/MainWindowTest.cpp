@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
+#include "CaretBar.h"
 #include "ControlLook.h"
 #include "FTools.h"
 #include "ProgramFixture.h"
@@ -324,6 +325,41 @@ TEST_F(MainWindow, WhileBusyClicksAndRightClicksLeaveTheCaretBarAlone) {
   Web().FrCaret->show();
   emit View().DoubleClick("FONT");
   EXPECT_TRUE(Web().FrCaret->isHidden());
+}
+
+TEST_F(MainWindow, TheCaretBarStaysWithinThePageAndBelowTheWorkWindow) {
+  const auto shows = [this](QPoint at) {
+    Web().FrCaret->show();
+    Web().FrCaret->move(View().pos() + at);
+    const QRect whole = Web().FrCaret->geometry();
+    const QRegion mask = Web().FrCaret->mask();
+    return mask.isEmpty() ? whole : mask.boundingRect().translated(whole.topLeft()).intersected(whole);
+  };
+  EXPECT_EQ(shows({30, 40}), Web().FrCaret->geometry());
+  EXPECT_EQ(shows({30, -5}), QRect(View().pos() + QPoint(30, 0), QSize(1, 12)));
+  EXPECT_TRUE(shows({30, -40}).isEmpty());
+  EXPECT_TRUE(shows({-3, 40}).isEmpty());
+  EXPECT_FALSE(Web().FrCaret->isHidden());
+  const QObjectList& stack = Web().Client()->children();
+  EXPECT_GT(stack.indexOf(Web().FrCaret), stack.indexOf(&View()));
+  EXPECT_LT(stack.indexOf(Web().FrCaret), stack.indexOf(Web().FrWork));
+}
+
+TEST_F(MainWindow, ALightEdgeTellsTheCaretBarFromADarkGround) {
+  View().setStyleSheet(QStringLiteral("background: #000000"));
+  View().setAttribute(Qt::WA_StyledBackground);
+  emit View().Click("FONT", 0, 0, 150, 300);
+  const auto colors = [this](int y) {
+    const QImage picture = Web().Client()->grab().toImage();
+    const QPoint bar = Web().FrCaret->pos();
+    QList<QRgb> row;
+    for (int x = -1; x < 3; ++x) row.append(picture.pixel(bar + QPoint(x, y)) & 0xFFFFFF);
+    return row;
+  };
+  EXPECT_EQ(colors(8), (QList<QRgb>{0, 0x0000FF, 0xFFFFFF, 0}));
+  EXPECT_EQ(colors(17), (QList<QRgb>{0, 0, 0, 0}));
+  Web().FrCaret->hide();
+  EXPECT_EQ(colors(8), (QList<QRgb>{0, 0, 0, 0}));
 }
 
 TEST_F(MainWindow, TheCaretBarFollowsTyping) {

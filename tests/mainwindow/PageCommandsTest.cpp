@@ -1,5 +1,6 @@
 #include <functional>
 
+#include "CaretBar.h"
 #include "FoldersFixture.h"
 #include "ToolButton.h"
 

@@ -243,6 +243,23 @@ class Corvane:
         self.window = int(wait_for("the main window", lambda: self.desktop.windows("Corvane - "), 60)[0], 16)
         self.desktop.wait_active("the main window has the keys", lambda now: now == self.window)
 
+    def renderer(self):
+        """The process that shows the page: of those without children below the program, the largest. None for none."""
+        parents, sizes = {}, {}
+        for name in filter(str.isdigit, os.listdir("/proc")):
+            with contextlib.suppress(OSError, IndexError):
+                with open("/proc/%s/stat" % name, encoding="ascii", errors="replace") as file:
+                    fields = file.read().rpartition(")")[2].split()
+                parents[int(name)], sizes[int(name)] = int(fields[1]), int(fields[21])
+
+        def is_below(number):
+            while number in parents and number != self.process.pid:
+                number = parents[number]
+            return number == self.process.pid
+        below = [number for number in parents if number != self.process.pid and is_below(number) and sizes[number] > 0]
+        leaves = [number for number in below if number not in parents.values()]
+        return max(leaves, key=sizes.get, default=None)
+
     def caret(self):
         """Top of the line of the insertion point in the page, None for none."""
         return self.desktop.find_line(0x0000FF, 12, 2, 80, 700, 500)

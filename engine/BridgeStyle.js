@@ -1,0 +1,31 @@
+// What the page looks like here and nowhere else: rules in a style sheet that is no part of the document's tree.
+const bridgeStyle = () => {
+  'use strict';
+  const sheet = new CSSStyleSheet();
+  let room = 0;    // pixels behind the page's end, so that its last line can be scrolled above what lies over the view
+  let version = 0;
+  const rules = () => {
+    const all = [];
+    if (room) all.push(`html::after { content: ""; display: block; clear: both; height: ${room}px; }`);
+    // In quirks mode tables take the colour of BODY's attribute, and aren't told when that changes.
+    if (version) all.push(`table { --corvane-version: ${version}; }`);
+    sheet.replaceSync(all.join('\n'));
+  };
+  // Once for each document of the window, and again where a script has written the page anew.
+  const arm = () => {
+    if (!document.adoptedStyleSheets.includes(sheet)) document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
+  };
+  rules();
+  arm();
+  return {
+    arm,
+    makeRoom: pixels => {
+      room += pixels;
+      rules();
+    },
+    restyleTables: () => {
+      ++version;
+      rules();
+    },
+  };
+};

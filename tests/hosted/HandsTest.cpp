@@ -1,0 +1,177 @@
+// What a hand at the mouse finds in the page: what a press begins, where text can follow, and that what is typed stays
+// in view.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+
+#include "HostedView.h"
+
+namespace {
+
+const QString a = QStringLiteral("#a");
+const QString b = QStringLiteral("#b");
+
+const char blocks[] =
+    "<HTML><HEAD><TITLE></TITLE></HEAD><BODY BGCOLOR=\"#FFFFFF\"><FONT ID=a SIZE=4>first block</FONT><BR>"
+    "<FONT ID=b SIZE=4>second block</FONT><BR><A ID=l HREF=\"x.html\">a link to drag over</A></BODY></HTML>";
+
+constexpr const char* selected = "String(getSelection())";
+
+}  // namespace
+
+class HostedHands : public testing::Test {
+ protected:
+  std::string Typed() {
+    hosted.Key(Qt::Key_Z, QStringLiteral("z"));
+    return hosted.Body().toStdString();
+  }
+  std::string Asked(const char* expression) { return hosted.ScriptText(QLatin1String(expression)).toStdString(); }
+
+  HostedView hosted;
+};
+
+// --- Presses
+
+TEST_F(HostedHands, APressOnTheScrollBarIsNoneInThePage) {
+  QByteArray tall = "<HTML><BODY><FONT ID=a>start</FONT>";
+  for (int i = 0; i < 200; ++i) tall += "<BR>line";
+  for (const char* const type : {"", "<!DOCTYPE html>"}) {
+    ASSERT_TRUE(hosted.Load(type + tall + "</BODY></HTML>"));
+    ASSERT_TRUE(hosted.Click(hosted.PointIn(a, 2)));
+    QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+    QTest::mouseClick(hosted.Input(), Qt::LeftButton, {}, {795, 400});
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return Asked("String(scrollY > 0)") == "true"; }, 5000));
+    hosted.LiveHtml();
+    EXPECT_TRUE(hosted.jWB().HasCurrentTextRange()) << type;
+    EXPECT_EQ(clicks.count(), 0);
+    EXPECT_NE(Typed().find("stzart"), std::string::npos) << type;
+  }
+}
+
+TEST_F(HostedHands, TheThirdPressOfAQuickRowBeginsAnew) {
+  ASSERT_TRUE(hosted.Load(blocks));
+  const QPoint point = hosted.PointIn(a, 3);
+  hosted.DoubleClick(point);
+  ASSERT_EQ(hosted.jWB().IfSelection(), WBUC::ElementSelected);
+  QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+  QTest::mousePress(hosted.Input(), Qt::LeftButton, {}, point);
+  QTest::mouseRelease(hosted.Input(), Qt::LeftButton, {}, point);
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }));
+  hosted.LiveHtml();
+  EXPECT_EQ(hosted.jWB().IfSelection(), WBUC::NothingSelected);
+  EXPECT_TRUE(hosted.jWB().HasCurrentTextRange());
+  EXPECT_EQ(Asked(selected), "");
+}
+
+TEST_F(HostedHands, ADragThatBeginsOnALinkSelectsItsText) {
+  ASSERT_TRUE(hosted.Load(blocks));
+  ASSERT_TRUE(hosted.Drag(hosted.PointIn(QStringLiteral("#l"), 2), hosted.PointIn(QStringLiteral("#l"), 6)));
+  EXPECT_EQ(Asked(selected), "link");
+  EXPECT_EQ(hosted.jWB().IfSelection(), WBUC::TextSelected);
+  EXPECT_EQ(hosted.jWB().SelText(), QStringLiteral("link"));
+  hosted.Script(
+      QStringLiteral("document.open(); document.write('<body><a id=l href=x>a link anew</a>'); document.close()"));
+  hosted.LiveHtml();
+  ASSERT_TRUE(hosted.Drag(hosted.PointIn(QStringLiteral("#l"), 2), hosted.PointIn(QStringLiteral("#l"), 6)));
+  EXPECT_EQ(Asked(selected), "link");
+}
+
+// --- Text behind what stands at the side
+
+TEST_F(HostedHands, TextCanFollowWhatStandsAtTheSide) {
+  const char* const sides[] = {
+      "<TABLE ID=s ALIGN=Left WIDTH=300 HEIGHT=100 BORDER=1><TR><TD><FONT>cell</FONT></TD></TR></TABLE>",
+      "<TABLE ID=s ALIGN=Right WIDTH=300 HEIGHT=100 BORDER=1><TR><TD><FONT>cell</FONT></TD></TR></TABLE>",
+      "<IMG ID=s ALIGN=left WIDTH=200 HEIGHT=100>", "<IMG ID=s ALIGN=right WIDTH=200 HEIGHT=100>"};
+  for (const char* const side : sides) {
+    for (const char* const before : {"", "Text<BR>", "<FONT SIZE=3>Text</FONT>"}) {
+      const QByteArray page = QByteArray("<HTML><BODY>") + before + side + "</BODY></HTML>";
+      ASSERT_TRUE(hosted.Load(page));
+      const QPoint beside = hosted.CenterOf(QStringLiteral("#s"));
+      for (const QPoint point : {QPoint(400, 400), QPoint(390, beside.y() + 30)}) {
+        ASSERT_TRUE(hosted.Load(page));
+        ASSERT_TRUE(hosted.Click(point));
+        const std::string typed = Typed();
+        EXPECT_EQ(typed.back(), 'z') << typed << " at " << point.y();
+      }
+    }
+  }
+}
+
+TEST_F(HostedHands, TheBarStandsWhereTextBehindAPictureAtTheSideBegins) {
+  for (const bool right : {false, true}) {
+    ASSERT_TRUE(hosted.Load(QByteArray("<HTML><BODY><IMG ID=s WIDTH=200 HEIGHT=100 ALIGN=") +
+                            (right ? "right" : "left") + "></BODY></HTML>"));
+    QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+    ASSERT_TRUE(hosted.Click({400, 400}));
+    const int left = clicks[0][3].toInt() / 15;
+    const int top = clicks[0][4].toInt() / 15;
+    Typed();
+    hosted.LiveHtml();
+    const QPoint letter = hosted.PointOf(QStringLiteral("document.body.lastChild"), 0);
+    EXPECT_NEAR(left, letter.x() - 1, 4) << right;
+    EXPECT_NEAR(top, letter.y(), 20) << right;
+  }
+}
+
+TEST_F(HostedHands, ShiftAndReturnGoOnBelowAPictureAtTheSide) {
+  ASSERT_TRUE(hosted.Load("<HTML><BODY>Text<IMG ID=s ALIGN=left WIDTH=200 HEIGHT=100></BODY></HTML>"));
+  ASSERT_TRUE(hosted.Click({400, 400}));
+  ASSERT_TRUE(hosted.Key(Qt::Key_Return, {}, Qt::ShiftModifier));
+  const std::string typed = Typed();
+  EXPECT_TRUE(QString::fromStdString(typed).endsWith(QStringLiteral("<br clear=\"all\" />z&nbsp;"))) << typed;
+  hosted.LiveHtml();
+  EXPECT_EQ(Asked("(() => { const r = document.createRange(); r.selectNode(document.body.lastChild);"
+                  "return String(r.getBoundingClientRect().top >= s.getBoundingClientRect().bottom); })()"),
+            "true");
+}
+
+TEST_F(HostedHands, AClickBetweenLinesStaysThere) {
+  ASSERT_TRUE(
+      hosted.Load("<HTML><BODY><P ID=a STYLE=\"margin-bottom: 120px\">upper</P><P ID=b>lower</P><BR></BODY></HTML>"));
+  ASSERT_TRUE(hosted.Click({400, 100}));
+  const QString where = hosted.document().parentWindow().event().caret().container->data();
+  EXPECT_TRUE(where == u"upper" || where == u"lower") << where.toStdString();
+}
+
+// --- What is seen
+
+TEST_F(HostedHands, ThePageScrollsWithWhatIsTyped) {
+  ASSERT_TRUE(hosted.Load("<HTML><BODY><FONT ID=a>start</FONT></BODY></HTML>"));
+  hosted.browser().SetCovered(150);
+  ASSERT_TRUE(hosted.Click(hosted.PointIn(a, 5)));
+  QSignalSpy keys(&hosted.jWB(), &WBUC::KeyPress);
+  for (int line = 0; line < 50; ++line) ASSERT_TRUE(hosted.Key(Qt::Key_Return));
+  EXPECT_GT(Asked("String(Math.round(scrollY))"), "0");
+  EXPECT_LE(keys.last()[2].toInt() / 15, 600 - 150 - 17);
+  EXPECT_GT(keys.last()[2].toInt() / 15, 300);
+  // By hand it goes where the hand wants, and a key that changes nothing leaves it there.
+  hosted.Script(QStringLiteral("scrollTo(0, 0)"));
+  ASSERT_TRUE(hosted.Key(Qt::Key_Shift));
+  EXPECT_EQ(Asked("String(scrollY)"), "0");
+  ASSERT_TRUE(hosted.Key(Qt::Key_X, QStringLiteral("x")));
+  EXPECT_NE(Asked("String(scrollY)"), "0");
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), hosted.LiveHtml().toStdString());
+}
+
+TEST_F(HostedHands, TheHighlightStaysOnAnElementThatIsMovedByBlanks) {
+  ASSERT_TRUE(hosted.Load(blocks));
+  hosted.DoubleClick(hosted.PointIn(b, 3));
+  for (const int direction : {2, 2, 3, 0}) {
+    hosted.jWB().MoveElementOneSpace(direction);
+    hosted.LiveHtml();
+    EXPECT_EQ(Asked(selected), "second block") << direction;
+    EXPECT_EQ(hosted.jWB().IfSelection(), WBUC::ElementSelected);
+  }
+}
+
+TEST_F(HostedHands, AColorOfThePageReachesTextInTables) {
+  for (const char* const type : {"", "<!DOCTYPE html>"}) {
+    ASSERT_TRUE(hosted.Load(QByteArray(type) +
+                            "<HTML><BODY TEXT=\"#000000\"><TABLE><TR><TD ID=a>cell</TD></TR></TABLE></BODY></HTML>"));
+    hosted.jWB().SetBodyFontColor(QStringLiteral("#336699"));
+    hosted.LiveHtml();
+    EXPECT_EQ(Asked("getComputedStyle(document.querySelector('#a')).color"), "rgb(51, 102, 153)") << type;
+  }
+}
