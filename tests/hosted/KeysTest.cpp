@@ -154,9 +154,12 @@ TEST_F(HostedKeys, OfKeysBehindAKeyThatThePageAnswersNoneOvertakesIt) {
 
 TEST_F(HostedKeys, KeysInAFrameOfThePageTypeNothing) {
   hosted.File(QStringLiteral("frame.html"), "<body><input id=i autofocus></body>");
+  hosted.browser().FocusPage();
+  ASSERT_TRUE(HostedPage::WaitFor(
+      [&] { return hosted.ScriptText(QStringLiteral("String(document.hasFocus())")) == u"true"; }, 5000));
   hosted.Script(
       QStringLiteral("{ const f = document.createElement('iframe'); f.src = 'frame.html'; f.id = 'f';"
-                     "document.body.append(f); f.onload = () => f.contentWindow.focus(); }"));
+                     "document.body.append(f); f.onload = () => f.focus(); }"));
   const auto isInFrame = [&] { return hosted.ScriptText(QStringLiteral("document.activeElement.id")) == u"f"; };
   ASSERT_TRUE(HostedPage::WaitFor(isInFrame, 5000));
   hosted.LiveHtml();
@@ -190,6 +193,14 @@ TEST_F(HostedKeys, AKeyWhosePressNobodyHasSeenTypesNothing) {
   Type(hosted.Input(), "x");
   Settle(1);
   EXPECT_EQ(presses.count(), 1);
+  EXPECT_TRUE(Has("first xblock")) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedKeys, ARepeatOfAKeyWhosePressNobodyHasSeenTypesNothing) {
+  Send(hosted.Input(), {QEvent::KeyPress, Qt::Key_Return, {}, true});
+  Send(hosted.Input(), {QEvent::KeyRelease, Qt::Key_Return});
+  Type(hosted.Input(), "x");
+  Settle(1);
   EXPECT_TRUE(Has("first xblock")) << hosted.Body().toStdString();
 }
 
@@ -299,6 +310,18 @@ TEST_F(HostedKeys, AClickWhileThereIsNoPageLandsInTheNextOne) {
   Type(hosted.Input(), "x");
   EXPECT_TRUE(Has("second xblock")) << hosted.Body().toStdString();
   EXPECT_EQ(hosted.ModelHtml().toStdString(), hosted.LiveHtml().toStdString());
+}
+
+TEST_F(HostedKeys, ADeathBetweenPressAndReleaseCostsNoClick) {
+  const QPoint point = hosted.PointIn(b, 7);
+  QSignalSpy clicks(&hosted.jWB(), &WBUC::Click);
+  QTest::mousePress(hosted.Input(), Qt::LeftButton, {}, point);
+  ASSERT_TRUE(
+      HostedPage::WaitFor([this] { return !hosted.jWB().HasCurrentTextRange() && hosted.browser().IsQuiet(); }));
+  ASSERT_TRUE(Kill(hosted));
+  QTest::mouseRelease(hosted.browser().Widget(), Qt::LeftButton, {}, point);
+  EXPECT_TRUE(HostedPage::WaitFor([&] { return clicks.count() == 1; }, 10000));
+  EXPECT_EQ(hosted.jWB().CurrentElement().id(), QStringLiteral("b"));
 }
 
 TEST_F(HostedKeys, ThePlaceToWhichAScriptScrolledOutlivesTheRenderer) {
