@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QWebEnginePage>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <random>
@@ -126,17 +127,39 @@ class Soak {
     return view->focusProxy() ? view->focusProxy() : view;
   }
 
-  void Type() {
+  // Letters in the page's text.
+  int Letters() {
+    const QString text = View().WBDocument()->body().createTextRange()->text();
+    return int(std::count_if(text.begin(), text.end(), [](QChar one) { return one >= u'a' && one <= u'z'; }));
+  }
+
+  // Types some keys; gives the number of letters among them.
+  int TypeKeys(int count) {
+    int letters = 0;
+    for (; count > 0; --count) {
+      const bool isLetter = Below(8) != 0;
+      const int key = isLetter ? Qt::Key_A + Below(26) : int(Qt::Key_Return);
+      const QString text = isLetter ? QString(QChar(key).toLower()) : QString();
+      QWidget* const keys = Web().focusWidget() ? Input() : static_cast<QWidget*>(&Web());
+      for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, {}, text);
+        QCoreApplication::sendEvent(keys, &event);
+      }
+      letters += isLetter;
+    }
+    return letters;
+  }
+
+  bool Type() {
     QTest::mouseClick(Input(), Qt::LeftButton, {}, QPoint(40 + Below(300), 20 + Below(200)));
     QTest::qWait(30);
-    for (int i = 2 + Below(6); i > 0; --i) {
-      const int key = Below(8) == 0 ? int(Qt::Key_Return) : Qt::Key_A + Below(26);
-      QKeyEvent press(QEvent::KeyPress, key, {}, QString(QChar(key).toLower()));
-      QKeyEvent release(QEvent::KeyRelease, key, {}, QString(QChar(key).toLower()));
-      QCoreApplication::sendEvent(Input(), &press);
-      QCoreApplication::sendEvent(Input(), &release);
-    }
+    if (!Wait([this] { return browser_->IsQuiet(); })) return Fail("a click isn't answered");
+    const bool takesKeys = View().HasCurrentTextRange();
+    const int before = Letters();
+    const int typed = TypeKeys(2 + Below(6));
+    if (Letters() != before + (takesKeys ? typed : 0)) return Fail("letters were lost");
     QTest::qWait(30);
+    return true;
   }
 
   void SaveProject() {
@@ -248,7 +271,7 @@ class Soak {
         Choose("mPaste0");
         break;
       default:
-        Type();
+        if (!Type()) return false;
         break;
     }
     if (!Settled()) return Fail("the page has no document");
@@ -265,7 +288,16 @@ class Soak {
     bool back = false;
     const auto connection =
         QObject::connect(browser_, &HostedWebBrowser::Recovered, browser_, [&back] { back = true; });
+    Web().jWB->Browser().FocusPage();
+    const bool takesKeys = View().HasCurrentTextRange() && Wait([this] { return browser_->IsQuiet(); });
+    const int before = Letters();
+    int typed = TypeKeys(3);  // on their way to a renderer that won't report them
     ::kill(pid_t(browser_->enginePage()->renderProcessPid()), SIGKILL);
+    for (int turns = 0; turns < 5 && !back; ++turns) {
+      typed += TypeKeys(1);
+      QTest::qWait(5);
+    }
+    if (Letters() != before + (takesKeys ? typed : 0)) return Fail("letters were lost in a death");
     const bool came = Wait([&back] { return back; });
     QObject::disconnect(connection);
     ++kills_;
