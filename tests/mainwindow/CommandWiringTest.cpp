@@ -149,7 +149,7 @@ class Command : public FoldersTest {
       EXPECT_TRUE(PutFile(run_.PathInApp("samples/") + name, name));
     run_.browser->SetHtml(PageAround(blockHtml + pictureHtml + tableHtml));
     QGuiApplication::clipboard()->setText("sys");
-    Select(0, 1);
+    Select("a", 0, 1);
     View().Copy();
     DoubleClick("i");
     View().Copy();
@@ -163,7 +163,7 @@ class Command : public FoldersTest {
         View().WBDocument()->selection().empty();
         break;
       case With::Text:
-        Select(0, 2);
+        Select("a", 0, 2);
         break;
       case With::Block:
         DoubleClick("a");
@@ -271,29 +271,6 @@ class Command : public FoldersTest {
     const QString before = Shown();
     View().Paste(origin);
     return Shown().mid(before.size());
-  }
-
-  HTMLElement Part(const QString& id) {
-    return id.isEmpty() ? HTMLElement(View().WBDocument()->tree().bodyNode()) : ElementById(*View().WBDocument(), id);
-  }
-  void Fire(EventType type, const QString& id, int button = 1) {
-    const BoundaryPoint end = BoundaryPoint::AtEnd(View().WBDocument()->tree().bodyNode());
-    View().WBDocument()->Dispatch(HTMLEventObj(type).On(Part(id)).Button(button).Caret(end, QPoint(3, 4)));
-  }
-  void Click(const QString& id) {
-    Fire(EventType::MouseDown, id);
-    Fire(EventType::MouseUp, id);
-    Fire(EventType::Click, id);
-  }
-  void DoubleClick(const QString& id) {
-    Click(id);
-    Fire(EventType::DoubleClick, id);
-  }
-  void Select(int from, int to) {
-    Fire(EventType::MouseDown, "a");
-    const Node* const text = TextOf(Part("a"));
-    View().WBDocument()->selection().Mirror({BoundaryPoint::InText(text, from), BoundaryPoint::InText(text, to)});
-    Fire(EventType::Click, "a");
   }
 
   std::vector<std::unique_ptr<QSignalSpy>> signals_;

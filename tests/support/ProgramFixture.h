@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QSignalSpy>
 
+#include "PageOnView.h"
 #include "RunningProgram.h"
 #include "StringTable.h"
 
@@ -33,6 +34,32 @@ class ProgramTest : public ::testing::Test {
   }
   FWeb& Web() { return run_.Web(); }
   WBUC& View() { return run_.View(); }
+
+  // A hand on the page: what the page view hears of its mouse. The element of that id, or BODY for none.
+  HTMLElement Named(const QString& id) {
+    return id.isEmpty() ? HTMLElement(View().WBDocument()->tree().bodyNode()) : ElementById(*View().WBDocument(), id);
+  }
+  void Fire(EventType type, const QString& id, int button = 1) {
+    const BoundaryPoint end = BoundaryPoint::AtEnd(View().WBDocument()->tree().bodyNode());
+    View().WBDocument()->Dispatch(HTMLEventObj(type).On(Named(id)).Button(button).Caret(end, QPoint(3, 4)));
+  }
+  void Click(const QString& id) {
+    Fire(EventType::MouseDown, id);
+    Fire(EventType::MouseUp, id);
+    Fire(EventType::Click, id);
+  }
+  void DoubleClick(const QString& id) {
+    Click(id);
+    Fire(EventType::DoubleClick, id);
+  }
+  // As a drag over text in one element.
+  void Select(const QString& id, int from, int to) {
+    Fire(EventType::MouseDown, id);
+    const Node* const text = TextOf(Named(id));
+    ASSERT_TRUE(text);
+    View().WBDocument()->selection().Mirror({BoundaryPoint::InText(text, from), BoundaryPoint::InText(text, to)});
+    Fire(EventType::Click, id);
+  }
 
   RunningProgram run_;
 };
