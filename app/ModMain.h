@@ -5,6 +5,7 @@
 #include <QObject>
 #include <memory>
 
+#include "ControlHabits.h"
 #include "WebBrowser.h"
 
 class FOps;
@@ -54,6 +55,7 @@ class ModMain : public QObject {
 
   Program& program_;
   WebBrowserFactory makeBrowser_;
+  ControlHabits habits_;
   bool exiting_ = false;
   std::unique_ptr<FSplash> splash_;
   std::unique_ptr<FSets> sets_;

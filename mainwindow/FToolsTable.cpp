@@ -149,9 +149,9 @@ void FTools::ApplyToTable() {
                                                         {"align", align},   {"cellpadding", padding}};
   for (const auto& [name, value] : attributes) table.setAttribute(QLatin1String(name), value);
   // Cells of tables inside this one are among them.
-  const HTMLElementCollection inside = table.all();
-  for (int i = 0; i < inside.length(); ++i) {
-    HTMLElement cell = inside.item(i);
+  for (const Node* node = table.node(); node; node = NextInTree(node, table.node())) {
+    if (!node->IsElement()) continue;
+    HTMLElement cell(node);
     if (KindOf(cell) != ElementKind::Cell) continue;
     cell.setAttribute(QStringLiteral("vAlign"), cellVAlign);
     cell.setAttribute(QStringLiteral("align"), cellAlign);

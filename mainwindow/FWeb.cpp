@@ -73,18 +73,31 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   connect(jWB, &WBUC::KeyPress, this, [this](const QString&, int x, int y) { MoveCaret(x, y); });
   connect(jWB, &WBUC::ElementHover, this, &FWeb::OnElementHover);
   for (int index = 0; index < int(FrWork->bSel.size()); ++index)
-    connect(FrWork->bSel[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] { bSel(index); });
+    connect(FrWork->bSel[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] {
+      bSel(index);
+      jWB->setFocus();
+    });
   connect(FrWork->bProps, &QAbstractButton::clicked, this, &FWeb::bProps);
   connect(BoxPage, &QComboBox::currentIndexChanged, this, &FWeb::OnBoxPage);
   // These react to the user only.
   connect(BoxFace, &QComboBox::activated, this, [this] {
     const QString face = TrimBlanks(BoxFace->currentText());
     jWB->SetSelFontFace(face.isEmpty() ? FontFaces().first() : face);
+    jWB->setFocus();
   });
-  connect(BoxSize, &QComboBox::activated, this, [this](int index) { jWB->SetSelFontSize(QString::number(index + 1)); });
-  connect(bBold, &QAbstractButton::clicked, jWB, &WBUC::ToggleBold);
+  connect(BoxSize, &QComboBox::activated, this, [this](int index) {
+    jWB->SetSelFontSize(QString::number(index + 1));
+    jWB->setFocus();
+  });
+  connect(bBold, &QAbstractButton::clicked, this, [this] {
+    jWB->ToggleBold();
+    jWB->setFocus();
+  });
   for (int index = 0; index < int(BoxColor.size()); ++index)
-    connect(BoxColor[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] { OnBoxColor(index); });
+    connect(BoxColor[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] {
+      OnBoxColor(index);
+      jWB->setFocus();
+    });
   resize(TwipsToPixels(kDesignWidth), TwipsToPixels(kDesignHeight) + menuBar()->sizeHint().height());
   setWindowState(Qt::WindowMaximized);
   Load();
@@ -131,6 +144,7 @@ void FWeb::BuildStrip() {
   FrTool2 = frame("FrTool2", client_);
   FrFont = frame("FrFont", FrTool2);
   FrTool = frame("FrTool", client_);
+  FrTool->setAutoFillBackground(true);  // in a narrow window it lies over the font controls
   Place(FrTool2, 840, 300, 10695, kStripHeight);
   Place(FrFont, 3960, 60, 6795, 750);
   Place(FrTool, 240, 120, 3735, 435);
@@ -220,6 +234,7 @@ void FWeb::Load() {
   BoxSize->setCurrentIndex(2);
   BoxPage->setCurrentIndex(0);
   SetThemeBitmaps();
+  jWB->setFocus();
 }
 
 void FWeb::SetCaption() {

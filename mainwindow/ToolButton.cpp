@@ -5,6 +5,10 @@
 #include <QStyle>
 #include <QStyleOption>
 
+namespace {
+constexpr int kPicture = 16;  // pixels each way
+}  // namespace
+
 ToolButton::ToolButton(QWidget* parent) : QAbstractButton(parent) {
   setMouseTracking(true);
   setFocusPolicy(Qt::TabFocus);  // a click leaves the page its keys
@@ -16,18 +20,29 @@ void ToolButton::SetLook(Look look) {
 
 void ToolButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (look_ != Look::Plain || hasFocus()) {
-    QColor edge = palette().color(QPalette::Mid);
+  const QRect edge = rect().adjusted(0, 0, -1, -1);
+  if (look_ != Look::Plain) {
     if (look_ == Look::Raised) painter.fillRect(rect(), palette().color(QPalette::Midlight));
-    painter.setPen(edge);
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    if (look_ == Look::Raised) {
-      painter.setPen(palette().color(QPalette::Light));
-      painter.drawLine(1, 1, width() - 2, 1);
-      painter.drawLine(1, 1, 1, height() - 2);
-    }
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(edge);
   }
-  icon().paint(&painter, rect(), Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+  if (look_ == Look::Raised) {
+    painter.setPen(palette().color(QPalette::Light));
+    painter.drawPolyline(QPolygon({edge.bottomLeft(), edge.topLeft(), edge.topRight()}));
+    painter.setPen(palette().color(QPalette::Dark));
+    painter.drawPolyline(QPolygon({edge.bottomLeft(), edge.bottomRight(), edge.topRight()}));
+  }
+  // The pictures are drawn for this size; another one blurs them.
+  QRect place(QPoint(), QSize(kPicture, kPicture));
+  place.moveCenter(rect().center());
+  if (look_ == Look::Raised) place.translate(1, 1);
+  icon().paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+  if (hasFocus()) {
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.rect = rect();
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  }
 }
 
 void ToolButton::mouseMoveEvent(QMouseEvent* event) {

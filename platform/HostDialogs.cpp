@@ -1,15 +1,23 @@
 #include "HostDialogs.h"
 
 #include <QColorDialog>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
+#include <QStandardPaths>
 
 namespace {
+
+// Characters of an address that a box for one line shows without scrolling.
+constexpr int kTypicalAddress = 60;
 
 QMessageBox::Icon BoxIcon(MessageIcon icon) {
   switch (icon) {
@@ -60,10 +68,19 @@ QStringList NameFilters(const QList<FileFilter>& filters) {
   return names;
 }
 
-QString RunFileDialog(QFileDialog& dialog) {
-  if (dialog.exec() != QDialog::Accepted) return QString();
-  const QStringList files = dialog.selectedFiles();
-  return files.isEmpty() ? QString() : QDir::toNativeSeparators(files.first());
+bool IsForPictures(const QList<FileFilter>& filters) {
+  for (const FileFilter& filter : filters)
+    for (const char* const ending : {".gif", ".jpg", ".bmp", ".png"})
+      if (filter.pattern.contains(QLatin1String(ending))) return true;
+  return false;
+}
+
+// The program's folders are no place for the user's files.
+bool IsOfProgram(const QString& folder) {
+  for (const QString& own :
+       {QCoreApplication::applicationDirPath(), QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)})
+    if (!own.isEmpty() && (folder + u'/').startsWith(own + u'/')) return true;
+  return false;
 }
 
 QColor ToQt(qint32 color) {
@@ -94,8 +111,10 @@ void CenterOnScreen(QDialog& dialog, const QWidget* owner) {
 
 QString NameFilter(const FileFilter& filter) {
   const qsizetype patternList = filter.description.indexOf(u'(');
-  QString pattern = filter.pattern;
-  return filter.description.left(patternList) + u'(' + pattern.replace(u';', u' ') + u')';
+  QStringList patterns = filter.pattern.split(u';');
+  patterns.replaceInStrings(QRegularExpression(QStringLiteral("^\\*\\.\\*$")),
+                            QStringLiteral("*"));  // names without a dot too
+  return filter.description.left(patternList) + u'(' + patterns.join(u' ') + u')';
 }
 
 MessageAnswer HostDialogs::ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
@@ -114,16 +133,42 @@ QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QStrin
   box.setWindowTitle(title);
   box.setLabelText(prompt);
   box.setTextValue(defaultText);
+  // What is offered is there to be gone on with, and Qt would select it when the box opens.
+  if (auto* const line = box.findChild<QLineEdit*>()) {
+    line->setMinimumWidth(line->fontMetrics().averageCharWidth() * kTypicalAddress);
+    QMetaObject::invokeMethod(line, [line] { line->end(false); }, Qt::QueuedConnection);
+  }
   return box.exec() == QDialog::Accepted ? box.textValue() : QString();
 }
 
+QString HostDialogs::StartFor(const QString& title, const QList<FileFilter>& filters) const {
+  const auto last = lastFolders_.constFind(title);
+  if (last != lastFolders_.constEnd() && QFileInfo(*last).isDir()) return *last;
+  const auto kind = IsForPictures(filters) ? QStandardPaths::PicturesLocation : QStandardPaths::DocumentsLocation;
+  const QString folder = QStandardPaths::writableLocation(kind);
+  return QFileInfo(folder).isDir() ? folder : QDir::homePath();
+}
+
+QString HostDialogs::RunFileDialog(QFileDialog& dialog) {
+  if (dialog.exec() != QDialog::Accepted) return QString();
+  const QStringList files = dialog.selectedFiles();
+  if (files.isEmpty()) return QString();
+  const bool isFolder = dialog.fileMode() == QFileDialog::Directory;
+  const QString folder = isFolder ? files.first() : QFileInfo(files.first()).absolutePath();
+  if (!IsOfProgram(folder)) lastFolders_[dialog.windowTitle()] = folder;
+  return QDir::toNativeSeparators(files.first());
+}
+
 QString HostDialogs::ChooseFolder(QWidget* owner, const QString& title) {
-  return QDir::toNativeSeparators(QFileDialog::getExistingDirectory(owner, title));
+  QFileDialog dialog(owner, title, StartFor(title, {}));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  return RunFileDialog(dialog);
 }
 
 QString HostDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                     const QString& startFolder) {
-  QFileDialog dialog(owner, title, startFolder);
+  QFileDialog dialog(owner, title, startFolder.isEmpty() ? StartFor(title, filters) : startFolder);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   dialog.setFileMode(QFileDialog::ExistingFile);
   dialog.setNameFilters(NameFilters(filters));
@@ -132,7 +177,7 @@ QString HostDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const 
 
 QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                     const QString& defaultSuffix) {
-  QFileDialog dialog(owner, title);
+  QFileDialog dialog(owner, title, StartFor(title, filters));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
@@ -143,7 +188,12 @@ QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const 
 
 // Always Qt's own dialog: that of a desktop neither lets its button be captioned nor shows the caller's colours.
 std::optional<qint32> HostDialogs::ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) {
-  for (std::size_t i = 0; i < custom.size(); ++i) QColorDialog::setCustomColor(int(i), ToQt(custom[i]));
+  // Qt has one list for all its programs, and writes it into a file of the user's when the dialog goes.
+  std::array<QColor, std::tuple_size_v<CustomColors>> ofUser;
+  for (std::size_t i = 0; i < custom.size(); ++i) {
+    ofUser[i] = QColorDialog::customColor(int(i));
+    QColorDialog::setCustomColor(int(i), ToQt(custom[i]));
+  }
   QColorDialog dialog(ToQt(start), owner);
   dialog.setOption(QColorDialog::DontUseNativeDialog);
   CaptionTheStoreButton(dialog);
@@ -153,6 +203,7 @@ std::optional<qint32> HostDialogs::ChooseColor(QWidget* owner, qint32 start, Cus
     const QColor color = QColorDialog::customColor(int(i));
     // A number that is no colour stays as it was until another one is stored there.
     if (color.rgb() != ToQt(custom[i]).rgb()) custom[i] = FromQt(color);
+    QColorDialog::setCustomColor(int(i), ofUser[i]);
   }
   if (!accepted) return std::nullopt;
   return FromQt(dialog.selectedColor());

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QHash>
+
 #include "Dialogs.h"
 
-// The desktop's own dialogs, where it offers them, and Qt's elsewhere.
+class QFileDialog;
+
+// The desktop's own dialogs, where it offers them, and Qt's elsewhere. A dialog for files or folders opens where its
+// purpose, told by its title, last led in this run; at first where the user keeps such files.
 class HostDialogs : public Dialogs {
  public:
   MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
@@ -14,6 +19,12 @@ class HostDialogs : public Dialogs {
   QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                          const QString& defaultSuffix) override;
   std::optional<qint32> ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) override;
+
+ private:
+  QString RunFileDialog(QFileDialog& dialog);
+  QString StartFor(const QString& title, const QList<FileFilter>& filters) const;
+
+  QHash<QString, QString> lastFolders_;  // by title
 };
 
 // The form in which Qt's file dialog takes a type: "Pictures(*.gif *.jpg)". A list with ";" would match no file.

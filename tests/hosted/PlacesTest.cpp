@@ -240,6 +240,9 @@ const char listener[] = R"(
     const range = selection.getRangeAt(0);
     return [pathOf(range.startContainer, range.startOffset), pathOf(range.endContainer, range.endOffset)];
   };
+  const changes = () => +document.body.getAttribute('n');
+  let atPress;
+  addEventListener('mousedown', event => { if (event.isTrusted && event.button === 0) atPress = changes(); }, true);
   addEventListener('mouseup', event => {
     if (!event.isTrusted || event.button !== 0) return;
     const hit = document.caretRangeFromPoint(event.clientX, event.clientY);
@@ -247,12 +250,13 @@ const char listener[] = R"(
     const line = hit && hit.getClientRects()[0];
     const isBelow = [document.body, document.documentElement].includes(event.target) &&
       (!line || event.clientY >= line.bottom);
-    told.push([+document.body.getAttribute('n'),
+    told.push([changes(),
                isBelow ? 'below' : hit ? pathOf(hit.startContainer, hit.startOffset) : '']);
   }, true);
-  // Not every release has one, and a click that the bridge makes up comes when the engine has done with the release.
+  // Not every release has one, and a click that the bridge makes up comes when the engine has done with the release. What
+  // was selected by the press is the engine's own answer only while no change has been carried out since.
   addEventListener('click', event => {
-    if (event.isTrusted && event.detail) told[told.length - 1].push(...pathsOfSelection());
+    if (event.isTrusted && event.detail && atPress === changes()) told[told.length - 1].push(...pathsOfSelection());
   }, true);
 )";
 
@@ -282,6 +286,8 @@ class RandomClicks : private HTMLDocumentEvents {
       for (int turns = Below(3); turns > 0; --turns) QCoreApplication::processEvents();
       if (Below(4) == 0) HostedPage::WaitFor([&] { return int(arrived_.size()) == wanted; }, 200);
     }
+    // Scripts overtake input.
+    HostedPage::WaitFor([&] { return int(arrived_.size()) >= wanted; }, 10000);
     const QString live = hosted_.LiveHtml();
     ASSERT_EQ(hosted_.ModelHtml().toStdString(), live.toStdString());
     const QString told = hosted_.ScriptText(QStringLiteral("JSON.stringify(told.splice(0))"));

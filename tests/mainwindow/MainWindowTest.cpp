@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QToolButton>
+#include <QWheelEvent>
 
 #include "CaretBar.h"
 #include "ControlLook.h"
@@ -273,6 +274,52 @@ TEST_F(MainWindow, NoTwoToolsLookTheSame) {
     for (qsizetype b = 0; b < a; ++b)
       EXPECT_TRUE(pictures[a].size() != pictures[b].size() || Different(pictures[a], pictures[b]) > 20)
           << a << " and " << b;
+}
+
+TEST_F(MainWindow, TheThreeLooksOfAToolAreToldApart) {
+  for (ToolButton* const tool : Web().ImTool) {
+    QImage looks[3];
+    int at = 0;
+    for (const auto look : {ToolButton::Look::Plain, ToolButton::Look::Framed, ToolButton::Look::Raised}) {
+      tool->SetLook(look);
+      looks[at++] = tool->grab().toImage();
+    }
+    tool->SetLook(ToolButton::Look::Plain);
+    EXPECT_GT(Different(looks[0], looks[1]), 40) << qPrintable(tool->objectName());
+    EXPECT_GT(Different(looks[1], looks[2]), 40) << qPrintable(tool->objectName());
+    // The picture has its own size, with room for the frame all round.
+    for (int x = 0; x < looks[0].width(); ++x)
+      for (const int y : {0, 1, looks[0].height() - 1})
+        EXPECT_EQ(looks[0].pixel(x, y), looks[0].pixel(0, 0)) << qPrintable(tool->objectName()) << x << "," << y;
+  }
+}
+
+TEST_F(MainWindow, TheKeysAreThePagesAtStartAndBehindEachControl) {
+  EXPECT_EQ(Web().focusWidget(), &View());
+  EXPECT_EQ(Web().HoverTool, -1);
+  for (QAbstractButton* const button :
+       {static_cast<QAbstractButton*>(Web().bBold), static_cast<QAbstractButton*>(Web().FrWork->bSel[1]),
+        static_cast<QAbstractButton*>(Web().BoxColor[0])}) {
+    button->setFocus();
+    button->click();
+    EXPECT_EQ(Web().focusWidget(), &View()) << qPrintable(button->objectName());
+  }
+  for (QComboBox* const box : {Web().BoxFace, Web().BoxSize}) {
+    box->setFocus();
+    emit box->activated(1);
+    EXPECT_EQ(Web().focusWidget(), &View()) << qPrintable(box->objectName());
+  }
+}
+
+TEST_F(MainWindow, AWheelThatPassesOverTheListsMakesNoPages) {
+  for (QComboBox* const box : {Web().BoxPage, Web().BoxFace, Web().BoxSize}) {
+    const int before = box->currentIndex();
+    const QPointF at(box->rect().center());
+    QWheelEvent wheel(at, box->mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(box, &wheel);
+    EXPECT_EQ(box->currentIndex(), before) << qPrintable(box->objectName());
+  }
+  EXPECT_FALSE(QFile::exists(run_.test.WorkFile(QStringLiteral("Page2.html"))));
 }
 
 TEST_F(MainWindow, TheCaretBarShowsWhereAClickPutsTheInsertionPoint) {

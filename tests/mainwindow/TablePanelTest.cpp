@@ -1,3 +1,6 @@
+#include <QElapsedTimer>
+#include <QTest>
+
 #include "ToolsFixture.h"
 
 namespace {
@@ -118,6 +121,26 @@ TEST_F(TablePanel, OkAndCancelHideItWithoutLeavingTheTopLayer) {
   EXPECT_TRUE(IsOnTop());
   EXPECT_EQ("", Body());
   EXPECT_TRUE(Dialogs().Boxes.isEmpty());
+}
+
+TEST_F(TablePanel, ReturnOnCancelAddsNothing) {
+  ShowBody("text");
+  Tools().ShowTool(ToolTask::NewTable, QString());
+  ASSERT_TRUE(Tools().isVisible());
+  Tools().bOKTable[1]->setFocus();
+  QTest::keyClick(Tools().bOKTable[1], Qt::Key_Return);
+  EXPECT_FALSE(Tools().isVisible());
+  EXPECT_EQ(Body(), QString("text"));
+}
+
+TEST_F(TablePanel, TheCellsOfALargeTableAreChangedInAWalk) {
+  Load("width='300' height='80'", QString("<tr><td>x</td></tr>").repeated(20000));
+  QElapsedTimer clock;
+  clock.start();
+  Ok();
+  EXPECT_LT(clock.elapsed(), 5000);  // by its position in the document each cell took a walk of its own, half a minute
+  EXPECT_EQ(Body().count("<td"), 20000);
+  EXPECT_EQ(Body().count("valign", Qt::CaseInsensitive), 20000);
 }
 
 TEST_F(TablePanel, ShowsTheValuesOfATable) {

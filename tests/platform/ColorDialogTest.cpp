@@ -126,6 +126,20 @@ TEST_F(ColorDialog, ShowsTheProgramsOwnColorsAndLeavesThemAsTheyAre) {
   EXPECT_EQ(before, program_.CustColors);
 }
 
+// Qt keeps them in a file that all its programs share.
+TEST_F(ColorDialog, LeavesTheColorsOfOtherProgramsAlone) {
+  QList<QColor> ofUser;
+  for (int i = 0; i < QColorDialog::customCount(); ++i) {
+    ofUser.append(QColor(10 * i, 200, i));
+    QColorDialog::setCustomColor(i, ofUser.last());
+  }
+  Choose(0x030201, [](QColorDialog& dialog) {
+    Store(dialog);
+    Accept(dialog);
+  });
+  for (int i = 0; i < QColorDialog::customCount(); ++i) EXPECT_EQ(ofUser[i], QColorDialog::customColor(i)) << i;
+}
+
 TEST_F(ColorDialog, OpensInTheMiddleOfTheScreenWithItsWholeContent) {
   Choose(0, [this](QColorDialog& dialog) {
     EXPECT_TRUE(dialog.testOption(QColorDialog::DontUseNativeDialog));

@@ -7,8 +7,10 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <functional>
 
@@ -142,6 +144,58 @@ TEST(HostDialogs, TheSaveDialogAsksNothingAndKnowsTheSuffix) {
   EXPECT_TRUE(look.Seen);
 }
 
+// The folder in which the dialog opens, from which the user picks that path, or cancels for "".
+QString StartOf(HostDialogs& dialogs, const QString& title, const QString& pattern, const QString& pick = {}) {
+  QString folder;
+  WhenShown<QFileDialog> look([&](QFileDialog& dialog) {
+    folder = dialog.directory().canonicalPath();
+    if (pick.isEmpty()) return dialog.reject();
+    dialog.selectFile(pick);
+    static_cast<QDialog&>(dialog).done(QDialog::Accepted);
+  });
+  dialogs.ChooseOpenFile(nullptr, title, {{"Files", pattern}}, QString());
+  EXPECT_TRUE(look.Seen);
+  return folder;
+}
+
+TEST(HostDialogs, FileDialogsOpenWhereTheUsersFilesAreAndThenWhereTheyLastLed) {
+  QTemporaryDir scratch;
+  const QString home = QDir::home().canonicalPath();
+  ASSERT_TRUE(QDir::home().mkpath("Pictures") && QDir::home().mkpath("Documents"));
+  ASSERT_TRUE(PutFile(scratch.filePath("a.gif"), "x"));
+  const QString there = QDir(scratch.path()).canonicalPath();
+  HostDialogs dialogs;
+  QDir::setCurrent("/");  // of no account
+  EXPECT_EQ(home + "/Pictures", StartOf(dialogs, "Select Picture", "*.gif;*.jpg", scratch.filePath("a.gif")));
+  EXPECT_EQ(there, StartOf(dialogs, "Select Picture", "*.gif;*.jpg"));
+  EXPECT_EQ(home + "/Documents", StartOf(dialogs, "Select HTML file", "*.html"));
+  // The program's own folders aren't gone back to.
+  const QString own = QCoreApplication::applicationDirPath() + "/own.gif";
+  ASSERT_TRUE(PutFile(own, "x"));
+  StartOf(dialogs, "Select Picture", "*.gif;*.jpg", own);
+  QFile::remove(own);
+  EXPECT_EQ(there, StartOf(dialogs, "Select Picture", "*.gif;*.jpg"));
+  ASSERT_TRUE(scratch.remove());
+  EXPECT_EQ(home + "/Pictures", StartOf(dialogs, "Select Picture", "*.gif;*.jpg"));
+}
+
+TEST(HostDialogs, WhatTheInputBoxOffersIsThereToGoOnWith) {
+  WhenShown<QInputDialog> look([&](QInputDialog& box) {
+    auto* const line = box.findChild<QLineEdit*>();
+    ASSERT_TRUE(line);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(line->hasSelectedText());
+    EXPECT_EQ(line->cursorPosition(), 7);
+    EXPECT_GT(line->width(),
+              line->fontMetrics().horizontalAdvance("http://www.example.com/a/rather/long/address.html"));
+    QTest::keyClicks(line, "x.yy");
+    box.accept();
+  });
+  HostDialogs dialogs;
+  EXPECT_EQ("http://x.yy", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://"));
+  EXPECT_TRUE(look.Seen);
+}
+
 TEST(HostDialogs, TheFolderDialogGivesNothingOnCancel) {
   WhenShown<QFileDialog> look([](QFileDialog& dialog) {
     EXPECT_EQ("Select folder", dialog.windowTitle());
@@ -156,6 +210,7 @@ TEST(HostDialogs, TheFolderDialogGivesNothingOnCancel) {
 TEST(NameFilter, RewritesTheListOfPatterns) {
   EXPECT_EQ("Web Graphics(*.gif *.jpg)", NameFilter({"Web Graphics(*.gif;*.jpg)", "*.gif;*.jpg"}));
   EXPECT_EQ("Icon Files(*.ico)", NameFilter({"Icon Files", "*.ico"}));
+  EXPECT_EQ("All files(*)", NameFilter({"All files(*.*)", "*.*"}));  // a name without a dot is a file too
 }
 
 }  // namespace
