@@ -1,6 +1,5 @@
 #include "OpenHelp.h"
 
-#include <QDir>
 #include <QFile>
 
 #include "PathRules.h"
@@ -12,8 +11,9 @@ namespace {
 constexpr int firstSuccess = 32;
 
 // The help file is HTML under a name that no desktop knows, so that it is shown as a copy with a name that all know.
-QString ViewedCopy(const QString& path) {
-  const QString copy = QDir::temp().filePath(QStringLiteral("corvane-help.html"));
+// It lies in a folder of the user's own: in one that all share the next user could neither replace nor make it.
+QString ViewedCopy(const QString& appPath, const QString& path) {
+  const QString copy = PathRules::Join(appPath, QStringLiteral("corvane-help.html"));
   QFile::remove(copy);
   return QFile::copy(path, copy) ? copy : path;
 }
@@ -26,6 +26,7 @@ void OpenHelp(Program& program, QWidget* Owner) {
     program.platform.dialogs.ShowMessage(Owner, StringText(TextNumber::HelpFileMissing));
     return;
   }
-  if (program.platform.shell.OpenFile(nullptr, ViewedCopy(path), QString(), ShowMode::Normal) < firstSuccess)
+  if (program.platform.shell.OpenFile(nullptr, ViewedCopy(program.AppPath, path), QString(), ShowMode::Normal) <
+      firstSuccess)
     program.platform.dialogs.ShowMessage(Owner, StringText(TextNumber::HelpFileNotOpened));
 }

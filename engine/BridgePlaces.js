@@ -38,8 +38,8 @@ const bridgePlaces = (tree, style) => {
   const positionOf = (container, offset) => {
     range.setStart(container, offset);
     range.collapse(true);
-    const rectangles = range.getClientRects();
-    if (rectangles.length) return [rectangles[0].left, rectangles[0].top];
+    const rectangle = range.getClientRects()[0];
+    if (rectangle && rectangle.height) return [rectangle.left, rectangle.top];  // some engines have empty ones too
     let child = isText(container) ? null : container.childNodes[offset];
     for (let next = child; next; next = next.nextSibling) {
       const rectangle = rectangleOf(next);

@@ -1,9 +1,11 @@
 #include "HostShell.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTimer>
 
 #ifdef Q_OS_WIN
 
@@ -73,7 +75,15 @@ int HostShell::OpenFile(QWidget*, const QString& file, const QString& folder, Sh
   process->setStandardOutputFile(QProcess::nullDevice());
   process->setStandardErrorFile(QProcess::nullDevice());
   process->start(opener, {path});
-  if (process->waitForFinished(patienceMs_) || process->state() == QProcess::NotRunning) {
+  if (process->state() != QProcess::NotRunning) {
+    // The windows go on being drawn meanwhile; what the user does to them waits.
+    QEventLoop loop;
+    QObject::connect(process, &QProcess::finished, &loop, &QEventLoop::quit);
+    QObject::connect(process, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
+    QTimer::singleShot(patienceMs_, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+  }
+  if (process->state() == QProcess::NotRunning) {
     const bool opened = process->error() == QProcess::UnknownError && process->exitStatus() == QProcess::NormalExit &&
                         process->exitCode() == 0;
     delete process;

@@ -2,6 +2,7 @@
 
 #include <QLockFile>
 #include <QString>
+#include <memory>
 
 // Tells the first running program of a user from every further one.
 class SingleInstance {
@@ -10,9 +11,12 @@ class SingleInstance {
 
   // True when no other program of this user holds the place, which is then held until the object is gone.
   virtual bool Acquire() = 0;
+  // The same for a folder that no two programs may share, whoever and on whatever machine runs them.
+  virtual bool AcquireFolder(const QString& folder) = 0;
 };
 
-// Holds the place with a lock file; one that a dead process left behind doesn't count.
+// Holds a place with a lock file. Only one that another living program holds counts: not one that a dead process left
+// behind, nor one that can't be made or read.
 class HostSingleInstance : public SingleInstance {
  public:
   // The user's own lock, in the runtime folder.
@@ -20,7 +24,9 @@ class HostSingleInstance : public SingleInstance {
   explicit HostSingleInstance(const QString& lockFile);
 
   bool Acquire() override;
+  bool AcquireFolder(const QString& folder) override;
 
  private:
   QLockFile lock_;
+  std::unique_ptr<QLockFile> folderLock_;
 };

@@ -3,8 +3,10 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTemporaryFile>
+#include <optional>
 
 namespace {
 
@@ -19,6 +21,19 @@ bool CanWriteInto(const QString& folder) {
   return probe.open();
 }
 
+std::optional<QByteArray> BytesOf(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+  return file.readAll();
+}
+
+void BringUpToDate(const QString& from, const QString& to) {
+  const std::optional<QByteArray> bytes = BytesOf(from);
+  if (!bytes || bytes == BytesOf(to)) return;
+  QSaveFile file(to);
+  if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size()) file.commit();
+}
+
 }  // namespace
 
 QString InstalledFolder(const QString& programFolder) {
@@ -28,15 +43,15 @@ QString InstalledFolder(const QString& programFolder) {
 void FillAppFolder(const QString& source, const QString& target) {
   for (const QString& folder : {QStringLiteral("samples"), QStringLiteral("icons")}) {
     const QDir from(source + u'/' + folder);
-    const QString to = target + u'/' + folder;
-    if (!from.exists() || QDir(to).exists()) continue;
-    QDir().mkpath(to);
-    for (const QString& name : from.entryList(QDir::Files | QDir::Hidden)) {
-      QFile::copy(from.filePath(name), to + u'/' + name);
-    }
+    const QDir to(target + u'/' + folder);
+    if (!from.exists()) continue;
+    QDir().mkpath(to.path());
+    const bool isUsers = folder == u"icons";  // what has come there since may bear the same name
+    for (const QString& name : from.entryList(QDir::Files | QDir::Hidden))
+      if (!isUsers || !to.exists(name)) BringUpToDate(from.filePath(name), to.filePath(name));
   }
   const QString help = QStringLiteral("/cvn2.hlp");
-  if (!QFile::exists(target + help)) QFile::copy(source + help, target + help);
+  BringUpToDate(source + help, target + help);
 }
 
 HostStandardFolders::HostStandardFolders()

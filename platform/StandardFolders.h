@@ -10,13 +10,13 @@ class StandardFolders {
   // The user's desktop folder, whether or not it is there; "" when the system has none.
   virtual QString Desktop() const = 0;
 
-  // The one folder in which everything of the program lives; it can always be written.
+  // The one folder in which everything of the program lives; where anything can be written, it can.
   virtual QString AppPath() = 0;
 };
 
 // The real folders. The program's folder is that of the executable when the user can write there, so that a build tree
-// or an unpacked folder carries all it needs along; otherwise a folder of the user's own data, filled at first use with
-// what was installed. Nothing is ever written into a bundle.
+// or an unpacked folder carries all it needs along; otherwise a folder of the user's own data, which gets what was
+// installed. Nothing is ever written into a bundle.
 class HostStandardFolders : public StandardFolders {
  public:
   HostStandardFolders();
@@ -36,6 +36,6 @@ class HostStandardFolders : public StandardFolders {
 // resources of its bundle.
 QString InstalledFolder(const QString& programFolder);
 
-// Copies the shipped folders `samples` and `icons` and the help file from `source` to `target`, each one only where
-// `target` hasn't got it yet.
+// Brings the shipped folder `samples` and the help file in `target` up to those in `source`, and puts what is missing
+// into `icons`. A file comes under another name first; what else lies in `target` stays.
 void FillAppFolder(const QString& source, const QString& target);

@@ -82,8 +82,10 @@ TEST_F(StartAndExit, ABlankPageOfTheUsersOwnIsTakenAsItIs) {
 
 TEST_F(StartAndExit, ASecondStartLeavesNoTraceAndShowsNothing) {
   ASSERT_TRUE(PutFile(run_.program().project.CardPath() + "/of-the-first.html", "x"));
-  run_.test.platform.instance.First = false;
   QSignalSpy made(&run_.modMain, &ModMain::WindowMade);
+  run_.test.platform.instance.IsFolderFree = false;  // one of another user, in the same folder
+  EXPECT_FALSE(run_.Start());
+  run_.test.platform.instance.First = false;
   EXPECT_FALSE(run_.Start());
   EXPECT_EQ(0, made.size());
   EXPECT_EQ(nullptr, run_.modMain.Web());

@@ -86,7 +86,7 @@ def bold_and_link(editor, check):
     editor.closed()
     body = editor.page()
     check.true("a word is a link", re.fullmatch(
-        block + r'<b>sec[\w ]*</b>[\w ]*<a href="example\.org/">[\w ]+(&nbsp;)?</a>[\w ]*(&nbsp;)?', body) is not None
+        block + r'<b>sec[\w ]*</b>[\w ]*<a href="http://example\.org/">[\w ]+(&nbsp;)?</a>[\w ]*(&nbsp;)?', body) is not None
                and without_tags(body) == text, body)
     editor.shot("bold-and-link")
 

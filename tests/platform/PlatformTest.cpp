@@ -191,6 +191,29 @@ TEST_F(Scratch, ALockOfADeadProcessDoesNotCount) {
   EXPECT_TRUE(instance.Acquire());
 }
 
+TEST_F(Scratch, ALockThatNobodyStandsInDoesNotCount) {
+  Put("lock", "");
+  HostSingleInstance instance(Path("lock"));
+  EXPECT_TRUE(instance.Acquire());
+  HostSingleInstance second(Path("lock"));
+  EXPECT_FALSE(second.Acquire());
+}
+
+TEST_F(Scratch, ALockThatCantBeMadeHoldsNobody) {
+  HostSingleInstance instance(Path("no such folder/lock"));
+  EXPECT_TRUE(instance.Acquire());
+  EXPECT_TRUE(instance.AcquireFolder(Path("no such folder")));
+}
+
+// Two users, or one with two runtime folders, and one folder of the program.
+TEST_F(Scratch, NoTwoProgramsShareAFolder) {
+  HostSingleInstance first(Path("lock of one"));
+  HostSingleInstance second(Path("lock of another"));
+  EXPECT_TRUE(first.Acquire() && second.Acquire());
+  EXPECT_TRUE(first.AcquireFolder(Path("")));
+  EXPECT_FALSE(second.AcquireFolder(Path("")));
+}
+
 TEST_F(Scratch, TheProgramLivesWhereItsExecutableIsWhenThatCanBeWritten) {
   HostStandardFolders folders(Path(""), Path("user"));
   EXPECT_EQ(Path(""), folders.AppPath());
@@ -219,7 +242,7 @@ TEST_F(Scratch, WhatWasInstalledLiesBesideTheProgramElsewhere) {
   EXPECT_EQ(Path("lib/corvane"), InstalledFolder(Path("lib/corvane")));
 }
 
-TEST_F(Scratch, TheUsersFolderIsFilledOnce) {
+TEST_F(Scratch, TheUsersFolderFollowsTheInstalledOne) {
   Put("from/samples/bars.jpg", "picture");
   Put("from/icons/a.ico", "icon");
   Put("from/cvn2.hlp", "help");
@@ -229,11 +252,17 @@ TEST_F(Scratch, TheUsersFolderIsFilledOnce) {
   EXPECT_EQ("picture", FileBytes(Path("to/samples/bars.jpg")));
   EXPECT_EQ("help", FileBytes(Path("to/cvn2.hlp")));
   EXPECT_FALSE(QFile::exists(Path("to/corvane")));
-  // A folder that is there is the user's.
-  EXPECT_FALSE(QFile::exists(Path("to/icons/a.ico")));
-  Put("to/cvn2.hlp", "newer");
+  EXPECT_EQ("icon", FileBytes(Path("to/icons/a.ico")));
+  // A newer version, after a start that was cut short.
+  Put("from/cvn2.hlp", "new help");
+  Put("to/samples/bars.jpg", "");
+  Put("to/icons/a.ico", "the user's");
   FillAppFolder(Path("from"), Path("to"));
-  EXPECT_EQ("newer", FileBytes(Path("to/cvn2.hlp")));
+  EXPECT_EQ("new help", FileBytes(Path("to/cvn2.hlp")));
+  EXPECT_EQ("picture", FileBytes(Path("to/samples/bars.jpg")));
+  EXPECT_EQ("the user's", FileBytes(Path("to/icons/a.ico")));
+  EXPECT_EQ("mine", FileBytes(Path("to/icons/mine.ico")));
+  EXPECT_EQ(QStringList{"bars.jpg"}, QDir(Path("to/samples")).entryList(QDir::Files | QDir::Hidden));
 }
 
 TEST(StandardFolders, TheDesktopHasNoSeparatorAtItsEnd) {

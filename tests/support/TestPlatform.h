@@ -37,7 +37,9 @@ class WatchedAttributes : public HostFileAttributes {
 class FixedInstance : public SingleInstance {
  public:
   bool First = true;
+  bool IsFolderFree = true;
   bool Acquire() override { return First; }
+  bool AcquireFolder(const QString&) override { return IsFolderFree; }
 };
 
 // Folders of the test's own.
