@@ -137,9 +137,9 @@ void MailUC::CloseDown() {
   errId_ = 0;
 }
 
-void MailUC::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
+bool MailUC::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
   emailAvailable_ = false;
-  message_.PrepareEmail(sHTML, sFils);
+  return message_.PrepareEmail(sHTML, sFils);
 }
 
 void MailUC::ResetEmail() {

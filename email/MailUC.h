@@ -52,8 +52,9 @@ class MailUC : public QObject {
   // Ends what is under way and empties everything but user name and password.
   void CloseDown();
 
-  // The page's text, picture paths cut already, and the paths of its pictures with "*" between them.
-  void PrepareEmail(const QByteArray& sHTML, const QString& sFils);
+  // The page's text, picture paths cut already, and the paths of its pictures with "*" between them. False, and nothing
+  // is prepared, for a page that a server could take for more than one message.
+  bool PrepareEmail(const QByteArray& sHTML, const QString& sFils);
   // Ends what is under way; the prepared message stays.
   void ResetEmail();
   // kGood: the connection stands, and OnSendComplete may follow. Otherwise the string number of the failure, with its

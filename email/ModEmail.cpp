@@ -15,6 +15,6 @@ QString PrepareCurrentEmail(Program& program, MailUC& MUC) {
   QStringList paths;
   for (const QByteArray& name : names.split('*'))
     paths += PathRules::Join(program.project.WorkPath(), DecodePageName(name));
-  MUC.PrepareEmail(text, paths.join(u'*'));
+  if (!MUC.PrepareEmail(text, paths.join(u'*'))) return StringText(FixedText::PageFileNotRead);
   return QString();
 }

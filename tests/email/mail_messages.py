@@ -74,12 +74,16 @@ def wrapped(data):
     return lines + data
 
 
+def with_wire_ends(data):
+    """Each line end as CR LF, one that a soft break has come into behind the break."""
+    return re.sub(rb"\r\n|\r|\n", b"\r\n", data.replace(b"\r=\r\n\n", b"=\r\n\r\n"))
+
+
 def as_sent(page, ids):
-    """The page as it stands in a message, byte for byte; `ids` are pairs of a picture's name and its content id. Line
-    ends go as the page has them."""
+    """The page as it stands in a message, byte for byte; `ids` are pairs of a picture's name and its content id."""
     data = re.sub(b'src="', b'SRC="cid:', page.strip(b" "), flags=re.IGNORECASE)
     data = re.sub(b'background="', b'BACKGROUND="cid:', data, count=1, flags=re.IGNORECASE)
-    data = wrapped(data.replace(b"=", b"=3D"))
+    data = with_wire_ends(wrapped(data.replace(b"=", b"=3D")))
     for name, identifier in ids:
         data = re.sub(re.escape(b"cid:" + name.encode()), b"cid:" + identifier, data, flags=re.IGNORECASE)
     return data
@@ -93,7 +97,7 @@ def with_names(data, ids):
 
 def with_references(page):
     """The page with its references led to content ids, before these take the place of the names."""
-    page = re.sub(b'src="', b'SRC="cid:', page, flags=re.IGNORECASE)
+    page = re.sub(b'src="', b'SRC="cid:', with_wire_ends(page), flags=re.IGNORECASE)
     return re.sub(b'background="', b'BACKGROUND="cid:', page, count=1, flags=re.IGNORECASE)
 
 
@@ -162,6 +166,8 @@ def problems(raw, page, pictures, subject="A page"):
     # A server that keeps a line end of its own for each line makes the page's ones alike.
     kept = (lambda data: data.replace(b"\r\n", end)) if end == b"\n" else (lambda data: data)
     same("bytes of the page", sent, kept(as_sent(page, ids)))
+    if end == b"\r\n":
+        same("bare line ends", re.findall(rb".{0,20}(?:\r(?!\n)|(?<!\r)\n)", raw), [])
     # A reference that a line break has split keeps the picture's name.
     html = [part for part in parts if part.get_content_type() == "text/html"][0].get_payload(decode=True)
     told, wanted = with_names(html, ids), with_references(page)
