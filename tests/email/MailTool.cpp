@@ -3,6 +3,8 @@
 //   mail_tool send FROM TO USER PASSWORD FOLDER...
 //                                            sends to 127.0.0.1, port 25, and leaves FOLDER.eml; prints a line of JSON
 //                                            for each: what ConnectAndSend gave, how it ended, and the text
+//                                            a page that is refused counts as a failure with code 0
+//   mail_tool save FOLDER...                 writes each page anew, as the program saves a page that it shows
 //   mail_tool measure FOLDER                 prints milliseconds from the files to the wire form, its bytes, and the
 //                                            bytes by which the memory grew at most
 //   mail_tool online                         tells whether the computer is on a network, and behind a proxy
@@ -20,6 +22,7 @@
 #include "MailUC.h"
 #include "MessageComposer.h"
 #include "ModEmail.h"
+#include "PageOnView.h"
 #include "TestPlatform.h"
 
 namespace {
@@ -45,12 +48,11 @@ class Tool {
     if (!password.isEmpty()) MUC_.SetPassword(password);
   }
 
-  bool Prepare(const QString& folder) {
+  // "", or why there is no message.
+  QString Prepare(const QString& folder) {
     program_.project.SavedAs(QStringLiteral("mail"), folder);
     program_.project.TurnTo(1);
-    const QString error = PrepareCurrentEmail(program_, MUC_);
-    if (!error.isEmpty()) std::fprintf(stderr, "%s\n", qPrintable(error));
-    return error.isEmpty();
+    return PrepareCurrentEmail(program_, MUC_);
   }
 
   MailUC& MUC() { return MUC_; }
@@ -80,7 +82,7 @@ int Compose(const QStringList& folders) {
   tool.Address("ann@example.org", "bob@example.net", {}, {});
   for (const QString& folder : folders) {
     QString error;
-    if (!tool.Prepare(folder) || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return 1;
+    if (!tool.Prepare(folder).isEmpty() || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return 1;
     for (const char* const reply : {"220 a", "250 b", "250 c", "250 d"}) net.Bring(reply);
     net.Sent.clear();
     net.Bring("354 e");
@@ -94,7 +96,6 @@ int SendAll(const QStringList& arguments) {
   Tool tool(&sockets);
   tool.Address(arguments.at(0), arguments.at(1), arguments.at(2), arguments.at(3));
   for (const QString& folder : arguments.mid(4)) {
-    if (!tool.Prepare(folder)) return 1;
     QJsonObject outcome;
     QEventLoop loop;
     QObject::connect(&tool.MUC(), &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
@@ -103,14 +104,26 @@ int SendAll(const QStringList& arguments) {
       loop.quit();
     });
     QTimer::singleShot(kPatienceMs, &loop, &QEventLoop::quit);
-    QString error;
-    const int code = tool.MUC().ConnectAndSend(error);
+    QString error = tool.Prepare(folder);
+    const int code = error.isEmpty() ? tool.MUC().ConnectAndSend(error) : 0;
     outcome["code"] = code;
     outcome["text"] = error;
     if (code == MailUC::kGood) loop.exec();
     PutFile(folder + ".eml", tool.MUC().EmailFileText());
     std::printf("%s\n", QJsonDocument(outcome).toJson(QJsonDocument::Compact).constData());
     std::fflush(stdout);
+  }
+  return 0;
+}
+
+int Save(const QStringList& folders) {
+  PageOnView page;
+  for (const QString& folder : folders) {
+    const QString path = folder + QStringLiteral("/wgcard.html");
+    page.view.Navo(path, false);
+    page.browser->Finish();
+    const QByteArray source = page.view.SourceForFile();
+    if (source.isEmpty() || !PutFile(path, source)) return 1;
   }
   return 0;
 }
@@ -137,7 +150,7 @@ int Measure(const QString& folder) {
   // A socket that takes nothing leaves all of the message waiting, as a slow line does.
   const auto compose = [&] {
     QString error;
-    if (!tool.Prepare(folder) || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return;
+    if (!tool.Prepare(folder).isEmpty() || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return;
     for (const char* const reply : {"220 a", "250 b", "250 c", "250 d"}) net.Bring(reply);
     net.SendTakes = QList<qsizetype>(1000, -1);
     net.Bring("354 e");
@@ -171,6 +184,7 @@ int main(int argc, char** argv) {
   const QStringList arguments = QApplication::arguments().mid(2);
   const QString task = QApplication::arguments().value(1);
   if (task == u"compose" && !arguments.isEmpty()) return Compose(arguments);
+  if (task == u"save" && !arguments.isEmpty()) return Save(arguments);
   if (task == u"send" && arguments.size() > 4) return SendAll(arguments);
   if (task == u"measure" && arguments.size() == 1) return Measure(arguments.first());
   if (task == u"online" && arguments.isEmpty()) return TellNetwork();

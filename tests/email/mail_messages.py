@@ -130,6 +130,22 @@ def html_in(raw):
     return raw[found.end():stop], end
 
 
+def with_taken_dots(raw, saved):
+    """The message with the dots that its server took from the beginnings of lines, and how many these were. The sender
+    doesn't double them, and that is meant."""
+    start = b"Content-Type: multipart/"
+    if b"\r\n" not in raw:  # it keeps lines with an end of its own
+        saved = saved.replace(b"\r\n", b"\n")
+    head, _, body = raw.partition(start)
+    lines = body.split(b"\n")
+    taken = 0
+    for at, line in enumerate(saved.partition(start)[2].split(b"\n")):
+        if line.startswith(b".") and lines[at] == line[1:]:
+            lines[at] = line
+            taken += 1
+    return head + start + b"\n".join(lines), taken
+
+
 def problems(raw, page, pictures, subject="A page"):
     """What Python's reader finds wrong with a message, a line each."""
     wrong = []
