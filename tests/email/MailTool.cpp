@@ -1,8 +1,9 @@
 // The mail control on a command line, for readers, servers and figures:
 //   mail_tool compose FOLDER...              leaves FOLDER.wire and FOLDER.eml, the two forms of the message
-//   mail_tool send FROM TO USER PASSWORD FOLDER...
-//                                            sends to 127.0.0.1, port 25, and leaves FOLDER.eml; prints a line of JSON
-//                                            for each: what ConnectAndSend gave, how it ended, and the text
+//   mail_tool send SERVER AUTHORITIES FROM TO USER PASSWORD FOLDER...
+//                                            sends to SERVER, as a user types it, and leaves FOLDER.eml; prints a line
+//                                            of JSON for each: what ConnectAndSend gave, how it ended, and the text.
+//                                            AUTHORITIES, a file or "", are trusted beside the system's
 //                                            a page that is refused counts as a failure with code 0
 //   mail_tool save FOLDER...                 writes each page anew, as the program saves a page that it shows
 //   mail_tool measure FOLDER                 prints milliseconds from the files to the wire form, its bytes, and the
@@ -92,10 +93,11 @@ int Compose(const QStringList& folders) {
 }
 
 int SendAll(const QStringList& arguments) {
-  HostSockets sockets;
+  HostSockets sockets(QSslCertificate::fromPath(arguments.at(1)));
   Tool tool(&sockets);
-  tool.Address(arguments.at(0), arguments.at(1), arguments.at(2), arguments.at(3));
-  for (const QString& folder : arguments.mid(4)) {
+  tool.MUC().SetServer(arguments.at(0));
+  tool.Address(arguments.at(2), arguments.at(3), arguments.at(4), arguments.at(5));
+  for (const QString& folder : arguments.mid(6)) {
     QJsonObject outcome;
     QEventLoop loop;
     QObject::connect(&tool.MUC(), &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
@@ -185,7 +187,7 @@ int main(int argc, char** argv) {
   const QString task = QApplication::arguments().value(1);
   if (task == u"compose" && !arguments.isEmpty()) return Compose(arguments);
   if (task == u"save" && !arguments.isEmpty()) return Save(arguments);
-  if (task == u"send" && arguments.size() > 4) return SendAll(arguments);
+  if (task == u"send" && arguments.size() > 6) return SendAll(arguments);
   if (task == u"measure" && arguments.size() == 1) return Measure(arguments.first());
   if (task == u"online" && arguments.isEmpty()) return TellNetwork();
   return kUsage;

@@ -42,7 +42,7 @@ TEST_F(Session, WithoutAuthTheSenderFollowsAtOnce) {
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250 HELP\r\n"));
 }
 
-// Meant in MailUC::AfterEhlo: an offer of STARTTLS is never taken.
+// Meant in MailUC::AfterEhlo: a server that is named by its host alone is talked to in clear, whatever it offers.
 TEST_F(Session, StartTlsIsNeverTaken) {
   Begin(1);
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250-STARTTLS\r\n250 HELP\r\n"));

@@ -126,8 +126,8 @@ class Peers:
 
     def send_all(self):
         """The outcome of each page, in their order."""
-        ran = tool("send", "ann@example.org", "bob@example.net", self.server.user, self.server.password,
-                   *(folder for _, folder in self.folders))
+        ran = tool("send", "127.0.0.1", "", "ann@example.org", "bob@example.net", self.server.user,
+                   self.server.password, *(folder for _, folder in self.folders))
         self.assertEqual(ran.returncode, 0, ran.stderr)
         return [json.loads(line) for line in ran.stdout.splitlines()]
 

@@ -26,8 +26,9 @@ SEED = 0
 
 
 def send(user, password, folders):
-    ran = subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "send", "ann@example.org", "bob@example.net", user,
-                          password, *folders], capture_output=True, text=True, check=True, timeout=250)
+    ran = subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "send", "127.0.0.1", "", "ann@example.org",
+                          "bob@example.net", user, password, *folders], capture_output=True, text=True, check=True,
+                         timeout=250)
     return [json.loads(line) for line in ran.stdout.splitlines()]
 
 
