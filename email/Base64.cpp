@@ -57,15 +57,10 @@ char* EncodeRest(char* to, const uchar* from, qsizetype bytes) {
 // Bytes of a file that are read at once, whole lines and whole groups.
 constexpr qsizetype kChunk = kBytesOfLine * 4096;
 
-qsizetype LengthOf(qsizetype bytes) {
-  const qsizetype length = (bytes + 2) / 3 * 4;
-  return length + length / kLine * 2;
-}
-
 // Puts the text of some bytes behind another, every full line with a break behind it.
 void AppendLines(QByteArray& text, const uchar* from, qsizetype bytes) {
   const qsizetype start = text.size();
-  text.resize(start + LengthOf(bytes));
+  text.resize(start + Base64Length(bytes));
   char* to = text.data() + start;
   const auto breakLine = [&] {
     *to++ = '\r';
@@ -118,6 +113,11 @@ std::array<uchar, 256> ValueTable() {
 
 }  // namespace
 
+qsizetype Base64Length(qsizetype bytes) {
+  const qsizetype length = (bytes + 2) / 3 * 4;
+  return length + length / kLine * 2;
+}
+
 QByteArray EncodeBase64(const QByteArray& source, LineBreaks breaks) {
   QByteArray text;
   if (breaks == LineBreaks::None || source.size() < kLeastBroken) {
@@ -133,7 +133,7 @@ QByteArray EncodeBase64(const QByteArray& source, LineBreaks breaks) {
 void AppendBase64OfFile(QByteArray& text, const QString& path, LineBreaks breaks) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return;
-  text.reserve(text.size() + LengthOf(file.size()) + kLine);
+  text.reserve(text.size() + Base64Length(file.size()) + kLine);
   QByteArray chunk(kChunk, Qt::Uninitialized);
   bool broken = breaks == LineBreaks::Every76;
   for (qsizetype size = kChunk; size == kChunk;) {

@@ -15,26 +15,33 @@ QString StarredItems(const QStringList& items) {
   return list;
 }
 
+QString WithoutLastStar(QString list) {
+  const qsizetype star = list.lastIndexOf(u'*');
+  return star < 0 ? list : list.remove(star, 1);
+}
+
 }  // namespace
 
 bool IsValidAddress(const QString& address) {
   const qsizetype at = address.indexOf(u'@');
   const qsizetype dot = at < 0 ? -1 : address.indexOf(u'.', at);
-  return at >= 1 && dot >= at + 2 && dot <= address.size() - 3;
+  const bool hasForm = at >= 1 && dot >= at + 2 && dot <= address.size() - 3;
+  // What the code page hasn't would go out as "?", to somebody else.
+  return hasForm && FromCodePage(ToCodePage(address)) == address;
 }
 
 QString RecentRecipients(const QStringList& items, const QString& to) {
   QString list = StarredItems(items);
   if (list.isEmpty()) return to;
   if (FindNoCase(list, to) < 0) list.prepend(to + u'*');
-  return list.chopped(1);
+  return WithoutLastStar(list);
 }
 
 QString RecentSenders(const QStringList& items, const QString& from) {
   const QString list = StarredItems(items);
   if (list.isEmpty()) return from;
   const QString starred = from + u'*';
-  return (starred + ReplaceNoCase(list, starred, QString())).chopped(1);
+  return WithoutLastStar(starred + ReplaceNoCase(list, starred, QString()));
 }
 
 QString StoredPassword(const QString& password) {

@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "AsciiText.h"
 #include "Base64.h"
@@ -21,9 +22,22 @@ namespace {
 
 constexpr char kEnd[] = "\r\n";
 
-bool FileIsThere(const QString& path) {
+// What no mail server takes, many times over: larger files count as none, be they real or nothing but a length.
+constexpr qint64 kLargestPicture = 500'000'000;
+// More than the lines in front of a picture ever take.
+constexpr qsizetype kPartHead = 2000;
+
+// Makes room for the part of a picture; false where there is no such file, or no room.
+bool MakeRoom(QByteArray& part, const QString& path) {
+  const QFileInfo file(path);
   // Of what is no folder a pipe would wait for its writer.
-  return QFileInfo(path).isFile();
+  if (!file.isFile() || file.size() > kLargestPicture) return false;
+  try {
+    part.reserve(kPartHead + Base64Length(file.size()));
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
 }
 
 QByteArray BuildPlainText() {
@@ -57,8 +71,9 @@ bool MessageComposer::PrepareEmail(const QByteArray& sHTML, const QString& sFils
   PictureParts_.clear();
   for (const QString& piece : TrimBlanks(sFils).split(u'*')) {
     const QString path = TrimBlanks(piece);
-    if (!FileIsThere(path)) continue;
-    QByteArray part = BuildPictureHeader(path.mid(PathRules::LastSeparator(path) + 1));
+    QByteArray part;
+    if (!MakeRoom(part, path)) continue;
+    part += BuildPictureHeader(path.mid(PathRules::LastSeparator(path) + 1));
     AppendBase64OfFile(part, path, LineBreaks::Every76);
     part.append(kEnd).append(kEnd);
     PictureParts_.append(std::move(part));

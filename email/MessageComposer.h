@@ -15,7 +15,7 @@ struct MessageFields {
 };
 
 // Holds one prepared message, page and pictures, and gives it in two forms: the one that is sent and the one that is
-// saved. A picture whose file isn't there is left out without a word.
+// saved. A picture whose file isn't there, or is larger than any mail, is left out without a word.
 class MessageComposer {
  public:
   // `stamps` must outlive the object.
