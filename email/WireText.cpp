@@ -1,15 +1,29 @@
 #include "WireText.h"
 
+#include <cstring>
+
 #include "PartBoundaries.h"
 
 namespace {
 
-bool IsWireLine(QByteArrayView line) {
-  if (line.isEmpty()) return true;
-  if (line.contains('\r') || (line.size() == 1 && line[0] == '.')) return false;
-  if (line[0] != '-' || !line.startsWith("--")) return true;
-  const QByteArrayView mark = line.sliced(2);
-  return !mark.startsWith(kOuterBoundary) && !mark.startsWith(kInnerBoundary);
+// Place of the next control character from `at` on, the text's end where there is none. Pictures are long texts with
+// few of them, so eight bytes are looked at together.
+qsizetype NextControl(QByteArrayView text, qsizetype at) {
+  constexpr quint64 blanks = 0x2020202020202020, tops = 0x8080808080808080;
+  for (quint64 eight; text.size() - at >= qsizetype(sizeof eight); at += sizeof eight) {
+    std::memcpy(&eight, text.data() + at, sizeof eight);
+    if ((eight - blanks) & ~eight & tops) break;
+  }
+  while (at < text.size() && uchar(text[at]) >= ' ') ++at;
+  return at;
+}
+
+// Whether a line that begins so and ends at `end` ends the message, or one of its parts.
+bool EndsSomething(QByteArrayView text, qsizetype end) {
+  if (end == 1 && text[0] == '.') return true;
+  if (end < 2 || text[0] != '-' || text[1] != '-') return false;
+  const QByteArrayView mark = text.first(end).sliced(2);
+  return mark.startsWith(kOuterBoundary) || mark.startsWith(kInnerBoundary);
 }
 
 }  // namespace
@@ -32,9 +46,17 @@ QByteArray WithWireLineEnds(QByteArray wrapped) {
 }
 
 bool IsWireText(QByteArrayView text) {
-  if (text.contains('\0')) return false;
-  for (qsizetype end; (end = text.indexOf('\n')) >= 0; text = text.sliced(end + 1)) {
-    if (end == 0 || text[end - 1] != '\r' || !IsWireLine(text.first(end - 1))) return false;
+  for (qsizetype at = 0;;) {
+    at = NextControl(text, at);
+    if (at == text.size()) return !EndsSomething(text, at);
+    const char c = text[at];
+    if (c == '\0' || c == '\n') return false;
+    if (c != '\r') {
+      ++at;
+      continue;
+    }
+    if (at + 1 == text.size() || text[at + 1] != '\n' || EndsSomething(text, at)) return false;
+    text = text.sliced(at + 2);
+    at = 0;
   }
-  return IsWireLine(text);
 }

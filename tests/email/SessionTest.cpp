@@ -187,6 +187,19 @@ TEST_F(Session, WhatDoesNotBeginWithThreeDigitsIsNoReplyButIsKept) {
   EXPECT_EQ("AUTH LOGIN\r\n", On("250"));
 }
 
+TEST_F(Session, OfAnEndlessAnswerToEhloOnlyTheBeginningIsLookedThrough) {
+  for (const bool comesEarly : {true, false}) {
+    MUC_.PrepareEmail("x", "");
+    Begin(1);
+    if (comesEarly) Net().Bring("AUTH LOGIN");
+    for (int i = 0; i < 30; ++i) Net().Bring(QByteArray(100'000, 'x'));
+    if (!comesEarly) Net().Bring("AUTH LOGIN");
+    EXPECT_EQ(comesEarly ? "" : "MAIL FROM: <ann@example.org>\r\n", On("250 ok"));
+    EXPECT_EQ(comesEarly ? 1 : 0, complete_.size()) << "a password is asked for";
+    complete_.clear();
+  }
+}
+
 TEST_F(Session, TheGreetingIsForgottenBeforeAuthIsLookedFor) {
   Begin();
   EXPECT_EQ("EHLO ann\r\n", On("220 AUTH LOGIN"));
