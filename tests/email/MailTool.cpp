@@ -5,6 +5,7 @@
 //                                            of JSON for each: what ConnectAndSend gave, how it ended, and the text.
 //                                            AUTHORITIES, a file or "", are trusted beside the system's
 //                                            a page that is refused counts as a failure with code 0
+//   mail_tool time SERVER AUTHORITIES FOLDER prints the milliseconds from the first call to the end of the talk
 //   mail_tool save FOLDER...                 writes each page anew, as the program saves a page that it shows
 //   mail_tool measure FOLDER                 prints milliseconds from the files to the wire form, its bytes, and the
 //                                            bytes by which the memory grew at most, until a slow line had taken it all
@@ -92,30 +93,48 @@ int Compose(const QStringList& folders) {
   return 0;
 }
 
+// Sends what is prepared; how it ended.
+QJsonObject SendOne(MailUC& MUC, QString error) {
+  QJsonObject outcome;
+  QEventLoop loop;
+  QObject::connect(&MUC, &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
+    outcome["success"] = success;
+    outcome["text"] = QString::fromLatin1(text);
+    loop.quit();
+  });
+  QTimer::singleShot(kPatienceMs, &loop, &QEventLoop::quit);
+  const int code = error.isEmpty() ? MUC.ConnectAndSend(error) : 0;
+  outcome["code"] = code;
+  outcome["text"] = error;
+  if (code == MailUC::kGood) loop.exec();
+  return outcome;
+}
+
 int SendAll(const QStringList& arguments) {
   HostSockets sockets(QSslCertificate::fromPath(arguments.at(1)));
   Tool tool(&sockets);
   tool.MUC().SetServer(arguments.at(0));
   tool.Address(arguments.at(2), arguments.at(3), arguments.at(4), arguments.at(5));
   for (const QString& folder : arguments.mid(6)) {
-    QJsonObject outcome;
-    QEventLoop loop;
-    QObject::connect(&tool.MUC(), &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
-      outcome["success"] = success;
-      outcome["text"] = QString::fromLatin1(text);
-      loop.quit();
-    });
-    QTimer::singleShot(kPatienceMs, &loop, &QEventLoop::quit);
-    QString error = tool.Prepare(folder);
-    const int code = error.isEmpty() ? tool.MUC().ConnectAndSend(error) : 0;
-    outcome["code"] = code;
-    outcome["text"] = error;
-    if (code == MailUC::kGood) loop.exec();
+    const QJsonObject outcome = SendOne(tool.MUC(), tool.Prepare(folder));
     PutFile(folder + ".eml", tool.MUC().EmailFileText());
     std::printf("%s\n", QJsonDocument(outcome).toJson(QJsonDocument::Compact).constData());
     std::fflush(stdout);
   }
   return 0;
+}
+
+int TimeOne(const QStringList& arguments) {
+  HostSockets sockets(QSslCertificate::fromPath(arguments.at(1)));
+  Tool tool(&sockets);
+  tool.MUC().SetServer(arguments.at(0));
+  tool.Address("ann@example.org", "bob@example.net", {}, {});
+  const QString error = tool.Prepare(arguments.at(2));
+  QElapsedTimer clock;
+  clock.start();
+  const QJsonObject outcome = SendOne(tool.MUC(), error);
+  std::printf("%.3f\n", double(clock.nsecsElapsed()) / 1e6);
+  return outcome["success"].toBool() ? 0 : 1;
 }
 
 int Save(const QStringList& folders) {
@@ -209,6 +228,7 @@ int main(int argc, char** argv) {
   if (task == u"compose" && !arguments.isEmpty()) return Compose(arguments);
   if (task == u"save" && !arguments.isEmpty()) return Save(arguments);
   if (task == u"send" && arguments.size() > 6) return SendAll(arguments);
+  if (task == u"time" && arguments.size() == 3) return TimeOne(arguments);
   if (task == u"measure" && arguments.size() == 1) return Measure(arguments.first());
   if (task == u"online" && arguments.isEmpty()) return TellNetwork();
   return kUsage;
