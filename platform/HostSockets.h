@@ -13,7 +13,7 @@ class TlsConnection;
 // loop.
 class HostSockets : public Sockets {
  public:
-  // Who vouches for a host's certificate beside those whom the system trusts; only tests name any.
+  // Who vouches for a host's certificate in place of those whom the system trusts; only tests name any.
   explicit HostSockets(QList<QSslCertificate> authorities = {});
   ~HostSockets() override;
 

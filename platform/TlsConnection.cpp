@@ -26,8 +26,7 @@ TlsConnection::TlsConnection(qintptr socket, const QByteArray& host, const QList
   QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
   configuration.setProtocol(QSsl::TlsV1_2OrLater);
   configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-  // A list of one's own takes the place of the system's.
-  if (!authorities.isEmpty()) configuration.setCaCertificates(QSslConfiguration::systemCaCertificates() + authorities);
+  if (!authorities.isEmpty()) configuration.setCaCertificates(authorities);
   socket_.setSslConfiguration(configuration);
   socket_.setPeerVerifyName(QString::fromLatin1(host));
   socket_.setReadBufferSize(kMostUnread);

@@ -3,7 +3,7 @@
 //   mail_tool send SERVER AUTHORITIES FROM TO USER PASSWORD FOLDER...
 //                                            sends to SERVER, as a user types it, and leaves FOLDER.eml; prints a line
 //                                            of JSON for each: what ConnectAndSend gave, how it ended, and the text.
-//                                            AUTHORITIES, a file or "", are trusted beside the system's
+//                                            AUTHORITIES, a file, are trusted, or for "" the system's
 //                                            a page that is refused counts as a failure with code 0
 //   mail_tool time SERVER AUTHORITIES FOLDER prints the milliseconds from the first call to the end of the talk
 //   mail_tool save FOLDER...                 writes each page anew, as the program saves a page that it shows

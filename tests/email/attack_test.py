@@ -5,12 +5,8 @@ Usage: attack_test.py --build FOLDER
 Skipped with exit code 77 where the machine lets no program of this user have the port.
 """
 import argparse
-import email
-import email.policy
-import html.parser
 import json
 import os
-import re
 import subprocess
 import sys
 import tempfile
@@ -65,45 +61,6 @@ def attacks():
             yield "wrapped %d" % shift, "<!--%s%s.\n%s\n-->" % ("w" * shift, before, COMMANDS % {"end": "\n"})
 
 
-class Tokens(html.parser.HTMLParser):
-    """What a page says, with every run of blanks as one, as these count for nothing, and without the order of
-    attributes."""
-
-    def __init__(self, page):
-        super().__init__(convert_charrefs=True)
-        self.found = []
-        self.feed(page)
-        self.close()
-
-    @staticmethod
-    def plain(text):
-        return re.sub(r"[ \t\r\n\f]+", "", text or "")
-
-    def handle_starttag(self, tag, attrs):
-        self.found.append((tag, sorted((name, self.plain(value).replace("cid:", "")) for name, value in attrs)))
-
-    handle_startendtag = handle_starttag
-
-    def handle_endtag(self, tag):
-        self.found.append("/" + tag)
-
-    def handle_data(self, data):
-        if self.plain(data):
-            if self.found and self.found[-1][0] == "text":
-                self.found[-1] = ("text", self.found[-1][1] + self.plain(data))
-            else:
-                self.found.append(("text", self.plain(data)))
-
-    def handle_comment(self, data):
-        self.found.append(("comment", self.plain(data)))
-
-
-def tokens_of(raw):
-    message = email.message_from_bytes(raw, policy=email.policy.default)
-    body, = [part for part in message.walk() if part.get_content_type() == "text/html"]
-    return Tokens(body.get_payload(decode=True).decode("latin-1")).found
-
-
 def tool(task, *arguments):
     return subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), task, *arguments], capture_output=True, text=True,
                           check=False, timeout=250)
@@ -144,7 +101,7 @@ class Peers:
             with open(folder + ".eml", "rb") as file:
                 raw, _ = mail_messages.with_taken_dots(raw, file.read())
             self.assertNotIn(b"Delivered-To: victim", raw)
-            self.assertEqual(tokens_of(raw), Tokens(page).found, page[:200])
+            self.assertEqual(mail_messages.tokens_of(raw), mail_messages.Tokens(page).found, page[:200])
         for outcome in outcomes:
             if outcome["code"] != 100:
                 self.assertEqual((outcome["code"], outcome["text"]), (0, REFUSED.strip()))

@@ -129,6 +129,9 @@ class Peers(WithCertificates):
     def test_one_that_vouches_for_itself(self):
         self.assertIn("self-signed", self.refused(self.authority.vouch_for_itself("self", HERE_IS)))
 
+    def test_one_whose_authority_the_system_does_not_know(self):
+        self.assertRegex(self.refused(self.good, os.devnull), "issuer|verified|self-signed")
+
     def test_one_whose_authority_nobody_knows(self):
         other = certificates.Authority(os.path.join(self.scratch.name, "unknown"), "Nobody knows it")
         self.assertRegex(self.refused(other.vouch("lone", HERE_IS)), "issuer|verified")

@@ -3,6 +3,7 @@ package and munpack."""
 import email
 import email.errors
 import email.policy
+import html.parser
 import os
 import random
 import re
@@ -193,6 +194,45 @@ def problems(raw, page, pictures, subject="A page"):
     if place >= 0:
         wrong.append("page as it is read: differs at %d: %r" % (place, told[max(0, place - 40):place + 40]))
     return wrong
+
+
+class Tokens(html.parser.HTMLParser):
+    """What a page says, without blanks and line ends, which a message adds, without the order of attributes, and without
+    what a message does to references of pictures."""
+
+    def __init__(self, page):
+        super().__init__(convert_charrefs=True)
+        self.found = []
+        self.feed(page)
+        self.close()
+
+    @staticmethod
+    def plain(text):
+        return re.sub(r"[ \t\r\n\f]+|cid:", "", (text or "").lower())
+
+    def handle_starttag(self, tag, attrs):
+        self.found.append((tag, sorted((name, self.plain(value)) for name, value in attrs)))
+
+    handle_startendtag = handle_starttag
+
+    def handle_endtag(self, tag):
+        self.found.append("/" + tag)
+
+    def handle_data(self, data):
+        if self.plain(data):
+            if self.found and self.found[-1][0] == "text":
+                self.found[-1] = ("text", self.found[-1][1] + self.plain(data))
+            else:
+                self.found.append(("text", self.plain(data)))
+
+    def handle_comment(self, data):
+        self.found.append(("comment", self.plain(data)))
+
+
+def tokens_of(raw):
+    message = email.message_from_bytes(raw, policy=email.policy.default)
+    body, = [part for part in message.walk() if part.get_content_type() == "text/html"]
+    return Tokens(body.get_payload(decode=True).decode("latin-1")).found
 
 
 def munpack_problems(raw, pictures):
