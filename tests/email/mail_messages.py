@@ -200,14 +200,16 @@ class Tokens(html.parser.HTMLParser):
     """What a page says, without blanks and line ends, which a message adds, without the order of attributes, and without
     what a message does to references of pictures."""
 
-    def __init__(self, page):
+    def __init__(self, page, is_exact=False):
         super().__init__(convert_charrefs=True)
         self.found = []
+        self.is_exact = is_exact
         self.feed(page)
         self.close()
 
-    @staticmethod
-    def plain(text):
+    def plain(self, text):
+        if self.is_exact:
+            return (text or "").strip("\r\n")
         return re.sub(r"[ \t\r\n\f]+|cid:", "", (text or "").lower())
 
     def handle_starttag(self, tag, attrs):
