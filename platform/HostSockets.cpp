@@ -170,10 +170,12 @@ bool HostSockets::IsNotReady(int error) const {
 
 Sockets::Handle HostSockets::Open() {
   int made = ::socket(AF_INET, SOCK_STREAM, 0);
-  // A program without a standard input is given 0, which means none here.
-  if (made == 0) {
-    made = fcntl(made, F_DUPFD, 3);
-    close(0);
+  // A program without its standard streams is given their numbers: 0 means none here, and what is written to the others
+  // mustn't reach a server.
+  if (made >= 0 && made < 3) {
+    const int given = made;
+    made = fcntl(given, F_DUPFD, 3);
+    close(given);
   }
   // Programs that are started meanwhile don't get it.
   if (made > 0) fcntl(made, F_SETFD, FD_CLOEXEC);

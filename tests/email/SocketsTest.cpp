@@ -448,18 +448,21 @@ TEST(HostSockets, ConnectInSpiteOfASignal) {
   ::close(listener);
 }
 
-// Without a standard input the system would hand out 0, which stands for none.
-TEST(HostSockets, AreNeverNumber0) {
-  const int input = ::dup(0);
-  ::close(0);
-  HostSockets sockets;
-  const Sockets::Handle made = sockets.Open();
-  EXPECT_GT(made, 0);
-  EXPECT_EQ(-1, ::fcntl(0, F_GETFD));
-  sockets.Close(made);
-  if (input >= 0) {
-    ::dup2(input, 0);
-    ::close(input);
+// Without a standard stream the system would hand out its number: 0 stands for none, and errors are written to 2.
+TEST(HostSockets, NeverHaveTheNumberOfAStandardStream) {
+  for (const int stream : {0, 2}) {
+    const int kept = ::dup(stream);
+    ::close(stream);
+    HostSockets sockets;
+    const Sockets::Handle made = sockets.Open();
+    const bool isFree = ::fcntl(stream, F_GETFD) == -1;
+    sockets.Close(made);
+    if (kept >= 0) {
+      ::dup2(kept, stream);
+      ::close(kept);
+    }
+    EXPECT_GT(made, 2) << stream;
+    EXPECT_TRUE(isFree) << stream;
   }
 }
 
