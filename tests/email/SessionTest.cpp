@@ -336,6 +336,27 @@ TEST_F(Session, PicturesGoInPiecesWholeAndTheSavedFormStaysWhole) {
   EXPECT_EQ(whole, sent([&]() -> qsizetype { return random() % 7 == 0 ? -1 : qsizetype(random() % 9000); }));
 }
 
+// A slow line takes of it what it takes, and the rest stays where it is.
+TEST_F(Session, APictureIsNotCopiedWhileItIsSent) {
+  const QString path = test_.WorkFile("a.gif");
+  ASSERT_TRUE(PutFile(path, QByteArray(100'000, 'p')));
+  MUC_.PrepareEmail("x", path);
+  Begin(4);
+  Net().SendTakes = {-1, -1, -1};
+  Net().Bring("354 e");
+  // All in front of the picture, and a little of it.
+  const QByteArray file = MUC_.EmailFileText();
+  Net().SendTakes = {file.indexOf("Content-Type: image") + 2000};
+  Net().BecomeWritable();
+  Net().FirstPieces.clear();
+  for (int call = 0; call < 10; ++call) {
+    Net().SendTakes = {1000};
+    Net().BecomeWritable();
+  }
+  ASSERT_EQ(10, Net().FirstPieces.size());
+  EXPECT_EQ(QList<const char*>(10, Net().FirstPieces.first()), Net().FirstPieces);
+}
+
 TEST_F(Session, ANewSendDropsWhatTheOldOneCouldNotSend) {
   Begin();
   Net().SendTakes = {-1};

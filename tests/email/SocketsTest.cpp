@@ -321,7 +321,7 @@ TEST_F(OnSockets, AServerThatTalksForEverTakesNoMemory) {
     while (!isSaid() && !deadline.hasExpired()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     ASSERT_TRUE(isSaid()) << at;
     EXPECT_LT(resident() - before, most) << at;
-    EXPECT_LT(longestMs_, 1000) << at;
+    EXPECT_LT(longestMs_, 3000) << at;
     EXPECT_TRUE(complete_.isEmpty()) << at;
     MUC_.CloseDown();
     QString error;

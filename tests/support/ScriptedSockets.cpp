@@ -99,6 +99,7 @@ void ScriptedSockets::RefuseTls(const QString& why) {
 
 qsizetype ScriptedSockets::Send(Handle, const QList<QByteArray>& pieces, qsizetype from) {
   ++SendCalls;
+  FirstPieces += pieces.first().constData();
   const qsizetype takes = SendTakes.isEmpty() ? kTakesAll : SendTakes.takeFirst();
   if (takes < 0) {
     error_ = takes == -1 ? kWouldBlock : kBroken;

@@ -32,6 +32,8 @@ class ScriptedSockets : public Sockets {
   // What was asked.
   QByteArray Sent;
   int SendCalls = 0;
+  // Where in memory the first piece of each of these calls began.
+  QList<const char*> FirstPieces;
   QByteArray ResolvedName;
   quint16 Port = 0;
   int StartUps = 0, CleanUps = 0;
