@@ -15,11 +15,6 @@ QString StarredItems(const QStringList& items) {
   return list;
 }
 
-QString WithoutLastStar(QString list) {
-  const qsizetype star = list.lastIndexOf(u'*');
-  return star < 0 ? list : list.remove(star, 1);
-}
-
 }  // namespace
 
 bool IsValidAddress(const QString& address) {
@@ -34,14 +29,16 @@ QString RecentRecipients(const QStringList& items, const QString& to) {
   QString list = StarredItems(items);
   if (list.isEmpty()) return to;
   if (FindNoCase(list, to) < 0) list.prepend(to + u'*');
-  return WithoutLastStar(list);
+  return list.chopped(1);
 }
 
 QString RecentSenders(const QStringList& items, const QString& from) {
   const QString list = StarredItems(items);
   if (list.isEmpty()) return from;
   const QString starred = from + u'*';
-  return WithoutLastStar(starred + ReplaceNoCase(list, starred, QString()));
+  const QString kept = starred + ReplaceNoCase(list, starred, QString());
+  // With nobody in the box the one "*" that is left stands in front.
+  return from.isEmpty() ? kept.mid(1) : kept.chopped(1);
 }
 
 QString StoredPassword(const QString& password) {
