@@ -88,8 +88,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # with the library.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-svg-plugins | libqt6svg6 (<< 6.5)")
 # The first opens the help text and the web-packs that are tested; the second has the letters of Arial, in which a page
-# starts.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, fonts-liberation")
+# starts; the third knows who vouches for mail servers.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, fonts-liberation, ca-certificates")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "page maker for people who know no HTML")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Corvane shows a web page as any viewer shows it and lets it be edited in

@@ -11,6 +11,9 @@ enum class LineBreaks { None, Every76 };
 
 QByteArray EncodeBase64(const QByteArray& source, LineBreaks breaks);
 
+// How long the text of so many bytes gets at most.
+qsizetype Base64Length(qsizetype bytes);
+
 // Puts the text of the file at `path` behind another; nothing for one that can't be read.
 void AppendBase64OfFile(QByteArray& text, const QString& path, LineBreaks breaks);
 

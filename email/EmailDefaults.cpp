@@ -20,7 +20,9 @@ QString StarredItems(const QStringList& items) {
 bool IsValidAddress(const QString& address) {
   const qsizetype at = address.indexOf(u'@');
   const qsizetype dot = at < 0 ? -1 : address.indexOf(u'.', at);
-  return at >= 1 && dot >= at + 2 && dot <= address.size() - 3;
+  const bool hasForm = at >= 1 && dot >= at + 2 && dot <= address.size() - 3;
+  // What the code page hasn't would go out as "?", to somebody else.
+  return hasForm && FromCodePage(ToCodePage(address)) == address;
 }
 
 QString RecentRecipients(const QStringList& items, const QString& to) {
@@ -34,7 +36,9 @@ QString RecentSenders(const QStringList& items, const QString& from) {
   const QString list = StarredItems(items);
   if (list.isEmpty()) return from;
   const QString starred = from + u'*';
-  return (starred + ReplaceNoCase(list, starred, QString())).chopped(1);
+  const QString kept = starred + ReplaceNoCase(list, starred, QString());
+  // With nobody in the box the one "*" that is left stands in front.
+  return from.isEmpty() ? kept.mid(1) : kept.chopped(1);
 }
 
 QString StoredPassword(const QString& password) {

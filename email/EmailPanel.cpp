@@ -1,5 +1,6 @@
 #include "EmailPanel.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -26,6 +27,10 @@ namespace {
 constexpr char kNote[] =
     "Fill in relevant fields and click \"Send\". Note that large pictures are not suitable for email. See Help for "
     "more info.";
+
+constexpr char kServerTip[] =
+    "For an ordinary mailbox type smtps:// and the name of the provider's outgoing server, like "
+    "smtps://mail.example.org.";
 
 // Twips of the window around.
 constexpr int kWidth = 6780;
@@ -84,6 +89,15 @@ EmailPanel::EmailPanel(Program& program, MailUC& MUC, bool& Busy, QWidget* main,
     connect(bEmail[index], &QPushButton::clicked, this, [this, index] { OnEmailClick(index); });
   }
   connect(&MUC_, &MailUC::OnSendComplete, this, &EmailPanel::OnSendComplete);
+  connect(&MUC_, &MailUC::ServerSaid, this, [this](const QByteArray& text) {
+    serverSaid_ = StringText(FixedText::ServerSaid) + FromCodePage(text).trimmed();
+    ShowTip();
+  });
+  connect(&MUC_, &MailUC::ServerClosed, this, [this] {
+    const QString time = program_.platform.stamps.Now().toLocalTime().toString(QStringLiteral("HH:mm:ss"));
+    serverClosed_ = StringText(FixedText::ServerClosed) + time + u'.';
+    ShowTip();
+  });
 }
 
 void EmailPanel::LayOut() {
@@ -164,6 +178,7 @@ void EmailPanel::LayOutBoxes(QGridLayout* grid) {
     AddBox(grid, place++, ComboMail[index], QLatin1String(kComboLabels[index]));
     AddBox(grid, place++, TMail[index], QLatin1String(kBoxLabels[index]));
   }
+  TMail[2]->setToolTip(QLatin1String(kServerTip));
   for (int index = 2; index < 6; ++index) AddBox(grid, place++, TMail[index], QLatin1String(kBoxLabels[index]));
   for (int column : {0, 1}) grid->setColumnStretch(column, 1);
 }
@@ -201,6 +216,7 @@ void EmailPanel::LoadEmailDefaults() {
 
 void EmailPanel::StartUp() {
   ComboMail[0]->setFocus();
+  ForgetTalk();
   TStat->clear();
   TStat->setToolTip(QString());
   QString error;
@@ -210,8 +226,19 @@ void EmailPanel::StartUp() {
 void EmailPanel::ShowStatus(const QString& text) {
   TStat->setText(text);
   TStat->setCursorPosition(0);
-  // The words are a server's, and no markup.
-  TStat->setToolTip(Qt::convertFromPlainText(text.trimmed(), Qt::WhiteSpaceNormal));
+  ShowTip();
+}
+
+// The words are a server's, and no markup.
+void EmailPanel::ShowTip() {
+  QStringList lines = {TStat->text().trimmed(), serverSaid_, serverClosed_};
+  lines.removeAll(QString());
+  TStat->setToolTip(Qt::convertFromPlainText(lines.join(u'\n'), Qt::WhiteSpaceNormal));
+}
+
+void EmailPanel::ForgetTalk() {
+  serverSaid_.clear();
+  serverClosed_.clear();
 }
 
 void EmailPanel::OnEmailClick(int Index) {
@@ -256,6 +283,7 @@ void EmailPanel::Send() {
     dialogs.ShowMessage(window(), StringText(TextNumber::EmailFieldsMissing));
     return;
   }
+  ForgetTalk();
   ShowStatus(StringText(FixedText::PreparingEmail));
   MUC_.SetFromEmail(from);
   MUC_.SetToEmail(to);
@@ -278,7 +306,10 @@ void EmailPanel::Send() {
   ShowStatus(StringText(FixedText::SendingEmail));
   // The window stands still while the server is looked for.
   TStat->repaint();
-  if (MUC_.ConnectAndSend(text) != MailUC::kGood) ShowStatus(u' ' + text);
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  const int code = MUC_.ConnectAndSend(text);
+  QApplication::restoreOverrideCursor();
+  if (code != MailUC::kGood) ShowStatus(u' ' + text);
 }
 
 void EmailPanel::OnSendComplete(bool Success, const QByteArray& sErr) {

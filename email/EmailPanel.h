@@ -33,7 +33,7 @@ class EmailPanel : public QFrame {
   std::array<QLineEdit*, 6> TMail{};
   // 0 "Send", 1 "Close", 2 "Save Copy".
   std::array<QPushButton*, 3> bEmail{};
-  // Every text in it begins with a blank.
+  // Every text in it begins with a blank. Its tool tip tells more: the server's last words, and when it hung up.
   QLineEdit* TStat = nullptr;
   QLabel* Label6 = nullptr;
 
@@ -52,9 +52,12 @@ class EmailPanel : public QFrame {
   void SaveEmailDefaults();
   void SaveEmailCopy();
   void ShowStatus(const QString& text);
+  void ShowTip();
+  void ForgetTalk();
 
   Program& program_;
   MailUC& MUC_;
   bool& busy_;
   QWidget* const main_;
+  QString serverSaid_, serverClosed_;
 };

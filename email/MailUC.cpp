@@ -13,6 +13,8 @@ namespace {
 
 constexpr qsizetype kReadSize = 1024;
 constexpr char kEnd[] = "\r\n";
+// Many times the longest answer to EHLO; whoever talks on is listened to, and not kept.
+constexpr qsizetype kMostReply = 1 << 20;
 
 QByteArray Cleaned(const QString& typed) {
   return ToCodePage(TrimBlanks(OneLine(typed)));
@@ -24,6 +26,13 @@ bool HasNoCase(const QByteArray& text, const QByteArray& what) {
 
 bool IsNumericCode(const QByteArray& code) {
   return std::all_of(code.begin(), code.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// The last line of a reply has no "-" behind its code (RFC 5321, 4.2.1).
+bool IsWholeReply(const QByteArray& text) {
+  if (!text.endsWith('\n')) return false;
+  const QByteArray line = text.mid(text.lastIndexOf('\n', -2) + 1);
+  return line.size() > 3 && IsNumericCode(line.left(3)) && line[3] != '-';
 }
 
 }  // namespace
@@ -68,7 +77,9 @@ void MailUC::SetSubject(const QString& subject) {
   fields_.Subject = Cleaned(subject);
 }
 void MailUC::SetServer(const QString& server) {
-  fields_.Server = Cleaned(server);
+  const QByteArray typed = Cleaned(server);
+  server_ = ReadMailServer(typed, port_);
+  fields_.Server = server_ ? server_->host : typed;
 }
 
 void MailUC::SetUserName(const QString& name) {
@@ -130,21 +141,25 @@ void MailUC::CloseDown() {
     platform_.sockets.CleanUp();
     startCode_ = 0;
   }
-  sendBuffer_.clear();
-  replyBuffer_.clear();
+  ClearBuffers();
   message_.Clear();
   emailAvailable_ = false;
   errId_ = 0;
 }
 
-void MailUC::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
+bool MailUC::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
   emailAvailable_ = false;
-  message_.PrepareEmail(sHTML, sFils);
+  return message_.PrepareEmail(sHTML, sFils);
+}
+
+void MailUC::ClearBuffers() {
+  sendBuffer_.clear();
+  sentOfFirst_ = 0;
+  replyBuffer_.clear();
 }
 
 void MailUC::ResetEmail() {
-  sendBuffer_.clear();
-  replyBuffer_.clear();
+  ClearBuffers();
   errId_ = 0;
   DisConnect();
 }
@@ -173,10 +188,12 @@ int MailUC::FirstFailedCheck() const {
 int MailUC::CloseAndFail(int stringNumber, QString& sErr) {
   Sockets& sockets = platform_.sockets;
   if (sockHandle_ > 0) sockets.Close(sockHandle_);
+  // Asked for at once, as anything may change it.
+  const int error = sockets.LastError();
   sockHandle_ = 0;
-  // The number follows the text without a blank, and is asked for only now.
   sErr = StringText(stringNumber);
-  if (stringNumber != TextNumber::ServerNotFound) sErr += QString::number(sockets.LastError());
+  // It follows the text without a blank.
+  if (stringNumber != TextNumber::ServerNotFound) sErr += QString::number(error);
   return errId_ = stringNumber;
 }
 
@@ -202,23 +219,33 @@ int MailUC::ConnectAndSend(QString& sErr) {
   Sockets& sockets = platform_.sockets;
   sockHandle_ = sockets.Open();
   if (sockHandle_ == -1) return CloseAndFail(TextNumber::NoSocket, sErr);
-  const auto address = sockets.Resolve(fields_.Server);
+  const auto address = server_ ? sockets.Resolve(server_->host) : std::nullopt;
   if (!address) return CloseAndFail(TextNumber::ServerNotFound, sErr);
-  if (!sockets.Connect(sockHandle_, *address, port_)) return CloseAndFail(TextNumber::NotConnected, sErr);
+  if (!sockets.Connect(sockHandle_, *address, server_->port)) return CloseAndFail(TextNumber::NotConnected, sErr);
   smtpState_ = State::WaitsForGreeting;
+  asksForEncryption_ = server_->encryption == Encryption::OnRequest;
   if (!sockets.StartNotices(sockHandle_, [this](SocketNotice notice) { OnNotice(notice); }))
     return CloseAndFail(TextNumber::NoSocketNotices, sErr);
   asyncOn_ = true;
   errId_ = 0;
+  if (server_->encryption == Encryption::FromTheStart) sockets.StartTls(sockHandle_, server_->host);
   emit OnConnect();
   return kGood;
 }
 
 void MailUC::OnNotice(SocketNotice notice) {
-  if (notice == SocketNotice::Readable) {
-    ReadReply();
-  } else if (!sendBuffer_.isEmpty()) {
-    SendData(QByteArray());
+  switch (notice) {
+    case SocketNotice::Readable:
+      return ReadReply();
+    case SocketNotice::Writable:
+      if (!sendBuffer_.isEmpty()) SendData(QByteArray());
+      return;
+    case SocketNotice::Secured:
+      // Where it was asked for, all that was said before counts for nothing (RFC 3207, 4.2).
+      if (smtpState_ == State::Encrypting) SendLine("EHLO " + userName_, State::SentEhlo);
+      return;
+    case SocketNotice::NotSecured:
+      return FinishSession(ToCodePage(StringText(FixedText::NotEncrypted) + platform_.sockets.TlsError(sockHandle_)));
   }
 }
 
@@ -230,10 +257,13 @@ void MailUC::ReadReply() {
   if (size < 0 && platform_.sockets.IsNotReady(platform_.sockets.LastError())) return;
   if (size < 1) {
     DisConnect();
+    emit ServerClosed();
     return;
   }
   text.truncate(size);
-  replyBuffer_ += text;
+  if (smtpState_ == State::SentEhlo && replyBuffer_.size() < kMostReply) replyBuffer_ += text;
+  if (smtpState_ != State::SentQuit) emit ServerSaid(text);
+  if (smtpState_ == State::SentEhlo && asksForEncryption_) return AskForEncryption();
   const QByteArray code = text.left(3);
   if (code.size() == 3 && IsNumericCode(code)) ProcessReply(code, text);
 }
@@ -242,7 +272,7 @@ int MailUC::SendData(const QByteArray& text) {
   Sockets& sockets = platform_.sockets;
   if (!text.isEmpty()) sendBuffer_ += text;
   if (sendBuffer_.isEmpty()) return 0;
-  const qsizetype taken = sockets.Send(sockHandle_, sendBuffer_);
+  const qsizetype taken = sockets.Send(sockHandle_, sendBuffer_, sentOfFirst_);
   if (taken < 0) {
     const bool waits = sockets.IsNotReady(sockets.LastError());
     // A socket that is broken would be ready to write for ever.
@@ -254,9 +284,11 @@ int MailUC::SendData(const QByteArray& text) {
   return 0;
 }
 
+// Nothing is cut off a piece, which would copy it.
 void MailUC::DropSent(qsizetype taken) {
-  while (!sendBuffer_.isEmpty() && taken >= sendBuffer_.first().size()) taken -= sendBuffer_.takeFirst().size();
-  if (taken > 0) sendBuffer_.first().remove(0, taken);
+  sentOfFirst_ += taken;
+  while (!sendBuffer_.isEmpty() && sentOfFirst_ >= sendBuffer_.first().size())
+    sentOfFirst_ -= sendBuffer_.takeFirst().size();
 }
 
 void MailUC::SendLine(const QByteArray& line, State next) {
@@ -282,6 +314,14 @@ void MailUC::ProcessReply(const QByteArray& code, const QByteArray& text) {
       return SendLine("EHLO " + userName_, State::SentEhlo);
     case State::SentEhlo:
       return AfterEhlo(code, text);
+    case State::SentStartTls:
+      if (code != "220") return FinishSession(text);
+      smtpState_ = State::Encrypting;
+      ClearBuffers();
+      asksForEncryption_ = false;
+      return platform_.sockets.StartTls(sockHandle_, server_->host);
+    case State::Encrypting:
+      return;
     case State::SentAuthLogin:
     case State::SentAuthPlain:
       if (code == "235") return SendMailFrom();
@@ -303,6 +343,15 @@ void MailUC::ProcessReply(const QByteArray& code, const QByteArray& text) {
     case State::SentQuit:
       return FinishSession(QByteArray());
   }
+}
+
+// What offers encryption is read as a whole, as its lines may come one by one. Without it nothing more is said.
+void MailUC::AskForEncryption() {
+  if (!IsWholeReply(replyBuffer_)) return;
+  if (!replyBuffer_.startsWith("250")) return FinishSession(replyBuffer_.left(kReadSize));
+  if (!HasNoCase(replyBuffer_, "STARTTLS"))
+    return FinishSession(ToCodePage(StringText(FixedText::EncryptionNotOffered)));
+  SendLine("STARTTLS", State::SentStartTls);
 }
 
 void MailUC::AfterEhlo(const QByteArray& code, const QByteArray& text) {

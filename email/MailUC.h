@@ -1,12 +1,15 @@
-// The mail control: composes one message and carries it to a mail server, one recipient a session, in clear text. Only
-// finding the server and connecting block; the talk runs by the socket's notices and never times out. A server that
-// closes or falls silent ends it without any event, and that is meant.
+// The mail control: composes one message and carries it to a mail server, one recipient a session, in clear text unless
+// the server's name asks for encryption. Only finding the server and connecting block; the talk runs by the socket's
+// notices and never times out. A server that closes or falls silent ends it without a word of the outcome, and that is
+// meant.
 #pragma once
 
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <optional>
 
+#include "MailServer.h"
 #include "MessageComposer.h"
 #include "Sockets.h"
 
@@ -41,7 +44,7 @@ class MailUC : public QObject {
   void SetSubject(const QString& subject);
   void SetUserName(const QString& name);
   void SetPassword(const QString& password);
-  // A host name or a dotted address.
+  // A host name or a dotted address, or what else ReadMailServer takes.
   void SetServer(const QString& server);
 
   bool IsOnline() const;
@@ -52,8 +55,9 @@ class MailUC : public QObject {
   // Ends what is under way and empties everything but user name and password.
   void CloseDown();
 
-  // The page's text, picture paths cut already, and the paths of its pictures with "*" between them.
-  void PrepareEmail(const QByteArray& sHTML, const QString& sFils);
+  // The page's text, picture paths cut already, and the paths of its pictures with "*" between them. False, and nothing
+  // is prepared, for a page that a server could take for more than one message.
+  bool PrepareEmail(const QByteArray& sHTML, const QString& sFils);
   // Ends what is under way; the prepared message stays.
   void ResetEmail();
   // kGood: the connection stands, and OnSendComplete may follow. Otherwise the string number of the failure, with its
@@ -67,12 +71,18 @@ class MailUC : public QObject {
   void OnSendComplete(bool Success, const QByteArray& sErr);
   // Never raised.
   void OnDisConnect();
+  // Each piece of the server's words but its goodbye, before anything comes of it.
+  void ServerSaid(const QByteArray& text);
+  // The server has closed the connection, or it broke; the outcome stays untold.
+  void ServerClosed();
 
  private:
   // What the next reply answers.
   enum class State {
     WaitsForGreeting,
     SentEhlo,
+    SentStartTls,
+    Encrypting,
     SentAuthLogin,
     SentAuthPlain,
     SentMailFrom,
@@ -90,18 +100,21 @@ class MailUC : public QObject {
 
   void OnNotice(SocketNotice notice);
   void ReadReply();
+  void ClearBuffers();
   int SendData(const QByteArray& text);
   void DropSent(qsizetype taken);
   void SendLine(const QByteArray& line, State next);
   void SendMailFrom();
   void SendMessage();
   void ProcessReply(const QByteArray& code, const QByteArray& text);
+  void AskForEncryption();
   void AfterEhlo(const QByteArray& code, const QByteArray& text);
   void AnswerPrompt(const QByteArray& text);
   void FinishSession(const QByteArray& text);
 
   Platform& platform_;
   const quint16 port_;
+  std::optional<MailServer> server_;
   MessageComposer message_;
   MessageFields fields_;
   bool emailAvailable_ = false;
@@ -112,10 +125,14 @@ class MailUC : public QObject {
   Sockets::Handle sockHandle_ = 0;
   bool asyncOn_ = false;
   State smtpState_ = State::WaitsForGreeting;
+  // The next EHLO is there to ask for encryption, and nothing else is said before it stands.
+  bool asksForEncryption_ = false;
   QByteArray userName_, password_;
   QByteArray userB64_, passB64_, plainB64_;
-  // What the socket hasn't taken yet, no piece of it empty. Pictures aren't copied for it.
+  // What the socket hasn't taken yet, no piece of it empty, and how much of the first one it has. The pieces are those
+  // of the message, so that no picture is held twice.
   QList<QByteArray> sendBuffer_;
-  // All that has come since the greeting.
+  qsizetype sentOfFirst_ = 0;
+  // What has come behind the greeting, as long as it is looked through.
   QByteArray replyBuffer_;
 };

@@ -2,6 +2,9 @@
 
 #include <QFileInfo>
 #include <QLocale>
+#include <algorithm>
+#include <cstring>
+#include <new>
 
 #include "AsciiText.h"
 #include "Base64.h"
@@ -9,20 +12,32 @@
 #include "HtmlBody.h"
 #include "OneLine.h"
 #include "PageText.h"
+#include "PartBoundaries.h"
 #include "PathRules.h"
 #include "Stamps.h"
 #include "StringTable.h"
+#include "WireText.h"
 
 namespace {
 
-// The same in every message.
-constexpr char kOuter[] = "CVN2_A_3435FE2_6617A_AA";
-constexpr char kInner[] = "CVN2_B_3435FE2_6617B_BB";
 constexpr char kEnd[] = "\r\n";
 
-bool FileIsThere(const QString& path) {
+// What no mail server takes, many times over: larger files count as none, be they real or nothing but a length.
+constexpr qint64 kLargestPicture = 500'000'000;
+// More than the lines in front of a picture ever take.
+constexpr qsizetype kPartHead = 2000;
+
+// Makes room for the part of a picture; false where there is no such file, or no room.
+bool MakeRoom(QByteArray& part, const QString& path) {
+  const QFileInfo file(path);
   // Of what is no folder a pipe would wait for its writer.
-  return QFileInfo(path).isFile();
+  if (!file.isFile() || file.size() > kLargestPicture) return false;
+  try {
+    part.reserve(kPartHead + Base64Length(file.size()));
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
 }
 
 QByteArray BuildPlainText() {
@@ -41,19 +56,38 @@ QByteArray Closing(const QByteArray& boundary) {
   return "--" + boundary + "--";
 }
 
+// A part without the empty line behind it and the NULs that may stand there.
+QByteArrayView ContentOf(const QByteArray& part) {
+  QByteArrayView content(part);
+  content.chop(std::strlen(kEnd) * 2);
+  for (int nul = 0; nul < 2 && content.endsWith('\0'); ++nul) content.chop(1);
+  return content;
+}
+
 }  // namespace
 
-void MessageComposer::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
-  HtmlBody_ = EncodeHtmlBody(sHTML);
+bool MessageComposer::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
+  HtmlBody_ = WithWireLineEnds(EncodeHtmlBody(sHTML));
   PictureParts_.clear();
   for (const QString& piece : TrimBlanks(sFils).split(u'*')) {
     const QString path = TrimBlanks(piece);
-    if (!FileIsThere(path)) continue;
-    QByteArray part = BuildPictureHeader(path.mid(PathRules::LastSeparator(path) + 1));
+    QByteArray part;
+    if (!MakeRoom(part, path)) continue;
+    part += BuildPictureHeader(path.mid(PathRules::LastSeparator(path) + 1));
     AppendBase64OfFile(part, path, LineBreaks::Every76);
     part.append(kEnd).append(kEnd);
     PictureParts_.append(std::move(part));
   }
+  const bool isSendable = IsSendable();
+  if (!isSendable) Clear();
+  return isSendable;
+}
+
+// Of a picture's part the first line is the one between two parts.
+bool MessageComposer::IsSendable() const {
+  return IsWireText(HtmlBody_) && std::all_of(PictureParts_.begin(), PictureParts_.end(), [](const QByteArray& part) {
+           return IsWireText(ContentOf(part).sliced(part.indexOf('\n') + 1));
+         });
 }
 
 void MessageComposer::Clear() {
@@ -74,8 +108,8 @@ QByteArray MessageComposer::BuildPictureHeader(const QString& fileName) {
     for (const QByteArray& form : PageNameForms(fileName))
       HtmlBody_ = ReplaceNoCase(HtmlBody_, "cid:" + form, "cid:" + id);
   }
-  return QByteArray("--") + kOuter + kEnd + "Content-Type: image/" + extension + ";" + kEnd + "\tName=\"" + name +
-         "\"" + kEnd + "Content-Transfer-Encoding: base64" + kEnd + "Content-ID: <" + id + ">" + kEnd + kEnd;
+  return QByteArray("--") + kOuterBoundary + kEnd + "Content-Type: image/" + extension + ";" + kEnd + "\tName=\"" +
+         name + "\"" + kEnd + "Content-Transfer-Encoding: base64" + kEnd + "Content-ID: <" + id + ">" + kEnd + kEnd;
 }
 
 QByteArray MessageComposer::BuildGuidText() const {
@@ -96,7 +130,7 @@ QByteArray MessageComposer::BuildDateHeader() const {
 QByteArray MessageComposer::BuildHead() const {
   const bool hasPictures = !PictureParts_.isEmpty();
   QByteArray head = QByteArray("Content-Type: multipart/") + (hasPictures ? "related;" : "alternative;") + kEnd +
-                    "\tboundary=\"" + kOuter + "\"";
+                    "\tboundary=\"" + kOuterBoundary + "\"";
   if (hasPictures) head += QByteArray(";") + kEnd + "\ttype=\"multipart/alternative\"";
   return head + kEnd + "X-Mailer: Corvane v. 2" + kEnd + kEnd;
 }
@@ -104,15 +138,15 @@ QByteArray MessageComposer::BuildHead() const {
 // The notice and the page, as two forms of the same.
 QByteArray MessageComposer::BuildTexts() const {
   const bool hasPictures = !PictureParts_.isEmpty();
-  const QByteArray boundary = hasPictures ? kInner : kOuter;
+  const QByteArray boundary = hasPictures ? kInnerBoundary : kOuterBoundary;
   QByteArray texts;
   if (hasPictures) {
-    texts = QByteArray("--") + kOuter + kEnd + "Content-Type: multipart/alternative;" + kEnd + "\tboundary=\"" +
-            kInner + "\"" + kEnd + kEnd;
+    texts = QByteArray("--") + kOuterBoundary + kEnd + "Content-Type: multipart/alternative;" + kEnd + "\tboundary=\"" +
+            kInnerBoundary + "\"" + kEnd + kEnd;
   }
   texts += TextPart(boundary, "plain", BuildPlainText());
   texts += TextPart(boundary, "html", HtmlBody_) + kEnd + kEnd;
-  if (hasPictures) texts += Closing(kInner) + kEnd + kEnd;
+  if (hasPictures) texts += Closing(kInnerBoundary) + kEnd + kEnd;
   return texts;
 }
 
@@ -125,7 +159,7 @@ QList<QByteArray> MessageComposer::WirePieces(const MessageFields& fields) const
                           kEnd;
   QList<QByteArray> pieces = {head + BuildHead() + BuildTexts()};
   pieces += PictureParts_;
-  pieces += Closing(kOuter) + kEnd + "." + kEnd;
+  pieces += Closing(kOuterBoundary) + kEnd + "." + kEnd;
   return pieces;
 }
 
@@ -137,7 +171,7 @@ QByteArray MessageComposer::BuildMessageFile(const MessageFields& fields) const 
                     BuildDateHeader() + kEnd + "MIME-Version: 1.0" + kEnd;
   file += BuildHead() + BuildTexts();
   for (const QByteArray& part : PictureParts_) file += part;
-  file += Closing(kOuter);
+  file += Closing(kOuterBoundary);
   if (PictureParts_.isEmpty()) file += kEnd;
   return file;
 }

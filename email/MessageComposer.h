@@ -15,14 +15,16 @@ struct MessageFields {
 };
 
 // Holds one prepared message, page and pictures, and gives it in two forms: the one that is sent and the one that is
-// saved. A picture whose file isn't there is left out without a word.
+// saved. A picture whose file isn't there, or is larger than any mail, is left out without a word.
 class MessageComposer {
  public:
   // `stamps` must outlive the object.
   explicit MessageComposer(Stamps& stamps) : stamps_(stamps) {}
 
-  // `sHTML` is a page whose picture paths have been cut; `sFils` holds the pictures' paths with "*" between them.
-  void PrepareEmail(const QByteArray& sHTML, const QString& sFils);
+  // `sHTML` is a page whose picture paths have been cut; `sFils` holds the pictures' paths with "*" between them. Its
+  // line ends become CR LF. False, and nothing is held, for a page that a server could take for more than one message,
+  // or for other parts than it has.
+  bool PrepareEmail(const QByteArray& sHTML, const QString& sFils);
   void Clear();
   bool IsEmpty() const { return HtmlBody_.isEmpty(); }
 
@@ -39,6 +41,7 @@ class MessageComposer {
   QByteArray BuildGuidText() const;
   QByteArray BuildHead() const;
   QByteArray BuildTexts() const;
+  bool IsSendable() const;
 
   Stamps& stamps_;
   QByteArray HtmlBody_;

@@ -4,7 +4,8 @@
 #include <algorithm>
 
 QString OneLine(const QString& text) {
-  const auto end = std::find_if(text.begin(), text.end(), [](QChar c) { return c == u'\r' || c == u'\n'; });
+  const auto end =
+      std::find_if(text.begin(), text.end(), [](QChar c) { return c == u'\r' || c == u'\n' || c.isNull(); });
   return text.left(end - text.begin());
 }
 

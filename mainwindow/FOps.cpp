@@ -57,14 +57,15 @@ void FOps::ShowOps(OpsTask Kind) {
   ShowInFront(*this);
 }
 
-// The close box, and the Escape key with it, only hides, and ends a message that is on its way.
+// The close box only hides, and ends a message that is on its way.
 void FOps::closeEvent(QCloseEvent* event) {
   event->ignore();
   MUC.CloseDown();
   hide();
 }
 
+// Escape does what the close box does, but where a message would be lost by one stray key.
 void FOps::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) close();
+  if (event->key() == Qt::Key_Escape && !MUC.EmailAvailable()) close();
   QWidget::keyPressEvent(event);
 }

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "TlsConnection.h"
+
 #ifdef Q_OS_WIN
 #include <winsock2.h>
 #else
@@ -30,8 +32,8 @@ constexpr std::size_t kMostPieces = 16;
 using Socket = SOCKET;
 using Buffer = WSABUF;
 
-Buffer BufferOf(const QByteArray& bytes, qsizetype size) {
-  return {static_cast<ULONG>(size), const_cast<char*>(bytes.constData())};
+Buffer BufferOf(const char* bytes, qsizetype size) {
+  return {static_cast<ULONG>(size), const_cast<char*>(bytes)};
 }
 
 qsizetype SendBuffers(Socket socket, Buffer* buffers, std::size_t count) {
@@ -53,6 +55,10 @@ bool FinishConnect(Socket) {
   return false;
 }
 
+void SetError(bool isNotReady) {
+  WSASetLastError(isNotReady ? WSAEWOULDBLOCK : WSAECONNRESET);
+}
+
 #else
 
 using Socket = int;
@@ -63,8 +69,8 @@ constexpr int kFlags = 0;
 #endif
 using Buffer = iovec;
 
-Buffer BufferOf(const QByteArray& bytes, qsizetype size) {
-  return {const_cast<char*>(bytes.constData()), static_cast<std::size_t>(size)};
+Buffer BufferOf(const char* bytes, qsizetype size) {
+  return {const_cast<char*>(bytes), static_cast<std::size_t>(size)};
 }
 
 qsizetype SendBuffers(Socket socket, Buffer* buffers, std::size_t count) {
@@ -97,7 +103,17 @@ bool FinishConnect(Socket socket) {
   return error == 0;
 }
 
+void SetError(bool isNotReady) {
+  errno = isNotReady ? EWOULDBLOCK : ECONNRESET;
+}
+
 #endif
+
+// What an encrypted connection gave, as a call of the system would tell it.
+qsizetype AsCall(std::optional<qsizetype> result) {
+  if (result.value_or(-1) < 0) SetError(!result);
+  return result.value_or(-1);
+}
 
 Socket Native(Sockets::Handle socket) {
   return static_cast<Socket>(socket);
@@ -105,8 +121,11 @@ Socket Native(Sockets::Handle socket) {
 
 }  // namespace
 
+HostSockets::HostSockets(QList<QSslCertificate> authorities) : authorities_(std::move(authorities)) {}
+
 HostSockets::~HostSockets() {
   while (!watches_.empty()) StopNotices(watches_.begin()->first);
+  for (const auto& [handle, connection] : encrypted_) delete connection;
 }
 
 #ifdef Q_OS_WIN
@@ -151,10 +170,12 @@ bool HostSockets::IsNotReady(int error) const {
 
 Sockets::Handle HostSockets::Open() {
   int made = ::socket(AF_INET, SOCK_STREAM, 0);
-  // A program without a standard input is given 0, which means none here.
-  if (made == 0) {
-    made = fcntl(made, F_DUPFD, 3);
-    close(0);
+  // A program without its standard streams is given their numbers: 0 means none here, and what is written to the others
+  // mustn't reach a server.
+  if (made >= 0 && made < 3) {
+    const int given = made;
+    made = fcntl(given, F_DUPFD, 3);
+    close(given);
   }
   // Programs that are started meanwhile don't get it.
   if (made > 0) fcntl(made, F_SETFD, FD_CLOEXEC);
@@ -195,43 +216,75 @@ bool HostSockets::StartNotices(Handle socket, std::function<void(SocketNotice)> 
   writable->setEnabled(false);
   QObject::connect(readable, &QSocketNotifier::activated, readable, [notify] { notify(SocketNotice::Readable); });
   QObject::connect(writable, &QSocketNotifier::activated, writable, [notify] { notify(SocketNotice::Writable); });
-  watches_[socket] = {readable, writable};
+  watches_[socket] = {readable, writable, std::move(notify)};
   return true;
 }
 
 void HostSockets::WatchWritable(Handle socket, bool watched) {
+  if (TlsConnection* const connection = EncryptedOf(socket)) return connection->WatchWritable(watched);
   const auto found = watches_.find(socket);
   if (found != watches_.end()) found->second.writable->setEnabled(watched);
 }
 
-void HostSockets::StopNotices(Handle socket) {
-  const auto found = watches_.find(socket);
-  if (found == watches_.end()) return;
+void HostSockets::StopWatching(const Watch& watch) {
   // One of them may be at work.
-  for (QSocketNotifier* const notifier : {found->second.readable, found->second.writable}) {
+  for (QSocketNotifier* const notifier : {watch.readable, watch.writable}) {
     notifier->setEnabled(false);
     notifier->deleteLater();
   }
+}
+
+void HostSockets::StopNotices(Handle socket) {
+  if (TlsConnection* const connection = EncryptedOf(socket)) return connection->StopNotices();
+  const auto found = watches_.find(socket);
+  if (found == watches_.end()) return;
+  StopWatching(found->second);
   watches_.erase(found);
 }
 
-qsizetype HostSockets::Send(Handle socket, const QList<QByteArray>& pieces) {
+TlsConnection* HostSockets::EncryptedOf(Handle socket) const {
+  const auto found = encrypted_.find(socket);
+  return found == encrypted_.end() ? nullptr : found->second;
+}
+
+void HostSockets::StartTls(Handle socket, const QByteArray& host) {
+  const auto found = watches_.find(socket);
+  if (found == watches_.end() || EncryptedOf(socket)) return;
+  // The connection has notifiers of its own.
+  const Watch watch = found->second;
+  StopNotices(socket);
+  encrypted_[socket] = new TlsConnection(socket, host, authorities_, watch.notify);
+}
+
+QString HostSockets::TlsError(Handle socket) const {
+  const TlsConnection* const connection = EncryptedOf(socket);
+  return connection ? connection->Error() : QString();
+}
+
+qsizetype HostSockets::Send(Handle socket, const QList<QByteArray>& pieces, qsizetype from) {
+  if (TlsConnection* const connection = EncryptedOf(socket)) return AsCall(connection->Send(pieces, from));
   std::array<Buffer, kMostPieces> buffers;
   std::size_t count = 0;
   qsizetype left = kLargestCall;
   for (const QByteArray& piece : pieces) {
     if (count == buffers.size() || left == 0) break;
-    const qsizetype size = std::min(piece.size(), left);
-    buffers[count++] = BufferOf(piece, size);
+    const qsizetype size = std::min(piece.size() - from, left);
+    buffers[count++] = BufferOf(piece.constData() + from, size);
     left -= size;
+    from = 0;
   }
   return SendBuffers(Native(socket), buffers.data(), count);
 }
 
 qsizetype HostSockets::Receive(Handle socket, char* data, qsizetype size) {
+  if (TlsConnection* const connection = EncryptedOf(socket)) return AsCall(connection->Receive(data, size));
   return ::recv(Native(socket), data, static_cast<int>(std::min(size, kLargestCall)), 0);
 }
 
 void HostSockets::Close(Handle socket) {
+  if (TlsConnection* const connection = EncryptedOf(socket)) {
+    encrypted_.erase(socket);
+    return connection->Close();
+  }
   CloseSocket(Native(socket));
 }

@@ -2,12 +2,18 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QString>
 #include <QtGlobal>
 #include <functional>
 #include <optional>
 
 // What the system tells of a socket. A peer that closes makes it readable.
-enum class SocketNotice { Readable, Writable };
+enum class SocketNotice {
+  Readable,
+  Writable,
+  Secured,     // behind StartTls: encrypted, and the peer is the host that was asked for
+  NotSecured,  // behind StartTls: it isn't, and nothing more will come
+};
 
 // The system's own calls on a stream socket, IPv4 only, as few as one conversation needs. Calls block until
 // StartNotices; there are no time-outs.
@@ -34,9 +40,15 @@ class Sockets {
   virtual void WatchWritable(Handle socket, bool watched) = 0;
   virtual void StopNotices(Handle socket) = 0;
 
+  // Behind StartNotices: from here on all is encrypted by TLS, and the peer has to prove that it is `host`. Secured or
+  // NotSecured comes before any other notice; what stood in the socket unread is never given.
+  virtual void StartTls(Handle socket, const QByteArray& host) = 0;
+  // Why, behind NotSecured.
+  virtual QString TlsError(Handle socket) const = 0;
+
   // Number of bytes that were taken or came; -1 on failure. The pieces count as one text, of which any part may be
-  // taken. 0 bytes received: the peer has closed.
-  virtual qsizetype Send(Handle socket, const QList<QByteArray>& pieces) = 0;
+  // taken; the first `from` bytes of the first piece don't belong to it. 0 bytes received: the peer has closed.
+  virtual qsizetype Send(Handle socket, const QList<QByteArray>& pieces, qsizetype from) = 0;
   virtual qsizetype Receive(Handle socket, char* data, qsizetype size) = 0;
 
   // A good close leaves the error number as it is.

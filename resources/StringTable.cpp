@@ -182,6 +182,10 @@ constexpr NamedText kNamedTexts[] = {
     {FixedText::PreparingEmail, u" Preparing to send email..."},
     {FixedText::SendingEmail, u" Sending email..."},
     {FixedText::EmailSent, u" Email sent."},
+    {FixedText::NotEncrypted, u"The connection can't be encrypted, so nothing was sent: "},
+    {FixedText::EncryptionNotOffered, u"The server offers no encryption (STARTTLS), so nothing was sent."},
+    {FixedText::ServerSaid, u"The server said: "},
+    {FixedText::ServerClosed, u"The server closed the connection at "},
 };
 
 }  // namespace

@@ -100,6 +100,13 @@ enum class FixedText {
   PreparingEmail,
   SendingEmail,
   EmailSent,
+  // Why follows.
+  NotEncrypted,
+  EncryptionNotOffered,
+  // The server's words follow.
+  ServerSaid,
+  // The time of day follows.
+  ServerClosed,
 };
 
 QString StringText(FixedText text);

@@ -103,13 +103,24 @@ TEST_F(EmailWindow, TheExitEndsWhatIsUnderWayBeforeTheWindowsGo) {
   EXPECT_EQ(1, Net().CleanUps);
 }
 
-TEST_F(EmailWindow, TheEscapeKeyEndsWhatIsUnderWayAsTheCloseBoxDoes) {
+TEST_F(EmailWindow, TheEscapeKeyEndsNoMessageAndLosesNone) {
   Open();
   Send();
   ASSERT_TRUE(Net().IsOpen());
   QTest::keyClick(Panel().TMail[3], Qt::Key_Escape);
+  EXPECT_TRUE(Ops().isVisible());
+  EXPECT_TRUE(Net().IsOpen());
+  Accept();
+  EXPECT_EQ(" Email sent.", Panel().TStat->text());
+  QTest::keyClick(Panel().TMail[3], Qt::Key_Escape);
+  EXPECT_TRUE(Ops().isVisible());
+  EXPECT_TRUE(Ops().MUC.EmailAvailable());
+}
+
+TEST_F(EmailWindow, WithNothingToLoseTheEscapeKeyHidesAsTheCloseBoxDoes) {
+  Open();
+  QTest::keyClick(Panel().TMail[3], Qt::Key_Escape);
   EXPECT_FALSE(Ops().isVisible());
-  EXPECT_FALSE(Net().IsOpen());
   EXPECT_EQ(1, Net().CleanUps);
 }
 

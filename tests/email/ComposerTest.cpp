@@ -289,8 +289,8 @@ TEST_F(Composer, APictureWhoseNameIsInAnyScriptGoesAlong) {
 
 // Meant in MessageComposer::WirePieces: a line that begins with a dot gets no second one on its way.
 TEST_F(Composer, NoLineOfTheMessageGetsASecondDot) {
-  Prepare("a\r\n.b\r\n..c\r\n.\r\nd");
-  EXPECT_TRUE(Wire().contains("\r\n\r\na\r\n.b\r\n..c\r\n.\r\nd\r\n\r\n--"));
+  Prepare("a\r\n.b\r\n..c\r\n. \r\nd");
+  EXPECT_TRUE(Wire().contains("\r\n\r\na\r\n.b\r\n..c\r\n. \r\nd\r\n\r\n--"));
 }
 
 // Meant in MessageComposer::BuildMessageFile: head and end of a saved message differ from the form that is sent.
@@ -361,6 +361,7 @@ TEST(OneLineOf, EndsAtTheFirstLineBreak) {
   EXPECT_EQ("a", OneLine("a\r\nb"));
   EXPECT_EQ("a", OneLine("a\nb\r"));
   EXPECT_EQ("", OneLine("\ra"));
+  EXPECT_EQ("a", OneLine(QString("a") + QChar(0) + "b"));
   EXPECT_EQ("a b", OneLine("a b"));
   EXPECT_EQ("", OneLine(""));
 }

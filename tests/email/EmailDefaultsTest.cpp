@@ -16,6 +16,13 @@ TEST(Address, TheFirstDotBehindTheAtSignCounts) {
   EXPECT_FALSE(IsValidAddress(""));
 }
 
+TEST(Address, LettersThatCannotBeSentMakeItInvalid) {
+  for (const char* const bad : {"\u043F\u043E\u0447\u0442\u0430@example.net", "a@\u0436.cc", "a@b.\u4E2D\u4E2D",
+                                "\U0001F600@example.net", "a\u0080@b.cc", "a@b.c\u2028"})
+    EXPECT_FALSE(IsValidAddress(QString::fromUtf8(bad))) << bad;
+  EXPECT_TRUE(IsValidAddress(QString::fromUtf8("m\u00FCller@stra\u00DFe.\u20ACu")));
+}
+
 // Meant in RecentRecipients: a recipient who is a part of a longer one counts as known.
 TEST(Recents, APartOfALongerRecipientCountsAsKnown) {
   EXPECT_EQ("bob@example.net", RecentRecipients({"bob@example.net"}, "ob@example.net"));
@@ -36,6 +43,14 @@ TEST(Recents, WithNothingKnownTheOneInUseIsTheList) {
   EXPECT_EQ("a@b.cc", RecentSenders({}, "a@b.cc"));
   EXPECT_EQ("", RecentRecipients({}, ""));
   EXPECT_EQ("", RecentSenders({}, ""));
+}
+
+// An emptied box takes a "*" of the list with it, and never a letter.
+TEST(Recents, WithNobodyInTheBoxNoLetterIsLost) {
+  EXPECT_EQ("a@b.ccx@y.zz", RecentSenders({"a@b.cc", "x@y.zz"}, ""));
+  EXPECT_EQ("a@b.cc*x@y.zz", RecentRecipients({"a@b.cc", "x@y.zz"}, ""));
+  EXPECT_EQ("a@b.cc", RecentRecipients({"a@b.cc"}, ""));
+  EXPECT_EQ("", RecentSenders({""}, ""));
 }
 
 // Meant in RecentRecipients: the new recipient comes before the first ten, so up to eleven are stored.

@@ -14,7 +14,8 @@
 
 // A server that answers anything, and broken base64, under the sanitizers: FuzzMail [ITERATIONS [SEED]]. Without a
 // number of iterations it runs for about eight seconds, without a seed it takes a fresh one. Whatever comes, a session
-// ends at most once, nothing of the server's own words is sent back, and what is sent keeps its order.
+// ends at most once, nothing of the server's own words is sent back, and what is sent keeps its order. Where encryption
+// is asked for nothing else is said before it stands.
 namespace {
 
 constexpr auto kDuration = std::chrono::seconds(8);
@@ -85,7 +86,8 @@ const char* WrongPage(Chance& chance) {
 // The whole of a talk, as far as it may go.
 const QRegularExpression& Talk() {
   static const QRegularExpression talk(
-      "^(EHLO ann\r\n((AUTH (LOGIN|PLAIN)\r\n)((YW5u|c2VjcmV0|YW5uAGFubgBzZWNyZXQ=)\r\n)*)?"
+      "^(EHLO ann\r\n(STARTTLS\r\n(EHLO ann\r\n)?)?((AUTH "
+      "(LOGIN|PLAIN)\r\n)((YW5u|c2VjcmV0|YW5uAGFubgBzZWNyZXQ=)\r\n)*)?"
       "(MAIL FROM: <ann@example.org>\r\n(RCPT TO: <bob@example.net>\r\n(DATA\r\n(From: .*\r\n\\.\r\n(QUIT\r\n)?)?)?)?)?"
       ")?$",
       QRegularExpression::DotMatchesEverythingOption);
@@ -104,16 +106,31 @@ const char* WrongTalk(Chance& chance, const QString& pictures, int& sent) {
   });
   QString error;
   MUC.StartUp(error);
-  MUC.SetServer("s");
+  const bool asksForTls = chance.OneIn(3);
+  MUC.SetServer(asksForTls ? "smtp+tls://s" : "s");
+  bool isSecure = !asksForTls;
   MUC.SetFromEmail("ann@example.org");
   MUC.SetToEmail("bob@example.net");
   MUC.SetUserName("ann");
   if (!chance.OneIn(3)) MUC.SetPassword("secret");
   MUC.PrepareEmail("<HTML>page</HTML>", chance.OneIn(2) ? pictures : QString());
   if (MUC.ConnectAndSend(error) != MailUC::kGood) return "there is no connection";
-  const char* const good[] = {"220 ", "250 AUTH LOGIN\r\n", "250 ", "334 VXNlcm5hbWU6\r\n", "354 ", "235 ", "250-"};
+  const char* const good[] = {
+      "220 ", "250 AUTH LOGIN\r\n", "250 STARTTLS\r\n", "250 ", "334 VXNlcm5hbWU6\r\n", "354 ", "235 ", "250-"};
   for (int step = 0; step < 30 && net.IsOpen(); ++step) {
     while (chance.OneIn(4)) net.SendTakes += chance.Below(40) - 2;
+    const QByteArray clear = "EHLO ann\r\nSTARTTLS\r\n";
+    if (!clear.startsWith(net.Sent) && !isSecure) return "a word too much in clear";
+    if (!net.TlsHost.isEmpty() && !isSecure && chance.OneIn(2)) {
+      if (chance.OneIn(4)) {
+        net.RefuseTls("EVIL");
+      } else {
+        isSecure = true;
+        // A server may say yes before it has heard the whole of the question; the rest of that is dropped.
+        net.Sent = clear;
+        net.Secure();
+      }
+    }
     switch (chance.Below(10)) {
       case 0:
         net.BecomeWritable();

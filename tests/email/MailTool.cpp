@@ -1,10 +1,14 @@
 // The mail control on a command line, for readers, servers and figures:
 //   mail_tool compose FOLDER...              leaves FOLDER.wire and FOLDER.eml, the two forms of the message
-//   mail_tool send FROM TO USER PASSWORD FOLDER...
-//                                            sends to 127.0.0.1, port 25, and leaves FOLDER.eml; prints a line of JSON
-//                                            for each: what ConnectAndSend gave, how it ended, and the text
+//   mail_tool send SERVER AUTHORITIES FROM TO USER PASSWORD FOLDER...
+//                                            sends to SERVER, as a user types it, and leaves FOLDER.eml; prints a line
+//                                            of JSON for each: what ConnectAndSend gave, how it ended, and the text.
+//                                            AUTHORITIES, a file, are trusted, or for "" the system's
+//                                            a page that is refused counts as a failure with code 0
+//   mail_tool time SERVER AUTHORITIES FOLDER prints the milliseconds from the first call to the end of the talk
+//   mail_tool save FOLDER...                 writes each page anew, as the program saves a page that it shows
 //   mail_tool measure FOLDER                 prints milliseconds from the files to the wire form, its bytes, and the
-//                                            bytes by which the memory grew at most
+//                                            bytes by which the memory grew at most, until a slow line had taken it all
 //   mail_tool online                         tells whether the computer is on a network, and behind a proxy
 // A folder holds the page wgcard.html and its pictures.
 #include <QApplication>
@@ -20,6 +24,7 @@
 #include "MailUC.h"
 #include "MessageComposer.h"
 #include "ModEmail.h"
+#include "PageOnView.h"
 #include "TestPlatform.h"
 
 namespace {
@@ -45,12 +50,11 @@ class Tool {
     if (!password.isEmpty()) MUC_.SetPassword(password);
   }
 
-  bool Prepare(const QString& folder) {
+  // "", or why there is no message.
+  QString Prepare(const QString& folder) {
     program_.project.SavedAs(QStringLiteral("mail"), folder);
     program_.project.TurnTo(1);
-    const QString error = PrepareCurrentEmail(program_, MUC_);
-    if (!error.isEmpty()) std::fprintf(stderr, "%s\n", qPrintable(error));
-    return error.isEmpty();
+    return PrepareCurrentEmail(program_, MUC_);
   }
 
   MailUC& MUC() { return MUC_; }
@@ -80,7 +84,7 @@ int Compose(const QStringList& folders) {
   tool.Address("ann@example.org", "bob@example.net", {}, {});
   for (const QString& folder : folders) {
     QString error;
-    if (!tool.Prepare(folder) || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return 1;
+    if (!tool.Prepare(folder).isEmpty() || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return 1;
     for (const char* const reply : {"220 a", "250 b", "250 c", "250 d"}) net.Bring(reply);
     net.Sent.clear();
     net.Bring("354 e");
@@ -89,28 +93,58 @@ int Compose(const QStringList& folders) {
   return 0;
 }
 
+// Sends what is prepared; how it ended.
+QJsonObject SendOne(MailUC& MUC, QString error) {
+  QJsonObject outcome;
+  QEventLoop loop;
+  QObject::connect(&MUC, &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
+    outcome["success"] = success;
+    outcome["text"] = QString::fromLatin1(text);
+    loop.quit();
+  });
+  QTimer::singleShot(kPatienceMs, &loop, &QEventLoop::quit);
+  const int code = error.isEmpty() ? MUC.ConnectAndSend(error) : 0;
+  outcome["code"] = code;
+  outcome["text"] = error;
+  if (code == MailUC::kGood) loop.exec();
+  return outcome;
+}
+
 int SendAll(const QStringList& arguments) {
-  HostSockets sockets;
+  HostSockets sockets(QSslCertificate::fromPath(arguments.at(1)));
   Tool tool(&sockets);
-  tool.Address(arguments.at(0), arguments.at(1), arguments.at(2), arguments.at(3));
-  for (const QString& folder : arguments.mid(4)) {
-    if (!tool.Prepare(folder)) return 1;
-    QJsonObject outcome;
-    QEventLoop loop;
-    QObject::connect(&tool.MUC(), &MailUC::OnSendComplete, &loop, [&](bool success, const QByteArray& text) {
-      outcome["success"] = success;
-      outcome["text"] = QString::fromLatin1(text);
-      loop.quit();
-    });
-    QTimer::singleShot(kPatienceMs, &loop, &QEventLoop::quit);
-    QString error;
-    const int code = tool.MUC().ConnectAndSend(error);
-    outcome["code"] = code;
-    outcome["text"] = error;
-    if (code == MailUC::kGood) loop.exec();
+  tool.MUC().SetServer(arguments.at(0));
+  tool.Address(arguments.at(2), arguments.at(3), arguments.at(4), arguments.at(5));
+  for (const QString& folder : arguments.mid(6)) {
+    const QJsonObject outcome = SendOne(tool.MUC(), tool.Prepare(folder));
     PutFile(folder + ".eml", tool.MUC().EmailFileText());
     std::printf("%s\n", QJsonDocument(outcome).toJson(QJsonDocument::Compact).constData());
     std::fflush(stdout);
+  }
+  return 0;
+}
+
+int TimeOne(const QStringList& arguments) {
+  HostSockets sockets(QSslCertificate::fromPath(arguments.at(1)));
+  Tool tool(&sockets);
+  tool.MUC().SetServer(arguments.at(0));
+  tool.Address("ann@example.org", "bob@example.net", {}, {});
+  const QString error = tool.Prepare(arguments.at(2));
+  QElapsedTimer clock;
+  clock.start();
+  const QJsonObject outcome = SendOne(tool.MUC(), error);
+  std::printf("%.3f\n", double(clock.nsecsElapsed()) / 1e6);
+  return outcome["success"].toBool() ? 0 : 1;
+}
+
+int Save(const QStringList& folders) {
+  PageOnView page;
+  for (const QString& folder : folders) {
+    const QString path = folder + QStringLiteral("/wgcard.html");
+    page.view.Navo(path, false);
+    page.browser->Finish();
+    const QByteArray source = page.view.SourceForFile();
+    if (source.isEmpty() || !PutFile(path, source)) return 1;
   }
   return 0;
 }
@@ -130,16 +164,38 @@ bool ResetPeak() {
   return clear.open(QIODevice::WriteOnly) && clear.write("5") == 1;
 }
 
+// A line that takes a little at a time, once it takes anything, and keeps nothing of it.
+class SlowLine : public ScriptedSockets {
+ public:
+  bool Takes = false;
+  qint64 Taken = 0;
+  QByteArray End;
+
+  qsizetype Send(Handle socket, const QList<QByteArray>& pieces, qsizetype from) override {
+    constexpr qsizetype most = 100'000;
+    SendTakes = {Takes ? most : -1};
+    Sent.clear();
+    const qsizetype taken = ScriptedSockets::Send(socket, pieces, from);
+    if (taken > 0) {
+      Taken += taken;
+      End = (End + Sent).right(5);
+    }
+    return taken;
+  }
+};
+
 int Measure(const QString& folder) {
-  Tool tool;
-  ScriptedSockets& net = tool.Played();
+  SlowLine net;
+  Tool tool(&net);
+  tool.MUC().SetServer(QStringLiteral("mail.example.org"));
   tool.Address("ann@example.org", "bob@example.net", {}, {});
-  // A socket that takes nothing leaves all of the message waiting, as a slow line does.
   const auto compose = [&] {
     QString error;
-    if (!tool.Prepare(folder) || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return;
+    if (!tool.Prepare(folder).isEmpty() || tool.MUC().ConnectAndSend(error) != MailUC::kGood) return;
+    net.Takes = true;
     for (const char* const reply : {"220 a", "250 b", "250 c", "250 d"}) net.Bring(reply);
-    net.SendTakes = QList<qsizetype>(1000, -1);
+    net.Takes = false;
+    net.Taken = 0;
     net.Bring("354 e");
   };
   if (!ResetPeak()) return 1;
@@ -148,12 +204,11 @@ int Measure(const QString& folder) {
   clock.start();
   compose();
   const double milliseconds = double(clock.nsecsElapsed()) / 1e6;
+  net.Takes = true;
+  while (net.IsWatchedForWriting()) net.BecomeWritable();
   const qint64 grown = PeakBytes() - before;
-  net.SendTakes.clear();
-  net.Sent.clear();
-  net.BecomeWritable();
-  std::printf("%.3f %lld %lld\n", milliseconds, static_cast<long long>(net.Sent.size()), static_cast<long long>(grown));
-  return net.Sent.endsWith("\r\n.\r\n") ? 0 : 1;
+  std::printf("%.3f %lld %lld\n", milliseconds, static_cast<long long>(net.Taken), static_cast<long long>(grown));
+  return net.End == "\r\n.\r\n" ? 0 : 1;
 }
 
 int TellNetwork() {
@@ -171,7 +226,9 @@ int main(int argc, char** argv) {
   const QStringList arguments = QApplication::arguments().mid(2);
   const QString task = QApplication::arguments().value(1);
   if (task == u"compose" && !arguments.isEmpty()) return Compose(arguments);
-  if (task == u"send" && arguments.size() > 4) return SendAll(arguments);
+  if (task == u"save" && !arguments.isEmpty()) return Save(arguments);
+  if (task == u"send" && arguments.size() > 6) return SendAll(arguments);
+  if (task == u"time" && arguments.size() == 3) return TimeOne(arguments);
   if (task == u"measure" && arguments.size() == 1) return Measure(arguments.first());
   if (task == u"online" && arguments.isEmpty()) return TellNetwork();
   return kUsage;

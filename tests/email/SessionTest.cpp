@@ -42,7 +42,7 @@ TEST_F(Session, WithoutAuthTheSenderFollowsAtOnce) {
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250 HELP\r\n"));
 }
 
-// Meant in MailUC::AfterEhlo: an offer of STARTTLS is never taken.
+// Meant in MailUC::AfterEhlo: a server that is named by its host alone is talked to in clear, whatever it offers.
 TEST_F(Session, StartTlsIsNeverTaken) {
   Begin(1);
   EXPECT_EQ("MAIL FROM: <ann@example.org>\r\n", On("250-a\r\n250-STARTTLS\r\n250 HELP\r\n"));
@@ -187,6 +187,19 @@ TEST_F(Session, WhatDoesNotBeginWithThreeDigitsIsNoReplyButIsKept) {
   EXPECT_EQ("AUTH LOGIN\r\n", On("250"));
 }
 
+TEST_F(Session, OfAnEndlessAnswerToEhloOnlyTheBeginningIsLookedThrough) {
+  for (const bool comesEarly : {true, false}) {
+    MUC_.PrepareEmail("x", "");
+    Begin(1);
+    if (comesEarly) Net().Bring("AUTH LOGIN");
+    for (int i = 0; i < 30; ++i) Net().Bring(QByteArray(100'000, 'x'));
+    if (!comesEarly) Net().Bring("AUTH LOGIN");
+    EXPECT_EQ(comesEarly ? "" : "MAIL FROM: <ann@example.org>\r\n", On("250 ok"));
+    EXPECT_EQ(comesEarly ? 1 : 0, complete_.size()) << "a password is asked for";
+    complete_.clear();
+  }
+}
+
 TEST_F(Session, TheGreetingIsForgottenBeforeAuthIsLookedFor) {
   Begin();
   EXPECT_EQ("EHLO ann\r\n", On("220 AUTH LOGIN"));
@@ -321,6 +334,27 @@ TEST_F(Session, PicturesGoInPiecesWholeAndTheSavedFormStaysWhole) {
   // Anything at all, nothing among it.
   std::mt19937 random(RandomSeed("PicturesGoInPieces"));
   EXPECT_EQ(whole, sent([&]() -> qsizetype { return random() % 7 == 0 ? -1 : qsizetype(random() % 9000); }));
+}
+
+// A slow line takes of it what it takes, and the rest stays where it is.
+TEST_F(Session, APictureIsNotCopiedWhileItIsSent) {
+  const QString path = test_.WorkFile("a.gif");
+  ASSERT_TRUE(PutFile(path, QByteArray(100'000, 'p')));
+  MUC_.PrepareEmail("x", path);
+  Begin(4);
+  Net().SendTakes = {-1, -1, -1};
+  Net().Bring("354 e");
+  // All in front of the picture, and a little of it.
+  const QByteArray file = MUC_.EmailFileText();
+  Net().SendTakes = {file.indexOf("Content-Type: image") + 2000};
+  Net().BecomeWritable();
+  Net().FirstPieces.clear();
+  for (int call = 0; call < 10; ++call) {
+    Net().SendTakes = {1000};
+    Net().BecomeWritable();
+  }
+  ASSERT_EQ(10, Net().FirstPieces.size());
+  EXPECT_EQ(QList<const char*>(10, Net().FirstPieces.first()), Net().FirstPieces);
 }
 
 TEST_F(Session, ANewSendDropsWhatTheOldOneCouldNotSend) {

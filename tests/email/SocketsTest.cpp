@@ -7,7 +7,9 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -283,6 +285,51 @@ TEST_F(OnSockets, ALongGoodLineIsAReplyByItsFirstPieceAndTheRestIsNone) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return lines.size() == 3; }, kPatienceMs));
 }
 
+// What a server says without end is listened to, and not kept.
+TEST_F(OnSockets, AServerThatTalksForEverTakesNoMemory) {
+  const auto resident = [] {
+    QFile statm("/proc/self/statm");
+    if (!statm.open(QIODevice::ReadOnly)) return qint64(-1);
+    return statm.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+  };
+  if (resident() < 0) GTEST_SKIP() << "this system doesn't tell how much memory is taken";
+  constexpr qint64 flood = 40'000'000, most = 15'000'000;
+  for (const char* const at : {"greeting", "EHLO", "MAIL", "QUIT"}) {
+    qint64 said = 0;
+    const QByteArray talk = "no code " + QByteArray(60'000, 'x') + "\r\n";
+    const auto talkOn = [&] {
+      while (server_.client && said < flood && server_.client->bytesToWrite() < 200'000) {
+        server_.client->write(talk);
+        said += talk.size();
+      }
+    };
+    const auto begin = [&] {
+      QObject::connect(server_.client, &QTcpSocket::bytesWritten, server_.client, talkOn);
+      talkOn();
+      return QByteArray();
+    };
+    server_.greets = qstrcmp(at, "greeting") != 0;
+    server_.client = nullptr;
+    server_.answer = [&](const QByteArray& line) { return line.startsWith(at) ? begin() : Server::TakesAll(line); };
+    ASSERT_EQ(100, Connect());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server_.client != nullptr; }, kPatienceMs));
+    if (!server_.greets) begin();
+    const qint64 before = resident();
+    // Without the pauses of the usual wait, as both ends live in this thread.
+    const QDeadlineTimer deadline(3 * kPatienceMs);
+    const auto isSaid = [&] { return said >= flood && server_.client->bytesToWrite() == 0; };
+    while (!isSaid() && !deadline.hasExpired()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    ASSERT_TRUE(isSaid()) << at;
+    EXPECT_LT(resident() - before, most) << at;
+    EXPECT_LT(longestMs_, 3000) << at;
+    EXPECT_TRUE(complete_.isEmpty()) << at;
+    MUC_.CloseDown();
+    QString error;
+    ASSERT_EQ(100, MUC_.StartUp(error));
+    MUC_.PrepareEmail(page_, "");
+  }
+}
+
 TEST_F(OnSockets, TextOf8BitsIsHandedOnAsItCame) {
   server_.answer = [](const QByteArray&) { return QByteArray("500 \x80\xFF\0\x01 \xE4\r\n", 12); };
   ASSERT_EQ(100, Connect());
@@ -401,18 +448,21 @@ TEST(HostSockets, ConnectInSpiteOfASignal) {
   ::close(listener);
 }
 
-// Without a standard input the system would hand out 0, which stands for none.
-TEST(HostSockets, AreNeverNumber0) {
-  const int input = ::dup(0);
-  ::close(0);
-  HostSockets sockets;
-  const Sockets::Handle made = sockets.Open();
-  EXPECT_GT(made, 0);
-  EXPECT_EQ(-1, ::fcntl(0, F_GETFD));
-  sockets.Close(made);
-  if (input >= 0) {
-    ::dup2(input, 0);
-    ::close(input);
+// Without a standard stream the system would hand out its number: 0 stands for none, and errors are written to 2.
+TEST(HostSockets, NeverHaveTheNumberOfAStandardStream) {
+  for (const int stream : {0, 2}) {
+    const int kept = ::dup(stream);
+    ::close(stream);
+    HostSockets sockets;
+    const Sockets::Handle made = sockets.Open();
+    const bool isFree = ::fcntl(stream, F_GETFD) == -1;
+    sockets.Close(made);
+    if (kept >= 0) {
+      ::dup2(kept, stream);
+      ::close(kept);
+    }
+    EXPECT_GT(made, 2) << stream;
+    EXPECT_TRUE(isFree) << stream;
   }
 }
 

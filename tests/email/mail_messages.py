@@ -3,6 +3,7 @@ package and munpack."""
 import email
 import email.errors
 import email.policy
+import html.parser
 import os
 import random
 import re
@@ -74,12 +75,16 @@ def wrapped(data):
     return lines + data
 
 
+def with_wire_ends(data):
+    """Each line end as CR LF, one that a soft break has come into behind the break."""
+    return re.sub(rb"\r\n|\r|\n", b"\r\n", data.replace(b"\r=\r\n\n", b"=\r\n\r\n"))
+
+
 def as_sent(page, ids):
-    """The page as it stands in a message, byte for byte; `ids` are pairs of a picture's name and its content id. Line
-    ends go as the page has them."""
+    """The page as it stands in a message, byte for byte; `ids` are pairs of a picture's name and its content id."""
     data = re.sub(b'src="', b'SRC="cid:', page.strip(b" "), flags=re.IGNORECASE)
     data = re.sub(b'background="', b'BACKGROUND="cid:', data, count=1, flags=re.IGNORECASE)
-    data = wrapped(data.replace(b"=", b"=3D"))
+    data = with_wire_ends(wrapped(data.replace(b"=", b"=3D")))
     for name, identifier in ids:
         data = re.sub(re.escape(b"cid:" + name.encode()), b"cid:" + identifier, data, flags=re.IGNORECASE)
     return data
@@ -93,7 +98,7 @@ def with_names(data, ids):
 
 def with_references(page):
     """The page with its references led to content ids, before these take the place of the names."""
-    page = re.sub(b'src="', b'SRC="cid:', page, flags=re.IGNORECASE)
+    page = re.sub(b'src="', b'SRC="cid:', with_wire_ends(page), flags=re.IGNORECASE)
     return re.sub(b'background="', b'BACKGROUND="cid:', page, count=1, flags=re.IGNORECASE)
 
 
@@ -124,6 +129,22 @@ def html_in(raw):
     end = found[1]
     stop = raw.find(end * 2 + b"--" + (INNER if INNER in raw else OUTER) + b"--", found.end())
     return raw[found.end():stop], end
+
+
+def with_taken_dots(raw, saved):
+    """The message with the dots that its server took from the beginnings of lines, and how many these were. The sender
+    doesn't double them, and that is meant."""
+    start = b"Content-Type: multipart/"
+    if b"\r\n" not in raw:  # it keeps lines with an end of its own
+        saved = saved.replace(b"\r\n", b"\n")
+    head, _, body = raw.partition(start)
+    lines = body.split(b"\n")
+    taken = 0
+    for at, line in enumerate(saved.partition(start)[2].split(b"\n")):
+        if line.startswith(b".") and lines[at] == line[1:]:
+            lines[at] = line
+            taken += 1
+    return head + start + b"\n".join(lines), taken
 
 
 def problems(raw, page, pictures, subject="A page"):
@@ -162,6 +183,8 @@ def problems(raw, page, pictures, subject="A page"):
     # A server that keeps a line end of its own for each line makes the page's ones alike.
     kept = (lambda data: data.replace(b"\r\n", end)) if end == b"\n" else (lambda data: data)
     same("bytes of the page", sent, kept(as_sent(page, ids)))
+    if end == b"\r\n":
+        same("bare line ends", re.findall(rb".{0,20}(?:\r(?!\n)|(?<!\r)\n)", raw), [])
     # A reference that a line break has split keeps the picture's name.
     html = [part for part in parts if part.get_content_type() == "text/html"][0].get_payload(decode=True)
     told, wanted = with_names(html, ids), with_references(page)
@@ -171,6 +194,47 @@ def problems(raw, page, pictures, subject="A page"):
     if place >= 0:
         wrong.append("page as it is read: differs at %d: %r" % (place, told[max(0, place - 40):place + 40]))
     return wrong
+
+
+class Tokens(html.parser.HTMLParser):
+    """What a page says, without blanks and line ends, which a message adds, without the order of attributes, and without
+    what a message does to references of pictures."""
+
+    def __init__(self, page, is_exact=False):
+        super().__init__(convert_charrefs=True)
+        self.found = []
+        self.is_exact = is_exact
+        self.feed(page)
+        self.close()
+
+    def plain(self, text):
+        if self.is_exact:
+            return (text or "").strip("\r\n")
+        return re.sub(r"[ \t\r\n\f]+|cid:", "", (text or "").lower())
+
+    def handle_starttag(self, tag, attrs):
+        self.found.append((tag, sorted((name, self.plain(value)) for name, value in attrs)))
+
+    handle_startendtag = handle_starttag
+
+    def handle_endtag(self, tag):
+        self.found.append("/" + tag)
+
+    def handle_data(self, data):
+        if self.plain(data):
+            if self.found and self.found[-1][0] == "text":
+                self.found[-1] = ("text", self.found[-1][1] + self.plain(data))
+            else:
+                self.found.append(("text", self.plain(data)))
+
+    def handle_comment(self, data):
+        self.found.append(("comment", self.plain(data)))
+
+
+def tokens_of(raw):
+    message = email.message_from_bytes(raw, policy=email.policy.default)
+    body, = [part for part in message.walk() if part.get_content_type() == "text/html"]
+    return Tokens(body.get_payload(decode=True).decode("latin-1")).found
 
 
 def munpack_problems(raw, pictures):

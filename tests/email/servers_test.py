@@ -26,25 +26,10 @@ SEED = 0
 
 
 def send(user, password, folders):
-    ran = subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "send", "ann@example.org", "bob@example.net", user,
-                          password, *folders], capture_output=True, text=True, check=True, timeout=250)
+    ran = subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), "send", "127.0.0.1", "", "ann@example.org",
+                          "bob@example.net", user, password, *folders], capture_output=True, text=True, check=True,
+                         timeout=250)
     return [json.loads(line) for line in ran.stdout.splitlines()]
-
-
-def with_taken_dots(raw, saved):
-    """The message with the dots that its server took from the beginnings of lines, and how many these were. The sender
-    doesn't double them, and that is meant."""
-    start = b"Content-Type: multipart/"
-    if b"\r\n" not in raw:  # it keeps lines with an end of its own
-        saved = saved.replace(b"\r\n", b"\n")
-    head, _, body = raw.partition(start)
-    lines = body.split(b"\n")
-    taken = 0
-    for at, line in enumerate(saved.partition(start)[2].split(b"\n")):
-        if line.startswith(b".") and lines[at] == line[1:]:
-            lines[at] = line
-            taken += 1
-    return head + start + b"\n".join(lines), taken
 
 
 class Peers:
@@ -71,7 +56,7 @@ class Peers:
         for raw, (folder, (page, pictures)) in zip(arrived, projects.items()):
             name = os.path.basename(folder)
             with open(folder + ".eml", "rb") as file:
-                raw, dots = with_taken_dots(raw, file.read())
+                raw, dots = mail_messages.with_taken_dots(raw, file.read())
             taken += dots
             self.assertEqual(mail_messages.problems(raw, page, pictures), [], name)
             self.assertEqual(mail_messages.munpack_problems(raw, pictures), [], name)

@@ -1,5 +1,6 @@
 """A page with two pictures goes out as email, in the program itself with mouse and keys: the panel is filled in, a mail
-server of another hand takes the message, a copy is saved, and after a restart the addresses are still known.
+server of another hand takes the message, a copy is saved, and after a restart the addresses are still known. Then a page
+of somebody else's goes out that tries to be two messages.
 
 Usage: email_test.py --build FOLDER [--out FOLDER]
 Pictures of every stage are left in the second folder, or in reports/email of the first. Skipped with exit code 77 where there is no virtual display,
@@ -18,6 +19,17 @@ import mail_servers  # noqa: E402
 from road import Editor, png, run  # noqa: E402
 from virtual_desktop import Corvane, Desktop, read, wait_for  # noqa: E402
 
+# What stands in an attribute, by references and by the page's own script, in a text and in a link.
+SMUGGLED = "MAIL FROM:&lt;ceo@example.org&gt;%(end)sRCPT TO:&lt;victim@example.net&gt;%(end)sDATA%(end)sSubject: smuggled%(end)s"
+HOSTILE = """<html><head><title>x</title></head><body>
+<p id="a" title="a&#13;&#10;.&#13;&#10;%s">dear friend</p>
+<p id="b">stands <a href="http://example.org/page">here</a>.
+The second half</p><pre>a
+.
+%s</pre>
+<script>document.getElementById("b").setAttribute("title", "a\\r\\n.\\r\\nMAIL FROM:<ceo@example.org>\\r\\n");</script>
+</body></html>
+""" % (SMUGGLED % {"end": "&#13;&#10;"}, SMUGGLED % {"end": "\n"})
 PANEL = "Email Current Page"
 # Places in the panel's window, in pixels.
 RECIPIENT = (60, 105)
@@ -145,6 +157,27 @@ def send_again(editor, check, server):
     editor.shot("sent-again")
 
 
+def send_hostile(editor, check, server, folder):
+    """Nothing of it shows; the server must see one message, with the whole of its text."""
+    path = os.path.join(folder, "hostile.html")
+    with open(path, "w", encoding="ascii", newline="") as file:
+        file.write(HOSTILE)
+    editor.menu("f", "o")
+    editor.choose_file(path, "Select HTML file")
+    wait_for("the page comes", lambda: os.path.isfile(editor.program.card("Page2.html")))
+    editor.settle()
+    open_panel(editor)
+    editor.shot("hostile")
+    editor.desktop.keys("Down", *["Tab"] * 8, "space")
+    raw = arrived(server, 4)
+    page = read(editor.program.card("Page2.html"))
+    found = mail_messages.problems(raw, page, {}, subject="")
+    check.true("a page that tries to be two messages is one", found == [], found)
+    check.true("with all that it said", b"smuggled" in raw and page.count(b"&#46;") >= 3, page)
+    editor.shot("hostile-sent")
+    check.same("nobody else gets anything", [b"Delivered-To: victim" in one for one in server.messages()], [False] * 4)
+
+
 def whole(build, pictures, check):
     with mail_servers.LoginServer() as server, Desktop() as desktop:
         program = Corvane(desktop, os.path.join(build, "bin", "corvane"))
@@ -164,6 +197,8 @@ def whole(build, pictures, check):
             remembered(editor, check)
             program.start()
             send_again(editor, check, server)
+            close_panel(editor)
+            send_hostile(editor, check, server, folder)
             close_panel(editor)
             check.true("and again", program.exit_without_saving() == 0)
         except BaseException:

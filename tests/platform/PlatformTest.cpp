@@ -166,6 +166,67 @@ TEST_F(Scratch, OnlyAMissingKeyGivesTheDefault) {
   ExpectDefaultsForMissingKeysOnly(memory);
 }
 
+// A password stands among the settings.
+class SettingsRights : public Scratch {
+ protected:
+  SettingsRights() : before_(::umask(022)) { qputenv("XDG_CONFIG_HOME", Path("config").toUtf8()); }
+  ~SettingsRights() override {
+    ::umask(before_);
+    if (home_.isNull()) {
+      qunsetenv("XDG_CONFIG_HOME");
+    } else {
+      qputenv("XDG_CONFIG_HOME", home_);
+    }
+  }
+  unsigned RightsOf(const QString& name) const {
+    struct stat status{};
+    return ::stat(qPrintable(Path(name)), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+
+ private:
+  const QByteArray home_ = qgetenv("XDG_CONFIG_HOME");
+  const mode_t before_;
+};
+
+TEST_F(SettingsRights, NewOnesAreTheUsersAlone) {
+  HostSettingsStore().SaveSetting("QKCVN2", "settings", "DefPass", "65.98");
+  EXPECT_EQ(0600U, RightsOf("config/corvane/settings.ini"));
+  EXPECT_EQ(0700U, RightsOf("config/corvane"));
+  EXPECT_EQ(0755U, RightsOf("config")) << "which is the desktop's";
+  EXPECT_EQ("65.98", HostSettingsStore().GetSetting("QKCVN2", "settings", "DefPass", ""));
+  EXPECT_TRUE(FileBytes(Path("config/corvane/settings.ini")).contains("65.98"));
+}
+
+TEST_F(SettingsRights, OldOnesAreMendedAndStaySo) {
+  Put("config/corvane/settings.ini", "[QKCVN2]\nsettings\\DefPass=65\n");
+  ASSERT_EQ(0, ::chmod(qPrintable(Path("config/corvane/settings.ini")), 0664));
+  ASSERT_EQ(0, ::chmod(qPrintable(Path("config/corvane")), 0755));
+  HostSettingsStore store;
+  EXPECT_EQ(0600U, RightsOf("config/corvane/settings.ini"));
+  EXPECT_EQ(0700U, RightsOf("config/corvane"));
+  EXPECT_EQ("65", store.GetSetting("QKCVN2", "settings", "DefPass", ""));
+  {
+    HostSettingsStore().SaveSetting("QKCVN2", "settings", "DefPass", "66");
+  }
+  EXPECT_EQ(0600U, RightsOf("config/corvane/settings.ini"));
+  EXPECT_TRUE(FileBytes(Path("config/corvane/settings.ini")).contains("66"));
+}
+
+TEST_F(SettingsRights, TheOwnersOwnStayAsTheyAre) {
+  Put("config/corvane/settings.ini");
+  ASSERT_EQ(0, ::chmod(qPrintable(Path("config/corvane/settings.ini")), 0444));
+  HostSettingsStore store;
+  EXPECT_EQ(0400U, RightsOf("config/corvane/settings.ini"));
+}
+
+TEST_F(SettingsRights, AFileOfTheCallersChoiceLeavesItsFolderAsItIs) {
+  ASSERT_TRUE(QDir().mkdir(Path("shared")));
+  ASSERT_EQ(0, ::chmod(qPrintable(Path("shared")), 0755));
+  HostSettingsStore(Path("shared/a.ini")).SaveSetting("QKCVN2", "settings", "DefPass", "65");
+  EXPECT_EQ(0600U, RightsOf("shared/a.ini"));
+  EXPECT_EQ(0755U, RightsOf("shared"));
+}
+
 TEST_F(Scratch, ASecondInstanceIsToldApart) {
   HostSingleInstance second(Path("lock"));
   {

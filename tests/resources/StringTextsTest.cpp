@@ -178,6 +178,10 @@ constexpr Named kNamed[] = {
     {FixedText::PreparingEmail, " Preparing to send email..."},
     {FixedText::SendingEmail, " Sending email..."},
     {FixedText::EmailSent, " Email sent."},
+    {FixedText::NotEncrypted, "The connection can't be encrypted, so nothing was sent: "},
+    {FixedText::EncryptionNotOffered, "The server offers no encryption (STARTTLS), so nothing was sent."},
+    {FixedText::ServerSaid, "The server said: "},
+    {FixedText::ServerClosed, "The server closed the connection at "},
 };
 
 TEST(StringTexts, EachNumberHasExactlyItsText) {
@@ -196,7 +200,7 @@ TEST(StringTexts, NoOtherNumberHasOne) {
 
 TEST(StringTexts, EachNameHasExactlyItsText) {
   for (const Named& row : kNamed) EXPECT_EQ(QString::fromLatin1(row.text), StringText(row.name)) << int(row.name);
-  EXPECT_EQ(int(FixedText::EmailSent) + 1, int(std::size(kNamed))) << "none is left out";
+  EXPECT_EQ(int(FixedText::ServerClosed) + 1, int(std::size(kNamed))) << "none is left out";
 }
 
 }  // namespace

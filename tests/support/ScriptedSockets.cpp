@@ -48,6 +48,7 @@ Sockets::Handle ScriptedSockets::Open() {
 std::optional<quint32> ScriptedSockets::Resolve(const QByteArray& name) {
   Calls += QStringLiteral("resolve");
   ResolvedName = name;
+  if (WhileResolving) WhileResolving();
   if (ResolveFails) return std::nullopt;
   return 1;
 }
@@ -67,6 +68,7 @@ bool ScriptedSockets::StartNotices(Handle, std::function<void(SocketNotice)> not
   }
   notify_ = std::move(notify);
   writable_ = false;
+  TlsHost.clear();
   return true;
 }
 
@@ -80,8 +82,24 @@ void ScriptedSockets::StopNotices(Handle) {
   writable_ = false;
 }
 
-qsizetype ScriptedSockets::Send(Handle, const QList<QByteArray>& pieces) {
+void ScriptedSockets::StartTls(Handle, const QByteArray& host) {
+  Calls += QStringLiteral("tls");
+  TlsHost = host;
+  incoming_.clear();
+}
+
+void ScriptedSockets::Secure() {
+  Notify(SocketNotice::Secured);
+}
+
+void ScriptedSockets::RefuseTls(const QString& why) {
+  tlsError_ = why;
+  Notify(SocketNotice::NotSecured);
+}
+
+qsizetype ScriptedSockets::Send(Handle, const QList<QByteArray>& pieces, qsizetype from) {
   ++SendCalls;
+  FirstPieces += pieces.first().constData();
   const qsizetype takes = SendTakes.isEmpty() ? kTakesAll : SendTakes.takeFirst();
   if (takes < 0) {
     error_ = takes == -1 ? kWouldBlock : kBroken;
@@ -89,9 +107,10 @@ qsizetype ScriptedSockets::Send(Handle, const QList<QByteArray>& pieces) {
   }
   qsizetype left = takes;
   for (const QByteArray& piece : pieces) {
-    const qsizetype taken = std::min(piece.size(), left);
-    Sent.append(piece.constData(), taken);
+    const qsizetype taken = std::min(piece.size() - from, left);
+    Sent.append(piece.constData() + from, taken);
     left -= taken;
+    from = 0;
   }
   return takes - left;
 }

@@ -14,6 +14,9 @@ class ScriptedSockets : public Sockets {
   static constexpr int kBroken = 104;
   static constexpr qsizetype kTakesAll = 1 << 30;
 
+  // Runs while a name is looked up, before the call ends.
+  std::function<void()> WhileResolving;
+
   // How the calls end.
   int StartUpResult = 0;
   bool OpenFails = false;
@@ -29,6 +32,8 @@ class ScriptedSockets : public Sockets {
   // What was asked.
   QByteArray Sent;
   int SendCalls = 0;
+  // Where in memory the first piece of each of these calls began.
+  QList<const char*> FirstPieces;
   QByteArray ResolvedName;
   quint16 Port = 0;
   int StartUps = 0, CleanUps = 0;
@@ -36,11 +41,16 @@ class ScriptedSockets : public Sockets {
   QStringList Calls;
   bool IsOpen() const { return handle_ > 0; }
   bool IsWatchedForWriting() const { return writable_; }
+  // Whom StartTls was asked for; behind it nothing is given or taken before Secure.
+  QByteArray TlsHost;
 
   // What happens on the socket; nothing without one. As long as bytes are left unread it is told again.
   void Bring(const QByteArray& bytes);
   void FailReading(int error);
   void BecomeWritable();
+  // How the question of StartTls ends.
+  void Secure();
+  void RefuseTls(const QString& why);
 
   int StartUp() override;
   void CleanUp() override;
@@ -50,7 +60,9 @@ class ScriptedSockets : public Sockets {
   bool StartNotices(Handle socket, std::function<void(SocketNotice)> notify) override;
   void WatchWritable(Handle socket, bool watched) override;
   void StopNotices(Handle socket) override;
-  qsizetype Send(Handle socket, const QList<QByteArray>& pieces) override;
+  void StartTls(Handle socket, const QByteArray& host) override;
+  QString TlsError(Handle) const override { return tlsError_; }
+  qsizetype Send(Handle socket, const QList<QByteArray>& pieces, qsizetype from) override;
   qsizetype Receive(Handle socket, char* data, qsizetype size) override;
   void Close(Handle socket) override;
   int LastError() const override { return error_; }
@@ -66,4 +78,5 @@ class ScriptedSockets : public Sockets {
   // What Receive gives: bytes, or the error where it is not 0.
   QByteArray incoming_;
   int readError_ = 0;
+  QString tlsError_;
 };

@@ -1,5 +1,6 @@
-"""Two mail servers of other hands on 127.0.0.1, port 25, for as long as a test needs them; each with a configuration
-and a folder of its own. One offers AUTH LOGIN, the other AUTH PLAIN, both without TLS."""
+"""Two mail servers of other hands on 127.0.0.1 for as long as a test needs them; each with a configuration and a folder
+of its own. One offers AUTH LOGIN, the other AUTH PLAIN. Port and encryption are the test's to choose; without a word they
+are port 25 and none."""
 
 import contextlib
 import errno
@@ -8,6 +9,7 @@ import pwd
 import re
 import shutil
 import socket
+import ssl
 import subprocess
 import tempfile
 import time
@@ -19,32 +21,44 @@ PYTHON = "/usr/bin/python3"
 PLUGINS = "/usr/share/qpsmtpd/plugins"
 
 
-def can_bind():
+def can_bind(port=PORT):
     """None, or why not."""
     with socket.socket() as probe:
         probe.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         try:
-            probe.bind(("127.0.0.1", PORT))
+            probe.bind(("127.0.0.1", port))
         except OSError as error:
             return error
     return None
 
 
-def why_no_port(seconds=60):
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def why_no_port(port=PORT, seconds=60):
     """None where a server can have the port. Another test may have it for a while."""
     end = time.monotonic() + seconds
     while True:
-        error = can_bind()
+        error = can_bind(port)
         if error is None:
             return None
         if error.errno != errno.EADDRINUSE or time.monotonic() > end:
-            return "port %d can't be had: %s" % (PORT, error.strerror)
+            return "port %d can't be had: %s" % (port, error.strerror)
         time.sleep(0.2)
 
 
 class Server:
-    """To be used with `with`. `messages` gives what has arrived, in its order."""
+    """To be used with `with`. `messages` gives what has arrived, in its order. `kind` is "clear", "starttls" or, for
+    encryption from the start, "tls"; for the last two `certificate` and `key` are paths, and `authority` is that of who
+    vouches."""
     user, password = "ann@example.org", "secret"
+
+    def __init__(self, port=PORT, kind="clear", certificate=None, key=None, authority=None):
+        self.port, self.kind, self.authority = port, kind, authority
+        self.certificate, self.key = certificate, key
 
     def __enter__(self):
         self.scratch = tempfile.mkdtemp(prefix="mail-server-")
@@ -64,13 +78,21 @@ class Server:
     def wait_until_ready(self, seconds=30):
         end = time.monotonic() + seconds
         while True:
-            with contextlib.suppress(OSError), socket.create_connection(("127.0.0.1", PORT), 5) as probe:
+            with contextlib.suppress(OSError), self.connection() as probe:
                 if probe.recv(1024).startswith(b"220"):
                     return
             if self.process.poll() is not None or time.monotonic() > end:
                 with open(self.log.name, encoding="utf-8", errors="replace") as file:
                     raise AssertionError("%s doesn't start:\n%s" % (self.name, file.read()))
             time.sleep(0.05)
+
+    def connection(self):
+        plain = socket.create_connection(("127.0.0.1", self.port), 5)
+        if self.kind != "tls":
+            return plain
+        trusting = ssl.SSLContext(ssl.PROTOCOL_TLS_CLIENT)
+        trusting.check_hostname, trusting.verify_mode = False, ssl.CERT_NONE
+        return trusting.wrap_socket(plain)
 
     def __exit__(self, *_):
         self.process.terminate()
@@ -88,7 +110,7 @@ class Server:
 
 
 class LoginServer(Server):
-    """Takes the first of two dots at a line's beginning."""
+    """Takes the first of two dots at a line's beginning. Encrypts from the start on port 465 alone."""
     name = "qpsmtpd"
     takes_single_dots = False
     refusal = r"535 LOGIN authentication failed for ann@example\.org - .*\r\n"
@@ -102,7 +124,14 @@ class LoginServer(Server):
         account = pwd.getpwnam("qpsmtpd") if as_root else pwd.getpwuid(os.geteuid())
         os.mkdir(os.path.join(self.scratch, "spool"))
         self.put("plugin_dirs", PLUGINS)
-        self.put("plugins", "auth/auth_flat_file\nrcpt_ok\nqueue/maildir " + self.mail)
+        encryption = ""
+        if self.certificate:
+            # Where it may read them once it has given up its rights.
+            paths = [shutil.copy(path, self.scratch) for path in (self.certificate, self.key, self.authority)]
+            for path in paths:
+                os.chown(path, account.pw_uid, account.pw_gid)
+            encryption = "tls %s\n" % " ".join(paths)
+        self.put("plugins", encryption + "auth/auth_flat_file\nrcpt_ok\nqueue/maildir " + self.mail)
         self.put("flat_auth_pw", "%s:%s" % (self.user, self.password))
         self.put("rcpthosts", "example.net")
         self.put("spool_dir", os.path.join(self.scratch, "spool"))
@@ -110,7 +139,7 @@ class LoginServer(Server):
         if as_root:
             for folder in ("", "spool", "mail"):
                 os.chown(os.path.join(self.scratch, folder), account.pw_uid, account.pw_gid)
-        return (["qpsmtpd-forkserver", "-l", "127.0.0.1", "-p", str(PORT), "-u", account.pw_name, "-H", "-m", "100"],
+        return (["qpsmtpd-forkserver", "-l", "127.0.0.1", "-p", str(self.port), "-u", account.pw_name, "-H", "-m", "100"],
                 {"QPSMTPD_CONFIG": self.scratch})
 
     def messages(self):
@@ -137,7 +166,9 @@ class PlainServer(Server):
             [PYTHON, "-I", "-c", "import twisted.mail.smtp"], capture_output=True, check=False).returncode == 0
 
     def configure(self):
-        return [PYTHON, "-I", "-B", os.path.join(HERE, "plain_mail_server.py"), self.mail, self.user, self.password], {}
+        encryption = [self.certificate, self.key, self.kind] if self.certificate else []
+        return [PYTHON, "-I", "-B", os.path.join(HERE, "plain_mail_server.py"), self.mail, self.user, self.password,
+                str(self.port), *encryption], {}
 
     def messages(self):
         found = []

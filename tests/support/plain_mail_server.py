@@ -1,18 +1,20 @@
-"""A mail server of Twisted's on 127.0.0.1, port 25, with AUTH PLAIN and without TLS. Each message becomes a file.
+"""A mail server of Twisted's on 127.0.0.1 with AUTH PLAIN. Each message becomes a file.
 
-Usage: plain_mail_server.py FOLDER USER PASSWORD
+Usage: plain_mail_server.py FOLDER USER PASSWORD PORT [CERTIFICATE KEY tls|starttls]
+Without a certificate it talks in clear.
 """
 import os
 import sys
 
 from twisted.cred.checkers import InMemoryUsernamePasswordDatabaseDontUse
 from twisted.cred.portal import IRealm, Portal
-from twisted.internet import defer, reactor
+from twisted.internet import defer, reactor, ssl
 from twisted.mail import smtp
 from twisted.mail.imap4 import PLAINCredentials
 from zope.interface import implementer
 
-FOLDER, USER, PASSWORD = sys.argv[1:]
+FOLDER, USER, PASSWORD, PORT = sys.argv[1:5]
+CERTIFICATE, KEY, KIND = sys.argv[5:] or (None, None, "clear")
 
 
 @implementer(smtp.IMessage)
@@ -63,10 +65,17 @@ class Factory(smtp.SMTPFactory):
     def buildProtocol(self, address):
         made = super().buildProtocol(address)
         made.challengers = {b"PLAIN": PLAINCredentials}
+        if KIND == "starttls":
+            made.ctx, made.canStartTLS = context, True
         return made
 
 
 users = InMemoryUsernamePasswordDatabaseDontUse()
 users.addUser(USER.encode(), PASSWORD.encode())
-reactor.listenTCP(25, Factory(Portal(Realm(), [users])), interface="127.0.0.1")
+context = ssl.DefaultOpenSSLContextFactory(KEY, CERTIFICATE) if CERTIFICATE else None
+factory = Factory(Portal(Realm(), [users]))
+if KIND == "tls":
+    reactor.listenSSL(int(PORT), factory, context, interface="127.0.0.1")
+else:
+    reactor.listenTCP(int(PORT), factory, interface="127.0.0.1")
 reactor.run()
