@@ -100,6 +100,7 @@ QString NameFilter(const FileFilter& filter) {
 
 MessageAnswer HostDialogs::ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                                        const QString& title) {
+  if (cancelled_) return BoxAnswer(QMessageBox::NoButton, buttons);
   QMessageBox box(owner);
   box.setWindowTitle(title);
   box.setTextFormat(Qt::PlainText);
@@ -110,6 +111,7 @@ MessageAnswer HostDialogs::ShowMessage(QWidget* owner, const QString& text, Mess
 }
 
 QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) {
+  if (cancelled_) return QString();
   QInputDialog box(owner);
   box.setWindowTitle(title);
   box.setLabelText(prompt);
@@ -118,11 +120,13 @@ QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QStrin
 }
 
 QString HostDialogs::ChooseFolder(QWidget* owner, const QString& title) {
+  if (cancelled_) return QString();
   return QDir::toNativeSeparators(QFileDialog::getExistingDirectory(owner, title));
 }
 
 QString HostDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                     const QString& startFolder) {
+  if (cancelled_) return QString();
   QFileDialog dialog(owner, title, startFolder);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   dialog.setFileMode(QFileDialog::ExistingFile);
@@ -132,6 +136,7 @@ QString HostDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const 
 
 QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                     const QString& defaultSuffix) {
+  if (cancelled_) return QString();
   QFileDialog dialog(owner, title);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
@@ -143,6 +148,7 @@ QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const 
 
 // Always Qt's own dialog: that of a desktop neither lets its button be captioned nor shows the caller's colours.
 std::optional<qint32> HostDialogs::ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) {
+  if (cancelled_) return std::nullopt;
   for (std::size_t i = 0; i < custom.size(); ++i) QColorDialog::setCustomColor(int(i), ToQt(custom[i]));
   QColorDialog dialog(ToQt(start), owner);
   dialog.setOption(QColorDialog::DontUseNativeDialog);

@@ -5,6 +5,7 @@
 // The desktop's own dialogs, where it offers them, and Qt's elsewhere.
 class HostDialogs : public Dialogs {
  public:
+  void CancelAll() override { cancelled_ = true; }
   MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                             const QString& title) override;
   QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -14,6 +15,9 @@ class HostDialogs : public Dialogs {
   QString ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                          const QString& defaultSuffix) override;
   std::optional<qint32> ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) override;
+
+ private:
+  bool cancelled_ = false;
 };
 
 // The form in which Qt's file dialog takes a type: "Pictures(*.gif *.jpg)". A list with ";" would match no file.
