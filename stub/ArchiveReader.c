@@ -11,7 +11,6 @@ enum {
   DirectoryHeaderSize = 46,
   LocalSignature = 0x04034B50,
   LocalHeaderSize = 30,
-  MaxComment = 65535,
   FlagEncrypted = 1 << 0,
   FlagUtf8 = 1 << 11,
   MethodStored = 0,
@@ -31,7 +30,7 @@ typedef struct Entry {
   uint32_t header; /* the local header, from the archive's start */
   uint32_t data;   /* the compressed bytes, from the archive's start */
   uint32_t nameLength;
-  char name[ArchiveMaxName + 1];
+  char name[ArchiveMaxName];
 } Entry;
 
 static uint16_t Word(const uint8_t* bytes) {
@@ -46,10 +45,11 @@ static int ReadExactly(ArchiveWork* work, uint64_t offset, void* bytes, uint32_t
   return work->io.readAt(work->io.context, offset, bytes, count) == count;
 }
 
-/* Takes the record at `offset` when its comment ends with the file and its directory lies right in front of it. */
+/* Takes the record at `offset` when its directory lies right in front of it, and its comment ends with the file or the
+   archive begins where the stub ends: then whatever follows, a signature say, isn't the archive's. */
 static int TakeEndRecord(ArchiveWork* work, const uint8_t* record, uint64_t offset, uint64_t size) {
-  uint64_t archiveSize;
-  if (Long(record) != EndSignature || offset + EndSize + Word(record + 20) != size) return 0;
+  uint64_t archiveSize, end = offset + EndSize + Word(record + 20);
+  if (Long(record) != EndSignature || end > size) return 0;
   work->entries = Word(record + 10);
   work->directorySize = Long(record + 12);
   work->directory = Long(record + 16);
@@ -57,18 +57,19 @@ static int TakeEndRecord(ArchiveWork* work, const uint8_t* record, uint64_t offs
   if (Word(record + 4) != 0 || Word(record + 6) != 0 || Word(record + 8) != work->entries || archiveSize > offset)
     return 0;
   work->prefix = offset - archiveSize;
-  return 1;
+  return end == size || work->prefix == ArchiveStubSize;
 }
 
+/* The last record that can be taken, by a search through the file from its end. */
 static int FindEndRecord(ArchiveWork* work, uint64_t size) {
-  uint64_t lowest = size > EndSize + MaxComment ? size - EndSize - MaxComment : 0;
   uint64_t end = size;
-  while (end - lowest >= EndSize) {
-    uint64_t start = end - lowest > ArchiveBufferSize ? end - ArchiveBufferSize : lowest;
+  while (end >= EndSize) {
+    uint64_t start = end > ArchiveBufferSize ? end - ArchiveBufferSize : 0;
     uint32_t index = (uint32_t)(end - start) - EndSize + 1;
     if (!ReadExactly(work, start, work->buffer, (uint32_t)(end - start))) return 0;
     while (index-- > 0)
       if (TakeEndRecord(work, work->buffer + index, start + index, size)) return 1;
+    if (start == 0) break;
     end = start + EndSize - 1; /* a record may lie across the edge */
   }
   return 0;
@@ -111,8 +112,7 @@ static int ReadEntry(ArchiveWork* work, uint32_t offset, Entry* entry) {
   entry->header = Long(header + 42);
   if (entry->headerSize > left || entry->nameLength == 0 || entry->nameLength > ArchiveMaxName) return 0;
   if (!ReadExactly(work, position + DirectoryHeaderSize, entry->name, entry->nameLength)) return 0;
-  entry->name[entry->nameLength] = 0;
-  if (!IsPlainFileName(entry->name, entry->nameLength, (entry->flags & FlagUtf8) != 0)) return 0;
+  if (!MakePlainFileName(entry->name, entry->nameLength, (entry->flags & FlagUtf8) != 0, work->plainName)) return 0;
   if ((entry->flags & FlagEncrypted) == 0) {
     if (entry->method == MethodStored
             ? entry->size != entry->compressedSize
@@ -211,7 +211,7 @@ static int CopyStored(ArchiveWork* work) {
 
 static ArchiveResult ExtractEntry(ArchiveWork* work, const Entry* entry) {
   int whole;
-  if (!work->io.create(work->io.context, entry->name, (entry->flags & FlagUtf8) != 0)) return ArchiveNotWritten;
+  if (!work->io.create(work->io.context, work->plainName, (entry->flags & FlagUtf8) != 0)) return ArchiveNotWritten;
   work->position = work->prefix + entry->data;
   work->compressedLeft = entry->compressedSize;
   work->sizeLeft = entry->size;
