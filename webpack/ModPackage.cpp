@@ -152,16 +152,20 @@ void PreparePackPages(Program& program) {
   }
 }
 
-QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount) {
+QByteArray PutPageLink(const Program& program, const QByteArray& html, const QString& next) {
   const QByteArray linkText = EncodePageText(program.LinkTextValue);
   if (FindNoCase(DecodePageName(html), program.LinkTextValue + "</A>") >= 0) return html;
   const qsizetype bodyEnd = FindNoCase(html, QByteArrayLiteral("</BODY>"));
   if (bodyEnd < 0) return html;
+  const QByteArray link = program.BrClear + "<BR>" + StringText(TextNumber::NextPageLink).toLatin1() + next.toLatin1() +
+                          "\">" + linkText + "</A></FONT></DIV><BR><BR>";
+  return html.left(bodyEnd) + link + html.mid(bodyEnd);
+}
+
+QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount) {
   const int pageNumber = PageNumberOf(pagePath);
   if (pageNumber < 0 || pageNumber >= pageCount) return html;
-  const QByteArray link = program.BrClear + "<BR>" + StringText(TextNumber::NextPageLink).toLatin1() + "Page" +
-                          QByteArray::number(pageNumber + 1) + ".html\">" + linkText + "</A></FONT></DIV><BR><BR>";
-  return html.left(bodyEnd) + link + html.mid(bodyEnd);
+  return PutPageLink(program, html, QStringLiteral("Page%1.html").arg(pageNumber + 1));
 }
 
 AssemblyResult AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes) {

@@ -14,6 +14,7 @@
 #include "Program.h"
 #include "Settings.h"
 #include "StringTable.h"
+#include "WaitCursor.h"
 
 namespace {
 
@@ -124,7 +125,11 @@ void PackPanel::Build() {
     program_.Files.DeleteFileIfAny(target);
   }
   qint32 sizeBytes = 0;
-  const PackResult result = CreateWebPack(program_, makePath, makeName, sizeBytes);
+  PackResult result{};
+  {
+    const WaitCursor cursor;
+    result = CreateWebPack(program_, makePath, makeName, sizeBytes);
+  }
   if (result != PackResult::Made) {
     dialogs.ShowMessage(window(), StringText(TextNumber::BadPackFolder + int(result)));
     return;

@@ -153,6 +153,10 @@ TEST_F(Exit, OutOfASaveDialog) {
   RunUntilTheEnd([this] { run_.Choose("mSavePageFil"); });
 }
 
+TEST_F(Exit, OutOfTheSaveDialogOfTheWholeProject) {
+  RunUntilTheEnd([this] { run_.Choose("mSaveOneFile"); });
+}
+
 TEST_F(Exit, OutOfAFolderDialog) {
   RunUntilTheEnd([this] {
     run_.Choose("mMakePack");

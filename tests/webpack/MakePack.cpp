@@ -10,6 +10,7 @@
 
 #include "CopyBesidePages.h"
 #include "ModZip.h"
+#include "OneFile.h"
 #include "PackPanel.h"
 #include "PageText.h"
 #include "PathRules.h"
@@ -36,11 +37,13 @@ int AddPictures(const QStringList& arguments) {
 // make_pack --archive WORKFOLDER. ICON is the name of a built-in icon or the path of an icon file. Prints the result
 // code, the size in bytes and the time in milliseconds. make_pack --add WORKFOLDER PICTURE... copies pictures beside
 // the pages, as the program does, and shows them on page 1, which it writes.
+// make_pack --one WORKFOLDER FILE makes one HTML file of the project.
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   const QStringList arguments = QApplication::arguments();
   if (arguments.value(1) == QLatin1String("--add")) return AddPictures(arguments.mid(2));
+  const bool oneFile = arguments.value(1) == QLatin1String("--one");
   const bool archiveOnly = arguments.value(1) == QLatin1String("--archive");
   const bool withIcon = arguments.size() == 5;
   if (arguments.size() != (archiveOnly ? 3 : withIcon ? 5 : 4)) return 2;
@@ -58,11 +61,15 @@ int main(int argc, char** argv) {
     Settings::Save(platform.settings, Settings::CustomIcon, QStringLiteral("own.ico"));
     program.CurIconName = QStringLiteral("Custom");
   }
-  program.project.SavedAs(QStringLiteral("pack"), arguments.at(archiveOnly ? 2 : 1));
+  program.project.SavedAs(QStringLiteral("pack"), arguments.at(archiveOnly || oneFile ? 2 : 1));
   QElapsedTimer clock;
   qint64 size = 0;
   int code = 0;
-  if (archiveOnly) {
+  if (oneFile) {
+    clock.start();
+    code = SaveOneFile(program, arguments.at(3), QByteArray()) ? 0 : 1;
+    size = QFileInfo(arguments.at(3)).size();
+  } else if (archiveOnly) {
     const QStringList names = program.Files.FileNames(program.project.WorkPath());
     clock.start();
     code = ZipWorkFiles(program, names, int32_t(names.size()));
