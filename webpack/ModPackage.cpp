@@ -175,7 +175,7 @@ AssemblyResult AssembleWebPack(Program& program, const QString& targetPath, qint
 bool ReadCustomIconImage(Program& program, QByteArray& image) {
   const QString name = Settings::Get(program.platform.settings, Settings::CustomIcon);
   if (name.isEmpty()) return false;
-  const QString path = PathRules::Join(PathRules::Join(program.AppPath, QStringLiteral("icons")), name);
+  const QString path = PathRules::Join(program.IconFolder(), name);
   if (!program.Files.FileExists(path)) return false;
   QString message;
   if (CheckIconFile(program.Files, path, message) != 0) return false;

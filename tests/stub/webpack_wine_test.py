@@ -244,6 +244,11 @@ class WebPack(unittest.TestCase):
         self.assertEqual([name for name, _ in steps],
                          ["GetModuleFileNameA", "GetCurrentDirectoryA", "GetTempPathA", "SetCurrentDirectoryA",
                           "ShellExecuteA", "SetCurrentDirectoryA", "PostQuitMessage"])
+        # Libraries come from the system alone, before anything else is done.
+        first = [call for call in calls if call[0].startswith("Set")][:2]
+        self.assertEqual([name for name, _ in first], ["SetDllDirectoryA", "SetDefaultDllDirectories"])
+        self.assertTrue(first[0][1].endswith("\"\""), first)
+        self.assertEqual(first[1][1], "00000800")
         self.assertEqual([name for name, _ in calls if "Create" in name],
                          ["CreateFileA"] * 4 + ["CreateFileW"] + ["CreateFileA"])  # the pack itself, then its files
         self.assertIn("\"C:\\\\users\\\\guest\\\\Temp\\\\\"", steps[3][1])
@@ -255,6 +260,14 @@ class WebPack(unittest.TestCase):
         self.assertEqual(shown[5], "00000003")  # maximised
         self.assertIn("\"C:\\\\packs\"", steps[5][1])  # the folder that it was started from
         self.assertEqual(steps[6][1], "00000000")
+
+    def test_APackOfAnyNameFindsItself(self):
+        for name in ("\u043f\u0440\u0438\u0432\u0435\u0442.exe", "\u732b caf\u00e9.exe", "a b.exe"):
+            self.setUp()
+            self.assert_silent(self.start(web_pack(pages()), name=name))
+            os.remove(os.path.join(self.drive, "packs", name))
+            self.assertEqual(contents(self.temp), marks(pages()))
+            self.assert_opened_first_page()
 
     def test_APackWithoutFirstPageSaysNothing(self):
         files = {"Page2.html": b"<html></html>"}
