@@ -163,16 +163,18 @@ static int CheckDirectory(ArchiveWork* work) {
   return 1;
 }
 
-static uint32_t Checksum(uint32_t sum, const uint8_t* bytes, uint32_t count) {
-  /* CRC-32, 4 bits a step: a table of 16 entries is enough for files of a pack's size. */
-  static const uint32_t table[16] = {0x00000000, 0x1DB71064, 0x3B6E20C8, 0x26D930AC, 0x76DC4190, 0x6B6B51F4,
-                                     0x4DB26158, 0x5005713C, 0xEDB88320, 0xF00F9344, 0xD6D6A3E8, 0xCB61B38C,
-                                     0x9B64C2B0, 0x86D3D2D4, 0xA00AE278, 0xBDBDF21C};
-  while (count-- > 0) {
-    sum ^= *bytes++;
-    sum = sum >> 4 ^ table[sum & 15];
-    sum = sum >> 4 ^ table[sum & 15];
+/* CRC-32, a byte a step. */
+static void MakeChecksumTable(uint32_t* table) {
+  uint32_t byte, bit;
+  for (byte = 0; byte < 256; byte++) {
+    uint32_t sum = byte;
+    for (bit = 0; bit < 8; bit++) sum = sum & 1 ? sum >> 1 ^ 0xEDB88320 : sum >> 1;
+    table[byte] = sum;
   }
+}
+
+static uint32_t Checksum(const uint32_t* table, uint32_t sum, const uint8_t* bytes, uint32_t count) {
+  while (count-- > 0) sum = sum >> 8 ^ table[(sum ^ *bytes++) & 0xFF];
   return sum;
 }
 
@@ -197,7 +199,7 @@ static int WriteExtracted(void* context, const uint8_t* bytes, uint32_t count) {
     return 0;
   }
   work->sizeLeft -= count;
-  work->checksum = Checksum(work->checksum, bytes, count);
+  work->checksum = Checksum(work->checksumTable, work->checksum, bytes, count);
   return 1;
 }
 
@@ -236,6 +238,7 @@ ArchiveResult ExtractArchive(ArchiveWork* work, const ArchiveIo* io, uint64_t si
   Entry entry;
   uint32_t index, offset = 0;
   work->io = *io;
+  MakeChecksumTable(work->checksumTable);
   if (!FindEndRecord(work, size) || !CheckDirectory(work)) return ArchiveDamaged;
   result = work->entries != 0 ? ArchiveComplete : ArchiveWarnings;
   for (index = 0; index < work->entries; index++) {

@@ -46,6 +46,7 @@ typedef struct ArchiveWork {
   uint32_t compressedLeft;
   uint32_t sizeLeft;
   uint32_t checksum;
+  uint32_t checksumTable[256];
   ArchiveResult fault;
   InflateWork inflate;
   char localName[ArchiveMaxName];

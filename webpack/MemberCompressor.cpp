@@ -13,41 +13,67 @@ namespace {
 constexpr qint64 kLargestMember = 256 << 20;
 constexpr qint64 kMostBytesAhead = 64 << 20;
 constexpr qsizetype kMostFilesAhead = 64;
+// Pages and drawings, which compress well and are small, are worth the slowest of all levels; photos aren't.
+constexpr int kHighestLevel = 9;
+constexpr int kSlowestLevel = 12;
+constexpr qsizetype kLargestSlowMember = 256 << 10;
 
 struct FreeCompressor {
   void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
 };
 using Compressor = std::unique_ptr<libdeflate_compressor, FreeCompressor>;
 
-Member Compress(const QString& path, libdeflate_compressor* compressor) {
-  Member member;
-  const QFileInfo info(path);
-  member.time = info.lastModified();
-  QFile file(path);
-  if (!compressor || !file.open(QIODevice::ReadOnly)) return member;
-  if (file.size() > kLargestMember) {
-    member.state = Member::State::TooLarge;
+Compressor NewCompressor(int level) {
+  return Compressor(libdeflate_alloc_compressor(level));
+}
+
+// "" on failure.
+QByteArray Deflate(const QByteArray& bytes, libdeflate_compressor* compressor) {
+  const auto size = std::size_t(bytes.size());
+  QByteArray deflated(qsizetype(libdeflate_deflate_compress_bound(compressor, size)), Qt::Uninitialized);
+  deflated.truncate(qsizetype(
+      libdeflate_deflate_compress(compressor, bytes.constData(), size, deflated.data(), std::size_t(deflated.size()))));
+  return deflated;
+}
+
+// The means of one thread.
+class Coder {
+ public:
+  explicit Coder(int level) : level_(level), compressor_(NewCompressor(level)) {}
+
+  Member Compress(const QString& path) {
+    Member member;
+    member.time = QFileInfo(path).lastModified();
+    QFile file(path);
+    if (!compressor_ || !file.open(QIODevice::ReadOnly)) return member;
+    if (file.size() > kLargestMember) {
+      member.state = Member::State::TooLarge;
+      return member;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) return member;
+    member.size = bytes.size();
+    member.checksum = libdeflate_crc32(0, bytes.constData(), std::size_t(bytes.size()));
+    member.deflated = Deflate(bytes, compressor_.get());
+    if (level_ == kHighestLevel && bytes.size() <= kLargestSlowMember && member.deflated.size() < bytes.size() / 2) {
+      if (!slow_) slow_ = NewCompressor(kSlowestLevel);
+      const QByteArray again = slow_ ? Deflate(bytes, slow_.get()) : QByteArray();
+      if (!again.isEmpty() && again.size() < member.deflated.size()) member.deflated = again;
+    }
+    if (!member.deflated.isEmpty()) member.state = Member::State::Ready;
     return member;
   }
-  const QByteArray bytes = file.readAll();
-  if (file.error() != QFileDevice::NoError) return member;
-  const auto size = std::size_t(bytes.size());
-  member.size = bytes.size();
-  member.checksum = libdeflate_crc32(0, bytes.constData(), size);
-  member.deflated.resize(qsizetype(libdeflate_deflate_compress_bound(compressor, size)));
-  const std::size_t length = libdeflate_deflate_compress(compressor, bytes.constData(), size, member.deflated.data(),
-                                                         std::size_t(member.deflated.size()));
-  if (length == 0) return member;
-  member.deflated.truncate(qsizetype(length));
-  member.state = Member::State::Ready;
-  return member;
-}
+
+ private:
+  int level_;
+  Compressor compressor_;
+  Compressor slow_;  // made when it is needed
+};
 
 }  // namespace
 
 Member CompressMember(const QString& path, int level) {
-  const Compressor compressor(libdeflate_alloc_compressor(level));
-  return Compress(path, compressor.get());
+  return Coder(level).Compress(path);
 }
 
 MemberCompressor::MemberCompressor(const QStringList& paths, int level) : paths_(paths), level_(level) {
@@ -71,14 +97,14 @@ bool MemberCompressor::MayBegin() const {
 }
 
 void MemberCompressor::Work() {
-  const Compressor compressor(libdeflate_alloc_compressor(level_));
+  Coder coder(level_);
   std::unique_lock lock(mutex_);
   for (;;) {
     changed_.wait(lock, [this] { return isOver_ || next_ == paths_.size() || MayBegin(); });
     if (isOver_ || next_ == paths_.size()) return;
     const qsizetype index = next_++;
     lock.unlock();
-    Member member = Compress(paths_[index], compressor.get());
+    Member member = coder.Compress(paths_[index]);
     lock.lock();
     bytesAhead_ += member.size;
     ready_.emplace(index, std::move(member));
