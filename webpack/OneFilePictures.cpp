@@ -2,6 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <deque>
+#include <future>
 
 #include "PathRules.h"
 
@@ -28,14 +30,29 @@ const char* TypeOf(const QString& path) {
 
 bool WriteBase64(const QString& path, QIODevice& file) {
   QFile picture(path);
-  if (!picture.open(QIODevice::ReadOnly)) return false;
-  constexpr qint64 block = 3 << 16;  // no padding between blocks
+  if (!picture.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return false;
+  // No padding between blocks, and none so large that its memory would be fetched from the system each time.
+  QByteArray bytes(3 << 13, Qt::Uninitialized);
   for (;;) {
-    const QByteArray bytes = picture.read(block);
-    if (bytes.isEmpty()) return picture.error() == QFileDevice::NoError;
-    const QByteArray text = bytes.toBase64();
+    qint64 filled = 0, got = 0;
+    while (filled < bytes.size() && (got = picture.read(bytes.data() + filled, bytes.size() - filled)) > 0)
+      filled += got;
+    if (got < 0) return false;
+    if (filled == 0) return true;
+    const QByteArray text = QByteArray::fromRawData(bytes.constData(), qsizetype(filled)).toBase64();
     if (file.write(text) != text.size()) return false;
   }
+}
+
+constexpr std::size_t kPicturesAhead = 6;
+constexpr qint64 kSmallPicture = 8 << 20;
+
+// "" for a picture that is larger or can't be read.
+QByteArray EncodeSmall(const QString& path) {
+  QFile picture(path);
+  if (!picture.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || picture.size() > kSmallPicture) return QByteArray();
+  const QByteArray bytes = picture.readAll();
+  return picture.error() == QFileDevice::NoError ? bytes.toBase64() : QByteArray();
 }
 
 }  // namespace
@@ -85,16 +102,31 @@ QString OneFilePictures::Declarations() const {
 
 bool OneFilePictures::Write(const QString& text, QIODevice& file) const {
   const QByteArray bytes = text.toUtf8(), mark = mark_.toUtf8();
-  qsizetype from = 0;
-  for (;;) {
-    const qsizetype at = bytes.indexOf(mark, from);
-    const qsizetype length = (at < 0 ? bytes.size() : at) - from;
-    if (file.write(bytes.constData() + from, length) != length) return false;
-    if (at < 0) return true;
+  struct Place {
+    qsizetype from, to;  // the mark's
+    int picture;
+  };
+  std::vector<Place> places;
+  for (qsizetype at = bytes.indexOf(mark); at >= 0; at = bytes.indexOf(mark, places.back().to)) {
     const qsizetype number = at + mark.size(), end = bytes.indexOf(';', number);
-    const Picture& picture = pictures_[bytes.mid(number, end - number).toULong()];
-    const QByteArray head = QByteArrayLiteral("data:") + picture.type + ";base64,";
-    if (file.write(head) != head.size() || !WriteBase64(picture.path, file)) return false;
-    from = end + 1;
+    places.push_back({at, end + 1, bytes.mid(number, end - number).toInt()});
   }
+  // Small pictures are read and encoded ahead of their turn, on all cores.
+  std::deque<std::future<QByteArray>> ahead;
+  std::size_t begun = 0;
+  const auto pathOf = [&](std::size_t place) { return pictures_[std::size_t(places[place].picture)].path; };
+  qsizetype from = 0;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    for (; begun < places.size() && ahead.size() < kPicturesAhead; ++begun)
+      ahead.push_back(std::async(std::launch::async, EncodeSmall, pathOf(begun)));
+    const QByteArray encoded = ahead.front().get();
+    ahead.pop_front();
+    const qsizetype length = places[i].from - from;
+    const QByteArray head =
+        QByteArrayLiteral("data:") + pictures_[std::size_t(places[i].picture)].type + QByteArrayLiteral(";base64,");
+    if (file.write(bytes.constData() + from, length) != length || file.write(head) != head.size()) return false;
+    if (encoded.isEmpty() ? !WriteBase64(pathOf(i), file) : file.write(encoded) != encoded.size()) return false;
+    from = places[i].to;
+  }
+  return file.write(bytes.constData() + from, bytes.size() - from) == bytes.size() - from;
 }
