@@ -106,8 +106,8 @@ void OneFilePage::Tidy(const Node* element) {
     gateway.Unwrap(element);
     return;
   }
-  const std::vector<Attribute> attributes = element->attributes();
-  for (const Attribute& attribute : attributes) TidyAttribute(element, attribute);
+  // A copy: they change on the way.
+  for (const Attribute& attribute : std::vector<Attribute>(element->attributes())) TidyAttribute(element, attribute);
   if (element->tag()->localName == u"iframe") gateway.SetAttribute(element, "sandbox", QString());
 }
 
