@@ -126,15 +126,20 @@ void ModMain::ExitProgram() {
   web_->jWB->UnHook();
   ops_->MUC.CloseDown();
   web_->LetClose();
-  web_->hide();
-  // Not from inside a handler of one of the windows.
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        ReleaseWindows();
-        emit Ended();
-      },
-      Qt::QueuedConnection);
+  HideWindows();
+  emit Ended();
+}
+
+// A command may be on the stack below, in a pass of messages or behind a box or menu of its own. It goes on to its end
+// with windows that are there, but nobody sees them any more, and each box that it asks for is cancelled.
+void ModMain::HideWindows() {
+  program_.platform.dialogs.CancelAll();
+  QWidget* const windows[] = {tip_.get(),   ops_.get(),    splash_.get(),    pic_.get(), web_.get(),
+                              tools_.get(), bitmap_.get(), iconMaker_.get(), sets_.get()};
+  for (QWidget* const window : windows) {
+    window->hide();
+    window->setAttribute(Qt::WA_DontShowOnScreen);
+  }
 }
 
 void ModMain::ReleaseWindows() {

@@ -31,9 +31,13 @@ class ModMain : public QObject {
   // Makes and shows everything. False, with nothing shown or touched, when the program is running already.
   bool Main();
 
-  // Asks about saving, tidies up, releases the windows and says Ended. It returns with all as it was when the user
-  // cancels.
+  // Asks about saving, tidies up, hides the windows and says Ended; nothing shows itself from then on. It returns with
+  // all as it was when the user cancels. A command may be under way: whoever hears Ended ends the application's loop,
+  // and calls ReleaseWindows when that has ended.
   void ExitProgram();
+
+  // Never from inside a handler of one of the windows, nor from a loop that one of them runs.
+  void ReleaseWindows();
 
   FWeb* Web() const { return web_.get(); }
   FOps* Ops() const { return ops_.get(); }
@@ -51,7 +55,7 @@ class ModMain : public QObject {
  private:
   void Connect();
   bool AskAboutSaving();
-  void ReleaseWindows();
+  void HideWindows();
 
   Program& program_;
   WebBrowserFactory makeBrowser_;
@@ -66,6 +70,5 @@ class ModMain : public QObject {
   std::unique_ptr<fIconMaker> iconMaker_;
   std::unique_ptr<FOps> ops_;
   std::unique_ptr<FTip> tip_;
-  // Stays when the windows have gone: one of its routines may be waiting on the stack.
   std::unique_ptr<ModPics> pics_;
 };

@@ -13,6 +13,7 @@
 #include "FWeb.h"
 #include "ListIndex.h"
 #include "Numbers.h"
+#include "PackIcons.h"
 #include "PathRules.h"
 #include "Program.h"
 #include "Settings.h"
@@ -22,7 +23,6 @@
 namespace {
 
 // Place of the custom icon among the options.
-constexpr int kCustomIcon = 10;
 
 int WholeOrZero(const QString& text) {
   return ToInteger32(text).value_or(0);
@@ -102,8 +102,7 @@ void LoadPackSettings(Program& program, FSets& sets) {
   if (number > kCustomIcon || number < 0) number = 0;
   sets.OpIco[std::size_t(number)]->setChecked(true);
   if (number != kCustomIcon) return;
-  const QString icon = PathRules::Join(PathRules::Join(program.AppPath, QStringLiteral("icons")),
-                                       Settings::Get(store, Settings::CustomIcon));
+  const QString icon = PathRules::Join(program.IconFolder(), Settings::Get(store, Settings::CustomIcon));
   if (program.Files.FileExists(icon)) {
     const QPixmap picture(icon);
     if (!picture.isNull()) sets.ImCustom->setPixmap(picture);

@@ -1,20 +1,13 @@
 #pragma once
 
-#include <QObject>
-#include <QPointer>
-
 // Sets a window's `Busy` for the length of a command and clears it on each way out. The guard of a command that came in
-// while `Busy` was set is false, and leaves it set.
+// while `Busy` was set is false, and leaves it set. The window has to outlive the command, which it does: windows go
+// when no loop runs any more.
 class BusyGuard {
  public:
   explicit BusyGuard(bool& busy) : busy_(busy), mine_(!busy) { busy_ = true; }
-  // For a command during which the window with the flag may go.
-  BusyGuard(bool& busy, QObject* window) : BusyGuard(busy) {
-    window_ = window;
-    mayGo_ = true;
-  }
   ~BusyGuard() {
-    if (mine_ && (window_ || !mayGo_)) busy_ = false;
+    if (mine_) busy_ = false;
   }
   BusyGuard(const BusyGuard&) = delete;
   BusyGuard& operator=(const BusyGuard&) = delete;
@@ -24,6 +17,4 @@ class BusyGuard {
  private:
   bool& busy_;
   bool mine_;
-  bool mayGo_ = false;
-  QPointer<QObject> window_;
 };

@@ -10,6 +10,8 @@
 
 #include "AsciiText.h"
 #include "PathRules.h"
+#include "ScratchFile.h"
+#include "WindowsNames.h"
 
 namespace {
 
@@ -80,6 +82,13 @@ void ModFileOps::WriteTextFile(const QString& Path, const QByteArray& Text) {
   if (file.open(QIODevice::WriteOnly)) file.write(Text);
 }
 
+bool ModFileOps::ReplaceTextFile(const QString& Path, const QByteArray& Text) {
+  ScratchFile second(appPath_);
+  if (!second.open() || second.write(Text) != Text.size()) return false;
+  if (FileExists(Path)) attributes_.Clear(Path);
+  return second.MoveTo(Path);
+}
+
 // There is no code 2, and that is meant.
 QByteArray ModFileOps::ReadTextFile(const QString& Path, int& ErrorCode) {
   ErrorCode = 1;
@@ -117,11 +126,8 @@ int ModFileOps::CopyFolderFiles(const QString& Source, const QString& Target) {
   if (FolderExists(Target)) return 1;
   if (!FolderExists(Source)) return 2;
   if (!QDir().mkdir(Target)) return 3;
-  QString list;
-  if (ListFiles(Source, QString(), list) == 0) return 0;
-  for (const QString& name : list.split(u'*')) {
+  for (const QString& name : FileNames(Source))
     CopyFileOver(PathRules::Join(Source, name), PathRules::Join(Target, name));
-  }
   return 0;
 }
 
@@ -167,16 +173,19 @@ bool ModFileOps::RemoveFilesOf(const QString& folder) {
   }
 }
 
-int ModFileOps::ListFiles(const QString& Folder, const QString& Extension, QString& List) const {
-  List.clear();
-  if (!FolderExists(Folder)) return 0;
-  const QString ending = UpperAscii(u'.' + Extension);
-  QStringList names;
-  for (const QString& name : QDir(Folder).entryList(QDir::Files | QDir::Hidden, QDir::NoSort)) {
-    if (name.contains(u'*')) continue;
-    if (Extension.isEmpty() || UpperAscii(name).endsWith(ending)) names.append(name);
-  }
+QStringList ModFileOps::FileNames(const QString& Folder) const {
+  if (!FolderExists(Folder)) return {};
+  QStringList names = QDir(Folder).entryList(QDir::Files | QDir::Hidden, QDir::NoSort);
   SortByCapitals(names);
+  return names;
+}
+
+int ModFileOps::ListFiles(const QString& Folder, const QString& Extension, QString& List) const {
+  const QString ending = UpperAscii(u'.' + Extension);
+  QStringList names = FileNames(Folder);
+  names.removeIf([&](const QString& name) {
+    return name.contains(u'*') || (!Extension.isEmpty() && !UpperAscii(name).endsWith(ending));
+  });
   List = names.join(u'*');
   return static_cast<int>(names.size());
 }
@@ -209,5 +218,5 @@ QString CutAtNul(const QString& Text) {
 }
 
 QString PictureFileName(const QString& Path) {
-  return FileNameOf(Path).normalized(QString::NormalizationForm_C).replace(u' ', u'_');
+  return WindowsFileName(FileNameOf(Path).normalized(QString::NormalizationForm_C).replace(u' ', u'_'));
 }

@@ -29,6 +29,10 @@ class ModFileOps {
   // Puts `Text` in place of the file. The old file is gone before the new one is opened.
   void WriteTextFile(const QString& Path, const QByteArray& Text);
 
+  // The same by way of a second file, which lies in AppPath for that moment: where it can't be written whole, nothing
+  // has changed. False then.
+  bool ReplaceTextFile(const QString& Path, const QByteArray& Text);
+
   // ErrorCode: 0 good, 1 no such file, 3 failed; the text is "" unless 0. The attributes come back after a good read.
   QByteArray ReadTextFile(const QString& Path, int& ErrorCode);
 
@@ -50,6 +54,9 @@ class ModFileOps {
   // Number of files in the folder that end in "." + Extension, in any case, or of all files for "". List gets their
   // names, sorted by their capitals. A name with "*" in it is left out. Anything wrong: 0 and "".
   int ListFiles(const QString& Folder, const QString& Extension, QString& List) const;
+
+  // Names of all files in the folder, sorted by their capitals; those with "*" are among them.
+  QStringList FileNames(const QString& Folder) const;
 
   // Names of the subfolders, sorted by their capitals; Count is their number. Folder comes back with a separator and
   // "*.*" added, when it is a folder.
@@ -73,6 +80,6 @@ QString FileNameOf(const QString& Path);
 // The text up to its first NUL, or all of it.
 QString CutAtNul(const QString& Text);
 
-// The name under which a chosen picture is copied beside the pages: its file name, each blank as "_", letters with
-// marks composed (NFC), as a page's link names them.
+// The name under which a chosen picture is copied beside the pages: its file name, each blank and whatever Windows
+// can't have as "_", letters with marks composed (NFC), as a page's link names them.
 QString PictureFileName(const QString& Path);

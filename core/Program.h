@@ -5,6 +5,7 @@
 #include <array>
 
 #include "ModFileOps.h"
+#include "PathRules.h"
 #include "Platform.h"
 #include "Project.h"
 
@@ -29,6 +30,8 @@ struct Program {
   QString CardFolder;
   QString LinkTextValue;
   QString CurIconName;
+  // The folder of the user's own icons.
+  QString IconFolder() const { return PathRules::Join(AppPath, QStringLiteral("icons")); }
   // The colour dialog's own colours, 0x00BBGGRR.
   CustomColors CustColors{};
 

@@ -97,7 +97,6 @@ class FTools : public QWidget {
   void PlaceAtBottom();
   void HideFromTop();
   void HideViewer();
-  QString CopyBesidePages(const QString& path);
 
   Program& program_;
   FWeb& web_;

@@ -11,6 +11,7 @@
 #include "AsciiText.h"
 #include "BusyGuard.h"
 #include "Colors.h"
+#include "CopyBesidePages.h"
 #include "FTools.h"
 #include "FWeb.h"
 #include "FontFaces.h"
@@ -134,7 +135,7 @@ void FTools::OnBackPic(int Index) {
       ShowOpenDialog(program_, this, QStringLiteral("Select Picture"),
                      QStringLiteral("Web Graphics(*.gif;*.jpg;*.png)"), QStringLiteral("*.gif;*.jpg;*.png"));
   if (path.isEmpty()) return;
-  if (program_.Files.FileExists(path)) web_.jWB->SetBackPic(CopyBesidePages(path));
+  if (program_.Files.FileExists(path)) web_.jWB->SetBackPic(CopyBesidePages(program_, path));
   HideViewer();
 }
 

@@ -8,11 +8,11 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "CopyBesidePages.h"
 #include "FTools.h"
 #include "FWeb.h"
 #include "ModBrowse.h"
 #include "ModPics.h"
-#include "PathRules.h"
 #include "Program.h"
 #include "ToolPanel.h"
 #include "Twips.h"
@@ -55,15 +55,6 @@ void FTools::BuildPicturePanel() {
   FrTool[0]->Column()->addLayout(RowAtRight({bOKPic[0], bOKPic[1]}));
 }
 
-// A picture chosen out of the project's own folder is gone before it can be copied, and that is meant.
-QString FTools::CopyBesidePages(const QString& path) {
-  QString name = PictureFileName(path);
-  const QString target = PathRules::Join(program_.project.WorkPath(), name);
-  program_.Files.DeleteFileIfAny(target);
-  program_.Files.CopyFileOver(path, target);
-  return name;
-}
-
 // Only the last four characters count, so ".jpeg" is refused, and that without a word.
 void FTools::AddPicture(QWidget* owner) {
   const QString path =
@@ -81,7 +72,7 @@ void FTools::AddPicture(QWidget* owner) {
     }
     ShowTool(ToolTask::AddPicture, path);
   } else if (ending == u".PNG") {
-    InsertPageHTML(*web_.jWB, QStringLiteral("<IMG SRC=\"%1\">").arg(CopyBesidePages(path)));
+    InsertPageHTML(*web_.jWB, QStringLiteral("<IMG SRC=\"%1\">").arg(CopyBesidePages(program_, path)));
   }
 }
 
@@ -93,7 +84,7 @@ void FTools::OnOKPic(int Index) {
   HideFromTop();
   const QString path = TPicPath->text();
   if (Index != 0 || !program_.Files.FileExists(path)) return;
-  const QString name = CopyBesidePages(path);
+  const QString name = CopyBesidePages(program_, path);
   InsertPageHTML(*web_.jWB, QStringLiteral("<IMG SRC=\"") + name + QStringLiteral("\" WIDTH=") + TSpec[0]->text() +
                                 QStringLiteral(" HEIGHT=") + TSpec[1]->text() + u'>');
 }

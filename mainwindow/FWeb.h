@@ -61,6 +61,7 @@ class FWeb : public QMainWindow {
   void mViewSource();
   void mOpenFile();
   void mSavePageFil();
+  void mSaveOneFile();
   void mNewProject();
   void mOpenProject();
   void SaveProject();

@@ -5,12 +5,14 @@
 #include "FWeb.h"
 #include "ListIndex.h"
 #include "ModBrowse.h"
+#include "OneFile.h"
 #include "PageFiles.h"
 #include "PageText.h"
 #include "PathRules.h"
 #include "Program.h"
 #include "StringTable.h"
 #include "StripPicturePaths.h"
+#include "WaitCursor.h"
 
 void FWeb::ShowPage(int number) {
   program_.project.TurnTo(number);
@@ -107,6 +109,27 @@ void FWeb::mSavePageFil() {
     program_.Files.DeleteFileIfAny(chosen);
   }
   ExportPage(chosen);
+}
+
+// Neither the project nor the page's file changes; what is in view goes out as it is.
+void FWeb::mSaveOneFile() {
+  const BusyGuard guard(Busy);
+  if (!guard) return;
+  Dialogs& dialogs = program_.platform.dialogs;
+  const QString chosen =
+      ShowSaveDialog(program_, this, QStringLiteral("Save Project as One HTML File"),
+                     QStringLiteral("HTML Files(*.html)"), QStringLiteral("*.html"), QStringLiteral("html"));
+  if (chosen.isEmpty()) return;
+  if (program_.Files.FileExists(chosen) &&
+      dialogs.ShowMessage(this, StringText(TextNumber::ReplaceFile), MessageIcon::None, MessageButtons::OkCancel) !=
+          MessageAnswer::Ok)
+    return;
+  bool isSaved = false;
+  {
+    const WaitCursor cursor;
+    isSaved = SaveOneFile(program_, chosen, jWB->SourceForFile());
+  }
+  if (!isSaved) dialogs.ShowMessage(this, StringText(TextNumber::SavingFailed));
 }
 
 // A page with pictures goes into a new folder beside the chosen file, and not to the chosen path itself.

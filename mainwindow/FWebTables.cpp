@@ -9,6 +9,7 @@ std::span<const MenuRow> MenuRows() {
       {1, "mOpenFile", "&Open HTML File", &FWeb::mOpenFile},
       {1, "mLineF2", "-"},
       {1, "mSavePageFil", "&Save Current Page as HTML File", &FWeb::mSavePageFil},
+      {1, "mSaveOneFile", "Save Project as One &HTML File", &FWeb::mSaveOneFile},
       {1, "mline2", "-"},
       {1, "mExit", "E&xit", &FWeb::mExit},
       {0, "mPage", "&Page"},

@@ -1,5 +1,4 @@
-// What the buttons of the picture editor's window do. The windows may go while a command lets messages run, so behind
-// such a step nothing of the window is touched that isn't looked for first.
+// What the buttons of the picture editor's window do.
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
@@ -77,9 +76,8 @@ QWidget* FPic::BoxOwner() {
 }
 
 void FPic::Tell(int message) {
-  const QPointer<FPic> self(this);
   program_.platform.dialogs.ShowMessage(BoxOwner(), StringText(message));
-  if (self) TakeKeysBack();
+  TakeKeysBack();
 }
 
 // A box hands the keys on to its owner.
@@ -96,38 +94,32 @@ bool FPic::HasPicture() {
 // The last JPEG still counts as the picture on show when another one has been opened. After Cancel the viewer stays out
 // of the top layer. Both are meant.
 void FPic::OnGetPic() {
-  const BusyGuard guard(Busy, this);
+  const BusyGuard guard(Busy);
   if (!guard) return;
-  const QPointer<FPic> self(this);
   if (IsViewerVisible()) SetNotTopmost(viewer_);
   const QString name = ShowOpenDialog(program_, this, QStringLiteral("Select Picture"),
                                       QStringLiteral("Picture Files(*.bmp;*.jpg;*.gif;*.ico)"),
                                       QStringLiteral("*.bmp;*.jpg;*.gif;*.ico"));
-  if (!self || name.isEmpty()) return;
-  const QPointer<fBitmap> viewer = viewer_;
+  if (name.isEmpty()) return;
   if (program_.Files.FileExists(name)) pics_->OpenPictureFile(name);
-  if (self) TakeKeysBack();
-  if (viewer) viewer->State.CropDefined = viewer->State.CropDragging = false;
+  TakeKeysBack();
+  viewer_->State.CropDefined = viewer_->State.CropDragging = false;
 }
 
 void FPic::OnSaveJPG() {
-  const BusyGuard guard(Busy, this);
+  const BusyGuard guard(Busy);
   if (!guard || !HasPicture()) return;
-  const QPointer<FPic> self(this);
-  const QPointer<fBitmap> viewer = viewer_;
-  SetNotTopmost(viewer);
-  viewer->hide();
+  SetNotTopmost(viewer_);
+  viewer_->hide();
   const QString name =
       ShowSaveDialog(program_, this, QStringLiteral("Save AS JPG File"), QStringLiteral("JPG Files(*.jpg)"),
                      QStringLiteral("*.jpg"), QStringLiteral("jpg"));
-  if (self && !name.isEmpty() && MayWrite(name)) {
-    const bool saved = pics_->NView.SavePictureAsJpeg(name);
-    if (!saved && self) Tell(TextNumber::SavingFailed);
-    if (viewer) viewer->State.JpegCurrent = false;
+  if (!name.isEmpty() && MayWrite(name)) {
+    if (!pics_->NView.SavePictureAsJpeg(name)) Tell(TextNumber::SavingFailed);
+    viewer_->State.JpegCurrent = false;
   }
-  if (!self || !viewer) return;
-  viewer->show();
-  SetTopmost(viewer);
+  viewer_->show();
+  SetTopmost(viewer_);
 }
 
 // Asks about a file that is there already, and deletes it.
@@ -141,23 +133,21 @@ bool FPic::MayWrite(const QString& path) {
 }
 
 void FPic::OnCrop() {
-  const BusyGuard guard(Busy, this);
+  const BusyGuard guard(Busy);
   if (!guard || !HasPicture()) return;
   if (!viewer_->State.CropDefined) {
     Tell(TextNumber::NoCropArea);
     return;
   }
-  const QPointer<fBitmap> viewer = viewer_;
   pics_->CropPicture();
-  if (!viewer) return;
-  emit viewer->Notices.LabCropSize(QString());
-  viewer->State.CropDefined = false;
-  viewer->State.JpegCurrent = false;
+  emit viewer_->Notices.LabCropSize(QString());
+  viewer_->State.CropDefined = false;
+  viewer_->State.JpegCurrent = false;
 }
 
 // The crop area stays as it is, though its band has gone from view; so it does at Undo.
 void FPic::OnResize() {
-  const BusyGuard guard(Busy, this);
+  const BusyGuard guard(Busy);
   if (!guard || !HasPicture()) return;
   const QString text = tPercSize->text();
   if (IsBeyond(text)) return;
@@ -166,14 +156,13 @@ void FPic::OnResize() {
     Tell(TextNumber::BadPercentage);
     return;
   }
-  const QPointer<fBitmap> viewer = viewer_;
   pics_->ResizePicture(*N);
-  if (viewer) viewer->State.JpegCurrent = false;
+  viewer_->State.JpegCurrent = false;
 }
 
 // The flag is set whatever the compress did.
 void FPic::OnCompress() {
-  const BusyGuard guard(Busy, this);
+  const BusyGuard guard(Busy);
   if (!guard || !HasPicture()) return;
   const QString text = tPercComp->text();
   if (IsBeyond(text)) return;
@@ -182,19 +171,16 @@ void FPic::OnCompress() {
     Tell(TextNumber::BadQuality);
     return;
   }
-  const QPointer<fBitmap> viewer = viewer_;
   pics_->NView.CompressPicture(*Q);
-  if (viewer) viewer->State.JpegCurrent = true;
+  viewer_->State.JpegCurrent = true;
 }
 
 void FPic::OnUnDo() {
-  const BusyGuard guard(Busy, this);
+  const BusyGuard guard(Busy);
   if (!guard) return;
-  const QPointer<FPic> self(this);
-  const QPointer<fBitmap> viewer = viewer_;
   pics_->UndoPicture();
-  if (self) TakeKeysBack();
-  if (viewer) viewer->State.JpegCurrent = false;
+  TakeKeysBack();
+  if (viewer_) viewer_->State.JpegCurrent = false;
 }
 
 void FPic::OnCloseIm() {

@@ -30,6 +30,9 @@ class Dialogs {
 
   virtual ~Dialogs() = default;
 
+  // From now on each dialog counts as cancelled and none is shown, as the program ends.
+  virtual void CancelAll() = 0;
+
   // Closing the box counts as Cancel, or as No where there is no Cancel, or as Ok where there is nothing else.
   virtual MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon = MessageIcon::Information,
                                     MessageButtons buttons = MessageButtons::Ok,

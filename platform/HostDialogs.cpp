@@ -119,6 +119,7 @@ QString NameFilter(const FileFilter& filter) {
 
 MessageAnswer HostDialogs::ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                                        const QString& title) {
+  if (cancelled_) return BoxAnswer(QMessageBox::NoButton, buttons);
   QMessageBox box(owner);
   box.setWindowTitle(title);
   box.setTextFormat(Qt::PlainText);
@@ -129,6 +130,7 @@ MessageAnswer HostDialogs::ShowMessage(QWidget* owner, const QString& text, Mess
 }
 
 QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) {
+  if (cancelled_) return QString();
   QInputDialog box(owner);
   box.setWindowTitle(title);
   box.setLabelText(prompt);
@@ -160,6 +162,7 @@ QString HostDialogs::RunFileDialog(QFileDialog& dialog) {
 }
 
 QString HostDialogs::ChooseFolder(QWidget* owner, const QString& title) {
+  if (cancelled_) return QString();
   QFileDialog dialog(owner, title, StartFor(title, {}));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
@@ -168,6 +171,7 @@ QString HostDialogs::ChooseFolder(QWidget* owner, const QString& title) {
 
 QString HostDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                     const QString& startFolder) {
+  if (cancelled_) return QString();
   QFileDialog dialog(owner, title, startFolder.isEmpty() ? StartFor(title, filters) : startFolder);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   dialog.setFileMode(QFileDialog::ExistingFile);
@@ -177,6 +181,7 @@ QString HostDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const 
 
 QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                     const QString& defaultSuffix) {
+  if (cancelled_) return QString();
   QFileDialog dialog(owner, title, StartFor(title, filters));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
@@ -188,6 +193,7 @@ QString HostDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const 
 
 // Always Qt's own dialog: that of a desktop neither lets its button be captioned nor shows the caller's colours.
 std::optional<qint32> HostDialogs::ChooseColor(QWidget* owner, qint32 start, CustomColors& custom) {
+  if (cancelled_) return std::nullopt;
   // Qt has one list for all its programs, and writes it into a file of the user's when the dialog goes.
   std::array<QColor, std::tuple_size_v<CustomColors>> ofUser;
   for (std::size_t i = 0; i < custom.size(); ++i) {

@@ -10,6 +10,7 @@ class QFileDialog;
 // purpose, told by its title, last led in this run; at first where the user keeps such files.
 class HostDialogs : public Dialogs {
  public:
+  void CancelAll() override { cancelled_ = true; }
   MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                             const QString& title) override;
   QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -25,6 +26,7 @@ class HostDialogs : public Dialogs {
   QString StartFor(const QString& title, const QList<FileFilter>& filters) const;
 
   QHash<QString, QString> lastFolders_;  // by title
+  bool cancelled_ = false;
 };
 
 // The form in which Qt's file dialog takes a type: "Pictures(*.gif *.jpg)". A list with ";" would match no file.

@@ -46,7 +46,15 @@ bool HostShell::StartProgram(const QString& path, ShowMode mode) {
   return process.startDetached();
 }
 
+bool HostShell::RunsWindowsPrograms() const {
+  return true;
+}
+
 #else
+
+bool HostShell::RunsWindowsPrograms() const {
+  return false;
+}
 
 namespace {
 

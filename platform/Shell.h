@@ -23,4 +23,7 @@ class Shell {
   // Starts the program at `path` without arguments and doesn't wait for it; false when it can't be started.
   // `mode` as above.
   virtual bool StartProgram(const QString& path, ShowMode mode) = 0;
+
+  // Whether the system itself runs programs for Windows.
+  virtual bool RunsWindowsPrograms() const = 0;
 };

@@ -169,6 +169,9 @@ constexpr NamedText kNamedTexts[] = {
     {FixedText::SizeOfFileIs, u"Size of file is: "},
     {FixedText::SizeUnit, u" KB."},
     {FixedText::TestThisPackage, u"Do you want to test this package?"},
+    {FixedText::PackageIsWhole,
+     u"The package is whole: its pages and pictures can all be read. To see it as its recipient will, open it on "
+     u"Windows."},
     {FixedText::PageFileNotFound, u"Error. Current page file not found."},
     {FixedText::PageFileNotRead, u"Error. Unable to read current page file."},
     {FixedText::PasswordRequired, u"Password required."},

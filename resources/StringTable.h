@@ -85,6 +85,8 @@ enum class FixedText {
   SizeOfFileIs,
   SizeUnit,
   TestThisPackage,
+  // Where it can't be started but has been read.
+  PackageIsWhole,
   PageFileNotFound,
   PageFileNotRead,
   PasswordRequired,

@@ -11,7 +11,6 @@ enum {
   DirectoryHeaderSize = 46,
   LocalSignature = 0x04034B50,
   LocalHeaderSize = 30,
-  MaxComment = 65535,
   FlagEncrypted = 1 << 0,
   FlagUtf8 = 1 << 11,
   MethodStored = 0,
@@ -31,7 +30,7 @@ typedef struct Entry {
   uint32_t header; /* the local header, from the archive's start */
   uint32_t data;   /* the compressed bytes, from the archive's start */
   uint32_t nameLength;
-  char name[ArchiveMaxName + 1];
+  char name[ArchiveMaxName];
 } Entry;
 
 static uint16_t Word(const uint8_t* bytes) {
@@ -46,10 +45,11 @@ static int ReadExactly(ArchiveWork* work, uint64_t offset, void* bytes, uint32_t
   return work->io.readAt(work->io.context, offset, bytes, count) == count;
 }
 
-/* Takes the record at `offset` when its comment ends with the file and its directory lies right in front of it. */
+/* Takes the record at `offset` when its directory lies right in front of it, and its comment ends with the file or the
+   archive begins where the stub ends: then whatever follows, a signature say, isn't the archive's. */
 static int TakeEndRecord(ArchiveWork* work, const uint8_t* record, uint64_t offset, uint64_t size) {
-  uint64_t archiveSize;
-  if (Long(record) != EndSignature || offset + EndSize + Word(record + 20) != size) return 0;
+  uint64_t archiveSize, end = offset + EndSize + Word(record + 20);
+  if (Long(record) != EndSignature || end > size) return 0;
   work->entries = Word(record + 10);
   work->directorySize = Long(record + 12);
   work->directory = Long(record + 16);
@@ -57,18 +57,19 @@ static int TakeEndRecord(ArchiveWork* work, const uint8_t* record, uint64_t offs
   if (Word(record + 4) != 0 || Word(record + 6) != 0 || Word(record + 8) != work->entries || archiveSize > offset)
     return 0;
   work->prefix = offset - archiveSize;
-  return 1;
+  return end == size || work->prefix == ArchiveStubSize;
 }
 
+/* The last record that can be taken, by a search through the file from its end. */
 static int FindEndRecord(ArchiveWork* work, uint64_t size) {
-  uint64_t lowest = size > EndSize + MaxComment ? size - EndSize - MaxComment : 0;
   uint64_t end = size;
-  while (end - lowest >= EndSize) {
-    uint64_t start = end - lowest > ArchiveBufferSize ? end - ArchiveBufferSize : lowest;
+  while (end >= EndSize) {
+    uint64_t start = end > ArchiveBufferSize ? end - ArchiveBufferSize : 0;
     uint32_t index = (uint32_t)(end - start) - EndSize + 1;
     if (!ReadExactly(work, start, work->buffer, (uint32_t)(end - start))) return 0;
     while (index-- > 0)
       if (TakeEndRecord(work, work->buffer + index, start + index, size)) return 1;
+    if (start == 0) break;
     end = start + EndSize - 1; /* a record may lie across the edge */
   }
   return 0;
@@ -111,8 +112,7 @@ static int ReadEntry(ArchiveWork* work, uint32_t offset, Entry* entry) {
   entry->header = Long(header + 42);
   if (entry->headerSize > left || entry->nameLength == 0 || entry->nameLength > ArchiveMaxName) return 0;
   if (!ReadExactly(work, position + DirectoryHeaderSize, entry->name, entry->nameLength)) return 0;
-  entry->name[entry->nameLength] = 0;
-  if (!IsPlainFileName(entry->name, entry->nameLength, (entry->flags & FlagUtf8) != 0)) return 0;
+  if (!MakePlainFileName(entry->name, entry->nameLength, (entry->flags & FlagUtf8) != 0, work->plainName)) return 0;
   if ((entry->flags & FlagEncrypted) == 0) {
     if (entry->method == MethodStored
             ? entry->size != entry->compressedSize
@@ -163,16 +163,18 @@ static int CheckDirectory(ArchiveWork* work) {
   return 1;
 }
 
-static uint32_t Checksum(uint32_t sum, const uint8_t* bytes, uint32_t count) {
-  /* CRC-32, 4 bits a step: a table of 16 entries is enough for files of a pack's size. */
-  static const uint32_t table[16] = {0x00000000, 0x1DB71064, 0x3B6E20C8, 0x26D930AC, 0x76DC4190, 0x6B6B51F4,
-                                     0x4DB26158, 0x5005713C, 0xEDB88320, 0xF00F9344, 0xD6D6A3E8, 0xCB61B38C,
-                                     0x9B64C2B0, 0x86D3D2D4, 0xA00AE278, 0xBDBDF21C};
-  while (count-- > 0) {
-    sum ^= *bytes++;
-    sum = sum >> 4 ^ table[sum & 15];
-    sum = sum >> 4 ^ table[sum & 15];
+/* CRC-32, a byte a step. */
+static void MakeChecksumTable(uint32_t* table) {
+  uint32_t byte, bit;
+  for (byte = 0; byte < 256; byte++) {
+    uint32_t sum = byte;
+    for (bit = 0; bit < 8; bit++) sum = sum & 1 ? sum >> 1 ^ 0xEDB88320 : sum >> 1;
+    table[byte] = sum;
   }
+}
+
+static uint32_t Checksum(const uint32_t* table, uint32_t sum, const uint8_t* bytes, uint32_t count) {
+  while (count-- > 0) sum = sum >> 8 ^ table[(sum ^ *bytes++) & 0xFF];
   return sum;
 }
 
@@ -197,7 +199,7 @@ static int WriteExtracted(void* context, const uint8_t* bytes, uint32_t count) {
     return 0;
   }
   work->sizeLeft -= count;
-  work->checksum = Checksum(work->checksum, bytes, count);
+  work->checksum = Checksum(work->checksumTable, work->checksum, bytes, count);
   return 1;
 }
 
@@ -211,7 +213,7 @@ static int CopyStored(ArchiveWork* work) {
 
 static ArchiveResult ExtractEntry(ArchiveWork* work, const Entry* entry) {
   int whole;
-  if (!work->io.create(work->io.context, entry->name, (entry->flags & FlagUtf8) != 0)) return ArchiveNotWritten;
+  if (!work->io.create(work->io.context, work->plainName, (entry->flags & FlagUtf8) != 0)) return ArchiveNotWritten;
   work->position = work->prefix + entry->data;
   work->compressedLeft = entry->compressedSize;
   work->sizeLeft = entry->size;
@@ -236,6 +238,7 @@ ArchiveResult ExtractArchive(ArchiveWork* work, const ArchiveIo* io, uint64_t si
   Entry entry;
   uint32_t index, offset = 0;
   work->io = *io;
+  MakeChecksumTable(work->checksumTable);
   if (!FindEndRecord(work, size) || !CheckDirectory(work)) return ArchiveDamaged;
   result = work->entries != 0 ? ArchiveComplete : ArchiveWarnings;
   for (index = 0; index < work->entries; index++) {

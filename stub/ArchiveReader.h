@@ -1,6 +1,7 @@
 /* ArchiveReader: extracts the zip archive at the end of a file, in bounded memory, through the callbacks of an
-   ArchiveIo. Before it creates the first file it has read the whole directory and found every name harmless and every
-   entry within the archive, apart from all others and of a known method. */
+   ArchiveIo. Before it creates the first file it has read the whole directory and found every entry within the archive,
+   apart from all others and of a known method, and no name that leads elsewhere. A name that Windows can't have is
+   changed into one that it can. */
 #ifndef CORVANE_STUB_ARCHIVEREADER_H
 #define CORVANE_STUB_ARCHIVEREADER_H
 
@@ -9,6 +10,8 @@
 #include "Inflate.h"
 
 enum { ArchiveMaxEntries = 65535, ArchiveMaxName = 1023, ArchiveBufferSize = 16384 };
+/* Of the program in front of a web-pack's archive. An archive behind as many bytes may have others behind it. */
+enum { ArchiveStubSize = 0x13000 };
 
 typedef enum {
   ArchiveComplete,  /* every entry has been written, and its checksum is right */
@@ -43,9 +46,11 @@ typedef struct ArchiveWork {
   uint32_t compressedLeft;
   uint32_t sizeLeft;
   uint32_t checksum;
+  uint32_t checksumTable[256];
   ArchiveResult fault;
   InflateWork inflate;
-  char localName[ArchiveMaxName + 1];
+  char localName[ArchiveMaxName];
+  char plainName[ArchiveMaxName + 2]; /* under which the entry read last is created */
   uint8_t buffer[ArchiveBufferSize];
   ArchiveRange ranges[ArchiveMaxEntries];
 } ArchiveWork;

@@ -1,21 +1,18 @@
 #include "EntryName.h"
 
-static int IsUtf8(const uint8_t* text, uint32_t length) {
+/* Bytes of the character that begins there; 0 when none does. */
+static uint32_t Utf8Length(const uint8_t* text, uint32_t left) {
   static const uint32_t lowest[4] = {0, 0x80, 0x800, 0x10000};
-  uint32_t index = 0;
-  while (index < length) {
-    uint32_t lead = text[index++], more, value, count;
-    if (lead < 0x80) continue;
-    if (lead < 0xC2 || lead > 0xF4) return 0;
-    more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-    value = lead & (0x3Fu >> more);
-    for (count = 0; count < more; count++) {
-      if (index == length || (text[index] & 0xC0) != 0x80) return 0;
-      value = value << 6 | (text[index++] & 0x3F);
-    }
-    if (value < lowest[more] || value > 0x10FFFF || (value >= 0xD800 && value < 0xE000)) return 0;
+  uint32_t lead = text[0], more, value, count;
+  if (lead < 0x80) return 1;
+  if (lead < 0xC2 || lead > 0xF4) return 0;
+  more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+  value = lead & (0x3Fu >> more);
+  for (count = 1; count <= more; count++) {
+    if (count == left || (text[count] & 0xC0) != 0x80) return 0;
+    value = value << 6 | (text[count] & 0x3F);
   }
-  return 1;
+  return value < lowest[more] || value > 0x10FFFF || (value >= 0xD800 && value < 0xE000) ? 0 : more + 1;
 }
 
 static char UpperCase(char letter) {
@@ -29,10 +26,10 @@ static int StartsWith(const char* name, uint32_t length, const char* prefix) {
   return 1;
 }
 
-/* A device answers to its name with any extension, and with spaces before the dot. COM and LPT take a digit, which may
-   be one of the three raised ones of Latin-1. */
+/* A device answers to its name with any extension, and with spaces before the dot. COM and LPT take a digit from 1 on,
+   which may be one of the three raised ones of Latin-1. */
 static int IsDevice(const char* name, uint32_t length, int isUtf8) {
-  static const char* const devices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$", "CLOCK$"};
+  static const char* const devices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
   uint32_t stem = 0, index, count;
   while (stem < length && name[stem] != '.') stem++;
   while (stem > 0 && name[stem - 1] == ' ') stem--;
@@ -47,31 +44,42 @@ static int IsDevice(const char* name, uint32_t length, int isUtf8) {
   }
   if (stem != 4) return 0;
   index = (uint8_t)name[3];
-  return (index >= '0' && index <= '9') || index == 0xB9 || index == 0xB2 || index == 0xB3;
+  return (index >= '1' && index <= '9') || index == 0xB9 || index == 0xB2 || index == 0xB3;
 }
 
-int IsPlainFileName(const char* name, uint32_t length, int isUtf8) {
-  uint32_t index;
-  int onlyDots = 1;
-  for (index = 0; index < length; index++) {
-    switch (name[index]) {
-      case '/':
-      case '\\':
-      case ':':
-      case '*':
-      case '?':
-      case '"':
-      case '<':
-      case '>':
-      case '|':
-      case 0x7F:
-        return 0;
-      default:
-        if ((uint8_t)name[index] < ' ') return 0;
-    }
-    if (name[index] != '.' && name[index] != ' ') onlyDots = 0;
+static int IsForbidden(char character) {
+  switch (character) {
+    case ':':
+    case '*':
+    case '?':
+    case '"':
+    case '<':
+    case '>':
+    case '|':
+      return 1;
+    default:
+      return (uint8_t)character < ' ';
   }
-  /* Windows drops dots and spaces at the end, so nothing would be left of such a name. */
-  if (onlyDots) return 0;
-  return (!isUtf8 || IsUtf8((const uint8_t*)name, length)) && !IsDevice(name, length, isUtf8);
+}
+
+int MakePlainFileName(const char* name, uint32_t length, int isUtf8, char* plain) {
+  uint32_t index, bytes;
+  if (length == 0 || (name[0] == '.' && (length == 1 || (length == 2 && name[1] == '.')))) return 0;
+  for (index = 0; index < length; index++)
+    if (name[index] == '/' || name[index] == '\\' || name[index] == 0) return 0;
+  if (IsDevice(name, length, isUtf8)) *plain++ = '_';
+  for (index = 0; index < length; index += bytes) {
+    bytes = isUtf8 ? Utf8Length((const uint8_t*)name + index, length - index) : 1;
+    if (bytes == 0 || IsForbidden(name[index])) {
+      bytes = 1;
+      *plain++ = '_';
+    } else {
+      uint32_t count;
+      for (count = 0; count < bytes; count++) *plain++ = name[index + count];
+    }
+  }
+  /* Windows would drop it. */
+  if (plain[-1] == '.' || plain[-1] == ' ') plain[-1] = '_';
+  *plain = 0;
+  return 1;
 }

@@ -64,6 +64,13 @@ ArchiveResult ExtractHere(const char* path, ArchiveWork* work) {
   ArchiveResult result = ArchiveDamaged;
   DWORD low, high = 0;
   extraction.archive = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, NULL, OPEN_EXISTING, 0, NULL);
+  if (extraction.archive == INVALID_HANDLE_VALUE) {
+    /* A path beyond the system's code page. */
+    WCHAR wide[MAX_PATH + 1];
+    DWORD length = GetModuleFileNameW(NULL, wide, MAX_PATH + 1);
+    if (length != 0 && length <= MAX_PATH)
+      extraction.archive = CreateFileW(wide, GENERIC_READ, FILE_SHARE_READ, NULL, OPEN_EXISTING, 0, NULL);
+  }
   if (extraction.archive == INVALID_HANDLE_VALUE) return ArchiveDamaged;
   io.context = &extraction;
   io.readAt = ReadAt;

@@ -116,9 +116,20 @@ static int CopyStored(InflateWork* work) {
   complement = TakeBits(work, 16);
   if (complement < 0) return -1;
   if (complement != (length ^ 0xFFFF)) return Fail(work, InflateDamaged);
-  while (length-- > 0) {
-    int byte = TakeBits(work, 8);
-    if (byte < 0 || Put(work, (uint8_t)byte) < 0) return -1;
+  for (; length > 0 && work->bitCount != 0; length--)
+    if (Put(work, (uint8_t)TakeBits(work, 8)) < 0) return -1;
+  while (length > 0) {
+    uint32_t count = (uint32_t)length;
+    if (work->inputLeft == 0) work->inputLeft = work->ports.read(work->ports.context, &work->input);
+    if (work->inputLeft == 0) return Fail(work, InflateDamaged);
+    if (count > work->inputLeft) count = work->inputLeft;
+    if (count > InflateWindowSize - work->filled) count = InflateWindowSize - work->filled;
+    memcpy(work->window + work->filled, work->input, count);
+    work->input += count;
+    work->inputLeft -= count;
+    work->filled += count;
+    length -= (int)count;
+    if (work->filled == InflateWindowSize && Flush(work) < 0) return -1;
   }
   return 0;
 }

@@ -43,7 +43,18 @@ static void Run(HMODULE instance) {
   PostQuitMessage(0);
 }
 
+/* Whatever the system loads late comes from its own folder: the one in which the pack lies, and the temporary folder,
+   are open to anybody's files. Older systems lack the calls. */
+static void LoadFromTheSystemAlone(void) {
+  HMODULE kernel = GetModuleHandleA("KERNEL32.dll");
+  FARPROC call = GetProcAddress(kernel, "SetDllDirectoryA");
+  if (call != NULL) ((BOOL(WINAPI*)(LPCSTR))(void*)call)("");
+  call = GetProcAddress(kernel, "SetDefaultDllDirectories");
+  if (call != NULL) ((BOOL(WINAPI*)(DWORD))(void*)call)(0x800 /* the system's folder */);
+}
+
 void __attribute__((used, noreturn)) Begin(void) {
+  LoadFromTheSystemAlone();
   Run(GetModuleHandleA(NULL));
   ExitProcess(0);
 }

@@ -3,6 +3,7 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,16 +15,11 @@
 #include "AsciiText.h"
 #include "CheckIconFile.h"
 #include "ModBrowse.h"
+#include "PackIcons.h"
 #include "PathRules.h"
 #include "Program.h"
 #include "Settings.h"
 #include "StringTable.h"
-
-namespace {
-
-constexpr int kCustomIcon = 10;
-
-}  // namespace
 
 // One panel in front; a button can't ask for the one that is there.
 void FSets::ShowPanel(int index) {
@@ -31,10 +27,6 @@ void FSets::ShowPanel(int index) {
   if (index > 1) return;
   bSetWins[std::size_t(index)]->setEnabled(false);
   bSetWins[std::size_t(1 - index)]->setEnabled(true);
-}
-
-QString FSets::IconFolder() const {
-  return PathRules::Join(program_.AppPath, QStringLiteral("icons"));
 }
 
 void FSets::BrowseForPath() {
@@ -77,11 +69,12 @@ void FSets::ApplyIcon() {
   while (index < int(OpIco.size()) && !OpIco[std::size_t(index)]->isChecked()) ++index;
   if (index == int(OpIco.size())) return;
   SettingsStore& store = program_.platform.settings;
-  program_.CurIconName = TrimBlanks(OpIco[std::size_t(index)]->text());
+  // Not the caption, into which a desktop may put marks of its own.
+  program_.CurIconName = QLatin1String(PackIconName(index));
   Settings::Save(store, Settings::CurIcon, program_.CurIconName);
   Settings::Save(store, Settings::CurIconNum, QString::number(index));
   if (index != kCustomIcon) return;
-  const QString icon = PathRules::Join(IconFolder(), Settings::Get(store, Settings::CustomIcon));
+  const QString icon = PathRules::Join(program_.IconFolder(), Settings::Get(store, Settings::CustomIcon));
   if (!program_.Files.FileExists(icon))
     program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoCustomIcon));
 }
@@ -94,7 +87,7 @@ void FSets::OpenCustomIcons() {
 
 void FSets::ListCustomIcons() {
   BoxIcons->clear();
-  const QString folder = IconFolder();
+  const QString folder = program_.IconFolder();
   if (!program_.Files.FolderExists(folder)) {
     program_.Files.EnsureFolder(folder);
     return;
@@ -106,7 +99,7 @@ void FSets::ListCustomIcons() {
 }
 
 void FSets::BrowseForIcon() {
-  const QString folder = IconFolder();
+  const QString folder = program_.IconFolder();
   program_.Files.EnsureFolder(folder);
   const QString path = ShowOpenDialog(program_, this, QStringLiteral("Select Icon File"),
                                       QStringLiteral("Icon Files(*.ico)"), QStringLiteral("*.ico"), folder);
@@ -128,10 +121,13 @@ void FSets::AddIcon() {
     dialogs.ShowMessage(this, message);
     return;
   }
-  files.EnsureFolder(IconFolder());
-  const QString target = PathRules::Join(IconFolder(), FileNameOf(path));
-  files.DeleteFileIfAny(target);
-  files.CopyFileOver(path, target);
+  files.EnsureFolder(program_.IconFolder());
+  const QString target = PathRules::Join(program_.IconFolder(), FileNameOf(path));
+  // One that is in the list already stays as it is.
+  if (QFileInfo(path) != QFileInfo(target)) {
+    files.DeleteFileIfAny(target);
+    files.CopyFileOver(path, target);
+  }
   ListCustomIcons();
   bCustomIco[1]->setEnabled(false);
 }
@@ -144,7 +140,7 @@ void FSets::UseIcon() {
     return;
   }
   const QString name = selected.first()->text();
-  const QString path = PathRules::Join(IconFolder(), name);
+  const QString path = PathRules::Join(program_.IconFolder(), name);
   QString message;
   if (CheckIconFile(program_.Files, path, message) != 0) {
     dialogs.ShowMessage(this, message);

@@ -62,7 +62,6 @@ class FSets : public QWidget {
   QPushButton* NewButton(const char* name, int index, const char* caption, const char* toolTip,
                          void (FSets::*command)());
   void ShowPanel(int index);
-  QString IconFolder() const;
 
   void BrowseForPath();
   void ApplyPath();

@@ -12,12 +12,11 @@
 #include "BusyGuard.h"
 #include "FSets.h"
 #include "IconImage.h"
+#include "PackIcons.h"
 #include "Resource.h"
 
 namespace {
 
-constexpr const char* kIconNames[] = {"WP",   "MAIL", "HEART", "ROCKET", "LTNING", "ROSE",
-                                      "HAND", "CARD", "TRAY",  "FOLDER", "Custom"};
 constexpr int kIconColumns = 3;
 constexpr QSize kPicture(36, 36);
 constexpr int kTextColumns = 68;
@@ -143,7 +142,7 @@ QWidget* FSets::NewIconPanel() {
   icons->setVerticalSpacing(10);
   column->addLayout(icons);
   for (std::size_t i = 0; i < OpIco.size(); ++i) {
-    const QString name = QString::fromLatin1(kIconNames[i]);
+    const QString name = QString::fromLatin1(PackIconName(int(i)));
     OpIco[i] = new QRadioButton(name);
     OpIco[i]->setObjectName(QStringLiteral("OpIco%1").arg(i));
     QLabel* picture;

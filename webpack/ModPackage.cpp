@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 #include <QStringList>
 #include <limits>
@@ -21,8 +22,8 @@
 
 namespace {
 
-QString ArchivePath(const Program& program) {
-  return PathRules::Join(program.project.WorkPath(), QStringLiteral("card.zip"));
+QString ArchiveIn(const QString& workPath) {
+  return PathRules::Join(workPath, QStringLiteral("card.zip"));
 }
 
 bool ReadWhole(const QString& path, QByteArray& bytes) {
@@ -53,8 +54,40 @@ void PreparePage(Program& program, const QString& pagePath, int pageCount, QSet<
     }
   }
   const QByteArray linked = AddNextPageLink(program, pagePath, text, pageCount);
-  program.Files.DeleteFileIfAny(pagePath);
-  program.Files.WriteTextFile(pagePath, linked);
+  // A page that can't be written, on a full disk say, stays as it was.
+  program.Files.ReplaceTextFile(pagePath, linked);
+}
+
+AssemblyResult Assemble(Program& program, const QString& archivePath, const QString& targetPath, qint32& sizeBytes) {
+  sizeBytes = 0;
+  if (!program.Files.FileExists(archivePath)) return AssemblyResult::NoArchive;
+  program.Files.DeleteFileIfAny(targetPath);
+  program.platform.fileAttributes.Clear(archivePath);
+  if (QFileInfo(archivePath).size() > std::numeric_limits<qint32>::max() - kStubSize) return AssemblyResult::Failed;
+  QByteArray archive;
+  if (!ReadWhole(archivePath, archive)) return AssemblyResult::Failed;
+
+  QByteArray icon;
+  if (program.CurIconName == QStringLiteral("Custom")) {
+    if (!ReadCustomIconImage(program, icon)) return AssemblyResult::BadCustomIcon;
+  } else {
+    icon = Resource(program.CurIconName);
+  }
+  const QByteArray pieces[] = {
+      Resource(QStringLiteral("STUB1")), Resource(QStringLiteral("STUB2")), icon,
+      Resource(QStringLiteral("STUB4")), Resource(QStringLiteral("STUB5")), archive,
+  };
+  for (const QByteArray& piece : pieces) {
+    if (piece.isNull()) return AssemblyResult::Failed;
+  }
+  QFile target(targetPath);
+  if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate)) return AssemblyResult::Failed;
+  for (const QByteArray& piece : pieces) {
+    if (target.write(piece) != piece.size()) return AssemblyResult::Failed;
+  }
+  if (!target.flush()) return AssemblyResult::Failed;
+  sizeBytes = static_cast<qint32>(archive.size()) + kStubSize;
+  return AssemblyResult::Good;
 }
 
 }  // namespace
@@ -71,17 +104,18 @@ PackResult CreateWebPack(Program& program, const QString& folder, const QString&
   QString target = folder;
   if (!PathRules::EndsInSeparator(target)) target += QDir::separator();
   target += fileName;
+  // Another project may be opened while messages run; the build keeps to this one.
+  const QString workPath = program.project.WorkPath();
   PreparePackPages(program);
-  QString list;
-  const int count = program.Files.ListFiles(program.project.WorkPath(), QString(), list);
-  if (count == 0) return PackResult::NoFiles;
-  const int32_t zipped = ZipWorkFiles(program, list.split(u'*'), count);
+  const QStringList names = program.Files.FileNames(workPath);
+  if (names.isEmpty()) return PackResult::NoFiles;
+  const int32_t zipped = ZipWorkFiles(program, names, int32_t(names.size()));
   // The archive stays after a failure and the next build deletes it, and that is meant.
   if (zipped == ZipResult::kCannotOpen) return PackResult::FileInUse;
   if (zipped != ZipResult::kGood) return PackResult::NotCompressed;
   program.Files.DeleteFileIfAny(target);
   RunMessagePass();
-  switch (AssembleWebPack(program, target, sizeBytes)) {
+  switch (Assemble(program, ArchiveIn(workPath), target, sizeBytes)) {
     case AssemblyResult::Good:
       break;
     case AssemblyResult::NoArchive:
@@ -91,7 +125,7 @@ PackResult CreateWebPack(Program& program, const QString& folder, const QString&
     case AssemblyResult::Failed:
       return PackResult::NotWritten;
   }
-  program.Files.DeleteFileIfAny(ArchivePath(program));
+  program.Files.DeleteFileIfAny(ArchiveIn(workPath));
   return PackResult::Made;
 }
 
@@ -118,54 +152,30 @@ void PreparePackPages(Program& program) {
   }
 }
 
-QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount) {
+QByteArray PutPageLink(const Program& program, const QByteArray& html, const QString& next) {
   const QByteArray linkText = EncodePageText(program.LinkTextValue);
   if (FindNoCase(DecodePageName(html), program.LinkTextValue + "</A>") >= 0) return html;
   const qsizetype bodyEnd = FindNoCase(html, QByteArrayLiteral("</BODY>"));
   if (bodyEnd < 0) return html;
-  const int pageNumber = PageNumberOf(pagePath);
-  if (pageNumber < 0 || pageNumber >= pageCount) return html;
-  const QByteArray link = program.BrClear + "<BR>" + StringText(TextNumber::NextPageLink).toLatin1() + "Page" +
-                          QByteArray::number(pageNumber + 1) + ".html\">" + linkText + "</A></FONT></DIV><BR><BR>";
+  const QByteArray link = program.BrClear + "<BR>" + StringText(TextNumber::NextPageLink).toLatin1() + next.toLatin1() +
+                          "\">" + linkText + "</A></FONT></DIV><BR><BR>";
   return html.left(bodyEnd) + link + html.mid(bodyEnd);
 }
 
-AssemblyResult AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes) {
-  sizeBytes = 0;
-  const QString archivePath = ArchivePath(program);
-  if (!program.Files.FileExists(archivePath)) return AssemblyResult::NoArchive;
-  program.Files.DeleteFileIfAny(targetPath);
-  program.platform.fileAttributes.Clear(archivePath);
-  QByteArray archive;
-  if (!ReadWhole(archivePath, archive)) return AssemblyResult::Failed;
+QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount) {
+  const int pageNumber = PageNumberOf(pagePath);
+  if (pageNumber < 0 || pageNumber >= pageCount) return html;
+  return PutPageLink(program, html, QStringLiteral("Page%1.html").arg(pageNumber + 1));
+}
 
-  QByteArray icon;
-  if (program.CurIconName == QStringLiteral("Custom")) {
-    if (!ReadCustomIconImage(program, icon)) return AssemblyResult::BadCustomIcon;
-  } else {
-    icon = Resource(program.CurIconName);
-  }
-  const QByteArray pieces[] = {
-      Resource(QStringLiteral("STUB1")), Resource(QStringLiteral("STUB2")), icon,
-      Resource(QStringLiteral("STUB4")), Resource(QStringLiteral("STUB5")), archive,
-  };
-  QFile target(targetPath);
-  for (const QByteArray& piece : pieces) {
-    if (piece.isNull()) return AssemblyResult::Failed;
-  }
-  if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate)) return AssemblyResult::Failed;
-  for (const QByteArray& piece : pieces) {
-    if (target.write(piece) != piece.size()) return AssemblyResult::Failed;
-  }
-  if (!target.flush() || archive.size() > std::numeric_limits<qint32>::max() - kStubSize) return AssemblyResult::Failed;
-  sizeBytes = static_cast<qint32>(archive.size()) + kStubSize;
-  return AssemblyResult::Good;
+AssemblyResult AssembleWebPack(Program& program, const QString& targetPath, qint32& sizeBytes) {
+  return Assemble(program, ArchiveIn(program.project.WorkPath()), targetPath, sizeBytes);
 }
 
 bool ReadCustomIconImage(Program& program, QByteArray& image) {
   const QString name = Settings::Get(program.platform.settings, Settings::CustomIcon);
   if (name.isEmpty()) return false;
-  const QString path = PathRules::Join(PathRules::Join(program.AppPath, QStringLiteral("icons")), name);
+  const QString path = PathRules::Join(program.IconFolder(), name);
   if (!program.Files.FileExists(path)) return false;
   QString message;
   if (CheckIconFile(program.Files, path, message) != 0) return false;

@@ -44,6 +44,10 @@ void PreparePackPages(Program& program);
 // page, has no </BODY>, or isn't named like a page.
 QByteArray AddNextPageLink(const Program& program, const QString& pagePath, const QByteArray& html, int pageCount);
 
+// The page with a link to the page file `next` put before </BODY>; unchanged when it has one with this text or no
+// </BODY>.
+QByteArray PutPageLink(const Program& program, const QByteArray& html, const QString& next);
+
 // How the last step of a build ends; the numbers are fixed.
 enum class AssemblyResult { Good = 0, NoArchive = 1, BadCustomIcon = 2, Failed = 3 };
 

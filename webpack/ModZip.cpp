@@ -6,8 +6,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
+#include "ArchiveTarget.h"
+#include "MemberCompressor.h"
 #include "MessagePass.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -16,11 +19,13 @@ namespace {
 
 const QByteArray::value_type kEndMark = '\0';
 
-// One file as the archive library reads it: opened only when its turn has come, and told of then.
+// One file as the archive library reads it. Its turn comes with the first question about it: it is told of then, has to
+// be there, and is handed over as the compressor has made it ready.
 class FileSource {
  public:
-  FileSource(const QString& path, const QByteArray& name, const ZipCallbacks& callbacks)
-      : file_(path), name_(name), callbacks_(callbacks) {
+  FileSource(const QString& path, const QByteArray& name, const ZipCallbacks& callbacks, MemberCompressor& members,
+             qsizetype index, int level)
+      : file_(path), name_(name), callbacks_(callbacks), members_(members), index_(index), level_(level) {
     zip_error_init(&error_);
     zip_stat_init(&status_);
   }
@@ -35,6 +40,7 @@ class FileSource {
         return source->Read(data, length);
       case ZIP_SOURCE_CLOSE:
         source->file_.close();
+        source->member_ = Member();
         return 0;
       case ZIP_SOURCE_STAT:
         return source->Stat(data, length);
@@ -57,46 +63,67 @@ class FileSource {
     return -1;
   }
 
-  zip_int64_t Open() {
+  zip_int64_t TakeTurn() {
     if (callbacks_.ZipPrint) callbacks_.ZipPrint("  adding: " + name_);
     if (callbacks_.ZipService && callbacks_.ZipService(name_, file_.size()) != 0) return Fail(ZIP_ER_CANCELLED);
-    return file_.open(QIODevice::ReadOnly) ? 0 : Fail(ZIP_ER_OPEN);
+    member_ = members_.Take(index_);
+    // Others may have been at work since the compressor read it.
+    if (!file_.open(QIODevice::ReadOnly)) return Fail(ZIP_ER_OPEN);
+    const QDateTime time = QFileInfo(file_).lastModified();
+    if (member_.state == Member::State::Unreadable ||
+        (member_.state == Member::State::Ready && (file_.size() != member_.size || time != member_.time)))
+      member_ = CompressMember(file_.fileName(), level_);
+    if (member_.state == Member::State::Unreadable) return Fail(ZIP_ER_READ);
+    status_.mtime = static_cast<time_t>(time.toSecsSinceEpoch());
+    status_.size = static_cast<zip_uint64_t>(file_.size());
+    status_.valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+    if (member_.state == Member::State::Ready) {
+      file_.close();
+      status_.size = static_cast<zip_uint64_t>(member_.size);
+      status_.comp_size = static_cast<zip_uint64_t>(member_.deflated.size());
+      status_.comp_method = ZIP_CM_DEFLATE;
+      status_.crc = member_.checksum;
+      status_.valid |= ZIP_STAT_COMP_SIZE | ZIP_STAT_COMP_METHOD | ZIP_STAT_CRC;
+    }
+    return 0;
+  }
+
+  zip_int64_t Open() {
+    at_ = 0;
+    return 0;
   }
 
   zip_int64_t Read(void* data, zip_uint64_t length) {
-    const qint64 got = file_.read(static_cast<char*>(data), static_cast<qint64>(length));
-    return got < 0 ? Fail(ZIP_ER_READ) : got;
+    if (file_.isOpen()) {
+      const qint64 got = file_.read(static_cast<char*>(data), static_cast<qint64>(length));
+      return got < 0 ? Fail(ZIP_ER_READ) : got;
+    }
+    const auto count = std::min(static_cast<qsizetype>(length), member_.deflated.size() - at_);
+    std::memcpy(data, member_.deflated.constData() + at_, static_cast<size_t>(count));
+    at_ += count;
+    return count;
   }
 
   zip_int64_t Stat(void* data, zip_uint64_t length) {
     if (length < sizeof(zip_stat_t)) return Fail(ZIP_ER_INVAL);
-    if (status_.valid == 0) {
-      const QFileInfo info(file_.fileName());
-      status_.size = static_cast<zip_uint64_t>(info.size());
-      status_.mtime = static_cast<time_t>(info.lastModified().toSecsSinceEpoch());
-      status_.valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
-    }
+    if (status_.valid == 0 && TakeTurn() < 0) return -1;
     *static_cast<zip_stat_t*>(data) = status_;
     return sizeof(zip_stat_t);
   }
 
-  QFile file_;
+  QFile file_;  // open only while it is too large to be compressed at once
   QByteArray name_;
   const ZipCallbacks& callbacks_;
+  MemberCompressor& members_;
+  qsizetype index_;
+  int level_;
+  Member member_;
+  qsizetype at_ = 0;  // in the member's bytes
   zip_error_t error_;
-  zip_stat_t status_;  // valid once it has been asked for
+  zip_stat_t status_;  // valid once its turn has come
 };
 
-// Each entry takes about 300 KB for its compression and frees it. The C library would hand that back to the system and
-// fetch it again for every file, which costs more than compressing a small one; having freed one larger block it keeps
-// as much.
-void KeepFreedMemory() {
-  constexpr qsizetype moreThanAnEntryTakes = 4 << 20;
-  const QByteArray block(moreThanAnEntryTakes, Qt::Uninitialized);
-}
-
-bool AddFile(zip_t* archive, const QString& path, const QByteArray& name, const ZipCallbacks& callbacks, int level) {
-  auto source = std::make_unique<FileSource>(path, name, callbacks);
+bool AddFile(zip_t* archive, std::unique_ptr<FileSource> source, const QByteArray& name, int level) {
   zip_source_t* handle = zip_source_function(archive, &FileSource::Serve, source.get());
   if (!handle) return false;
   source.release();
@@ -109,6 +136,16 @@ bool AddFile(zip_t* archive, const QString& path, const QByteArray& name, const 
     return false;
   }
   return zip_set_file_compression(archive, index, ZIP_CM_DEFLATE, level) == 0;
+}
+
+zip_t* NewArchive(const QString& path, const QString& scratchFolder) {
+  zip_error_t error;
+  zip_error_init(&error);
+  zip_source_t* const target = NewArchiveTarget(path, scratchFolder, &error);
+  zip_t* const archive = target ? zip_open_from_source(target, ZIP_CREATE | ZIP_TRUNCATE, &error) : nullptr;
+  if (target && !archive) zip_source_free(target);
+  zip_error_fini(&error);
+  return archive;
 }
 
 }  // namespace
@@ -124,26 +161,25 @@ int32_t ZipArchiver::ZpSetOptions(const ZipOptions& options) {
 }
 
 int32_t ZipArchiver::ZpArchive(int32_t count, const QByteArray& zipName, const ZipNames& names) {
-  KeepFreedMemory();
   const QString root = QFile::decodeName(options_.szRootDir);
-  struct Entry {
-    QByteArray name;
-    QString path;
-  };
-  QList<Entry> entries;
+  QByteArrayList entries;
+  QStringList paths;
   for (const QByteArray& name : names) {
     if (entries.size() >= count || name == QByteArray(1, kEndMark)) break;
     const QString path = root + QString::fromUtf8(name);
     if (!access_.CanBeRead(path)) return ZipResult::kCannotOpen;
-    if (options_.fSystem != 0 || !(attributes_.Get(path).value_or(AttributeNormal) & AttributeHidden))
-      entries.append({name, path});
+    if (options_.fSystem == 0 && (attributes_.Get(path).value_or(AttributeNormal) & AttributeHidden)) continue;
+    entries.append(name);
+    paths.append(path);
   }
 
-  const QByteArray target = (root + QString::fromUtf8(zipName)).toUtf8();
-  zip_t* archive = zip_open(target.constData(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+  const int level = options_.fLevel - '0';
+  MemberCompressor members(paths, level);
+  zip_t* archive = NewArchive(root + QString::fromUtf8(zipName), scratchFolder_);
   if (!archive) return ZipResult::kFailed;
-  for (const Entry& entry : entries) {
-    if (!AddFile(archive, entry.path, entry.name, callbacks_, options_.fLevel - '0')) {
+  for (qsizetype i = 0; i < entries.size(); ++i) {
+    auto source = std::make_unique<FileSource>(paths[i], entries[i], callbacks_, members, i, level);
+    if (!AddFile(archive, std::move(source), entries[i], level)) {
       zip_discard(archive);
       return ZipResult::kFailed;
     }
@@ -179,7 +215,7 @@ int32_t ZipWorkFiles(Program& program, const QStringList& names, int32_t count) 
   };
   callbacks.ZipService = [](const QByteArray&, int64_t) { return 0; };
 
-  ZipArchiver archiver(program.platform.fileAccess, program.platform.fileAttributes);
+  ZipArchiver archiver(program.platform.fileAccess, program.platform.fileAttributes, program.AppPath);
   archiver.ZpInit(callbacks);
   archiver.ZpSetOptions(WorkZipOptions(program));
   ZipNames zipNames;

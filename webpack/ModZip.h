@@ -68,7 +68,7 @@ using ZipNames = QList<QByteArray>;
 
 namespace ZipResult {
 inline constexpr int32_t kGood = 0;
-// A listed file can't be opened for reading; nothing has been written then.
+// A listed file can't be opened for reading, before anything is written or when its turn comes.
 inline constexpr int32_t kCannotOpen = 18;
 inline constexpr int32_t kFailed = 100;
 }  // namespace ZipResult
@@ -77,21 +77,24 @@ inline constexpr int32_t kFailed = 100;
 // of the list. A name beyond ASCII is UTF-8 and carries the flag that says so.
 class ZipArchiver {
  public:
-  // Both must outlive the object.
-  ZipArchiver(const FileAccess& access, const FileAttributes& attributes) : access_(access), attributes_(attributes) {}
+  // The first two must outlive the object. What is unfinished lies in `scratchFolder`, or in the system's folder for
+  // such files where there is none of that name.
+  ZipArchiver(const FileAccess& access, const FileAttributes& attributes, const QString& scratchFolder = QString())
+      : access_(access), attributes_(attributes), scratchFolder_(scratchFolder) {}
 
   // These take their record over; 1 for well done.
   int32_t ZpInit(const ZipCallbacks& callbacks);
   int32_t ZpSetOptions(const ZipOptions& options);
   ZipOptions ZpGetOptions() const { return options_; }
 
-  // Puts the first `count` names, or those before the end mark, into a new archive `zipName` in szRootDir. The current
-  // folder isn't changed. A ZipResult.
+  // Puts the first `count` names, or those before the end mark, into a new archive `zipName` in szRootDir, where
+  // nothing else is ever written; a failure leaves what was there. The current folder isn't changed. A ZipResult.
   int32_t ZpArchive(int32_t count, const QByteArray& zipName, const ZipNames& names);
 
  private:
   const FileAccess& access_;
   const FileAttributes& attributes_;
+  QString scratchFolder_;
   ZipCallbacks callbacks_;
   ZipOptions options_;
 };

@@ -10,10 +10,12 @@
 #include "BusyGuard.h"
 #include "ModBrowse.h"
 #include "ModPackage.h"
+#include "PackCheck.h"
 #include "PathRules.h"
 #include "Program.h"
 #include "Settings.h"
 #include "StringTable.h"
+#include "WaitCursor.h"
 
 namespace {
 
@@ -123,17 +125,23 @@ void PackPanel::Build() {
     if (answer != MessageAnswer::Ok) return;
     program_.Files.DeleteFileIfAny(target);
   }
+  const QString workPath = program_.project.WorkPath();
   qint32 sizeBytes = 0;
-  const PackResult result = CreateWebPack(program_, makePath, makeName, sizeBytes);
+  PackResult result{};
+  {
+    const WaitCursor cursor;
+    result = CreateWebPack(program_, makePath, makeName, sizeBytes);
+  }
   if (result != PackResult::Made) {
     dialogs.ShowMessage(window(), StringText(TextNumber::BadPackFolder + int(result)));
     return;
   }
-  OfferTestRun(makePath, makeName, sizeBytes);
+  OfferTestRun(makePath, makeName, workPath, sizeBytes);
   Settings::Save(program_.platform.settings, Settings::GreetName, makeName);
 }
 
-void PackPanel::OfferTestRun(const QString& makePath, const QString& makeName, qint32 sizeBytes) {
+void PackPanel::OfferTestRun(const QString& makePath, const QString& makeName, const QString& workPath,
+                             qint32 sizeBytes) {
   Dialogs& dialogs = program_.platform.dialogs;
   const QString target = PathRules::Join(makePath, makeName);
   const QStringList lines = {
@@ -146,9 +154,18 @@ void PackPanel::OfferTestRun(const QString& makePath, const QString& makeName, q
       dialogs.ShowMessage(window(), lines.join(QStringLiteral("\r\n")), MessageIcon::Question, MessageButtons::YesNo);
   if (answer != MessageAnswer::Yes) return;
   Shell& shell = program_.platform.shell;
+  FixedText last = FixedText::TestOfFileFailed;
+  if (!shell.RunsWindowsPrograms()) {
+    const QString different = CheckPack(target, workPath);
+    if (!different.isEmpty()) {
+      dialogs.ShowMessage(window(), StringText(last) + QStringLiteral("\r\n") + different);
+      return;
+    }
+    last = FixedText::PackageIsWhole;
+  }
   if (shell.OpenFile(window(), makeName, makePath, ShowMode::Maximised) >= Shell::kFirstSuccess) return;
   if (shell.StartProgram(target, ShowMode::Maximised)) return;
-  dialogs.ShowMessage(window(), StringText(FixedText::TestOfFileFailed));
+  dialogs.ShowMessage(window(), StringText(last));
 }
 
 void PackPanel::Browse() {

@@ -36,7 +36,7 @@ class PackPanel : public QFrame {
   void LayOut();
   void OnCreateClick(int Index);
   void Build();
-  void OfferTestRun(const QString& makePath, const QString& makeName, qint32 sizeBytes);
+  void OfferTestRun(const QString& makePath, const QString& makeName, const QString& workPath, qint32 sizeBytes);
   void Browse();
 
   Program& program_;

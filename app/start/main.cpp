@@ -23,7 +23,11 @@ int main(int argc, char** argv) {
   RealPlatform platform;
   Program program(platform.Services());
   ModMain modMain(program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });
-  QObject::connect(&modMain, &ModMain::Ended, &application, &QCoreApplication::quit, Qt::QueuedConnection);
+  // Not `quit`, which would ask each window to close, and theirs only hides. This ends the loops of boxes and menus,
+  // too.
+  QObject::connect(&modMain, &ModMain::Ended, &application, [] { QCoreApplication::exit(); });
   if (!modMain.Main()) return 0;
-  return QApplication::exec();
+  const int result = QApplication::exec();
+  modMain.ReleaseWindows();
+  return result;
 }

@@ -1,9 +1,11 @@
 // Folders that vanish, and disks that are full or can't be written. Nothing is said, nothing ends, and once the trouble
 // is over all goes on.
+#include <QLineEdit>
 #include <QProcess>
 #include <QStorageInfo>
 
 #include "FoldersFixture.h"
+#include "PackPanel.h"
 
 namespace {
 
@@ -124,6 +126,38 @@ TEST_F(FullDisk, AFirstSaveMovesToTheNewFolderAllTheSame) {
   Free();
   ASSERT_TRUE(run_.Choose("mSavePage"));
   EXPECT_EQ(InView(), FileIn("saved/ann/wgcard.html"));
+}
+
+TEST_F(FullDisk, ABuildIsToldAsFailedAndLosesNoPage) {
+  MakePages({QString(9000, u'a'), QString(9000, u'b')});
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  const Tree before = TreeOf("card");
+  ASSERT_TRUE(run_.Choose("mMakePack"));
+  run_.modMain.Ops()->FrOps0->tMakePath->setText(run_.test.Path("desktop"));
+  Fill();
+  run_.modMain.Ops()->FrOps0->bCreate[0]->click();
+  EXPECT_EQ(QStringList{StringText(129)}, run_.Dialogs().Messages());
+  EXPECT_EQ(before, TreeOf("card"));
+  EXPECT_TRUE(Names("").filter("scratch").isEmpty());
+  Free();
+  run_.Dialogs().Boxes.clear();
+  run_.modMain.Ops()->FrOps0->bCreate[0]->click();
+  EXPECT_TRUE(FileIn("card/wgcard.html").contains("Next Page"));
+  EXPECT_TRUE(QFile::exists(run_.test.Path("desktop/Greeting.exe")));
+}
+
+// The archive fits, the pack doesn't any more.
+TEST_F(FullDisk, ATargetThatFillsUpIsToldAndTheProjectIsWhole) {
+  MakePages({"one"});
+  ASSERT_TRUE(run_.Choose("mMakePack"));
+  run_.modMain.Ops()->FrOps0->tMakePath->setText(run_.test.Path("desktop"));
+  Fill();
+  QFile filler(run_.test.Path("filler"));
+  ASSERT_TRUE(filler.resize(filler.size() - (48 << 10)));
+  run_.modMain.Ops()->FrOps0->bCreate[0]->click();
+  EXPECT_EQ(QStringList{StringText(130)}, run_.Dialogs().Messages());
+  EXPECT_EQ(QStringList({"card.zip", "wgcard.html"}), Names("card"));
+  EXPECT_EQ("one", LettersIn("card")["wgcard.html"]);
 }
 
 TEST_F(FullDisk, SendingAPageOutSaysNothing) {

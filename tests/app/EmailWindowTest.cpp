@@ -98,7 +98,7 @@ TEST_F(EmailWindow, TheExitEndsWhatIsUnderWayBeforeTheWindowsGo) {
   ASSERT_TRUE(Net().IsOpen());
   run_.Dialogs().Answers = {MessageAnswer::No};
   run_.modMain.ExitProgram();
-  EXPECT_FALSE(run_.ended);
+  EXPECT_NE(nullptr, run_.modMain.Ops());
   EXPECT_FALSE(Net().IsOpen());
   EXPECT_EQ(1, Net().CleanUps);
 }

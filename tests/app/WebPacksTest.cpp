@@ -184,6 +184,45 @@ TEST_F(WebPacks, EveryWayOfAddingAPictureBringsItIntoThePack) {
   EXPECT_EQ("heart.jpg", files["heart.jpg"]);
 }
 
+// What a recipient's system can't have as a name is changed where the picture comes in, so page and pack agree.
+TEST_F(WebPacks, PicturesOfAnyNameAreInThePackUnderNamesThatWindowsCanHave) {
+  const QMap<QString, QString> names = {{"Shot_2024 12:30:45.png", "Shot_2024_12_30_45.png"},
+                                        {"con.png", "_con.png"},
+                                        {"Aux.PNG", "_Aux.PNG"},
+                                        {"com1.tar.png", "_com1.tar.png"},
+                                        {"what?.png", "what_.png"},
+                                        {"star*.png", "star_.png"},
+                                        {"a\"b<c>d|e.png", "a_b_c_d_e.png"},
+                                        {"tab\there.png", "tab_here.png"},
+                                        {QString::fromUtf8("b\xC3\xA4r.png"), QString::fromUtf8("b\xC3\xA4r.png")}};
+  QSet<QString> expected = {"wgcard.html"};
+  for (auto name = names.begin(); name != names.end(); ++name) {
+    AddByPanel(Outside(name.key(), name.key().toUtf8()));
+    expected.insert(name.value());
+  }
+  const Files files = Build();
+  EXPECT_EQ(expected, QSet<QString>(files.keyBegin(), files.keyEnd()));
+  for (auto name = names.begin(); name != names.end(); ++name) EXPECT_EQ(name.key().toUtf8(), files[name.value()]);
+}
+
+TEST_F(WebPacks, PicturesWhoseNamesDifferOnlyInCaseAreOne) {
+  AddByPanel(Outside("one/Cat.png", "first"));
+  AddByPanel(Outside("two/cat.png", "second"));
+  const Files files = Build();
+  EXPECT_EQ(QStringList({"Cat.png", "wgcard.html"}), files.keys());
+  EXPECT_EQ("second", files["Cat.png"]);
+  EXPECT_EQ(2, files["wgcard.html"].count("src=\"Cat.png\""));
+}
+
+// One that somebody else put into the folder: the list of names can't hold it, the folder can.
+TEST_F(WebPacks, AStarInANameLosesNoFile) {
+  ASSERT_TRUE(PutFile(run_.test.WorkFile("star*.gif"), "star"));
+  SaveProjectAs("ann");
+  EXPECT_EQ("star", FileIn("saved/ann/star*.gif"));
+  EXPECT_EQ("star", Build()["star*.gif"]);
+  EXPECT_EQ("star", FileIn("saved/ann/star*.gif"));
+}
+
 TEST_F(WebPacks, AChosenIconAndTheUsersOwnOneAreInThePack) {
   const auto icon = [this] { return FileBytes(run_.test.Path("desktop/pack.exe")).mid(0x124B0, 744); };
   Build();
@@ -243,6 +282,58 @@ TEST_F(WebPacks, AnIconDrawnInTheEditorIsInThePack) {
   Sets().bIcoSets[0]->click();
   Build();
   EXPECT_EQ(drawn.mid(22), FileBytes(run_.test.Path("desktop/pack.exe")).mid(0x124B0, 744));
+}
+
+// The commands on projects stay open to the user while files are packed.
+TEST_F(WebPacks, ANewProjectDuringABuildLeavesTheSavedOnesPackWhole) {
+  run_.Type("one");
+  SaveProjectAs("ann");
+  for (const char* name : {"a.txt", "b.txt"}) ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/") + name, name));
+  ASSERT_TRUE(run_.Choose("mMakePack"));
+  Panel().tMakePath->setText(run_.test.Path("desktop"));
+  Panel().tMakeFileName->setText("pack");
+  Answer({MessageAnswer::Ok, MessageAnswer::No});
+  QMetaObject::invokeMethod(qApp, [this] { Web().mNewProject(); }, Qt::QueuedConnection);
+  Panel().bCreate[0]->click();
+  EXPECT_EQ("Project1", run_.program().project.ProjectName());
+  QStringList packed;
+  for (const PackedFile& file : FilesInPack(run_.test.Path("desktop/pack.exe"))) packed += file.name;
+  EXPECT_EQ(QStringList({"a.txt", "b.txt", "wgcard.html"}), packed);
+  // No archive stays behind in the old project, and none comes into the new one.
+  EXPECT_EQ(QStringList({"a.txt", "b.txt", "wgcard.html"}), Names("saved/ann"));
+  EXPECT_EQ(QStringList{"wgcard.html"}, Names("card"));
+}
+
+TEST_F(WebPacks, ANewProjectInPlaceOfTheUnsavedOneDuringItsBuildIsToldAsAnOpenFile) {
+  run_.Type("one");
+  ASSERT_TRUE(PutFile(run_.test.WorkFile("a.txt"), "a"));
+  ASSERT_TRUE(run_.Choose("mMakePack"));
+  Panel().tMakePath->setText(run_.test.Path("desktop"));
+  Answer({MessageAnswer::Ok});
+  QMetaObject::invokeMethod(qApp, [this] { Web().mNewProject(); }, Qt::QueuedConnection);
+  Panel().bCreate[0]->click();
+  EXPECT_EQ(StringText(134), run_.Dialogs().Messages().last());
+  EXPECT_EQ(QStringList{"wgcard.html"}, Names("card"));
+  EXPECT_EQ(QStringList(), QDir(run_.test.Path("desktop")).entryList(QDir::Files));
+}
+
+TEST_F(WebPacks, AProjectOpenedDuringABuildHasNoPartInIt) {
+  run_.Type("ann");
+  SaveProjectAs("ann");
+  const QByteArray other = "<html><body>bob</body></html>";
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/bob/wgcard.html"), other));
+  run_.program().project.OpenSaved("ann", run_.PathInApp("saved/ann"));
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/a.txt"), "a"));
+  Panel().tMakePath->setText(run_.test.Path("desktop"));
+  Panel().tMakeFileName->setText("pack");
+  Answer({MessageAnswer::No});
+  QMetaObject::invokeMethod(
+      qApp, [this] { Web().OpenProject("bob", run_.PathInApp("saved/bob")); }, Qt::QueuedConnection);
+  Panel().bCreate[0]->click();
+  EXPECT_EQ("bob", run_.program().project.ProjectName());
+  EXPECT_EQ(2, FilesInPack(run_.test.Path("desktop/pack.exe")).size());
+  EXPECT_EQ(QStringList({"a.txt", "wgcard.html"}), Names("saved/ann"));
+  EXPECT_EQ(other, FileIn("saved/bob/wgcard.html"));
 }
 
 TEST_F(WebPacks, TheFolderOfThePanelAndOfTheSettingsIsOne) {

@@ -36,6 +36,7 @@ const QString tableHtml =
 constexpr Wire kEntries[] = {
     {"mOpenFile", With::Nothing, "asks Select HTML file"},
     {"mSavePageFil", With::Nothing, "asks Save Text to File"},
+    {"mSaveOneFile", With::Nothing, "asks Save Project as One HTML File"},
     {"mExit", With::Nothing, "ExitRequested() | says Do you want to save this project before closing?"},
     {"mNewPage", With::Nothing, "page 2 | file card/Page2.html | file card/wgcard.html | shows "},
     {"mSavePage", With::Nothing, "file card/wgcard.html"},

@@ -35,8 +35,8 @@ class PageCommands : public FoldersTest {
     const int page = run_.program().project.CurPageNo();
     const QByteArray view = InView();
     Answer({MessageAnswer::Ok, MessageAnswer::Ok}, {"name", "name"});
-    for (const char* command :
-         {"mNewPage", "mDelPage", "mOpenFile", "mSavePageFil", "mNewProject", "mOpenProject", "mSaveProject"})
+    for (const char* command : {"mNewPage", "mDelPage", "mOpenFile", "mSavePageFil", "mSaveOneFile", "mNewProject",
+                                "mOpenProject", "mSaveProject"})
       ASSERT_TRUE(run_.Choose(command));
     GoToPage(Web().BoxPage->currentIndex() == 4 ? 6 : 5);
     EXPECT_EQ(Tree(), Changes(before, TreeOf()));

@@ -126,7 +126,7 @@ TEST_F(PicturePanel, OnlyBlanksInANameBecomeUnderscores) {
   EXPECT_TRUE(Added().startsWith("<img src=\"a__b&nbsp;c-")) << qPrintable(Added());
 }
 
-// Meant in FTools::CopyBesidePages: a picture chosen out of the project's own folder is gone before it can be copied.
+// Meant in CopyBesidePages: a picture chosen out of the project's own folder is gone before it can be copied.
 TEST_F(PicturePanel, APictureOutOfTheProjectsOwnFolderIsDeletedBeforeItCanBeCopied) {
   const QString path = run_.test.WorkFile("house.gif");
   ASSERT_TRUE(PutFile(path, gif));

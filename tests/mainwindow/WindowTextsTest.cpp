@@ -35,6 +35,7 @@ TEST_F(WindowTexts, TheMenusStandAsTheyAre) {
       "  mOpenFile: &Open HTML File",
       "  mLineF2: -",
       "  mSavePageFil: &Save Current Page as HTML File",
+      "  mSaveOneFile: Save Project as One &HTML File",
       "  mline2: -",
       "  mExit: E&xit",
       "mPage: &Page",

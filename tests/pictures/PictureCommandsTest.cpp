@@ -340,40 +340,4 @@ TEST_F(PictureCommands, WhileACommandRunsNoSecondOneDoes) {
   EXPECT_EQ(QSize(100, 80), Shown().size());
 }
 
-// The program may end while a command lets messages run.
-TEST_F(PictureCommands, TheWindowsMayGoDuringACommand) {
-  const auto run = [this](const std::function<void(FPic&)>& command) {
-    auto* viewer = new fBitmap;
-    auto* window = new FPic(test_.program);
-    ModPics pics(test_.program, *viewer);
-    window->SetPictures(pics, *viewer);
-    ASSERT_TRUE(pics.OpenPictureFile(File("a.bmp", EncodedPicture(PlacePicture(60, 40), "bmp"))));
-    viewer->State.CropDefined = true;
-    viewer->State.CropX1 = viewer->State.CropY1 = 20;
-    window->tPercSize->setText("50");
-    QPointer<QWidget> watch(window);
-    QMetaObject::invokeMethod(
-        qApp,
-        [window, viewer] {
-          delete window;
-          delete viewer;
-        },
-        Qt::QueuedConnection);
-    command(*window);
-    EXPECT_FALSE(watch);
-  };
-  run([](FPic& window) { window.bCrop->click(); });
-  run([](FPic& window) { window.bResize->click(); });
-  run([](FPic& window) { window.bCompress->click(); });
-  Dialogs().Texts = {test_.Path("out.jpg")};
-  run([](FPic& window) { window.bSaveJPG->click(); });
-  Dialogs().WhileShown = [] { QApplication::processEvents(); };
-  for (const QString& path : {QString(), test_.Path("a.bmp")}) {
-    Dialogs().Texts = {path};
-    run([](FPic& window) { window.bGetPic->click(); });
-    Dialogs().Texts = {path};
-    run([](FPic& window) { window.bSaveJPG->click(); });
-  }
-}
-
 }  // namespace

@@ -12,7 +12,7 @@ import unittest
 
 BUILD = ""
 # The program, and what works the engine for a test, a case or a figure.
-WITH_ENGINE = {"corvane", "hosted_tests", "engine_tests", "soak", "cases", "page_text", "bare_view", "bench_keys",
+WITH_ENGINE = {"corvane", "hosted_tests", "engine_tests", "soak", "cases", "page_text", "page_shot", "bare_view", "bench_keys",
                "bench_page", "bench_project", "contact_sheet"}
 NEEDED = re.compile(r"\(NEEDED\).*\[(libQt6WebEngine[^\]]*)\]")
 

@@ -165,6 +165,9 @@ constexpr Named kNamed[] = {
     {FixedText::SizeOfFileIs, "Size of file is: "},
     {FixedText::SizeUnit, " KB."},
     {FixedText::TestThisPackage, "Do you want to test this package?"},
+    {FixedText::PackageIsWhole,
+     "The package is whole: its pages and pictures can all be read. To see it as its recipient will, open it on "
+     "Windows."},
     {FixedText::PageFileNotFound, "Error. Current page file not found."},
     {FixedText::PageFileNotRead, "Error. Unable to read current page file."},
     {FixedText::PasswordRequired, "Password required."},

@@ -75,7 +75,8 @@ void damage(Bytes& pack, std::mt19937& random) {
 void judge(const MemoryFolder& folder, ArchiveResult result, const Bytes& pack, uint64_t iteration, unsigned seed) {
   uint64_t written = 0;
   for (const auto& [name, file] : folder.files) {
-    if (name.empty() || name == "." || name == ".." || name.find_first_of("/\\:") != std::string::npos)
+    if (name.empty() || name == "." || name == ".." || name.find_first_of("/\\:*?\"<>|") != std::string::npos ||
+        name.back() == '.' || name.back() == ' ')
       complain("a hostile name was created", iteration, seed);
     if (!file.closed) complain("a file was left open", iteration, seed);
     written += file.data.size();

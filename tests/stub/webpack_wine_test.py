@@ -5,6 +5,7 @@ Skipped with exit code 77 where wine can't run. In continuous integration only t
 """
 
 import argparse
+import functools
 import hashlib
 import io
 import os
@@ -66,6 +67,12 @@ def archive(files, method=zipfile.ZIP_DEFLATED):
             info.compress_type = method
             pack.writestr(info, data, compresslevel=9)
     return out.getvalue()
+
+
+def archive_with(data, name):
+    """An archive of a page and one more file, of a name that no archiver would write: it is exchanged in the bytes."""
+    harmless = "x" * len(name)
+    return archive({"wgcard.html": PAGE, harmless: data.encode()}).replace(harmless.encode(), name.encode())
 
 
 def stub(icon="WP"):
@@ -237,6 +244,11 @@ class WebPack(unittest.TestCase):
         self.assertEqual([name for name, _ in steps],
                          ["GetModuleFileNameA", "GetCurrentDirectoryA", "GetTempPathA", "SetCurrentDirectoryA",
                           "ShellExecuteA", "SetCurrentDirectoryA", "PostQuitMessage"])
+        # Libraries come from the system alone, before anything else is done.
+        first = [call for call in calls if call[0].startswith("Set")][:2]
+        self.assertEqual([name for name, _ in first], ["SetDllDirectoryA", "SetDefaultDllDirectories"])
+        self.assertTrue(first[0][1].endswith("\"\""), first)
+        self.assertEqual(first[1][1], "00000800")
         self.assertEqual([name for name, _ in calls if "Create" in name],
                          ["CreateFileA"] * 4 + ["CreateFileW"] + ["CreateFileA"])  # the pack itself, then its files
         self.assertIn("\"C:\\\\users\\\\guest\\\\Temp\\\\\"", steps[3][1])
@@ -248,6 +260,14 @@ class WebPack(unittest.TestCase):
         self.assertEqual(shown[5], "00000003")  # maximised
         self.assertIn("\"C:\\\\packs\"", steps[5][1])  # the folder that it was started from
         self.assertEqual(steps[6][1], "00000000")
+
+    def test_APackOfAnyNameFindsItself(self):
+        for name in ("\u043f\u0440\u0438\u0432\u0435\u0442.exe", "\u732b caf\u00e9.exe", "a b.exe"):
+            self.setUp()
+            self.assert_silent(self.start(web_pack(pages()), name=name))
+            os.remove(os.path.join(self.drive, "packs", name))
+            self.assertEqual(contents(self.temp), marks(pages()))
+            self.assert_opened_first_page()
 
     def test_APackWithoutFirstPageSaysNothing(self):
         files = {"Page2.html": b"<html></html>"}
@@ -300,19 +320,56 @@ class WebPack(unittest.TestCase):
         self.assert_damaged(stub(), "no archive")
         self.assert_damaged(whole[:-1], "last byte gone")
         self.assert_damaged(whole[: STUB_SIZE + (len(whole) - STUB_SIZE) // 2], "half of the archive gone")
-        self.assert_damaged(whole + b"\0", "one byte behind")
         self.assert_damaged(stub() + archive({}), "empty archive")
         self.assertEqual(self.drive_but_temp(), before)
 
-    def test_HostilePacksWriteNothingAndOpenNothing(self):
+    def test_PacksWithNamesThatLeadElsewhereWriteNothingAndOpenNothing(self):
         before = self.drive_but_temp()
-        for name in ("../evil.html", "..\\evil.html", "C:evil.html", "sub/evil.html", "..", "con.html", "NUL", "a:b"):
-            # A harmless name of the same length goes through the archiver, and is then exchanged in the bytes.
-            harmless = "x" * len(name)
-            packed = archive({"wgcard.html": PAGE, harmless: b"evil"}).replace(harmless.encode(), name.encode())
-            self.assert_damaged(stub() + packed, name)
+        for name in ("../evil.html", "..\\evil.html", "C:\\evil.html", "sub/evil.html", "..", "/evil", "a:b\\c"):
+            self.assert_damaged(stub() + archive_with("evil", name), name)
         self.assertEqual(self.drive_but_temp(), before)
         self.assertFalse(os.path.exists(os.path.join(self.drive, "users", "guest", "evil.html")))
+
+    def test_NamesThatWindowsCantHaveAreChangedAndThePageOpens(self):
+        before = self.drive_but_temp()
+        for name, created in (("con.html", "_con.html"), ("NUL", "_NUL"), ("a:b", "a_b"), ("C:evil.html", "C_evil.html"),
+                              ("Shot 12:30:45.gif", "Shot 12_30_45.gif"), ("what?.gif", "what_.gif"),
+                              ("st*r.gif", "st_r.gif"), ("a\"<>|b", "a____b"), ("dots...", "dots.._"), ("a ", "a_"),
+                              ("lpt1.x.gif", "_lpt1.x.gif"), ("wgcard.html:x", "wgcard.html_x")):
+            with self.subTest(name):
+                self.setUp()
+                self.assert_silent(self.start(stub() + archive_with("picture", name)))
+                self.assertEqual(contents(self.temp), marks({"wgcard.html": PAGE, created: b"picture"}))
+                self.assert_opened_first_page()
+        self.assertEqual(self.drive_but_temp(), before)
+
+    def test_BytesBehindTheArchiveDontMatter(self):
+        for behind in (b"\0", bytes(8), b"PK\5\6" * 30, os.urandom(200000)):
+            self.setUp()
+            self.assert_silent(self.start(web_pack(pages()) + behind))
+            self.assertEqual(contents(self.temp), marks(pages()))
+            self.assert_opened_first_page()
+
+    def test_ASignedPackOpens(self):
+        with tempfile.TemporaryDirectory(prefix="signed-") as folder:
+            path = functools.partial(os.path.join, folder)
+            with open(path("pack.exe"), "wb") as file:
+                file.write(web_pack(pages()))
+            subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
+                            "/CN=Nobody", "-addext", "extendedKeyUsage=codeSigning", "-keyout", path("key.pem"), "-out",
+                            path("certificate.pem")], check=True, capture_output=True)
+            subprocess.run(["osslsigncode", "sign", "-certs", path("certificate.pem"), "-key", path("key.pem"), "-h",
+                            "sha256", "-in", path("pack.exe"), "-out", path("signed.exe")], check=True,
+                           capture_output=True)
+            verified = subprocess.run(["osslsigncode", "verify", "-CAfile", path("certificate.pem"), "-in",
+                                       path("signed.exe")], check=False, capture_output=True, text=True)
+            self.assertEqual(verified.returncode, 0, verified.stdout + verified.stderr)
+            with open(path("signed.exe"), "rb") as file:
+                signed = file.read()
+        self.assertGreater(len(signed), len(web_pack(pages())) + 500)
+        self.assert_silent(self.start(signed))
+        self.assertEqual(contents(self.temp), marks(pages()))
+        self.assert_opened_first_page()
 
 
 def refusal():

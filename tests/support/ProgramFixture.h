@@ -26,6 +26,7 @@ class ProgramTest : public ::testing::Test {
   void Exit(const QList<MessageAnswer>& answers, const QStringList& texts = {}) {
     Answer(answers, texts);
     ASSERT_TRUE(run_.Choose("mExit"));
+    if (run_.ended) run_.Release();
   }
   bool CardExists() const { return QDir(run_.test.program.project.CardPath()).exists(); }
   QByteArray FileIn(const QString& name) const { return FileBytes(run_.PathInApp(name)); }

@@ -18,6 +18,7 @@ class RecordingShell : public Shell {
 
   int OpenResult = kFirstSuccess;
   bool StartResult = true;
+  bool RunsWindows = true;
   // Runs while the shell is at work.
   std::function<void()> WhileOpening;
   QList<Call> Opened;
@@ -33,4 +34,5 @@ class RecordingShell : public Shell {
     if (WhileOpening) WhileOpening();
     return StartResult;
   }
+  bool RunsWindowsPrograms() const override { return RunsWindows; }
 };

@@ -29,8 +29,8 @@ class RunningProgram {
   ModMain modMain{test.program, MakeHeadless(browser)};
   bool ended = false;
 
-  // With a settings store that outlives the program, or one of its own.
-  explicit RunningProgram(SettingsStore* store = nullptr) : test(store) {
+  // With a settings store and dialogs that outlive the program, or with its own.
+  explicit RunningProgram(SettingsStore* store = nullptr, Dialogs* boxes = nullptr) : test(store, nullptr, boxes) {
     QObject::connect(&modMain, &ModMain::Ended, &modMain, [this] { ended = true; });
   }
 
@@ -40,13 +40,16 @@ class RunningProgram {
     return started;
   }
 
-  // Lets pending loads and the end of the program happen. Nothing here takes time: all of it is posted.
+  // Lets pending loads happen. Nothing here takes time: all of it is posted.
   void Settle() {
     for (int pass = 0; pass < 5; ++pass) {
       QCoreApplication::sendPostedEvents();
       QCoreApplication::processEvents();
     }
   }
+
+  // What `main` does when the application's loop has ended.
+  void Release() { modMain.ReleaseWindows(); }
 
   Program& program() { return test.program; }
   ScriptedDialogs& Dialogs() { return test.platform.dialogs; }

@@ -49,10 +49,13 @@ class ScriptedDialogs : public Dialogs {
   QList<Question> Questions;
   QList<ColorQuestion> ColorQuestions;
   int Unanswered = 0;
+  // Set at the end of the program; nothing is kept or answered from then on.
+  bool Cancelled = false;
 
   // The texts of all boxes shown so far.
   QStringList Messages() const;
 
+  void CancelAll() override { Cancelled = true; }
   MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                             const QString& title) override;
   QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) override;

@@ -20,7 +20,7 @@ QString FixedStamps::NewGuid() {
   return QStringLiteral("{00000000-0000-0000-0000-%1}").arg(Given, 12, 10, QLatin1Char('0'));
 }
 
-TestProgram::TestProgram(SettingsStore* store, Sockets* net) : platform(store, net) {
+TestProgram::TestProgram(SettingsStore* store, Sockets* net, Dialogs* boxes) : platform(store, net, boxes) {
   program.AppPath = Path(QStringLiteral("app"));
   program.project.EnterWorkspace();
   program.DesktopPath = Path(QStringLiteral("desktop"));

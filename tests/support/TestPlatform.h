@@ -80,11 +80,19 @@ class FixedStamps : public Stamps {
 // A platform for tests: files are real, and everything else is scripted or recorded.
 class TestPlatform {
  public:
-  // With a settings store and sockets of the test's own in place of `settings` and `sockets`, if there are any; they
-  // must outlive the object.
-  explicit TestPlatform(SettingsStore* store = nullptr, Sockets* net = nullptr)
-      : services{attributes, access,  store ? *store : settings, dialogs, shell,
-                 instance,   folders, net ? *net : sockets,      network, mailAccount,
+  // With a settings store, sockets and dialogs of the test's own in place of those below, if there are any; they must
+  // outlive the object.
+  explicit TestPlatform(SettingsStore* store = nullptr, Sockets* net = nullptr, Dialogs* boxes = nullptr)
+      : services{attributes,
+                 access,
+                 store ? *store : settings,
+                 boxes ? *boxes : dialogs,
+                 shell,
+                 instance,
+                 folders,
+                 net ? *net : sockets,
+                 network,
+                 mailAccount,
                  stamps} {}
 
   WatchedAttributes attributes;
@@ -105,7 +113,7 @@ class TestPlatform {
 // go with the object.
 class TestProgram {
  public:
-  explicit TestProgram(SettingsStore* store = nullptr, Sockets* net = nullptr);
+  explicit TestProgram(SettingsStore* store = nullptr, Sockets* net = nullptr, Dialogs* boxes = nullptr);
 
   TestPlatform platform;
   Program program{platform.services};

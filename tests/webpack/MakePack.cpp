@@ -8,20 +8,42 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
+#include "CopyBesidePages.h"
 #include "ModZip.h"
+#include "OneFile.h"
 #include "PackPanel.h"
+#include "PageText.h"
 #include "PathRules.h"
 #include "Settings.h"
 #include "StringTable.h"
 #include "TestPlatform.h"
 
+namespace {
+
+int AddPictures(const QStringList& arguments) {
+  TestPlatform platform;
+  Program program(platform.services);
+  program.project.SavedAs(QStringLiteral("pack"), arguments.value(0));
+  QString page = QStringLiteral("<html><head><title></title></head><body>");
+  for (const QString& picture : arguments.mid(1))
+    page += QStringLiteral("<img src=\"%1\" />").arg(CopyBesidePages(program, picture));
+  page += QStringLiteral("</body></html>");
+  return PutFile(program.project.PageFile(1), EncodePageText(page)) ? 0 : 1;
+}
+
+}  // namespace
+
 // Builds a web-pack, or only the archive, from a folder of pages: make_pack WORKFOLDER FOLDER NAME [ICON], or
 // make_pack --archive WORKFOLDER. ICON is the name of a built-in icon or the path of an icon file. Prints the result
-// code, the size in bytes and the time in milliseconds.
+// code, the size in bytes and the time in milliseconds. make_pack --add WORKFOLDER PICTURE... copies pictures beside
+// the pages, as the program does, and shows them on page 1, which it writes.
+// make_pack --one WORKFOLDER FILE makes one HTML file of the project.
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   const QStringList arguments = QApplication::arguments();
+  if (arguments.value(1) == QLatin1String("--add")) return AddPictures(arguments.mid(2));
+  const bool oneFile = arguments.value(1) == QLatin1String("--one");
   const bool archiveOnly = arguments.value(1) == QLatin1String("--archive");
   const bool withIcon = arguments.size() == 5;
   if (arguments.size() != (archiveOnly ? 3 : withIcon ? 5 : 4)) return 2;
@@ -31,23 +53,26 @@ int main(int argc, char** argv) {
   program.LinkTextValue = QStringLiteral("Next Page");
   program.CurIconName = withIcon ? arguments.at(4) : QStringLiteral("WP");
   QTemporaryDir appFolder;
+  program.AppPath = appFolder.path();
   if (program.CurIconName.contains(u'/')) {
     // The user's own icon, where the settings window would have put it.
-    program.AppPath = appFolder.path();
     QDir(program.AppPath).mkdir(QStringLiteral("icons"));
     if (!QFile::copy(program.CurIconName, appFolder.filePath(QStringLiteral("icons/own.ico")))) return 2;
     Settings::Save(platform.settings, Settings::CustomIcon, QStringLiteral("own.ico"));
     program.CurIconName = QStringLiteral("Custom");
   }
-  program.project.SavedAs(QStringLiteral("pack"), arguments.at(archiveOnly ? 2 : 1));
+  program.project.SavedAs(QStringLiteral("pack"), arguments.at(archiveOnly || oneFile ? 2 : 1));
   QElapsedTimer clock;
   qint64 size = 0;
   int code = 0;
-  if (archiveOnly) {
-    QString list;
-    const int count = program.Files.ListFiles(program.project.WorkPath(), QString(), list);
+  if (oneFile) {
     clock.start();
-    code = ZipWorkFiles(program, list.split(u'*'), count);
+    code = SaveOneFile(program, arguments.at(3), QByteArray()) ? 0 : 1;
+    size = QFileInfo(arguments.at(3)).size();
+  } else if (archiveOnly) {
+    const QStringList names = program.Files.FileNames(program.project.WorkPath());
+    clock.start();
+    code = ZipWorkFiles(program, names, int32_t(names.size()));
   } else {
     // Through the panel, as the user does.
     bool busy = false;

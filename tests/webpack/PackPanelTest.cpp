@@ -14,6 +14,7 @@
 #include <QSignalSpy>
 
 #include "Settings.h"
+#include "StringTable.h"
 #include "TestPlatform.h"
 #include "Twips.h"
 
@@ -255,6 +256,33 @@ TEST_F(Panel, ATestRunThatFailsTwiceIsTold) {
   EXPECT_EQ("Test of file failed. Try testing the file by hand.", Dialogs().Boxes.last().text);
   EXPECT_EQ(MessageIcon::Information, Dialogs().Boxes.last().icon);
   EXPECT_EQ("pack.exe", Stored(Settings::GreetName));
+}
+
+// Where Windows programs don't run the pack is read by the stub's own reader first.
+TEST_F(Panel, WhereItCantBeStartedThePackIsReadAndWholeIsNoFailure) {
+  RecordingShell& shell = test_.platform.shell;
+  shell.RunsWindows = false;
+  Dialogs().Answers = {MessageAnswer::Yes};
+  Click(0);
+  EXPECT_EQ(1, shell.Opened.size());
+  EXPECT_EQ(1, Dialogs().Boxes.size());
+  shell.OpenResult = 2;
+  shell.StartResult = false;
+  Dialogs().Answers = {MessageAnswer::Ok, MessageAnswer::Yes};
+  Dialogs().Boxes.clear();
+  Click(0);
+  EXPECT_EQ(StringText(FixedText::PackageIsWhole), Dialogs().Messages().last());
+}
+
+TEST_F(Panel, WhereItCantBeStartedADifferenceIsToldAndNothingIsOpened) {
+  RecordingShell& shell = test_.platform.shell;
+  shell.RunsWindows = false;
+  Dialogs().Answers = {MessageAnswer::Yes};
+  // While the question is up somebody changes the file.
+  Dialogs().WhileShown = [this] { ASSERT_TRUE(PutFile(Target(), "no pack")); };
+  Click(0);
+  EXPECT_EQ("Test of file failed. Try testing the file by hand.\r\npack.exe", Dialogs().Messages().last());
+  EXPECT_TRUE(shell.Opened.isEmpty());
 }
 
 TEST_F(Panel, BrowseStoresTheFolder) {

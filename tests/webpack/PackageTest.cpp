@@ -64,26 +64,6 @@ class Package : public ::testing::Test {
   qint32 size_ = -1;
 };
 
-TEST(ReadyPackFileNames, AddTheEndingWhereItIsMissing) {
-  EXPECT_EQ("Greeting.exe", ReadyPackFileNames("", "Greeting").MakeName);
-  EXPECT_EQ("card.EXE", ReadyPackFileNames("", "card.EXE").MakeName);
-  EXPECT_EQ("Greeting.exe", ReadyPackFileNames("", "").MakeName);
-  EXPECT_EQ("exe.exe", ReadyPackFileNames("", "exe").MakeName);
-}
-
-// Meant in ReadyPackFileNames: a blank behind ".exe" makes it another ending, and a second ".exe" is added.
-TEST(ReadyPackFileNames, ABlankAtTheEndMakesItAnotherEnding) {
-  EXPECT_EQ("a.exe .exe", ReadyPackFileNames("", "a.exe ").MakeName);
-  EXPECT_EQ(" .exe", ReadyPackFileNames("", " ").MakeName);
-}
-
-TEST(ReadyPackFileNames, OneSeparatorAtTheEndGoes) {
-  EXPECT_EQ("C:", ReadyPackFileNames("C:\\", "a").MakePath);
-  EXPECT_EQ("/out", ReadyPackFileNames("/out/", "a").MakePath);
-  EXPECT_EQ("/out/", ReadyPackFileNames("/out//", "a").MakePath);
-  EXPECT_EQ(" /out ", ReadyPackFileNames(" /out ", "a").MakePath);
-}
-
 TEST_F(Package, NextPageLinkStandsBeforeTheFirstBodyEnd) {
   EXPECT_EQ("<body>a" + Link(3) + "</body>b</BODY>",
             AddNextPageLink(test_.program, "card/Page2.html", "<body>a</body>b</BODY>", 3));
@@ -379,6 +359,14 @@ TEST_F(Package, AssembleWithoutAnArchiveGives1) {
   ASSERT_TRUE(PutFile(Target(), "old"));
   EXPECT_EQ(AssemblyResult::NoArchive, AssembleWebPack(test_.program, Target(), size));
   EXPECT_EQ("old", FileBytes(Target()));
+}
+
+TEST_F(Package, AnArchiveBeyondTheLargestSizeGives3AndNoFile) {
+  QFile archive(test_.WorkFile("card.zip"));
+  ASSERT_TRUE(archive.open(QIODevice::WriteOnly) && archive.resize((qint64(1) << 31) - 77824));
+  EXPECT_EQ(AssemblyResult::Failed, AssembleWebPack(test_.program, Target(), size_));
+  EXPECT_EQ(0, size_);
+  EXPECT_FALSE(QFile::exists(Target()));
 }
 
 TEST_F(Package, TheArchivesAttributesAreClearedBeforeItIsRead) {

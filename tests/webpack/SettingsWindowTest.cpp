@@ -283,16 +283,16 @@ TEST_F(SettingsWindow, AnIconIsBrowsedForAndAdded) {
   EXPECT_EQ(QStringList(), Messages());
 }
 
-// Meant in FSets::AddIcon: an icon that is added out of the icon folder itself is deleted before it can be copied.
-TEST_F(SettingsWindow, AnIconAddedOutOfTheIconFolderItselfIsDeletedBeforeItCanBeCopied) {
+TEST_F(SettingsWindow, AnIconAddedOutOfTheIconFolderItselfStaysThere) {
   const QString file = Icon(Icons("mine.ico"));
   OpenCustomIcons();
   ASSERT_EQ(QStringList{"mine.ico"}, Rows());
   Dialogs().Texts = {file};
   sets_.bCustomIco[0]->click();
   sets_.bCustomIco[1]->click();
-  EXPECT_FALSE(QFile::exists(file));
-  EXPECT_EQ(QStringList(), Rows());
+  EXPECT_TRUE(QFile::exists(file));
+  EXPECT_EQ(QStringList{"mine.ico"}, Rows());
+  EXPECT_FALSE(sets_.bCustomIco[1]->isEnabled());
   EXPECT_EQ(QStringList(), Messages());
 }
 

@@ -173,6 +173,74 @@ TEST_F(Zip, AFileThatGoesBeforeItsTurnGives18AndNoArchive) {
             QDir(test_.program.project.WorkPath()).entryList(QDir::Files | QDir::Hidden));
 }
 
+TEST_F(Zip, NothingButTheArchiveIsEverWrittenIntoTheWorkFolder) {
+  for (const char* name : {"a.gif", "b.gif", "c.gif"}) Put(name, QByteArray(300000, *name));
+  ZipCallbacks callbacks;
+  int looks = 0;
+  callbacks.ZipPrint = [&](const QByteArray&) {
+    ++looks;
+    EXPECT_EQ(QStringList({"a.gif", "b.gif", "c.gif"}),
+              QDir(test_.program.project.WorkPath()).entryList(QDir::Files | QDir::Hidden));
+    return 0;
+  };
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes, test_.program.AppPath);
+  archiver.ZpInit(callbacks);
+  archiver.ZpSetOptions(WorkZipOptions(test_.program));
+  EXPECT_EQ(0, archiver.ZpArchive(3, "card.zip", {"a.gif", "b.gif", "c.gif"}));
+  EXPECT_EQ(3, looks);
+  EXPECT_EQ(QStringList({"a.gif", "b.gif", "c.gif", "card.zip"}),
+            QDir(test_.program.project.WorkPath()).entryList(QDir::Files | QDir::Hidden));
+  // Nor does anything stay where what is unfinished lies.
+  EXPECT_EQ(QStringList(), QDir(test_.program.AppPath).entryList(QDir::Files | QDir::Hidden));
+}
+
+TEST_F(Zip, AFileThatIsChangedBeforeItsTurnIsPackedAsItIsThen) {
+  Put("a.gif", "a");
+  Put("b.gif", "first");
+  ZipCallbacks callbacks;
+  callbacks.ZipPrint = [this](const QByteArray& text) {
+    if (text.contains("b.gif")) Put("b.gif", "second");
+    return 0;
+  };
+  ZipArchiver archiver(test_.platform.access, test_.platform.attributes);
+  archiver.ZpInit(callbacks);
+  archiver.ZpSetOptions(WorkZipOptions(test_.program));
+  EXPECT_EQ(0, archiver.ZpArchive(2, "card.zip", {"a.gif", "b.gif"}));
+  EXPECT_EQ((QList<Entry>{{"a.gif", "a"}, {"b.gif", "second"}}), Entries());
+}
+
+// Compressed piece by piece, and not as a whole in memory.
+TEST_F(Zip, AHugeFileIsCarriedToo) {
+  QFile huge(test_.WorkFile("huge.bin"));
+  ASSERT_TRUE(huge.open(QIODevice::WriteOnly) && huge.resize((256 << 20) + 1));
+  huge.close();
+  Put("small.txt", "small");
+  ASSERT_EQ(0, ZipNamed({"huge.bin", "small.txt"}));
+  zip_t* archive = zip_open(test_.WorkFile("card.zip").toUtf8().constData(), ZIP_RDONLY | ZIP_CHECKCONS, nullptr);
+  ASSERT_TRUE(archive);
+  zip_stat_t status;
+  ASSERT_EQ(0, zip_stat_index(archive, 0, 0, &status));
+  EXPECT_EQ((256u << 20) + 1, status.size);
+  EXPECT_EQ(ZIP_CM_DEFLATE, status.comp_method);
+  EXPECT_LT(status.comp_size, 1u << 20);
+  EXPECT_EQ(2, zip_get_num_entries(archive, 0));
+  zip_discard(archive);
+}
+
+TEST_F(Zip, ManyFilesComeOutAsTheyWentIn) {
+  QStringList names;
+  QList<Entry> expected;
+  for (int at = 0; at < 300; ++at) {
+    QByteArray bytes;
+    for (int i = 0; i < at * 37 % 5000; ++i) bytes.append(char(i * at % 251));
+    names += QString("f%1.bin").arg(at);
+    Put(names.last(), bytes);
+    expected.append({names.last().toUtf8(), bytes});
+  }
+  ASSERT_EQ(0, ZipNamed(names));
+  EXPECT_EQ(expected, Entries());
+}
+
 TEST_F(Zip, AnyOtherFailureGives100) {
   Put("a.gif");
   ASSERT_TRUE(QDir().mkdir(test_.WorkFile("card.zip")));

@@ -5,6 +5,7 @@ Usage: packs_test.py --build FOLDER
 """
 
 import argparse
+import html
 import os
 import re
 import shutil
@@ -290,6 +291,56 @@ class UnderWine(webpack_wine_test.WebPack):
                     self.assert_opened_first_page()
 
 
+    def test_EveryPictureThatWasAddedShowsWhateverItsName(self):
+        names = ["Shot_2024 12:30:45.gif", "con.gif", "AUX.jpg", "what?.gif", "st*r.png", 'a"b.gif', "a<b>c|d.gif",
+                 "com1.gif", "back.gif ", "dot.gif.", "tab\t.gif", "M\u00fcller \u732b.gif", "e\u0301.gif", "100%.gif",
+                 "plain.gif", ".hidden.gif", "nul .gif"]
+        with tempfile.TemporaryDirectory(prefix="packs-") as folder:
+            work, outside = os.path.join(folder, "card"), os.path.join(folder, "outside")
+            os.makedirs(work)
+            os.makedirs(outside)
+            # Two that are one file at the recipient's: both show the later one.
+            twins = [os.path.join(folder, "one", "Cat.gif"), os.path.join(folder, "two", "cat.gif")]
+            pictures = [os.path.join(outside, name) for name in names] + twins
+            for path in pictures:
+                os.makedirs(os.path.dirname(path), exist_ok=True)
+                with open(path, "wb") as file:
+                    file.write(b"GIF89a " + path.encode())
+            make_pack = os.path.join(BUILD, "bin", "make_pack")
+            subprocess.run([make_pack, "--add", work, *pictures], check=True)
+            subprocess.run([make_pack, work, folder, "pack.exe"], capture_output=True, check=True)
+            self.assert_silent(self.start(read(os.path.join(folder, "pack.exe"))))
+            self.assert_opened_first_page()
+            page = read(os.path.join(self.temp, "wgcard.html")).decode("ascii")
+            shown = [html.unescape(name) for name in re.findall(r'src="([^"]*)"', page)]
+            self.assertEqual(len(shown), len(pictures))
+            wanted = {name: read(path) for name, path in zip(shown, pictures)}
+            self.assertEqual(len(wanted), len(pictures) - 1)  # the twins
+            for name, data in wanted.items():
+                self.assertEqual(read(os.path.join(self.temp, name)), data, name)
+            self.assertEqual(self.seen(), sorted(["wgcard.html", *wanted]))
+
+    def test_ForeignNamesInTheProjectKeepNobodyFromThePage(self):
+        # As they come out at the recipient's. The list of pictures that a page uses can't hold the one with a star, which
+        # stays in the project for that reason.
+        names = {"a:b.gif": "a_b.gif", "con.gif": "_con.gif", "what?.gif": "what_.gif", "plain.gif": "plain.gif",
+                 "st*r.gif": "st_r.gif", "dots..": "dots._", "blank ": "blank_", "wgcard.html": "wgcard.html"}
+        page = Packs.page("x", "a:b.gif", "con.gif", "what?.gif", "plain.gif", "st*r.gif")
+        with tempfile.TemporaryDirectory(prefix="packs-") as folder:
+            work = os.path.join(folder, "card")
+            os.makedirs(work)
+            for name in names:
+                with open(os.path.join(work, name), "wb") as file:
+                    file.write(page if name == "wgcard.html" else name.encode())
+            subprocess.run([os.path.join(BUILD, "bin", "make_pack"), work, folder, "pack.exe"], capture_output=True,
+                           check=True)
+            self.assertEqual(set(os.listdir(work)), set(names))
+            self.assert_silent(self.start(read(os.path.join(folder, "pack.exe"))))
+            self.assert_opened_first_page()
+            self.assertEqual(self.seen(), sorted(names.values()))
+            self.assertEqual(read(os.path.join(self.temp, "st_r.gif")), b"st*r.gif")
+
+
 def main():
     global BUILD, SEED
     parser = argparse.ArgumentParser(description=__doc__)
@@ -302,7 +353,7 @@ def main():
         refused = webpack_wine_test.refusal()
         if refused is not None:
             return refused
-        tests = unittest.TestSuite([UnderWine("test_EachIconsPackOpensItsPage")])
+        tests = unittest.TestSuite(map(UnderWine, (name for name in vars(UnderWine) if name.startswith("test_"))))
     else:
         missing = [tool for tool in ("7z", "wrestool", "icotool", "convert") if not shutil.which(tool)]
         if missing:
