@@ -45,7 +45,7 @@ window.geometry = (() => {
     place.setStart(container, offset);
     place.collapse(true);
     const own = place.getClientRects();
-    if (own.length) return [own[0].left, own[0].top];
+    if (own.length && own[0].height) return [own[0].left, own[0].top];
     const isText = container.nodeType === 3;
     for (let n = isText ? container.nextSibling : container.childNodes[offset]; n; n = n.nextSibling) {
       const box = boxOf(n);
@@ -53,6 +53,11 @@ window.geometry = (() => {
     }
     for (let n = isText ? container.previousSibling : container.childNodes[offset - 1]; n; n = n.previousSibling) {
       const box = boxOf(n);
+      const isAtRight = n.nodeType === 1 && getComputedStyle(n).float === 'right';
+      if (box && isAtRight) {
+        const around = n.parentNode.getBoundingClientRect();
+        return [around.left + parseFloat(getComputedStyle(n.parentNode).paddingLeft), box.top];
+      }
       if (box) return [box.right, box.top];
     }
     const box = boxOf(isText ? container.parentNode : container);
@@ -83,6 +88,24 @@ window.geometry = (() => {
       const isBefore = y < box.top || (y < box.bottom && x < box.left);
       container = table.parentNode;
       offset = [...container.childNodes].indexOf(table) + (isBefore ? 0 : 1);
+    }
+    // Below the last line what stands there without being on a line is followed too.
+    if (hit === document.body) {
+      const nodes = [...document.body.childNodes];
+      const top = nodes.findIndex(n => n.contains(container));
+      const later = nodes.slice(container === document.body ? offset : top + 1);
+      const line = document.createRange();
+      line.setStart(container, offset);
+      line.collapse(true);
+      const own = line.getClientRects()[0];
+      const isPassed = n => {
+        const box = n.nodeType === 8 ? null : boxOf(n);
+        return !box || box.bottom <= y || (n.nodeType === 1 && getComputedStyle(n).float !== 'none');
+      };
+      if (later.some(n => n.nodeType === 1) && (!own || y >= own.bottom) && later.every(isPassed)) {
+        container = document.body;
+        offset = nodes.length;
+      }
     }
     const font = [...hit.children].some(child => child.nodeName === 'FONT');
     const takes = ['FONT', 'B', 'A', 'STRONG', 'BODY'].includes(hit.nodeName) || (hit.nodeName === 'TD' && font);
@@ -374,6 +397,8 @@ TEST_P(Geometry, TheInsertionPointStandsWhereTheEngineHasItsCaret) {
   for (int number = 0; number < pointsPerPage; ++number) {
     const QPoint point = PointNumber(number, 10, 10);
     SCOPED_TRACE(testing::Message() << "click " << number << " at " << point.x() << ", " << point.y());
+    // What is typed is brought into view.
+    page.Script(QStringLiteral("scrollTo(%1, %2)").arg(GetParam().scrollX).arg(GetParam().scrollY));
     QSignalSpy clicks(&view(), &WBUC::Click);
     ASSERT_TRUE(page.Click(point));
     const QJsonObject told = AskAt(point);
