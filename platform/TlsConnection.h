@@ -16,7 +16,8 @@ class TlsConnection : public QObject {
  public:
   using Notify = std::function<void(SocketNotice)>;
 
-  // Takes the socket over and closes it in the end. `authorities`, if there are any, are trusted in place of the system's.
+  // Takes the socket over and closes it in the end. `authorities`, if there are any, are trusted in place of the
+  // system's.
   TlsConnection(qintptr socket, const QByteArray& host, const QList<QSslCertificate>& authorities, Notify notify);
 
   // Behind NotSecured: why.
