@@ -127,7 +127,9 @@ def html_in(raw):
     if not found:
         return b"", b"\r\n"
     end = found[1]
-    stop = raw.find(end * 2 + b"--" + (INNER if INNER in raw else OUTER) + b"--", found.end())
+    # A page may have the boundary's letters in its text.
+    boundary = INNER if b'boundary="' + INNER in raw[:found.start()] else OUTER
+    stop = raw.find(end * 2 + b"--" + boundary + b"--", found.end())
     return raw[found.end():stop], end
 
 
