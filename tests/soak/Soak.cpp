@@ -53,7 +53,7 @@ class Soak {
   bool Run(double minutes) {
     // A small life has its measures in the same proportions.
     const double whole = minutes * 60;
-    const double warm = std::min(300.0, whole / 6);
+    const double warm = std::min(300.0, whole / 2);  // everything has been done more than once by then
     const double killEvery = std::min(60.0, whole / 4);
     if (!modMain_.Main() || !Settled()) return Fail("the program doesn't start");
     for (const char* name : {"heart.jpg", "hearttop.gif", "paper.jpg", "stars.jpg"})
