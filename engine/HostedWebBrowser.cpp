@@ -175,6 +175,7 @@ void HostedWebBrowser::FailLoad() {
   if (document_) document_->tree().SetPage(nullptr);
   document_.reset();
   if (isDead_) RenewPage();
+  input_.Forget();
   page_->Show(QUrl(QStringLiteral("about:blank")));
   emit DocumentComplete();
 }
@@ -212,6 +213,7 @@ void HostedWebBrowser::Show(const Bridge::TreeMessage& message, const QString& t
   outbox_.DropQuestions();
   outbox_.Restart();
   outbox_.Open();
+  input_.Forget();  // also what a renderer that died on the way to this page has missed
   shown_ = PageState();
   shown_.token = token;
   shown_.address = message.address;

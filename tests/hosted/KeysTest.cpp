@@ -324,6 +324,18 @@ TEST_F(HostedKeys, ADeathBetweenPressAndReleaseCostsNoClick) {
   EXPECT_EQ(hosted.jWB().CurrentElement().id(), QStringLiteral("b"));
 }
 
+TEST_F(HostedKeys, APageWhoseRendererDiedOnItsWayTakesClicksAndKeys) {
+  QSignalSpy complete(&hosted.jWB(), &WBUC::DocComplete);
+  hosted.jWB().Navo(hosted.File(QStringLiteral("next.html"), QByteArray(blocks)), false);
+  ASSERT_TRUE(Kill(hosted));
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return complete.count() > 0 && hosted.jWB().DocReady(); }));
+  WatchKeys(hosted);
+  ASSERT_TRUE(hosted.Click(hosted.PointIn(b, 7)));
+  Type(hosted.Input(), "xyz");
+  Settle(3);
+  EXPECT_TRUE(Has("second xyzblock")) << hosted.Body().toStdString();
+}
+
 TEST_F(HostedKeys, ThePlaceToWhichAScriptScrolledOutlivesTheRenderer) {
   hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"),
                                               QStringLiteral("<DIV STYLE=\"height: 5000px\">tall</DIV>"));

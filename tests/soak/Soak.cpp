@@ -289,7 +289,8 @@ class Soak {
     const auto connection =
         QObject::connect(browser_, &HostedWebBrowser::Recovered, browser_, [&back] { back = true; });
     Web().jWB->Browser().FocusPage();
-    const bool takesKeys = View().HasCurrentTextRange() && Wait([this] { return browser_->IsQuiet(); });
+    if (!Wait([this] { return browser_->IsQuiet(); })) return Fail("a click isn't answered");
+    const bool takesKeys = View().HasCurrentTextRange();
     const int before = Letters();
     int typed = TypeKeys(3);  // on their way to a renderer that won't report them
     ::kill(pid_t(browser_->enginePage()->renderProcessPid()), SIGKILL);
