@@ -19,7 +19,6 @@ import mail_messages  # noqa: E402
 import mail_servers  # noqa: E402
 from random_seed import random_seed  # noqa: E402
 
-SKIPPED = 77
 MESSAGES = 100
 BUILD = ""
 SEED = 0
@@ -89,14 +88,9 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", required=True)
     BUILD = parser.parse_args().build
-    missing = [server.name for server in mail_servers.SERVERS if not server.is_there()]
-    if missing:
-        print("skipped, not there:", *missing)
-        return 1 if os.environ.get("CI") == "true" else SKIPPED
-    reason = mail_servers.why_no_port()
-    if reason:
-        print("skipped:", reason)
-        return SKIPPED
+    skipped = mail_servers.skips()
+    if skipped is not None:
+        return skipped
     SEED = random_seed("messages")
     return 0 if unittest.main(argv=sys.argv[:1], exit=False).result.wasSuccessful() else 1
 

@@ -14,6 +14,7 @@ import subprocess
 import tempfile
 import time
 
+SKIPPED = 77
 PORT = 25
 HERE = os.path.dirname(os.path.abspath(__file__))
 # The interpreter whose modules Debian's packages bring.
@@ -48,6 +49,19 @@ def why_no_port(port=PORT, seconds=60):
         if error.errno != errno.EADDRINUSE or time.monotonic() > end:
             return "port %d can't be had: %s" % (port, error.strerror)
         time.sleep(0.2)
+
+
+def skips(needs_port=True):
+    """The exit code of a test whose servers can't run here, behind a word that tells why; None where they can."""
+    missing = [server.name for server in SERVERS if not server.is_there()]
+    if missing:
+        print("skipped, not there:", *missing)
+        return 1 if os.environ.get("CI") == "true" else SKIPPED
+    reason = why_no_port() if needs_port else None
+    if reason:
+        print("skipped:", reason)
+        return SKIPPED
+    return None
 
 
 class Server:
