@@ -12,10 +12,6 @@ NodeId IdOf(const Node* node) {
   return node ? node->id() : 0;
 }
 
-NodePlace PlaceOf(const BoundaryPoint& point) {
-  return {point.container->id(), point.IsInText() ? point.offset : IdOf(point.before)};
-}
-
 std::vector<NodeId> IdsBetween(const Node* first, const Node* last) {
   std::vector<NodeId> ids;
   for (const Node* node = first; node; node = node == last ? nullptr : node->next()) ids.push_back(node->id());
@@ -34,6 +30,13 @@ AttributeStep StepFor(const Node* element, int index, const QString& name, const
   return {element->id(), index, attributes[std::size_t(index)].name, attributes[std::size_t(index)].value, after};
 }
 
+// What is in no tree once the step has been played.
+NodeRef TakenOutBy(const TreeStep& step) {
+  return std::visit(StepCases{[](const JoinStep& s) { return s.node; }, [](const RemoveStep& s) { return s.node; },
+                              [](const UnwrapStep& s) { return s.node; }, [](const auto&) { return NodeRef(); }},
+                    step);
+}
+
 }  // namespace
 
 Node* Gateway::At(NodeId id) const {
@@ -44,7 +47,7 @@ void Gateway::MoveRanges(const TreeStep& step) {
   if (std::holds_alternative<AttributeStep>(step)) return;
   tree_.ForEachPoint([&](BoundaryPoint& point) {
     if (!point) return;
-    NodePlace place = PlaceOf(point);
+    NodePlace place = NodePlace::Of(point);
     if (!MovePlace(place, step)) return;
     const Node* const container = tree_.FindNode(place.container);
     assert(container);
@@ -53,10 +56,17 @@ void Gateway::MoveRanges(const TreeStep& step) {
   });
 }
 
-void Gateway::Play(TreeStep step, Origin origin) {
+void Gateway::Carry(TreeStep step, Origin origin) {
   std::visit([this](auto& one) { Do(one); }, step);
   MoveRanges(step);
   if (origin == Origin::Program && tree_.page()) tree_.page()->Changed(step);
+  if (listener_) listener_->Played(std::move(step), origin);
+}
+
+void Gateway::Play(TreeStep step) {
+  const NodeRef out = TakenOutBy(step);
+  Carry(std::move(step));
+  if (out) tree_.Discard(Node::Own(out.get()));
 }
 
 void Gateway::Do(ReplaceStep& step) {
@@ -131,18 +141,18 @@ void Gateway::Do(AttributeStep& step) {
 
 void Gateway::Insert(const Node* parent, const Node* before, Node* subtree, Origin origin) {
   assert(parent->IsAttached() && !subtree->parent());
-  Play(InsertStep{parent->id(), IdOf(before), 0, NodeRef(subtree)}, origin);
+  Carry(InsertStep{parent->id(), IdOf(before), 0, NodeRef(subtree)}, origin);
 }
 
 void Gateway::Remove(const Node* subtree) {
   assert(subtree->IsAttached() && subtree->parent());
-  Play(RemoveStep{subtree->parent()->id(), IdOf(subtree->next()), IdsWithin(subtree), NodeRef(subtree)});
+  Carry(RemoveStep{subtree->parent()->id(), IdOf(subtree->next()), IdsWithin(subtree), NodeRef(subtree)});
   tree_.Discard(Node::Own(subtree));
 }
 
 Node* Gateway::Take(const Node* subtree) {
   assert(subtree->IsAttached() && subtree->parent());
-  Play(RemoveStep{subtree->parent()->id(), IdOf(subtree->next()), IdsWithin(subtree), NodeRef(subtree)}, Origin::Page);
+  Carry(RemoveStep{subtree->parent()->id(), IdOf(subtree->next()), IdsWithin(subtree), NodeRef(subtree)}, Origin::Page);
   return Node::Own(subtree);
 }
 
@@ -153,13 +163,13 @@ void Gateway::Discard(Node* subtree) {
 
 void Gateway::Wrap(const Node* first, const Node* last, Node* wrapper) {
   assert(first->IsAttached() && last->parent() == first->parent() && !wrapper->parent() && !wrapper->firstChild());
-  Play(WrapStep{first->parent()->id(), 0, IdOf(last->next()), IdsBetween(first, last), NodeRef(wrapper)});
+  Carry(WrapStep{first->parent()->id(), 0, IdOf(last->next()), IdsBetween(first, last), NodeRef(wrapper)});
 }
 
 void Gateway::Unwrap(const Node* element) {
   assert(element->IsAttached() && element->IsElement());
-  Play(UnwrapStep{element->parent()->id(), element->id(), IdOf(element->next()),
-                  IdsBetween(element->firstChild(), element->lastChild()), NodeRef(element)});
+  Carry(UnwrapStep{element->parent()->id(), element->id(), IdOf(element->next()),
+                   IdsBetween(element->firstChild(), element->lastChild()), NodeRef(element)});
   tree_.Discard(Node::Own(element));
 }
 
@@ -170,7 +180,7 @@ void Gateway::SetAttribute(const Node* element, const QString& name, const QStri
   });
   if (known != attributes.end() && known->value == value) return;
   const QString written = element->tag()->space == Namespace::Html ? name.toLower() : name;
-  Play(StepFor(element, int(known - attributes.begin()), written, value));
+  Carry(StepFor(element, int(known - attributes.begin()), written, value));
 }
 
 void Gateway::RemoveAttribute(const Node* element, const QString& name) {
@@ -178,33 +188,33 @@ void Gateway::RemoveAttribute(const Node* element, const QString& name) {
   const auto known = std::find_if(attributes.begin(), attributes.end(), [&](const Attribute& one) {
     return one.name.compare(name, Qt::CaseInsensitive) == 0;
   });
-  if (known != attributes.end()) Play(StepFor(element, int(known - attributes.begin()), name, std::nullopt));
+  if (known != attributes.end()) Carry(StepFor(element, int(known - attributes.begin()), name, std::nullopt));
 }
 
 void Gateway::TakeAttributes(const Node* element, const std::vector<Attribute>& attributes) {
   const auto& own = element->attributes();
   std::size_t same = 0;
   while (same < own.size() && same < attributes.size() && own[same] == attributes[same]) ++same;
-  while (own.size() > same) Play(StepFor(element, int(own.size()) - 1, {}, std::nullopt), Origin::Page);
+  while (own.size() > same) Carry(StepFor(element, int(own.size()) - 1, {}, std::nullopt), Origin::Page);
   for (; same < attributes.size(); ++same)
-    Play(StepFor(element, int(same), attributes[same].name, attributes[same].value), Origin::Page);
+    Carry(StepFor(element, int(same), attributes[same].name, attributes[same].value), Origin::Page);
 }
 
 void Gateway::ReplaceData(const Node* node, int offset, int count, const QString& data, Origin origin) {
   assert(node->IsAttached() && offset >= 0 && count >= 0 && offset + count <= node->Length());
   if (count == 0 && data.isEmpty()) return;
-  Play(ReplaceStep{node->id(), offset, node->data().mid(offset, count), data}, origin);
+  Carry(ReplaceStep{node->id(), offset, node->data().mid(offset, count), data}, origin);
 }
 
 const Node* Gateway::SplitText(const Node* text, int offset) {
   assert(text->IsAttached() && text->IsText() && offset > 0 && offset < text->Length());
-  Play(SplitStep{text->id(), offset, 0});
+  Carry(SplitStep{text->id(), offset, 0});
   return text->next();
 }
 
 void Gateway::JoinWithNext(const Node* text) {
   const Node* const rest = text->next();
   assert(text->IsAttached() && text->IsText() && rest && rest->IsText());
-  Play(JoinStep{text->id(), text->Length(), rest->id(), text->parent()->id(), NodeRef(rest)});
+  Carry(JoinStep{text->id(), text->Length(), rest->id(), text->parent()->id(), NodeRef(rest)});
   tree_.Discard(Node::Own(rest));
 }

@@ -7,6 +7,8 @@
 #include "PageTree.h"
 #include "TreeStep.h"
 
+class StepListener;
+
 class Gateway {
  public:
   enum class Origin { Program, Page };
@@ -51,9 +53,13 @@ class Gateway {
   void JoinWithNext(const Node* text);
 
   // Plays a step that fits the tree as it is, such as the inverse of the one that was played last.
-  void Play(TreeStep step, Origin origin = Origin::Program);
+  void Play(TreeStep step);
+
+  // Who hears of every step from now on; null for nobody.
+  void SetListener(StepListener* listener) { listener_ = listener; }
 
  private:
+  void Carry(TreeStep step, Origin origin = Origin::Program);
   void Do(ReplaceStep& step);
   void Do(SplitStep& step);
   void Do(JoinStep& step);
@@ -68,4 +74,12 @@ class Gateway {
   void MoveRanges(const TreeStep& step);
 
   PageTree& tree_;
+  StepListener* listener_ = nullptr;
+};
+
+// Hears of each step once it has been played, its node included, and may keep it.
+class StepListener {
+ public:
+  virtual ~StepListener() = default;
+  virtual void Played(TreeStep&& step, Gateway::Origin origin) = 0;
 };

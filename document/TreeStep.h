@@ -9,13 +9,14 @@
 #include <variant>
 #include <vector>
 
-#include "Node.h"
+#include "BoundaryPoint.h"
 
 // A boundary point as the messages between model and live page name it.
 struct NodePlace {
   NodeId container = 0;
   int rest = 0;  // in text the offset in UTF-16 units, elsewhere the child behind the place, 0 at the container's end
 
+  static NodePlace Of(const BoundaryPoint& point);
   bool operator==(const NodePlace&) const = default;
 };
 
@@ -77,6 +78,9 @@ bool MovePlace(NodePlace& place, const TreeStep& step);
 
 // The step that brings back what was before this one, which has been played.
 TreeStep Inverse(const TreeStep& step);
+
+// The step for once more, after it has been taken back: what it takes out may hold something else by now.
+TreeStep Again(TreeStep step);
 
 // Calls the overload that fits the step.
 template <typename... Cases>

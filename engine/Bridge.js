@@ -82,7 +82,7 @@ const corvane = (() => {
         case 'measure': place = measure(message[1], message[2], hasChanged); break;
         case 'keys': takesKeys = message[1]; break;
         case 'cover': places.setCovered(message[1]); break;
-        case 'adopt': adopt(message[1], message[2], message[3]); break;
+        case 'adopt': adopt(message[1], message[2], message[3], message[4]); break;
         case 'tell': changes.flush(); send('told', message[1], flatPage()); break;
       }
     }
@@ -234,9 +234,10 @@ const corvane = (() => {
          document.characterSet);
   };
   // Puts the program's page in place of what was loaded.
-  const adopt = (flat, scroll, number) => {
+  const adopt = (flat, scroll, number, freeId) => {
     changes.pause();
     tree.clear();
+    tree.keepFree(freeId);
     const type = document.doctype;
     while (document.lastChild) document.removeChild(document.lastChild);
     tree.makeKnown(document, flat[1]);

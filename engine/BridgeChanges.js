@@ -140,6 +140,7 @@ const bridgeChanges = (tree, style, send) => {
         into.attributes.add(element);
         if (operation[0] === 'set') tree.setAttribute(element, operation[2], operation[3]);
         else element.removeAttribute(operation[2]);
+        if (operation.length > 4) tree.moveLastAttribute(element, operation[4]);
         if (element === document.body && operation[2].toLowerCase() === 'text') style.restyleTables();
         break;
       }

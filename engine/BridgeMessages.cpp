@@ -150,10 +150,10 @@ QJsonArray Cover(int pixels) {
   return {coverWord, pixels};
 }
 
-QJsonArray Adopt(const Node* tree, QPoint scroll, int batch) {
+QJsonArray Adopt(const Node* tree, QPoint scroll, int batch, NodeId freeId) {
   QJsonArray flat;
   EncodeTree(tree, flat);
-  return {adoptWord, flat, QJsonArray{scroll.x(), scroll.y()}, batch};
+  return {adoptWord, flat, QJsonArray{scroll.x(), scroll.y()}, batch, freeId};
 }
 
 QJsonArray Tell(int question) {

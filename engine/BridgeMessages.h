@@ -22,7 +22,7 @@
 //   measure    place
 //   keys       whether released keys go into the text
 //   cover      pixels at the view's lower edge over which something lies
-//   adopt      the tree, scroll, batch
+//   adopt      the tree, scroll, batch, the first number that is free
 //   tell       number of the question
 //
 // The flush that ends in a `measure` is answered at once; where it changes the page, the place is brought into view
@@ -114,7 +114,8 @@ QJsonArray Select(int number, int users, const LiveRange* range);
 QJsonArray Measure(const BoundaryPoint& place);
 QJsonArray Keys(bool taken);
 QJsonArray Cover(int pixels);
-QJsonArray Adopt(const Node* tree, QPoint scroll, int batch);
+// `freeId`: what the page itself adds is numbered from there.
+QJsonArray Adopt(const Node* tree, QPoint scroll, int batch, NodeId freeId);
 QJsonArray Tell(int question);
 
 // The words of the table above, for who wants to compare: to the program, to the page.

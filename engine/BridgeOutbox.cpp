@@ -29,10 +29,10 @@ QJsonArray FlatAlone(const Node* element) {
 // The operations by which the live page follows a step, each a word and what it is about:
 //   insert  parent, before, tree            remove  parent, node
 //   wrap    parent, before, element, nodes  unwrap  parent, element, nodes that come out
-//   set     element, name, value            unset   element, name
+//   set     element, name, value[, index]   unset   element, name
 //   data    text, offset, count, data
-// All that is moved is named, as the page's scripts may have put
-// it elsewhere in the meantime.
+// All that is moved is named, as the page's scripts may have put it elsewhere in the meantime. An attribute that is new
+// has an index among the others.
 std::vector<QJsonArray> OperationsOf(const TreeStep& step) {
   using Operations = std::vector<QJsonArray>;
   const auto data = [](NodeId text, int offset, int count, const QString& inserted) {
@@ -64,8 +64,10 @@ std::vector<QJsonArray> OperationsOf(const TreeStep& step) {
             return Operations{{QStringLiteral("unwrap"), s.parent, s.element, Ids(s.children)}};
           },
           [](const AttributeStep& s) {
-            return s.after ? Operations{{QStringLiteral("set"), s.element, s.name, *s.after}}
-                           : Operations{{QStringLiteral("unset"), s.element, s.name}};
+            if (!s.after) return Operations{{QStringLiteral("unset"), s.element, s.name}};
+            QJsonArray set{QStringLiteral("set"), s.element, s.name, *s.after};
+            if (!s.before) set.append(s.index);
+            return Operations{set};
           }},
       step);
 }

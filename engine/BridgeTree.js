@@ -34,6 +34,8 @@ const bridgeTree = watchContent => {
     register(node, id);
     known.add(id);
   };
+  // Ids below that one may come back with nodes that the program has taken out.
+  const keepFree = id => { nextId = Math.max(nextId, id); };
   const makeUnknown = id => known.delete(id);
   const clear = () => {
     nodeById.clear();
@@ -135,6 +137,13 @@ const bridgeTree = watchContent => {
       element.setAttributeNode(attribute);
     }
   };
+  // The last attribute changes places with none: those that stood at `index` and behind it stand behind it again.
+  const moveLastAttribute = (element, index) => {
+    for (const attribute of [...element.attributes].slice(index, -1)) {
+      element.removeAttributeNode(attribute);
+      element.setAttributeNode(attribute);
+    }
+  };
   const createElement = (kind, name) => {
     if (kind === 1 && name === 'script') return parsed('<script></script>').firstChild;
     if (kind === 2 && name === 'script') return parsed('<svg><script></script></svg>').firstChild.firstChild;
@@ -189,5 +198,5 @@ const bridgeTree = watchContent => {
   };
 
   return {idFor, idOf, nodeOf, isKnown, makeKnown, makeUnknown, clear, forget, templateAround, describe, build,
-          setAttribute, wire};
+          setAttribute, moveLastAttribute, keepFree, wire};
 };

@@ -382,7 +382,7 @@ void HostedWebBrowser::Adopt() {
   shown_.adopted = outbox_.SkipBatch();
   shown_.userSelections = 0;
   outbox_.Open();
-  outbox_.Post(Bridge::Adopt(document_->tree().root(), shown_.scroll, shown_.adopted));
+  outbox_.Post(Bridge::Adopt(document_->tree().root(), shown_.scroll, shown_.adopted, document_->tree().FreePageId()));
   outbox_.Post(Bridge::Keys(shown_.takesKeys));
   outbox_.Post(Bridge::Cover(covered_));
   outbox_.Post(SelectMessage(&document_->selection().range()));

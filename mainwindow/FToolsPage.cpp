@@ -150,6 +150,7 @@ void FTools::OnOpBod() {
   if (!document) return;
   for (const QRadioButton* option : OpBod) {
     if (!option->isChecked()) continue;
+    const auto step = web_.jWB->UndoStep(QStringLiteral("Page Alignment"));
     document->body().style().setTextAlign(option->text());
     return;
   }

@@ -143,6 +143,7 @@ void FTools::ApplyToTable() {
     return;
   }
   if (!view.HasCurrentElement() || KindOf(view.CurrentElementTag()) != ElementKind::Table) return;
+  const auto step = view.UndoStep(QStringLiteral("Table Properties"));
   HTMLElement table = view.CurrentElement();
   const std::pair<const char*, QString> attributes[] = {{"width", width},   {"height", height},
                                                         {"bgColor", color}, {"border", border},

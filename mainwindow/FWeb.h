@@ -85,6 +85,8 @@ class FWeb : public QMainWindow {
   void mApplyFont();
   void mAlign(int Index);
   void mTableProps();
+  void mUndo();
+  void mRedo();
   // A button of the Work Window; what it does is told by its row.
   void bSel(int Index);
   void AddLink();
@@ -149,6 +151,8 @@ class FWeb : public QMainWindow {
   void OnElementHover(const QString& sTag);
   void OnBoxColor(int index);
   void ShowFontAtPoint();
+  void ShowUndoEntries();
+  void ShowWhatIsInHand();
   void EnableEditEntries(bool popup);
   QAction* Entry(const char* name) const;
   void ReportMoveResult(int code);

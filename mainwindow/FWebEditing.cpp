@@ -109,6 +109,18 @@ void FWeb::EnableEditEntries(bool popup) {
   const ElementKind kind = KindOf(jWB->CurrentElementTag());
   enable("mAlignPic", "mAlignPic1", kind == ElementKind::Picture);
   enable("mTableProps", "mTableProps1", kind == ElementKind::Cell || kind == ElementKind::Table);
+  ShowUndoEntries();
+}
+
+// What would be undone stands behind the word.
+void FWeb::ShowUndoEntries() {
+  const EditHistory& history = jWB->History();
+  const auto show = [&](const char* name, const QString& word, bool on, const QString& what) {
+    Entry(name)->setEnabled(on);
+    Entry(name)->setText(what.isEmpty() ? word : word + u' ' + what);
+  };
+  show("mUndo", QStringLiteral("&Undo"), history.CanUndo(), history.UndoName());
+  show("mRedo", QStringLiteral("&Redo"), history.CanRedo(), history.RedoName());
 }
 
 void FWeb::ShowPaste2Menu() {
@@ -231,10 +243,12 @@ void FWeb::mPaste(int Index) {
 
 // The page's own text colour changes nothing to the eye, but the text gets a FONT of its own.
 void FWeb::mMakeTBlock() {
+  const auto step = jWB->UndoStep(QStringLiteral("Make Text Block"));
   jWB->SetSelColor(jWB->BodyFontColor());
 }
 
 void FWeb::mApplyFont() {
+  const auto step = jWB->UndoStep(QStringLiteral("Apply Current Font"));
   jWB->SetSelFontFace(BoxFace->currentText());
   jWB->SetSelFontSize(QString::number(BoxSize->currentIndex() + 1));
   jWB->SetSelColor(ColorToHtml(BoxColor[0]->Color()));
@@ -242,8 +256,25 @@ void FWeb::mApplyFont() {
 
 void FWeb::mAlign(int Index) {
   static const QStringList values = {QStringLiteral("left"), QStringLiteral("right"), QStringLiteral("center")};
+  const auto step = jWB->UndoStep(QStringLiteral("Align Image"));
   if (jWB->HasCurrentElement() && KindOf(jWB->CurrentElementTag()) == ElementKind::Picture)
     jWB->CurrentElement().setAttribute(QStringLiteral("align"), values.value(Index));
+}
+
+void FWeb::mUndo() {
+  jWB->Undo();
+  ShowWhatIsInHand();
+}
+
+void FWeb::mRedo() {
+  jWB->Redo();
+  ShowWhatIsInHand();
+}
+
+void FWeb::ShowWhatIsInHand() {
+  const bool isElement = jWB->IfSelection() == WBUC::ElementSelected;
+  ShowSelFrame(isElement && IsMovable(KindOf(jWB->CurrentElementTag())));
+  FrCaret->setVisible(jWB->HasCurrentTextRange() && !isElement);
 }
 
 void FWeb::mTableProps() {

@@ -47,6 +47,7 @@ bool FWeb::ApplyTheme(const QString& picture, const QString& color, bool removes
         this, StringText(TextNumber::ThemeFileBefore) + picture + StringText(TextNumber::ThemeFileAfter));
     return false;
   }
+  const auto step = jWB->UndoStep(QStringLiteral("Theme"));
   if (removesHeartFirst) RemoveHeartPic();
   CopyIfMissing(program_, sample, picture);
   jWB->SetBackPic(picture);
@@ -57,6 +58,7 @@ bool FWeb::ApplyTheme(const QString& picture, const QString& color, bool removes
 
 void FWeb::mmtheme(int Index) {
   const ThemeRow& theme = themes[Index];
+  const auto step = jWB->UndoStep(QStringLiteral("Theme"));
   if (!ApplyTheme(QString::fromLatin1(theme.picture), QString::fromLatin1(theme.color), false)) return;
   if (Index != hearts) return RemoveHeartPic();
   const QString name = QStringLiteral("hearttop.gif");

@@ -8,7 +8,11 @@
 #include "Twips.h"
 
 WBUC::WBUC(Program& program, const WebBrowserFactory& makeBrowser, QWidget* parent)
-    : QWidget(parent), program_(program), WB2_(makeBrowser(this)) {
+    : QWidget(parent),
+      program_(program),
+      WB2_(makeBrowser(this)),
+      history_({[this] { return StateOfEditing(); }, [this](const EditState& state) { Restore(state); }}) {
+  history_.SetEdited([this] { emit Edited(); });
   connect(WB2_.get(), &WebBrowser::BeforeNavigate2, this, &WBUC::UnHook);
   connect(WB2_.get(), &WebBrowser::DocumentComplete, this, &WBUC::OnDocumentComplete);
   connect(WB2_.get(), &WebBrowser::Recovered, this, [this] {
@@ -27,7 +31,10 @@ WBUC::~WBUC() {
   keyPresses_.disconnect(this);
   WB2_->SetOffline(false);
   UnHook();
-  if (DocReady_) Doc_->ConnectEvents(nullptr);
+  if (DocReady_) {
+    Doc_->ConnectEvents(nullptr);
+    history_.Watch(nullptr);
+  }
   ForgetPage();
   WB2_.reset();
 }
@@ -76,6 +83,7 @@ HTMLDocument* WBUC::WBDocument() const {
 void WBUC::Navo(const QString& sPath, bool isNew) {
   keyPresses_.Flush();
   UnHook();
+  if (DocReady_) history_.Watch(nullptr);
   ForgetPage();
   IfNew_ = isNew;
   CurrentElementTag_.clear();
@@ -85,6 +93,7 @@ void WBUC::Navo(const QString& sPath, bool isNew) {
 
 void WBUC::OnDocumentComplete() {
   UnHook();
+  history_.Abandon();
   ForgetPage();
   Doc_ = WB2_->Document();
   if (!Doc_) return;
@@ -97,6 +106,7 @@ void WBUC::OnDocumentComplete() {
   } else {
     ReadValues();
   }
+  history_.Watch(&Doc_->gateway());
   emit DocComplete();
 }
 
@@ -132,11 +142,13 @@ QString WBUC::Title() const {
 }
 
 void WBUC::SetTitle(const QString& title) {
+  const auto step = UndoStep(QStringLiteral("Page Title"));
   if (Doc_) Doc_->setTitle(title);
 }
 
 void WBUC::SetBGColor(const QString& color) {
   if (!DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Back Color"));
   values_.BGColor = color;
   Doc_->setBgColor(color);
 }
@@ -147,6 +159,7 @@ QString WBUC::BackPic() const {
 
 void WBUC::SetBackPic(const QString& picture) {
   if (!DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Back Picture"));
   if (picture.isEmpty()) {
     Body_.removeAttribute(QStringLiteral("Background"), 0);
   } else {
@@ -160,6 +173,7 @@ QString WBUC::BodyFontName() const {
 
 void WBUC::SetBodyFontName(const QString& name) {
   if (!DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Body Font Face"));
   values_.BodyFontName = name;
   Body_.style().setFontFamily(name);
 }
@@ -170,6 +184,7 @@ QString WBUC::BodyFontSize() const {
 
 void WBUC::SetBodyFontSize(const QString& size) {
   if (!DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Body Font Size"));
   values_.BodyFontSize = size;
   Body_.style().setFontSize(FontSizeMap(size));
 }
@@ -179,12 +194,14 @@ QString WBUC::BodyFontColor() const {
 }
 
 void WBUC::SetBodyFontColor(const QString& color) {
+  const auto step = UndoStep(QStringLiteral("Body Text Color"));
   values_.BodyFontColor = color;
   if (DocReady_) Body_.setText(color);
 }
 
 void WBUC::SetLinkColor(const QString& color) {
   if (!DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Link Color"));
   values_.LinkColor = color;
   Body_.setLink(color);
   Body_.setVLink(color);

@@ -9,6 +9,7 @@
 #include <array>
 #include <memory>
 
+#include "EditHistory.h"
 #include "HTMLDocument.h"
 #include "HTMLDocumentEvents.h"
 #include "HTMLTxtRange.h"
@@ -22,15 +23,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   Q_OBJECT
 
  public:
-  // What new pages get, and what the open page had when it was opened; kept apart from the document, which page
-  // scripts may change.
-  struct Values {
-    QString BodyFontName;
-    QString BodyFontSize;   // "1" to "6", but kept as given
-    QString BodyFontColor;  // "#RRGGBB"
-    QString LinkColor;
-    QString BGColor;
-  };
+  using Values = PageValues;
 
   WBUC(Program& program, const WebBrowserFactory& makeBrowser, QWidget* parent = nullptr);
   ~WBUC() override;
@@ -98,6 +91,13 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
                 const QString& sHPos, const QString& sTDHPos, const QString& sTDVPos, const QString& sPadding);
   void CreateLinkSel(const QString& sURL);
 
+  // What the user does to the page while the value lives is undone in one; `name` is what the menu calls it.
+  [[nodiscard]] EditHistory::Command UndoStep(const QString& name) { return {history_, name}; }
+  EditHistory& History() { return history_; }
+  // Back to before the user's last command, or on again, with what was selected then.
+  void Undo();
+  void Redo();
+
   enum MoveResult { Moved = 0, NoElementSelected = 1, NotMovable = 2, NoNeighbour = 3 };
   // Changes SelElement, a text block or picture, with the next one before (-1) or behind (1) it.
   int MoveElementOneElement(int iDirection);
@@ -137,6 +137,8 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void KeyPress(const QString& sKey, int EventX, int EventY);
   void DocComplete();
   void ElementHover(const QString& sTag);
+  // The page isn't what it was: the user, or one of its scripts, has changed something.
+  void Edited();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -170,7 +172,9 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void SelectAsElement(const HTMLElement& el);
   void ClearSelection();
 
-  void FormatSelection(const QString& command, const QString& value);
+  void FormatSelection(const QString& command, const QString& value, const QString& name);
+  EditState StateOfEditing() const;
+  void Restore(const EditState& state);
 
   void BackspaceChar();
   void DeleteChar();
@@ -191,4 +195,5 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   bool IfNew_ = true;
   RightButtonHook hook_;
   KeyPressQueue keyPresses_;
+  EditHistory history_;
 };

@@ -21,6 +21,7 @@ constexpr int stepsToNeighbour = 10;
 
 // An element goes to the clipboard with its tags; CurrentElement stays behind, stale.
 void WBUC::Cut() {
+  const auto step = UndoStep(QStringLiteral("Cut"));
   switch (IfSelection()) {
     case NothingSelected:
       break;
@@ -49,6 +50,7 @@ void WBUC::Copy() {
 
 void WBUC::Paste(int iOrigin) {
   if (!DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Paste"));
   SelElement_ = {};
   if (iOrigin == FromTagClip) {
     if (!TagClip_.isEmpty()) {
@@ -79,11 +81,13 @@ void WBUC::ReplaceElemHTML(const HTMLElement& Element1, const QString& sNewText)
   if (!Element1) return;
   const auto range = Body().createTextRange();
   if (!range || !range->moveToElementText(Element1)) return;
+  const auto step = UndoStep(sNewText.isEmpty() ? QStringLiteral("Delete") : QStringLiteral("Replace"));
   range->select();
   range->pasteHTML(sNewText);
 }
 
 void WBUC::AddNewElement(const QString& sText) {
+  const auto step = UndoStep(QStringLiteral("Add Element"));
   Body().insertAdjacentHTML(beforeEnd, sText);
 }
 
@@ -98,11 +102,13 @@ void WBUC::AddTable(const QString& sWide, const QString& sHigh, const QString& s
                        QStringLiteral("\"><FONT FACE=\"") + values_.BodyFontName + QStringLiteral("\" SIZE=") +
                        values_.BodyFontSize + QStringLiteral(" COLOR=\"") + values_.BodyFontColor +
                        QStringLiteral("\">&nbsp;</FONT></TD></TR></TABLE>");
+  const auto step = UndoStep(QStringLiteral("Add Table"));
   Body().insertAdjacentHTML(beforeEnd, html);
 }
 
 void WBUC::CreateLinkSel(const QString& sURL) {
   if (!DocReady_ || Doc_->selection().type() != u"Text") return;
+  const auto step = UndoStep(QStringLiteral("Add Link"));
   if (const auto range = Doc_->selection().createRange()) range->execCommand(QStringLiteral("CreateLink"), false, sURL);
 }
 
@@ -119,6 +125,7 @@ int WBUC::MoveElementOneElement(int iDirection) {
     if (IsMovable(KindOf(other))) neighbour = other;
   }
   if (!neighbour) return NoNeighbour;
+  const auto step = UndoStep(QStringLiteral("Move"));
   const QString html = SelElement_.outerHTML();
   ReplaceElemHTML(SelElement_, QString());
   neighbour.insertAdjacentHTML(iDirection == -1 ? beforeBegin : afterEnd, html);
@@ -129,6 +136,7 @@ int WBUC::MoveElementOneElement(int iDirection) {
 // Room in a page is made of no-break spaces and line breaks, so moving back takes away only what moving on puts there.
 void WBUC::MoveElementOneSpace(int iDirection) {
   if (!CurrentElement_ || !DocReady_) return;
+  const auto step = UndoStep(QStringLiteral("Move"));
   switch (iDirection) {
     case 0: {
       const auto range = Body().createTextRange();

@@ -10,25 +10,26 @@ bool IsCollapsed(const HTMLTxtRange& range) {
 }  // namespace
 
 // A result isn't asked for: a command that fails has changed nothing.
-void WBUC::FormatSelection(const QString& command, const QString& value) {
+void WBUC::FormatSelection(const QString& command, const QString& value, const QString& name) {
   if (!DocReady_ || IfSelection() != TextSelected) return;
+  const auto step = UndoStep(name);
   if (const auto range = Doc_->selection().createRange()) range->execCommand(command, false, value);
 }
 
 void WBUC::SetSelColor(const QString& color) {
-  FormatSelection(QStringLiteral("ForeColor"), color);
+  FormatSelection(QStringLiteral("ForeColor"), color, QStringLiteral("Text Color"));
 }
 void WBUC::SetSelBackColor(const QString& color) {
-  FormatSelection(QStringLiteral("BackColor"), color);
+  FormatSelection(QStringLiteral("BackColor"), color, QStringLiteral("Text Back Color"));
 }
 void WBUC::SetSelFontFace(const QString& face) {
-  FormatSelection(QStringLiteral("FontName"), face);
+  FormatSelection(QStringLiteral("FontName"), face, QStringLiteral("Font"));
 }
 void WBUC::SetSelFontSize(const QString& size) {
-  FormatSelection(QStringLiteral("FontSize"), size);
+  FormatSelection(QStringLiteral("FontSize"), size, QStringLiteral("Font Size"));
 }
 void WBUC::ToggleBold() {
-  FormatSelection(QStringLiteral("Bold"), QString());
+  FormatSelection(QStringLiteral("Bold"), QString(), QStringLiteral("Bold"));
 }
 
 // Asks what is selected in the page, not CurrentTextRange.
@@ -52,5 +53,6 @@ QString WBUC::SelText() const {
 
 void WBUC::SetSelText(const QString& sNewText) {
   if (!DocReady_ || Doc_->selection().type() != u"Text") return;
+  const auto step = UndoStep(QStringLiteral("Replace"));
   if (const auto range = Doc_->selection().createRange()) range->pasteHTML(sNewText);
 }

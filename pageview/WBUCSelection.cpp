@@ -67,6 +67,7 @@ QPoint WBUC::PlaceTextRange() {
 void WBUC::Doc_onmousedown() {
   if (Event().button() != 1) return;
   keyPresses_.Flush();
+  history_.EndRun();
   CurrentElement_ = {};
   SelElement_ = {};
   SetCurrentTextRange(nullptr);

@@ -15,6 +15,9 @@ void WBUC::Doc_onkeyup() {
   const QString brClear = QString::fromLatin1(program_.BrClear);
   const KeyMeaning key = KeyToText(Event().keyCode(), Event().shiftKey(), brClear);
   const QString& sKey = key.html;
+  using Kind = EditHistory::Command::Kind;
+  const bool isReturn = sKey == u"<BR>" || sKey == brClear;
+  const EditHistory::Command step(history_, QStringLiteral("Typing"), isReturn ? Kind::FirstLetter : Kind::Letter);
   if (key.action == KeyAction::Backspace) BackspaceChar();
   if (key.action == KeyAction::Delete) DeleteChar();
   if (sKey == u" ") {
@@ -23,7 +26,7 @@ void WBUC::Doc_onkeyup() {
     CurrentTextRange_->pasteHTML(sKey);
     CurrentTextRange_->move(character, 0);
   }
-  if (sKey == u"<BR>" || sKey == brClear) {
+  if (isReturn) {
     // A line that has just begun needs something on it. These blanks pile up behind the text and stay.
     CurrentTextRange_->pasteHTML(QStringLiteral("&nbsp;"));
     CurrentTextRange_->move(character, -1);

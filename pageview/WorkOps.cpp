@@ -25,6 +25,7 @@ QString Read(const HTMLElement& element, const char* name) {
 }  // namespace
 
 void InsertPageHTML(WBUC& view, const QString& Html) {
+  const auto step = view.UndoStep(QStringLiteral("Add Picture"));
   HTMLElement current = view.CurrentElement();
   const ElementKind kind = KindOf(view.CurrentElementTag());
   if (!view.HasCurrentElement()) {

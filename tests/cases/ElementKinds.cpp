@@ -88,6 +88,7 @@ CaseOutcome PlayElements(const QJsonObject& one) {
   CaseCheck check;
   check.Equal("result", one["result"], result);
   check.Equal("body_after", one["body_after"], InnerHtml(page.Document().tree().bodyNode(), false));
+  check.Equal("undo", "", page.habit.Broken());
   return check.Outcome();
 }
 

@@ -38,6 +38,7 @@ CaseOutcome PlayKeys(const QJsonObject& one) {
   CaseCheck check;
   check.Equal("skeys", one["skeys"], skeys);
   check.Equal("body_after", one["body_after"], InnerHtml(page.Document().tree().bodyNode(), false));
+  check.Equal("undo", "", page.habit.Broken());
   return check.Outcome();
 }
 

@@ -20,10 +20,6 @@ class RecordingPage : public ReplicaPage {
   int batch = 1;
 };
 
-NodePlace PlaceOf(const BoundaryPoint& point) {
-  return {point.container->id(), point.IsInText() ? point.offset : point.before ? point.before->id() : 0};
-}
-
 class PlaceHistoryOnAPage : public testing::Test {
  protected:
   // A page with one place marked, where the live page has carried out nothing of what follows.
@@ -31,7 +27,7 @@ class PlaceHistoryOnAPage : public testing::Test {
     page_ = std::make_unique<TestPage>(content);
     recorder_ = std::make_unique<RecordingPage>(page_->document.tree());
     page_->document.tree().SetPage(recorder_.get());
-    named_ = PlaceOf(page_->marked.start);
+    named_ = NodePlace::Of(page_->marked.start);
   }
   Gateway& gateway() { return page_->document.gateway(); }
   const Node* Text(const QString& data) { return page_->Text(data); }
@@ -93,7 +89,7 @@ TEST_F(PlaceHistoryOnAPage, InWhatIsRemovedMovesToWhereThatWas) {
 
 TEST_F(PlaceHistoryOnAPage, BeforeAnInsertionStaysBeforeIt) {
   Open("a^<u>d</u>");
-  named_ = PlaceOf(BoundaryPoint::Before(page_->Find("U")));
+  named_ = NodePlace::Of(BoundaryPoint::Before(page_->Find("U")));
   gateway().Insert(page_->document.tree().bodyNode(), page_->Find("U"), TreeBuilder::Element(Known().b));
   EXPECT_EQ(Now(), "a^<b></b><u>d</u>");
 }
@@ -111,8 +107,8 @@ TEST_F(PlaceHistoryOnAPage, BetweenNodesThatAreWrappedGoesIntoTheWrapperOrBefore
   Open("<i>a</i><u>b</u>^");
   const Node* const first = page_->Find("I");
   const Node* const second = page_->Find("U");
-  const NodePlace before = PlaceOf(BoundaryPoint::Before(first));
-  named_ = PlaceOf(BoundaryPoint::Before(second));
+  const NodePlace before = NodePlace::Of(BoundaryPoint::Before(first));
+  named_ = NodePlace::Of(BoundaryPoint::Before(second));
   gateway().Wrap(first, second, TreeBuilder::Element(Known().b));
   EXPECT_EQ(Now(), "<b><i>a</i>^<u>b</u></b>");
   named_ = before;
@@ -121,7 +117,7 @@ TEST_F(PlaceHistoryOnAPage, BetweenNodesThatAreWrappedGoesIntoTheWrapperOrBefore
 
 TEST_F(PlaceHistoryOnAPage, AtTheEndOfAnUnwrappedElementMovesBeforeWhatFollows) {
   Open("a<b>b^</b><u>c</u>");
-  named_ = PlaceOf(BoundaryPoint::AtEnd(page_->Find("B")));
+  named_ = NodePlace::Of(BoundaryPoint::AtEnd(page_->Find("B")));
   gateway().Unwrap(page_->Find("B"));
   EXPECT_EQ(Now(), "ab^<u>c</u>");
 }
@@ -177,7 +173,7 @@ class RandomBatches {
 
   void Batch() {
     const auto stand = [&](const BoundaryPoint& point) {
-      stood_.push_back({recorder_.batch - 1, PlaceOf(point), std::make_unique<LiveRange>(LiveRange{point, point})});
+      stood_.push_back({recorder_.batch - 1, NodePlace::Of(point), std::make_unique<LiveRange>(LiveRange{point, point})});
       page_.document.tree().AddRange(stood_.back().range.get());
     };
     const Node* const body = page_.document.tree().bodyNode();
@@ -196,7 +192,7 @@ class RandomBatches {
     PlaceHistory history = recorder_.history;
     for (const Stood& one : stood_) {
       history.Forget(one.applied);
-      if (history.Now(one.named) != PlaceOf(one.range->start)) ++differences;
+      if (history.Now(one.named) != NodePlace::Of(one.range->start)) ++differences;
     }
     return differences;
   }

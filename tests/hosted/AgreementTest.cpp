@@ -21,7 +21,8 @@ const char page[] =
 
 class RandomEditor {
  public:
-  RandomEditor(HostedView& hosted, unsigned seed) : hosted_(hosted), random_(seed) {}
+  RandomEditor(HostedView& hosted, unsigned seed, bool runsScripts = true)
+      : hosted_(hosted), runsScripts_(runsScripts), random_(seed) {}
 
   void One() {
     KeepSmall();
@@ -42,16 +43,18 @@ class RandomEditor {
       Format();
     } else if (kind < 77) {
       Operate();
-    } else if (kind < 85) {
+    } else if (kind < 83) {
       TypeKey();
-    } else {
+    } else if (kind < 85) {
+      UndoAndRedo();
+    } else if (runsScripts_) {
       PageScript();
     }
   }
 
- private:
   int Below(int bound) { return int(random_() % unsigned(bound)); }
 
+ private:
   QString Text() {
     static const QStringList texts = {QStringLiteral("a"), QStringLiteral("&nbsp;"), QStringLiteral("x &amp; y"),
                                       QStringLiteral("\u00e4\u4e2d\U0001F600"), QStringLiteral(" ")};
@@ -174,6 +177,11 @@ class RandomEditor {
     hosted_.document().Dispatch(HTMLEventObj(EventType::KeyUp).Key(keys[Below(8)], Below(2)));
   }
 
+  void UndoAndRedo() {
+    for (int steps = Below(6); steps > 0; --steps) hosted_.jWB().Undo();
+    for (int steps = Below(4); steps > 0; --steps) hosted_.jWB().Redo();
+  }
+
   void Paste(const QString& html) { AnyRange(3)->pasteHTML(html); }
   void Delete() { AnyRange(12)->pasteHTML(QString()); }
   void RemoveElement() {
@@ -214,8 +222,27 @@ class RandomEditor {
   }
 
   HostedView& hosted_;
+  const bool runsScripts_;
   std::mt19937 random_;
 };
+
+// Undoes what there is to undo and redoes as much; tells what isn't as it was, "" for nothing. `start` is the page of
+// before all that, where it is known.
+QString UndoneAndRedone(HostedView& hosted, const std::optional<QString>& start) {
+  WBUC& view = hosted.jWB();
+  hosted.LiveHtml();  // what its scripts have done is heard of by then
+  const QString end = hosted.ModelHtml();
+  int steps = 0;
+  for (; view.History().CanUndo(); ++steps) view.Undo();
+  if (const QString begin = hosted.ModelHtml(); start && begin != *start)
+    return QStringLiteral("undone: ") + begin + QStringLiteral("\nbefore: ") + *start;
+  const QString live = hosted.LiveHtml();
+  if (live != hosted.ModelHtml()) return QStringLiteral("the live page after undo");
+  for (; steps > 0; --steps) view.Redo();
+  if (hosted.ModelHtml() != end)
+    return QStringLiteral("redone: ") + hosted.ModelHtml() + QStringLiteral("\nbefore: ") + end;
+  return {};
+}
 
 // Where the two part, with what stands around the place; empty when they are the same.
 QString Difference(const QString& model, const QString& live) {
@@ -272,6 +299,47 @@ TEST(Agreement, RandomEditsPageScriptsAndKilledRenderers) {
     }
   }
   EXPECT_FALSE(hosted.document().title().contains(QStringLiteral("ran")));
+}
+
+TEST(Agreement, RandomEditsAreUndoneAtRandomMoments) {
+  HostedView hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  const QString start = hosted.ModelHtml();
+  RandomEditor editor(hosted, RandomSeed("Random undo"), false);
+  hosted.jWB().History().SetLimit(qint64(1) << 40);
+  const int operations = Operations();
+  for (int i = 1; i <= operations; ++i) {
+    editor.One();
+    if (i % 7 == 0) QCoreApplication::processEvents();
+    if (editor.Below(150) == 0) {
+      ASSERT_EQ(UndoneAndRedone(hosted, start).toStdString(), "") << "after operation " << i;
+    }
+    if (i % 700 == 0) {
+      ASSERT_TRUE(hosted.KillRenderer()) << "after operation " << i;
+    }
+  }
+  EXPECT_TRUE(hosted.jWB().History().IsWhole());
+  EXPECT_EQ(UndoneAndRedone(hosted, start).toStdString(), "");
+}
+
+TEST(Agreement, RandomEditsBesideThePagesScriptsAreUndone) {
+  HostedView hosted;
+  ASSERT_TRUE(hosted.LoadHtml(page));
+  RandomEditor editor(hosted, RandomSeed("Random undo beside scripts"));
+  const int operations = Operations();
+  int undone = 0;
+  for (int i = 1; i <= operations; ++i) {
+    editor.One();
+    if (i % 7 == 0) QCoreApplication::processEvents();
+    if (editor.Below(60) == 0) {
+      undone += hosted.jWB().History().CanUndo();
+      ASSERT_EQ(UndoneAndRedone(hosted, std::nullopt).toStdString(), "") << "after operation " << i;
+    }
+    if (i % 700 == 0) {
+      ASSERT_TRUE(hosted.KillRenderer()) << "after operation " << i;
+    }
+  }
+  EXPECT_GT(undone, 0);
 }
 
 TEST(Agreement, LoadedPageEqualsTheLiveOne) {

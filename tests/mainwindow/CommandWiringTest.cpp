@@ -19,7 +19,7 @@
 namespace {
 
 // What the user has done before the click.
-enum class With { Nothing, Point, Text, Block, Picture, Table };
+enum class With { Nothing, Point, Text, Block, Picture, Table, Change, Undone };
 
 struct Wire {
   const char* name;
@@ -57,6 +57,8 @@ constexpr Wire kEntries[] = {
     {"mAlign1", With::Picture, "shows [a]<img id=\"i\" src=\"far/p.gif\" align=\"right\" />[t]"},
     {"mAlign2", With::Picture, "shows [a]<img id=\"i\" src=\"far/p.gif\" align=\"center\" />[t]"},
     {"mTableProps1", With::Table, "TablePropsRequested(t) | window FTools"},
+    {"mUndo", With::Change, "shows [a][i][t]"},
+    {"mRedo", With::Undone, "shows [a][t]"},
     {"mViewSource", With::Nothing, "SourceRequested() | window FTools"},
     {"mRefresh", With::Nothing, "file card/wgcard.html | shows [a]<img id=\"i\" src=\"p.gif\" />[t]"},
     {"mPicEditor", With::Nothing, "PicEditorRequested() | window FPic"},
@@ -174,6 +176,13 @@ class Command : public FoldersTest {
         break;
       case With::Table:
         Click("t");
+        break;
+      case With::Change:
+        View().DeleteElement(ElementById(*View().WBDocument(), "i"));
+        break;
+      case With::Undone:
+        View().DeleteElement(ElementById(*View().WBDocument(), "i"));
+        View().Undo();
         break;
     }
     QCursor::setPos(400, 300);

@@ -24,6 +24,7 @@
 class ToolsTest : public ::testing::Test {
  protected:
   ToolsTest() { EXPECT_TRUE(run_.Start()); }
+  ~ToolsTest() override { EXPECT_EQ("", run_.BrokenUndo()); }
 
   FTools& Tools() { return *run_.modMain.Tools(); }
   FWeb& Web() { return run_.Web(); }

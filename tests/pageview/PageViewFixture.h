@@ -10,6 +10,8 @@
 // A page view whose document gets events on elements named by their id; "" is BODY.
 class PageViewTest : public ::testing::Test {
  protected:
+  ~PageViewTest() override { EXPECT_EQ("", page_.habit.Broken()); }
+
   static constexpr QPoint mouse{40, 60};  // pixels
   static constexpr QPoint caretCorner{17, 33};
 

@@ -4,6 +4,7 @@
 #include "HTMLDocument.h"
 #include "HeadlessWebBrowser.h"
 #include "TestPlatform.h"
+#include "UndoHabit.h"
 #include "WBUC.h"
 
 // Makes the component and keeps a pointer to it in `made`, for tests that act as the user.
@@ -39,6 +40,7 @@ class PageOnView {
   TestProgram test;
   HeadlessWebBrowser* browser = nullptr;
   WBUC view{test.program, MakeHeadless(browser)};
+  UndoHabit habit{view};
 
   HTMLDocument& Document() { return *browser->Document(); }
   HTMLElement Element(const QString& id) { return ElementById(Document(), id); }

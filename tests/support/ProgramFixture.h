@@ -12,6 +12,8 @@
 // The program, started by the test itself.
 class ProgramTest : public ::testing::Test {
  protected:
+  ~ProgramTest() override { EXPECT_EQ("", run_.BrokenUndo()); }
+
   // Answers in the order in which they are asked for.
   void Answer(const QList<MessageAnswer>& answers, const QStringList& texts = {}) {
     run_.Dialogs().Answers = answers;

@@ -36,6 +36,7 @@ class RunningProgram {
 
   bool Start() {
     const bool started = modMain.Main();
+    if (started) habit_.emplace(View());
     Settle();
     return started;
   }
@@ -47,6 +48,9 @@ class RunningProgram {
       QCoreApplication::processEvents();
     }
   }
+
+  // See UndoHabit.
+  QString BrokenUndo() { return modMain.Web() && habit_ ? habit_->Broken() : QString(); }
 
   // What `main` does when the application's loop has ended.
   void Release() { modMain.ReleaseWindows(); }
@@ -76,6 +80,8 @@ class RunningProgram {
   QString PathInApp(const QString& name) const { return test.program.AppPath + u'/' + name; }
 
  private:
+  std::optional<UndoHabit> habit_;
+
   // Opens the menus on the way to a menu, the outermost first.
   static bool IsOpenTo(QMenu* menu) {
     if (!menu) return true;
