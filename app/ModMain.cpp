@@ -15,6 +15,7 @@
 #include "ModSettings.h"
 #include "PackPanel.h"
 #include "Program.h"
+#include "RescueFile.h"
 #include "Settings.h"
 #include "StringTable.h"
 #include "Swatch.h"
@@ -42,6 +43,7 @@ bool ModMain::Main() {
   SetControlLook(splash_.get(), QStringLiteral("framed"));
   program_.AppPath = program_.platform.folders.AppPath();
   program_.project.EnterWorkspace();
+  KeepLeftOvers(program_);
   make(sets_, program_);
   program_.Compat4On = Settings::Get(program_.platform.settings, Settings::Compat4) == u"yes";
   sets_->Ck4->setChecked(program_.Compat4On);
@@ -63,6 +65,10 @@ bool ModMain::Main() {
   web_->show();
   program_.AppStarted = true;
   return true;
+}
+
+void ModMain::KeepRescueFile(int periodMs) {
+  rescue_ = std::make_unique<RescueFile>(program_, *web_->jWB, periodMs);
 }
 
 void ModMain::Connect() {
@@ -93,6 +99,7 @@ void ModMain::Connect() {
   FTools* const tools = tools_.get();
   connect(web_.get(), &FWeb::ToolRequested, tools, &FTools::ShowTool);
   connect(web_.get(), &FWeb::AddPictureRequested, tools, [this] { tools_->AddPicture(web_.get()); });
+  connect(web_.get(), &FWeb::PicturesDropped, tools, &FTools::AddPictures);
   connect(web_.get(), &FWeb::TablePropsRequested, tools, &FTools::LoadTableProps);
   connect(web_.get(), &FWeb::PagePropsRequested, tools, &FTools::OpenPageProps);
   connect(web_.get(), &FWeb::SourceRequested, tools, &FTools::ShowSource);
@@ -120,6 +127,7 @@ void ModMain::ExitProgram() {
   if (exiting_ || !web_) return;
   if (!AskAboutSaving()) return;
   exiting_ = true;
+  if (rescue_) rescue_->Drop();
   program_.project.RemoveWorkspace();
   SaveWinSettings(program_, *web_, *tools_);
   SaveCustomColors(program_);
@@ -149,6 +157,7 @@ void ModMain::ReleaseWindows() {
     window.reset();
     emit WindowReleased(name);
   };
+  rescue_.reset();
   release(tip_);
   release(ops_);
   release(splash_);

@@ -16,6 +16,7 @@ class FTip;
 class FTools;
 class FWeb;
 class ModPics;
+class RescueFile;
 class fBitmap;
 class fIconMaker;
 struct Program;
@@ -30,6 +31,10 @@ class ModMain : public QObject {
 
   // Makes and shows everything. False, with nothing shown or touched, when the program is running already.
   bool Main();
+
+  // From now on what is in view is kept in a file of its own beside the project, written again at most each `periodMs`,
+  // until the program ends as it should.
+  void KeepRescueFile(int periodMs = 5000);
 
   // Asks about saving, tidies up, hides the windows and says Ended; nothing shows itself from then on. It returns with
   // all as it was when the user cancels. A command may be under way: whoever hears Ended ends the application's loop,
@@ -71,4 +76,5 @@ class ModMain : public QObject {
   std::unique_ptr<FOps> ops_;
   std::unique_ptr<FTip> tip_;
   std::unique_ptr<ModPics> pics_;
+  std::unique_ptr<RescueFile> rescue_;
 };

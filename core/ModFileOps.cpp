@@ -76,10 +76,10 @@ void ModFileOps::DeleteFileIfAny(const QString& Path) {
 }
 
 // The old file goes before the new one is opened, and that is meant: a write that fails loses the page.
-void ModFileOps::WriteTextFile(const QString& Path, const QByteArray& Text) {
+bool ModFileOps::WriteTextFile(const QString& Path, const QByteArray& Text) {
   DeleteFileIfAny(Path);
   QFile file(Path);
-  if (file.open(QIODevice::WriteOnly)) file.write(Text);
+  return file.open(QIODevice::WriteOnly) && file.write(Text) == Text.size() && file.flush();
 }
 
 bool ModFileOps::ReplaceTextFile(const QString& Path, const QByteArray& Text) {

@@ -33,6 +33,8 @@ class FTools : public QWidget {
 
   // Lets the user choose a picture. A GIF or JPG is looked at first, a PNG goes straight into the page.
   void AddPicture(QWidget* owner);
+  // Takes pictures one by one as if each had been chosen.
+  void AddPictures(const QStringList& paths);
 
   // Opens the panel with the values of a TABLE, which doesn't become the current element by that.
   void LoadTableProps(const HTMLElement& el);
@@ -97,8 +99,11 @@ class FTools : public QWidget {
   void PlaceAtBottom();
   void HideFromTop();
   void HideViewer();
+  void TakePicture(const QString& path);
+  void TakeNextPicture();
 
   Program& program_;
   FWeb& web_;
   ModPics* pictures_ = nullptr;
+  QStringList waitingPictures_;
 };

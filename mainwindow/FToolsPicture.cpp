@@ -55,11 +55,29 @@ void FTools::BuildPicturePanel() {
   FrTool[0]->Column()->addLayout(RowAtRight({bOKPic[0], bOKPic[1]}));
 }
 
-// Only the last four characters count, so ".jpeg" is refused, and that without a word.
 void FTools::AddPicture(QWidget* owner) {
-  const QString path =
-      ShowOpenDialog(program_, owner, QStringLiteral("Select Picture"),
-                     QStringLiteral("Web Graphics(*.gif;*.jpg;*.png)"), QStringLiteral("*.gif;*.jpg;*.png"));
+  waitingPictures_.clear();
+  TakePicture(ShowOpenDialog(program_, owner, QStringLiteral("Select Picture"),
+                             QStringLiteral("Web Graphics(*.gif;*.jpg;*.png)"), QStringLiteral("*.gif;*.jpg;*.png")));
+}
+
+void FTools::AddPictures(const QStringList& paths) {
+  if (Busy) return;
+  waitingPictures_ = paths;
+  TakeNextPicture();
+}
+
+// Up to one that the user has to decide about.
+void FTools::TakeNextPicture() {
+  while (!waitingPictures_.isEmpty()) {
+    const QString path = waitingPictures_.takeFirst();
+    TakePicture(path);
+    if (isVisible() && TPicPath->text() == path) return;
+  }
+}
+
+// Only the last four characters count, so ".jpeg" is refused, and that without a word.
+void FTools::TakePicture(const QString& path) {
   if (path.isEmpty() || !program_.Files.FileExists(path)) return;
   const QString ending = UpperAscii(path.right(4));
   if (ending == u".GIF" || ending == u".JPG") {
@@ -83,8 +101,10 @@ void FTools::OnOKPic(int Index) {
   HideViewer();
   HideFromTop();
   const QString path = TPicPath->text();
-  if (Index != 0 || !program_.Files.FileExists(path)) return;
-  const QString name = CopyBesidePages(program_, path);
-  InsertPageHTML(*web_.jWB, QStringLiteral("<IMG SRC=\"") + name + QStringLiteral("\" WIDTH=") + TSpec[0]->text() +
-                                QStringLiteral(" HEIGHT=") + TSpec[1]->text() + u'>');
+  if (Index == 0 && program_.Files.FileExists(path)) {
+    const QString name = CopyBesidePages(program_, path);
+    InsertPageHTML(*web_.jWB, QStringLiteral("<IMG SRC=\"") + name + QStringLiteral("\" WIDTH=") + TSpec[0]->text() +
+                                  QStringLiteral(" HEIGHT=") + TSpec[1]->text() + u'>');
+  }
+  TakeNextPicture();
 }

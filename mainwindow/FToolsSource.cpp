@@ -53,6 +53,6 @@ void FTools::OnCloseText(int Index) {
   const QString page = program_.project.CurPageFile();
   if (!program_.Files.FileExists(page)) return;
   program_.Files.DeleteFileIfAny(page);
-  program_.Files.WriteTextFile(page, web_.jWB->FileOfSource(T1->Text()));
+  web_.TellPageWritten(program_.Files.WriteTextFile(page, web_.jWB->FileOfSource(T1->Text())));
   web_.jWB->Navo(page, false);
 }

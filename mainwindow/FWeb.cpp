@@ -71,6 +71,7 @@ FWeb::FWeb(Program& program, const WebBrowserFactory& makeBrowser) : program_(pr
   connect(jWB, &WBUC::RightClick, this, &FWeb::OnRightClick);
   connect(jWB, &WBUC::DoubleClick, this, &FWeb::OnDoubleClick);
   connect(jWB, &WBUC::KeyPress, this, [this](const QString&, int x, int y) { MoveCaret(x, y); });
+  connect(jWB, &WBUC::PicturesDropped, this, &FWeb::PicturesDropped);
   connect(jWB, &WBUC::ElementHover, this, &FWeb::OnElementHover);
   for (int index = 0; index < int(FrWork->bSel.size()); ++index)
     connect(FrWork->bSel[std::size_t(index)], &QAbstractButton::clicked, this, [this, index] {
@@ -238,11 +239,16 @@ void FWeb::Load() {
 }
 
 void FWeb::SetCaption() {
-  setWindowTitle(QStringLiteral("Corvane - ") + program_.project.ProjectName());
+  setWindowTitle(QStringLiteral("Corvane - ") + program_.project.ProjectName() +
+                 (isPageWritten_ ? QString() : QStringLiteral(" (page not written)")));
 }
 
 void FWeb::SavePage(int PageNo, bool Strip) {
-  ::SavePage(program_, *jWB, PageNo, Strip);
+  TellPageWritten(::SavePage(program_, *jWB, PageNo, Strip));
+}
+void FWeb::TellPageWritten(bool isWritten) {
+  isPageWritten_ = isWritten;
+  SetCaption();
 }
 void FWeb::LoadPage(const QString& PagePath) {
   ::LoadPage(program_, *jWB, PagePath);

@@ -52,6 +52,8 @@ class FWeb : public QMainWindow {
   // The open page to disk; see PageFiles.h.
   void SavePage(int PageNo, bool Strip);
   void LoadPage(const QString& PagePath);
+  // Whether the last write of a page was good; the caption bears a mark while it wasn't.
+  void TellPageWritten(bool isWritten);
 
   // Commands.
   void mNewPage();
@@ -121,6 +123,7 @@ class FWeb : public QMainWindow {
   void HideToolsRequested();
   void ToolRequested(ToolTask iOp, const QString& sArg);
   void AddPictureRequested();
+  void PicturesDropped(const QStringList& paths);
   void TablePropsRequested(const HTMLElement& table);
   void PagePropsRequested();
   void SourceRequested();
@@ -166,4 +169,5 @@ class FWeb : public QMainWindow {
   QWidget* client_;
   QWidget* tools_ = nullptr;
   bool closing_ = false;
+  bool isPageWritten_ = true;
 };

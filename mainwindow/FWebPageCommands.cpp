@@ -2,6 +2,7 @@
 #include <QComboBox>
 
 #include "BusyGuard.h"
+#include "Discard.h"
 #include "FWeb.h"
 #include "ListIndex.h"
 #include "ModBrowse.h"
@@ -63,7 +64,7 @@ void FWeb::mDelPage() {
   QString name;
   const int pages = NextPageName(program_, name);
   if (current > pages) return;
-  files.DeleteFileIfAny(project.PageFile(current));
+  DiscardFile(program_, project.PageFile(current));
   if (current == pages) {
     const int neighbour = std::max(1, current - 1);
     if (current > 1) SetIndex(BoxPage, neighbour - 1);

@@ -8,6 +8,7 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "Discard.h"
 #include "FWeb.h"
 #include "PathRules.h"
 #include "Program.h"
@@ -118,6 +119,6 @@ void OpenProjectPanel::Delete() {
                           MessageIcon::Question, MessageButtons::OkCancel) != MessageAnswer::Ok)
     return;
   program_.Files.Attributes().Clear(path);
-  program_.Files.RemoveTree(path);
+  DiscardFolder(program_, path);
   delete BoxProj->selectedItems().first();
 }

@@ -44,12 +44,12 @@ void LoadPage(Program& program, WBUC& jWB, const QString& PagePath) {
   jWB.Navo(PagePath, force);
 }
 
-void SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip) {
+bool SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip) {
   QByteArray text = jWB.SourceForFile();
-  if (text.isEmpty() || PageNo <= 0) return;
+  if (text.isEmpty() || PageNo <= 0) return true;
   if (Strip) {
     QByteArray pictures;
     text = StripPicturePaths(text, pictures);
   }
-  program.Files.WriteTextFile(program.project.PageFile(PageNo), text);
+  return program.Files.WriteTextFile(program.project.PageFile(PageNo), text);
 }

@@ -1,5 +1,9 @@
 #include "WBUC.h"
 
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+
 #include "FontSizeMap.h"
 #include "PageText.h"
 #include "Program.h"
@@ -48,6 +52,7 @@ void WBUC::InitControl() {
   values_.BGColor = QStringLiteral("#FFFFFF");
   values_.LinkColor = QStringLiteral("#0000FF");
   LayOverAll();
+  setAcceptDrops(true);
   if (WB2_->Widget()) setFocusProxy(WB2_->Widget());
   WB2_->SetOffline(true);
   WB2_->Navigate(QStringLiteral("about:blank"),
@@ -74,6 +79,31 @@ void WBUC::LayOverAll() {
 
 void WBUC::resizeEvent(QResizeEvent*) {
   LayOverAll();
+}
+
+// Pictures that the page may hold; anything else that is dragged over it is refused.
+static QStringList PicturesIn(const QMimeData* data) {
+  QStringList paths;
+  for (const QUrl& url : data ? data->urls() : QList<QUrl>()) {
+    const QString path = url.toLocalFile();
+    for (const char* const ending : {".gif", ".jpg", ".png"})
+      if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive)) paths.append(path);
+  }
+  return paths;
+}
+
+void WBUC::dragEnterEvent(QDragEnterEvent* event) {
+  if (DocReady_ && !PicturesIn(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void WBUC::dropEvent(QDropEvent* event) {
+  const QStringList paths = PicturesIn(event->mimeData());
+  if (!DocReady_ || paths.isEmpty()) return;
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  // Whoever gave them is answered before the user is asked anything.
+  QMetaObject::invokeMethod(
+      this, [this, paths] { emit PicturesDropped(paths); }, Qt::QueuedConnection);
 }
 
 HTMLDocument* WBUC::WBDocument() const {

@@ -139,9 +139,13 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void ElementHover(const QString& sTag);
   // The page isn't what it was: the user, or one of its scripts, has changed something.
   void Edited();
+  // Files of pictures that were dropped on the page.
+  void PicturesDropped(const QStringList& paths);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   bool onclick() override { return Doc_onclick(); }

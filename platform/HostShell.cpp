@@ -2,10 +2,15 @@
 
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
+
+bool HostShell::MoveToTrash(const QString& path) {
+  return QFile::moveToTrash(path);
+}
 
 #ifdef Q_OS_WIN
 

@@ -11,6 +11,7 @@ class HostShell : public Shell {
 
   int OpenFile(QWidget* owner, const QString& file, const QString& folder, ShowMode mode) override;
   bool StartProgram(const QString& path, ShowMode mode) override;
+  bool MoveToTrash(const QString& path) override;
   bool RunsWindowsPrograms() const override;
 
  private:

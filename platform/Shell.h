@@ -24,6 +24,10 @@ class Shell {
   // `mode` as above.
   virtual bool StartProgram(const QString& path, ShowMode mode) = 0;
 
+  // Puts a file or a folder where the desktop keeps what was thrown away. False, and it stays, where there is no such
+  // place for it.
+  virtual bool MoveToTrash(const QString& path) = 0;
+
   // Whether the system itself runs programs for Windows.
   virtual bool RunsWindowsPrograms() const = 0;
 };

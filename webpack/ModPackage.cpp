@@ -9,6 +9,7 @@
 
 #include "AsciiText.h"
 #include "CheckIconFile.h"
+#include "Discard.h"
 #include "IconImage.h"
 #include "MessagePass.h"
 #include "ModZip.h"
@@ -148,7 +149,7 @@ void PreparePackPages(Program& program) {
     PreparePage(program, PathRules::Join(program.project.WorkPath(), page), static_cast<int>(pages.size()), pictures);
   }
   for (const QString& picture : pictures) {
-    program.Files.DeleteFileIfAny(PathRules::Join(program.project.WorkPath(), picture));
+    DiscardFile(program, PathRules::Join(program.project.WorkPath(), picture));
   }
 }
 

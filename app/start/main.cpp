@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
   // too.
   QObject::connect(&modMain, &ModMain::Ended, &application, [] { QCoreApplication::exit(); });
   if (!modMain.Main()) return 0;
+  modMain.KeepRescueFile();
   const int result = QApplication::exec();
   modMain.ReleaseWindows();
   return result;

@@ -98,7 +98,7 @@ TEST_F(PicturePanel, APngGoesStraightIntoThePageWithoutASize) {
   EXPECT_FALSE(Viewer().isVisible());
 }
 
-// Meant in FTools::AddPicture: a file named ".jpeg" is refused without a word.
+// Meant in FTools::TakePicture: a file named ".jpeg" is refused without a word.
 TEST_F(PicturePanel, AJpegWithFourLettersIsRefusedWithoutAWord) {
   for (const char* name : {"a.jpeg", "a.bmp", "a", "agif", "jpg", "a.gif.txt"}) {
     Add(Picture(name, gif));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDir>
+#include <QFileInfo>
 #include <QList>
 #include <QString>
 #include <functional>
@@ -19,6 +21,9 @@ class RecordingShell : public Shell {
   int OpenResult = kFirstSuccess;
   bool StartResult = true;
   bool RunsWindows = true;
+  // A desktop without a place for what is thrown away, unless told.
+  bool HasTrash = false;
+  QStringList Trashed;
   // Runs while the shell is at work.
   std::function<void()> WhileOpening;
   QList<Call> Opened;
@@ -33,6 +38,12 @@ class RecordingShell : public Shell {
     Started.append({path, QString(), mode, nullptr});
     if (WhileOpening) WhileOpening();
     return StartResult;
+  }
+  bool MoveToTrash(const QString& path) override {
+    if (!HasTrash) return false;
+    Trashed.append(path);
+    const QFileInfo file(path);
+    return file.isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
   }
   bool RunsWindowsPrograms() const override { return RunsWindows; }
 };

@@ -59,7 +59,7 @@ TEST(ScopedStyles, TheBackgroundOfThePageIsToldApart) {
 TEST(ScopedStyles, BrokenSheetsStayWithinTheirPage) {
   const QString pieces[] = {"{",    "}",    "(",        ")", "[",           "]",  "\"",   "'",         "\\",
                             ",",    ";",    "@media x", "p", "#a",          ".b", ":c",   "/*",        "*/",
-                            "url(", "html", "body",     " ", "background:", "\n", "<!--", u"\u00e4"_qs};
+                            "url(", "html", "body",     " ", "background:", "\n", "<!--", QStringLiteral("\u00e4")};
   quint32 random = 12345;
   for (int round = 0; round < 20000; ++round) {
     QString css;

@@ -1,0 +1,121 @@
+#include "RescueFile.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <chrono>
+
+#include "PathRules.h"
+#include "Program.h"
+#include "ScratchFile.h"
+#include "StringTable.h"
+#include "WBUC.h"
+
+namespace {
+
+// How long after an edit its write begins, if the one before isn't too near.
+constexpr int kRestMs = 1000;
+constexpr int kKeptFolders = 10;
+
+qint64 MillisecondsNow() {
+  using std::chrono::steady_clock;
+  return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+QString RescueFolder(const Program& program) {
+  return PathRules::Join(program.AppPath, QStringLiteral("rescue"));
+}
+
+// Of a page that was never saved at all there is nothing to keep.
+bool HoldsMoreThanABlankPage(Program& program, const QString& folder) {
+  ModFileOps& files = program.Files;
+  const QStringList names = files.FileNames(folder);
+  if (names.isEmpty()) return false;
+  if (names.size() > 1 || names.first() != Project::PageName(1)) return true;
+  int error = 0;
+  const QByteArray page = files.ReadTextFile(PathRules::Join(folder, names.first()), error);
+  if (page.isEmpty()) return false;
+  const QByteArray blank = files.ReadTextFile(PathRules::Join(program.AppPath, QStringLiteral("blank.html")), error);
+  return page != (error == 0 ? blank : StringText(TextNumber::BlankPage).toUtf8());
+}
+
+void KeepTheLast(Program& program, QString folder) {
+  int count = 0;
+  QString listed = folder;
+  QStringList names = program.Files.ListFolders(listed, count);
+  names.sort();
+  while (names.size() > kKeptFolders) program.Files.RemoveTree(PathRules::Join(folder, names.takeFirst()));
+}
+
+}  // namespace
+
+void KeepLeftOvers(Program& program) {
+  ModFileOps& files = program.Files;
+  const QString card = program.project.CardPath();
+  const QString rescue = RescueFolder(program);
+  const bool hasPages = files.FolderExists(card) && HoldsMoreThanABlankPage(program, card);
+  QString list;
+  const bool hasRescue = files.FolderExists(rescue) && files.ListFiles(rescue, QStringLiteral("html"), list) > 0;
+  if (hasPages || hasRescue) {
+    const QString rescued = PathRules::Join(program.AppPath, QStringLiteral("rescued"));
+    files.EnsureFolder(rescued);
+    const QString moment = program.platform.stamps.Now().toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH.mm.ss"));
+    QString target = PathRules::Join(rescued, moment);
+    for (int number = 2; files.FolderExists(target); ++number)
+      target = PathRules::Join(rescued, QStringLiteral("%1 (%2)").arg(moment).arg(number));
+    if (hasPages) {
+      files.Attributes().Clear(card);
+      if (!QDir().rename(card, target)) files.CopyFolderFiles(card, target);
+    }
+    files.EnsureFolder(target);
+    if (hasRescue)
+      for (const QString& name : list.split(u'*'))
+        files.MoveFileOver(PathRules::Join(rescue, name), PathRules::Join(target, name));
+    KeepTheLast(program, rescued);
+  }
+  files.RemoveTree(rescue);
+}
+
+RescueFile::RescueFile(Program& program, WBUC& view, int periodMs)
+    : program_(program), view_(view), lastWrite_(MillisecondsNow() - periodMs), periodMs_(periodMs) {
+  disk_.setMaxThreadCount(1);
+  disk_.setExpiryTimeout(-1);
+  timer_.setSingleShot(true);
+  connect(&timer_, &QTimer::timeout, this, &RescueFile::Write);
+  connect(&view_, &WBUC::Edited, this, &RescueFile::Schedule);
+  // Another page has come into view, and the one before is in its own file.
+  connect(&view_, &WBUC::DocComplete, this, &RescueFile::Drop);
+}
+
+RescueFile::~RescueFile() {
+  disk_.waitForDone();
+}
+
+void RescueFile::Schedule() {
+  if (timer_.isActive()) return;
+  const qint64 wait = lastWrite_ + periodMs_ - MillisecondsNow();
+  timer_.start(int(std::max<qint64>(wait, std::min(kRestMs, periodMs_ / 5))));
+}
+
+void RescueFile::Write() {
+  if (disk_.activeThreadCount() > 0) return timer_.start(periodMs_);  // a slow disk
+  lastWrite_ = MillisecondsNow();
+  const QByteArray page = view_.SourceForFile();
+  if (page.isEmpty()) return;
+  const QString folder = RescueFolder(program_);
+  const QString stem = PathRules::Join(folder, program_.project.ProjectName().left(60));
+  const QString name = Project::PageName(program_.project.CurPageNo()).section(u'.', 0, -2);
+  path_ = QStringLiteral("%1 - %2 (not saved).html").arg(stem, name);
+  disk_.start([page, folder, path = path_] {
+    QDir().mkpath(folder);
+    ScratchFile file(folder);
+    if (file.open() && file.write(page) == page.size()) file.MoveTo(path);
+  });
+}
+
+void RescueFile::Drop() {
+  timer_.stop();
+  if (path_.isEmpty()) return;
+  disk_.start([path = path_] { QFile::remove(path); });
+  path_.clear();
+}

@@ -1,0 +1,37 @@
+// What a crash must not cost: the page in view, as it stands, in a file of its own beside the project, written again
+// some seconds after each edit; and the pages that a run which didn't end well has left behind.
+#pragma once
+
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+
+class WBUC;
+struct Program;
+
+// Before the workspace is wiped at a start: where there is more in it than one blank page, or a page in a rescue file,
+// all of that is put into a folder of its own in `rescued`, named after the moment. The last ten of those are kept.
+void KeepLeftOvers(Program& program);
+
+class RescueFile : public QObject {
+ public:
+  // Both must outlive the object. `periodMs`: no two writes begin closer to each other.
+  RescueFile(Program& program, WBUC& view, int periodMs = 5000);
+  // The last write has ended then.
+  ~RescueFile() override;
+
+  // Removes the file: nothing is in it that would be missed.
+  void Drop();
+
+ private:
+  void Schedule();
+  void Write();
+
+  Program& program_;
+  WBUC& view_;
+  QTimer timer_;
+  qint64 lastWrite_ = 0;
+  int periodMs_;
+  QString path_;      // of the last file; "" for none
+  QThreadPool disk_;  // one thread, so that all is done in its order
+};

@@ -1,0 +1,142 @@
+// What a run that ended badly left behind, and the file that keeps the page in view.
+#include <QElapsedTimer>
+
+#include "ProgramFixture.h"
+#include "RescueFile.h"
+
+namespace {
+
+class LeftOvers : public ::testing::Test {
+ protected:
+  LeftOvers() {
+    test_.program.project.EnterWorkspace();
+    EXPECT_TRUE(PutFile(InApp("blank.html"), "blank"));
+  }
+  QString InApp(const QString& name) const { return test_.program.AppPath + u'/' + name; }
+  QStringList Names(const QString& folder) const {
+    return QDir(InApp(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+  }
+  // The one folder of rescued things.
+  QString Rescued() const {
+    const QStringList folders = Names("rescued");
+    EXPECT_EQ(1, folders.size());
+    return folders.isEmpty() ? QString() : "rescued/" + folders.first();
+  }
+  void Keep() { KeepLeftOvers(test_.program); }
+
+  TestProgram test_;
+};
+
+TEST_F(LeftOvers, NothingIsKeptOfARunThatEndedWell) {
+  Keep();
+  EXPECT_FALSE(QFileInfo::exists(InApp("rescued")));
+}
+
+TEST_F(LeftOvers, OneBlankPageIsNotKept) {
+  ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), "blank"));
+  Keep();
+  EXPECT_FALSE(QFileInfo::exists(InApp("rescued")));
+  EXPECT_EQ("blank", FileBytes(InApp("card/wgcard.html")));
+}
+
+TEST_F(LeftOvers, AWorkspaceWithWorkInItIsKeptAsItIs) {
+  ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), "mine"));
+  ASSERT_TRUE(PutFile(InApp("card/p.gif"), "picture"));
+  Keep();
+  EXPECT_EQ((QStringList{"p.gif", "wgcard.html"}), Names(Rescued()));
+  EXPECT_EQ("mine", FileBytes(InApp(Rescued() + "/wgcard.html")));
+  EXPECT_FALSE(QFileInfo::exists(InApp("card")));
+}
+
+TEST_F(LeftOvers, ASecondPageAloneIsReasonEnough) {
+  ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), "blank"));
+  ASSERT_TRUE(PutFile(InApp("card/Page2.html"), "blank"));
+  Keep();
+  EXPECT_EQ(2, Names(Rescued()).size());
+}
+
+TEST_F(LeftOvers, ARescueFileComesAlongAndItsHalvesDoNot) {
+  ASSERT_TRUE(PutFile(InApp("rescue/Site - Page2 (not saved).html"), "seen"));
+  ASSERT_TRUE(PutFile(InApp("rescue/scratch.XyZ"), "half"));
+  Keep();
+  EXPECT_EQ(QStringList{"Site - Page2 (not saved).html"}, Names(Rescued()));
+  EXPECT_FALSE(QFileInfo::exists(InApp("rescue")));
+}
+
+TEST_F(LeftOvers, TheFolderBearsTheMomentAndIsNeverOneThatIsThere) {
+  const QString moment = test_.platform.stamps.Moment.toLocalTime().toString("yyyy-MM-dd HH.mm.ss");
+  for (int run = 0; run < 3; ++run) {
+    ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), "mine"));
+    Keep();
+  }
+  EXPECT_EQ((QStringList{moment, moment + " (2)", moment + " (3)"}), Names("rescued"));
+}
+
+TEST_F(LeftOvers, TheLastTenAreKept) {
+  for (int run = 0; run < 12; ++run) {
+    test_.platform.stamps.Moment = test_.platform.stamps.Moment.addDays(1);
+    ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), QByteArray::number(run)));
+    Keep();
+  }
+  const QStringList folders = Names("rescued");
+  ASSERT_EQ(10, folders.size());
+  EXPECT_EQ("2", FileBytes(InApp("rescued/" + folders.first() + "/wgcard.html")));
+  EXPECT_EQ("11", FileBytes(InApp("rescued/" + folders.last() + "/wgcard.html")));
+}
+
+class RescueFileTest : public ProgramTest {
+ protected:
+  RescueFileTest() {
+    EXPECT_TRUE(run_.Start());
+    run_.modMain.KeepRescueFile(kPeriodMs);
+  }
+  static constexpr int kPeriodMs = 50;
+  QString Path() const { return run_.PathInApp("rescue/Project1 - wgcard (not saved).html"); }
+  bool Comes(const std::function<bool()>& what) {
+    QElapsedTimer clock;
+    for (clock.start(); !what() && clock.elapsed() < 5000;) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return what();
+  }
+};
+
+TEST_F(RescueFileTest, ThePageInViewIsWrittenSoonAfterAnEdit) {
+  EXPECT_FALSE(QFileInfo::exists(Path()));
+  run_.Type("abc");
+  ASSERT_TRUE(Comes([&] { return FileBytes(Path()) == View().SourceForFile(); }));
+  run_.Type("d");
+  ASSERT_TRUE(Comes([&] { return FileBytes(Path()) == View().SourceForFile(); }));
+  EXPECT_EQ(QStringList{"wgcard.html"}, Names("card")) << "nothing beside the project's own files";
+}
+
+TEST_F(RescueFileTest, NothingIsWrittenWithoutAnEdit) {
+  QElapsedTimer clock;
+  for (clock.start(); clock.elapsed() < 4 * kPeriodMs;) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+  EXPECT_FALSE(QFileInfo::exists(run_.PathInApp("rescue")));
+}
+
+TEST_F(RescueFileTest, AnotherPageTakesItsPlace) {
+  run_.Type("abc");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  EXPECT_TRUE(Comes([&] { return !QFileInfo::exists(Path()); }));
+  run_.Type("x");
+  EXPECT_TRUE(Comes([&] { return QFileInfo::exists(run_.PathInApp("rescue/Project1 - Page2 (not saved).html")); }));
+}
+
+TEST_F(RescueFileTest, AnEndAsItShouldBeLeavesNone) {
+  run_.Type("abc");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  Exit({MessageAnswer::No});
+  EXPECT_TRUE(run_.ended);
+  EXPECT_FALSE(QFileInfo::exists(Path()));
+}
+
+TEST_F(RescueFileTest, AnExitThatWasCalledOffKeepsIt) {
+  run_.Type("abc");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  Exit({MessageAnswer::Cancel});
+  EXPECT_FALSE(run_.ended);
+  EXPECT_TRUE(QFileInfo::exists(Path()));
+}
+
+}  // namespace

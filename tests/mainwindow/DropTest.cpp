@@ -1,0 +1,106 @@
+// Pictures dropped on the page, things thrown away, and the mark of a page that couldn't be written.
+#include <QDropEvent>
+#include <QImage>
+#include <QMimeData>
+#include <QUrl>
+
+#include "ToolsFixture.h"
+
+namespace {
+
+class Drop : public ToolsTest {
+ protected:
+  // Whether the page takes it.
+  bool DropFiles(const QStringList& paths) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& path : paths) urls.append(QUrl::fromLocalFile(path));
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    enter.ignore();
+    QCoreApplication::sendEvent(&View(), &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&View(), &drop);
+    run_.Settle();
+    return drop.dropAction() == Qt::CopyAction;
+  }
+  QString Photo(const QString& name, int width, int height) {
+    const QString path = Picture(name);
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    EXPECT_TRUE(image.save(path, "JPG"));
+    return path;
+  }
+  QString Shown() { return View().Source().section("<body", 1); }
+};
+
+TEST_F(Drop, APictureOpensThePanelAsIfItHadBeenChosen) {
+  const QString path = Photo("a.jpg", 30, 20);
+  ASSERT_TRUE(DropFiles({path}));
+  EXPECT_TRUE(Tools().isVisible());
+  EXPECT_EQ(path, Tools().TPicPath->text());
+  EXPECT_EQ("30", Tools().TSpec[0]->text());
+  EXPECT_FALSE(Shown().contains("a.jpg"));
+  Tools().bOKPic[0]->click();
+  EXPECT_TRUE(Shown().contains("<img src=\"a.jpg\" width=\"30\" height=\"20\""));
+}
+
+TEST_F(Drop, SeveralAreTakenOneByOne) {
+  const QStringList paths = {Photo("a.jpg", 3, 2), Picture("p.png"), Photo("b.jpg", 5, 4)};
+  ASSERT_TRUE(DropFiles(paths));
+  EXPECT_EQ(paths[0], Tools().TPicPath->text());
+  Tools().bOKPic[1]->click();
+  EXPECT_EQ(paths[2], Tools().TPicPath->text());
+  EXPECT_TRUE(Tools().isVisible());
+  EXPECT_TRUE(Shown().contains("p.png")) << "which goes straight into the page";
+  Tools().bOKPic[0]->click();
+  EXPECT_FALSE(Tools().isVisible());
+  EXPECT_FALSE(Shown().contains("a.jpg"));
+  EXPECT_TRUE(Shown().contains("b.jpg"));
+}
+
+TEST_F(Drop, WhatIsNoPictureIsRefused) {
+  ASSERT_TRUE(PutFile(run_.test.Path("x.html"), "x"));
+  EXPECT_FALSE(DropFiles({run_.test.Path("x.html")}));
+  EXPECT_FALSE(DropFiles({}));
+}
+
+TEST_F(Drop, OneThatIsChosenAfterwardsComesAlone) {
+  ASSERT_TRUE(DropFiles({Photo("a.jpg", 3, 2), Photo("b.jpg", 5, 4)}));
+  Dialogs().Texts = {QString()};
+  Tools().AddPicture(&Web());
+  Tools().bOKPic[1]->click();
+  EXPECT_FALSE(Tools().isVisible());
+}
+
+using Discards = ToolsTest;
+
+TEST_F(Discards, ADeletedPageGoesToTheTrashWhereThereIsOne) {
+  run_.test.platform.shell.HasTrash = true;
+  const QString page = run_.program().project.CurPageFile();
+  ASSERT_TRUE(run_.Choose("mDelPage"));
+  EXPECT_EQ(QStringList{page}, run_.test.platform.shell.Trashed);
+}
+
+TEST_F(Discards, WithoutATrashItIsDeleted) {
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  const QString page = run_.program().project.CurPageFile();
+  ASSERT_TRUE(QFileInfo::exists(page));
+  ASSERT_TRUE(run_.Choose("mDelPage"));
+  EXPECT_FALSE(QFileInfo::exists(page));
+}
+
+TEST_F(Discards, AMarkStandsInTheCaptionWhileThePageIsNotWritten) {
+  const QString good = Web().windowTitle();
+  const QString page = run_.program().project.CurPageFile();
+  ASSERT_TRUE(QFile::remove(page));
+  ASSERT_TRUE(QDir().mkdir(page));  // in its way
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ(good + " (page not written)", Web().windowTitle());
+  ASSERT_TRUE(QDir().rmdir(page));
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ(good, Web().windowTitle());
+}
+
+}  // namespace
