@@ -321,13 +321,20 @@ const Node* CommonAncestor(const Node* a, const Node* b) {
 
 }  // namespace
 
-QByteArray FileHtml(const PageTree& tree) {
+PageToWrite PageForFile(const PageTree& tree) {
   const Node* const html = tree.htmlNode();
-  if (!html) return QByteArray();
+  if (!html) return {};
   Writer writer(tree.scripting(), Form::File);
   writer.Subtree(html);
-  const QString encoding = writer.dependsOnEncoding() ? tree.encoding() : QString();
-  return PageFileBytes(writer.Take(), encoding);
+  return {writer.Take(), writer.dependsOnEncoding() ? tree.encoding() : QString()};
+}
+
+QByteArray PageToWrite::Bytes() const {
+  return text.isEmpty() ? QByteArray() : PageFileBytes(text, encoding);
+}
+
+QByteArray FileHtml(const PageTree& tree) {
+  return PageForFile(tree).Bytes();
 }
 
 QString OuterHtml(const Node* node, bool scripting) {

@@ -14,6 +14,14 @@ class PageTree;
 // The file of the page, as PageText.h has it; "" for a page without any element.
 QByteArray FileHtml(const PageTree& tree);
 
+// The same in two steps, of which the second needs no page and may be done on another thread.
+struct PageToWrite {
+  QString text;
+  QString encoding;
+  QByteArray Bytes() const;
+};
+PageToWrite PageForFile(const PageTree& tree);
+
 // The node with its tags. `scripting`: NOSCRIPT holds plain text.
 QString OuterHtml(const Node* node, bool scripting);
 

@@ -8,6 +8,7 @@
 #include "PathRules.h"
 #include "Program.h"
 #include "ScratchFile.h"
+#include "Serializer.h"
 #include "StringTable.h"
 #include "WBUC.h"
 
@@ -100,16 +101,18 @@ void RescueFile::Schedule() {
 void RescueFile::Write() {
   if (disk_.activeThreadCount() > 0) return timer_.start(periodMs_);  // a slow disk
   lastWrite_ = MillisecondsNow();
-  const QByteArray page = view_.SourceForFile();
-  if (page.isEmpty()) return;
+  const HTMLDocument* const document = view_.WBDocument();
+  if (!document) return;
+  const PageToWrite page = PageForFile(document->tree());
   const QString folder = RescueFolder(program_);
   const QString stem = PathRules::Join(folder, program_.project.ProjectName().left(60));
   const QString name = Project::PageName(program_.project.CurPageNo()).section(u'.', 0, -2);
   path_ = QStringLiteral("%1 - %2 (not saved).html").arg(stem, name);
   disk_.start([page, folder, path = path_] {
     QDir().mkpath(folder);
+    const QByteArray bytes = page.Bytes();
     ScratchFile file(folder);
-    if (file.open() && file.write(page) == page.size()) file.MoveTo(path);
+    if (file.open() && file.write(bytes) == bytes.size()) file.MoveTo(path);
   });
 }
 
