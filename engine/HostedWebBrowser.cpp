@@ -35,6 +35,12 @@ QString ReadResource(const QString& name) {
 // How long the second page of two may take behind the first.
 constexpr int kSecondLoadMs = 2000;
 
+// How often, and with which pause, a fresh page is asked whether it knows the view's size, and how many pixels it may
+// be off by.
+constexpr int kLayoutTries = 50;
+constexpr int kLayoutPauseMs = 10;
+constexpr double kSizeTolerance = 3;
+
 // Of the epoch, as a page's performance.timeOrigin counts.
 double MillisecondsNow() {
   return std::chrono::duration<double, std::milli>(std::chrono::system_clock::now().time_since_epoch()).count();
@@ -387,11 +393,21 @@ void HostedWebBrowser::Adopt() {
   outbox_.Post(Bridge::Cover(covered_));
   outbox_.Post(SelectMessage(&document_->selection().range()));
   outbox_.Flush();
-  // Input would overtake all this.
-  page_->runJavaScript(QStringLiteral("0"), bridgeWorld, [this, token = shown_.token](const QVariant&) {
-    if (!isDead_ && token == shown_.token) input_.GoOn();
-  });
+  GoOnOnceLaidOut(shown_.token, kLayoutTries);
   emit Recovered();
+}
+
+// Input would overtake what has been sent, and a fresh page takes a moment to hear of the view's size: a click outside
+// of that hits nothing.
+void HostedWebBrowser::GoOnOnceLaidOut(const QString& token, int tries) {
+  page_->runJavaScript(QStringLiteral("innerHeight"), bridgeWorld, [this, token, tries](const QVariant& height) {
+    if (isDead_ || token != shown_.token) return;
+    const double missing = view_->height() - height.toDouble() * view_->zoomFactor();
+    if (tries == 0 || missing < kSizeTolerance) return input_.GoOn();
+    QTimer::singleShot(kLayoutPauseMs, this, [this, token, tries] {
+      if (!isDead_ && token == shown_.token) GoOnOnceLaidOut(token, tries - 1);
+    });
+  });
 }
 
 // --- For tests

@@ -106,6 +106,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void RendererDied();
   void Recover();
   void Adopt();
+  void GoOnOnceLaidOut(const QString& token, int tries);
   void FailLoad();
 
   // A key that is answered without the page's report.

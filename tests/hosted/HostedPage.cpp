@@ -61,7 +61,13 @@ bool HostedPage::Load(const QString& path) {
   browser_->Navigate(path, 14);
   WaitFor([&] { return complete; });
   QObject::disconnect(connection);
-  return complete && browser_->Document();
+  if (!complete || !browser_->Document()) return false;
+  AwaitSize();
+  return true;
+}
+
+void HostedPage::AwaitSize() {
+  WaitFor([&] { return ScriptText(QStringLiteral("String(innerHeight)")).toDouble() >= Input()->height() - 3; }, 2000);
 }
 
 void HostedPage::Script(const QString& script) {

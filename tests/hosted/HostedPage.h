@@ -53,6 +53,9 @@ class HostedPage {
   QPoint PointOf(const QString& jsNode, int offset);
 
  protected:
+  // No user is as fast as a test: a fresh renderer may not have heard of the window's size yet.
+  void AwaitSize();
+
   enum Kind { Bare, InPageView };
   // The page alone, or with the page view around it that edits it.
   explicit HostedPage(Kind kind);

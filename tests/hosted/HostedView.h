@@ -22,7 +22,9 @@ class HostedView : public HostedPage {
     const QString path = File(QStringLiteral("page.html"), html);
     QSignalSpy complete(&jWB(), &WBUC::DocComplete);
     jWB().Navo(path, isNew);
-    return WaitFor([&] { return complete.count() > 0 && jWB().DocReady(); });
+    if (!WaitFor([&] { return complete.count() > 0 && jWB().DocReady(); })) return false;
+    AwaitSize();
+    return true;
   }
 
   // Middle left of a character of the first text in the element that the selector finds.

@@ -38,7 +38,7 @@ PAGES = {
         '<span class="q"><a href="wgcard.html">home</a></span><div style="background:url(\'small.png\');width:90px;height:'
         '60px">css</div></body></html>',
     "Page3.html":
-        '<html><head><title>Third</title></head><body text="#0000FF" background="heart.jpg" leftmargin="40"><p>Plain</p>'
+        '<html><head><title>Third</title></head><body text="#0000FF" background="heart.jpg" marginwidth="40"><p>Plain</p>'
         '<center><img src="hearttop.gif" width="400" height="80" /></center><table><tr><td>of a table</td></tr></table>'
         '<font color="red"><table><tr><td>in red</td></tr></table></font><p align="right">&#1055;&#1088; &#29483; &eacute;'
         "</p></body></html>",
@@ -187,6 +187,15 @@ class OneFile(unittest.TestCase):
                         self.assertEqual(self.difference(alone, within), 0)
         # The comparison can tell pages apart.
         self.assertGreater(self.difference(self.path("firefox-wgcard.html.png"), self.path("firefox-Page2.html.png")), 1000)
+
+    def test_LeftmarginIsWhatTheEditorShows(self):
+        # Some browsers keep the other side free as well, the editor's among them, and some don't.
+        page = PAGES["Page3.html"].replace("marginwidth", "leftmargin")
+        self.made("margin", {"wgcard.html": page, **self.pictures})
+        self.project("margin-alone", {"wgcard.html": page, **self.pictures})
+        self.browsers[0].shot("file://" + self.path("margin-alone", "wgcard.html"), self.path("margin-alone.png"))
+        self.browsers[0].shot(self.url("margin"), self.path("margin-within.png"))
+        self.assertEqual(self.difference(self.path("margin-alone.png"), self.path("margin-within.png")), 0)
 
     def test_LinksLeadFromPageToPage(self):
         self.made("links", {**PAGES, **self.pictures})
