@@ -34,6 +34,7 @@ bool ModMain::Main() {
   program_.AppStarted = false;
   SingleInstance& instance = program_.platform.singleInstance;
   if (!instance.Acquire() || !instance.AcquireFolder(program_.platform.folders.AppPath())) return false;
+  emit Beginning();
   const auto make = [this](auto& window, auto&&... arguments) {
     using Window = typename std::remove_reference_t<decltype(window)>::element_type;
     window = std::make_unique<Window>(std::forward<decltype(arguments)>(arguments)...);

@@ -52,6 +52,8 @@ class ModMain : public QObject {
   FTip* Tip() const { return tip_.get(); }
 
  signals:
+  // It is certain that the program isn't running yet; nothing has been made so far.
+  void Beginning();
   void Ended();
   // A window has been made or released, for tests of the order.
   void WindowMade(const QString& name);

@@ -5,7 +5,7 @@
 #include <QUrl>
 #include <QWebEngineView>
 
-#include "EngineGraphics.h"
+#include "EngineStart.h"
 
 int main(int argc, char** argv) {
   ChooseEngineGraphics();

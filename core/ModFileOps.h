@@ -26,8 +26,8 @@ class ModFileOps {
 
   void DeleteFileIfAny(const QString& Path);
 
-  // Puts `Text` in place of the file. The old file is gone before the new one is opened. False where not all of it could
-  // be written.
+  // Puts `Text` in place of the file. The old file is gone before the new one is opened. False where not all of it
+  // could be written.
   bool WriteTextFile(const QString& Path, const QByteArray& Text);
 
   // The same by way of a second file, which lies in AppPath for that moment: where it can't be written whole, nothing

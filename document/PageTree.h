@@ -27,7 +27,7 @@ class PageTree {
   const Node* headNode() const;
   const Node* bodyNode() const;
   const TreeOrder& order() const { return order_; }
-  const Node* FindNode(NodeId id) const;  // attached nodes only; null when there is none
+  const Node* FindNode(NodeId id) const;                           // attached nodes only; null when there is none
   NodeId FreePageId() const { return NodeId(pageNodes_.size()); }  // from here on the page has never named a node
 
   // Takes a tree that was built by hand, with a document at its top, in place of the one that is there.

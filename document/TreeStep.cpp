@@ -77,31 +77,21 @@ bool MovePlace(NodePlace& place, const TreeStep& step) {
 }
 
 TreeStep Inverse(const TreeStep& step) {
-  return std::visit(StepCases{[](const ReplaceStep& s) -> TreeStep {
-                                return ReplaceStep{s.text, s.offset, s.inserted, s.removed};
-                              },
-                              [](const SplitStep& s) -> TreeStep {
-                                return JoinStep{s.text, s.offset, s.rest, s.node->parent()->id(), s.node};
-                              },
-                              [](const JoinStep& s) -> TreeStep {
-                                return SplitStep{s.text, s.length, s.rest, s.node};
-                              },
-                              [](const InsertStep& s) -> TreeStep {
-                                return RemoveStep{s.parent, s.before, IdsOf(s.node), s.node};
-                              },
-                              [](const RemoveStep& s) -> TreeStep {
-                                return InsertStep{s.parent, s.next, s.nodes.front(), s.node};
-                              },
-                              [](const WrapStep& s) -> TreeStep {
-                                return UnwrapStep{s.parent, s.wrapper, s.next, s.children, s.node};
-                              },
-                              [](const UnwrapStep& s) -> TreeStep {
-                                return WrapStep{s.parent, s.element, s.next, s.children, s.node};
-                              },
-                              [](const AttributeStep& s) -> TreeStep {
-                                return AttributeStep{s.element, s.index, s.name, s.after, s.before};
-                              }},
-                    step);
+  return std::visit(
+      StepCases{
+          [](const ReplaceStep& s) -> TreeStep { return ReplaceStep{s.text, s.offset, s.inserted, s.removed}; },
+          [](const SplitStep& s) -> TreeStep {
+            return JoinStep{s.text, s.offset, s.rest, s.node->parent()->id(), s.node};
+          },
+          [](const JoinStep& s) -> TreeStep { return SplitStep{s.text, s.length, s.rest, s.node}; },
+          [](const InsertStep& s) -> TreeStep { return RemoveStep{s.parent, s.before, IdsOf(s.node), s.node}; },
+          [](const RemoveStep& s) -> TreeStep { return InsertStep{s.parent, s.next, s.nodes.front(), s.node}; },
+          [](const WrapStep& s) -> TreeStep { return UnwrapStep{s.parent, s.wrapper, s.next, s.children, s.node}; },
+          [](const UnwrapStep& s) -> TreeStep { return WrapStep{s.parent, s.element, s.next, s.children, s.node}; },
+          [](const AttributeStep& s) -> TreeStep {
+            return AttributeStep{s.element, s.index, s.name, s.after, s.before};
+          }},
+      step);
 }
 
 TreeStep Again(TreeStep step) {

@@ -58,10 +58,10 @@ QWebEngineScript BridgeScript(const QString& name, const QString& source) {
 
 }  // namespace
 
-HostedWebBrowser::HostedWebBrowser(QWidget* parent)
+HostedWebBrowser::HostedWebBrowser(QWidget* parent, std::unique_ptr<QWebEngineProfile> profile)
     : WebBrowser(parent),
       view_(new QWebEngineView(parent)),
-      profile_(new QWebEngineProfile(this)),
+      profile_(profile ? profile.release() : new QWebEngineProfile),
       interceptor_(new OfflineInterceptor(this)),
       input_(*view_, [this](int keyCode, bool shift) { return AnswerKey(keyCode, shift); }),
       renderer_([this] { Recover(); }),
@@ -69,6 +69,7 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent)
         if (!result) return page_->runJavaScript(script, bridgeWorld);
         page_->runJavaScript(script, bridgeWorld, std::move(result));
       }) {
+  profile_->setParent(this);
   InitBridgeResources();  // those of a static library have to be asked for
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
   profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);

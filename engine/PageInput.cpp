@@ -104,7 +104,8 @@ bool PageInput::eventFilter(QObject* watched, QEvent* event) {
     event->ignore();
     return true;
   }
-  // What is dropped is for whoever shows the page. The engine's widget, which is another one now and then, would take it.
+  // What is dropped is for whoever shows the page. The engine's widget, which is another one now and then, would take
+  // it.
   if (type == QEvent::Show && watched == view_.focusProxy()) view_.focusProxy()->setAcceptDrops(false);
   // A window that is minimised tells it with events of the system's own and keeps its keys.
   if ((type == QEvent::Hide || type == QEvent::Show) && watched == view_.focusProxy() && !event->spontaneous()) {

@@ -28,23 +28,17 @@ std::vector<quint64> Reliances(const TreeStep& step) {
     return std::vector{there(parent), there(element), there(next), KeyOf(Thing::Children, parent),
                        KeyOf(Thing::Children, element)};
   };
-  return std::visit(StepCases{[&](const ReplaceStep& s) {
-                                return std::vector{there(s.text), KeyOf(Thing::Data, s.text)};
-                              },
-                              [&](const SplitStep& s) { return texts(s.text, s.rest); },
-                              [&](const JoinStep& s) { return texts(s.text, s.rest); },
-                              [&](const InsertStep& s) {
-                                return std::vector{there(s.parent), there(s.before), there(s.top)};
-                              },
-                              [&](const RemoveStep& s) {
-                                return std::vector{there(s.parent), there(s.next), there(s.nodes.front())};
-                              },
-                              [&](const WrapStep& s) { return elements(s.parent, s.wrapper, s.next); },
-                              [&](const UnwrapStep& s) { return elements(s.parent, s.element, s.next); },
-                              [&](const AttributeStep& s) {
-                                return std::vector{there(s.element), KeyOf(Thing::Attributes, s.element)};
-                              }},
-                    step);
+  return std::visit(
+      StepCases{
+          [&](const ReplaceStep& s) { return std::vector{there(s.text), KeyOf(Thing::Data, s.text)}; },
+          [&](const SplitStep& s) { return texts(s.text, s.rest); },
+          [&](const JoinStep& s) { return texts(s.text, s.rest); },
+          [&](const InsertStep& s) { return std::vector{there(s.parent), there(s.before), there(s.top)}; },
+          [&](const RemoveStep& s) { return std::vector{there(s.parent), there(s.next), there(s.nodes.front())}; },
+          [&](const WrapStep& s) { return elements(s.parent, s.wrapper, s.next); },
+          [&](const UnwrapStep& s) { return elements(s.parent, s.element, s.next); },
+          [&](const AttributeStep& s) { return std::vector{there(s.element), KeyOf(Thing::Attributes, s.element)}; }},
+      step);
 }
 
 std::vector<quint64> Touched(const TreeStep& step) {

@@ -102,8 +102,7 @@ void WBUC::dropEvent(QDropEvent* event) {
   event->setDropAction(Qt::CopyAction);
   event->accept();
   // Whoever gave them is answered before the user is asked anything.
-  QMetaObject::invokeMethod(
-      this, [this, paths] { emit PicturesDropped(paths); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(this, [this, paths] { emit PicturesDropped(paths); }, Qt::QueuedConnection);
 }
 
 HTMLDocument* WBUC::WBDocument() const {

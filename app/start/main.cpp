@@ -1,7 +1,9 @@
 #include <QApplication>
 #include <QStyleFactory>
+#include <QWebEngineProfile>
+#include <memory>
 
-#include "EngineGraphics.h"
+#include "EngineStart.h"
 #include "FSplash.h"
 #include "HostKeyboard.h"
 #include "HostedWebBrowser.h"
@@ -12,6 +14,7 @@
 int main(int argc, char** argv) {
   qunsetenv("QTWEBENGINE_REMOTE_DEBUGGING");  // a door for every program of the machine
   ChooseEngineGraphics();
+  LeaveOutSpareProcess();
   QApplication application(argc, argv);
   HostKeyboard::AskForRealReleases();
   QApplication::setApplicationName(QStringLiteral("corvane"));
@@ -22,7 +25,11 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(FSplash::Logo());
   RealPlatform platform;
   Program program(platform.Services());
-  ModMain modMain(program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });
+  // The engine's processes begin to load while the windows are made.
+  std::unique_ptr<QWebEngineProfile> profile;
+  ModMain modMain(program,
+                  [&](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent, std::move(profile)); });
+  QObject::connect(&modMain, &ModMain::Beginning, [&] { profile = std::make_unique<QWebEngineProfile>(); });
   // Not `quit`, which would ask each window to close, and theirs only hides. This ends the loops of boxes and menus,
   // too.
   QObject::connect(&modMain, &ModMain::Ended, &application, [] { QCoreApplication::exit(); });

@@ -173,7 +173,8 @@ class RandomBatches {
 
   void Batch() {
     const auto stand = [&](const BoundaryPoint& point) {
-      stood_.push_back({recorder_.batch - 1, NodePlace::Of(point), std::make_unique<LiveRange>(LiveRange{point, point})});
+      stood_.push_back(
+          {recorder_.batch - 1, NodePlace::Of(point), std::make_unique<LiveRange>(LiveRange{point, point})});
       page_.document.tree().AddRange(stood_.back().range.get());
     };
     const Node* const body = page_.document.tree().bodyNode();

@@ -4,6 +4,7 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "SourceText.h"
 #include "ToolsFixture.h"
 
 namespace {
@@ -100,6 +101,20 @@ TEST_F(Discards, AMarkStandsInTheCaptionWhileThePageIsNotWritten) {
   EXPECT_EQ(good + " (page not written)", Web().windowTitle());
   ASSERT_TRUE(QDir().rmdir(page));
   ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_EQ(good, Web().windowTitle());
+}
+
+TEST_F(Discards, ChangingTheSourceIsAWriteOfThePageToo) {
+  Tools().ShowSource();
+  const QString page = run_.program().project.CurPageFile();
+  ASSERT_TRUE(QFile::remove(page));
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  const QString good = Web().windowTitle();
+  Web().TellPageWritten(false);
+  EXPECT_NE(good, Web().windowTitle());
+  Tools().T1->insertPlainText("x");
+  Tools().bCloseText[1]->click();
+  run_.Settle();
   EXPECT_EQ(good, Web().windowTitle());
 }
 

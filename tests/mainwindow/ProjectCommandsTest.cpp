@@ -528,4 +528,12 @@ TEST_F(ProjectCommands, AProjectOfFiveThousandFilesIsSavedAndOpenedWhole) {
   EXPECT_EQ(QStringList(), Names("saved"));
 }
 
+TEST_F(ProjectCommands, ADeletedProjectGoesToTheTrashWhole) {
+  run_.test.platform.shell.HasTrash = true;
+  SaveProjectAs("ann");
+  DeleteSaved("ann");
+  EXPECT_EQ(QStringList{run_.PathInApp("saved/ann")}, run_.test.platform.shell.Trashed);
+  EXPECT_EQ(QStringList(), Names("saved"));
+}
+
 }  // namespace

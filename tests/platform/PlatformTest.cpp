@@ -430,4 +430,14 @@ TEST(RealPlatform, HandsOutItsOwnServices) {
   EXPECT_FALSE(real.Services().folders.AppPath().isEmpty());
 }
 
+TEST(HostShell, WhatIsThrownAwayLiesInTheTrashWhole) {
+  const QDir home = QDir::home();
+  ASSERT_TRUE(PutFile(home.filePath("project/page.html"), "mine"));
+  HostShell shell;
+  EXPECT_FALSE(shell.MoveToTrash(home.filePath("nothing")));
+  ASSERT_TRUE(shell.MoveToTrash(home.filePath("project")));
+  EXPECT_FALSE(home.exists("project"));
+  EXPECT_EQ("mine", FileBytes(home.filePath(".local/share/Trash/files/project/page.html")));
+}
+
 }  // namespace

@@ -147,6 +147,14 @@ TEST_F(Package, UnusedPicturesAreDeletedAndOtherFilesStay) {
   for (const QString& name : kept) EXPECT_TRUE(IsThere(name)) << qPrintable(name);
 }
 
+TEST_F(Package, UnusedPicturesGoToTheTrashWhereThereIsOne) {
+  test_.platform.shell.HasTrash = true;
+  Put("wgcard.html", "<BODY><IMG SRC=\"x/used.gif\" ></BODY>");
+  for (const char* const name : {"used.gif", "a.gif", "tune.wav"}) Put(name);
+  PreparePackPages(test_.program);
+  EXPECT_EQ(QStringList{test_.WorkFile("a.gif")}, test_.platform.shell.Trashed);
+}
+
 // Meant in PreparePage: a picture whose name differs from the page's in case alone is unused, and is deleted.
 TEST_F(Package, APictureThatDiffersOnlyInCaseFromItsReferenceIsDeleted) {
   Put("wgcard.html", "<BODY><IMG SRC=\"a.gif\" ></BODY>");

@@ -57,9 +57,19 @@ TEST(ScopedStyles, TheBackgroundOfThePageIsToldApart) {
 
 // Whatever the sheet is, it comes to an end, and what comes out closes what it opens.
 TEST(ScopedStyles, BrokenSheetsStayWithinTheirPage) {
-  const QString pieces[] = {"{",    "}",    "(",        ")", "[",           "]",  "\"",   "'",         "\\",
-                            ",",    ";",    "@media x", "p", "#a",          ".b", ":c",   "/*",        "*/",
-                            "url(", "html", "body",     " ", "background:", "\n", "<!--", QStringLiteral("\u00e4")};
+  const QString pieces[] = {"{",           "}",
+                            "(",           ")",
+                            "[",           "]",
+                            "\"",          "'",
+                            "\\",          ",",
+                            ";",           "@media x",
+                            "p",           "#a",
+                            ".b",          ":c",
+                            "/*",          "*/",
+                            "url(",        "html",
+                            "body",        " ",
+                            "background:", "\n",
+                            "<!--",        QStringLiteral("\u00e4")};
   quint32 random = 12345;
   for (int round = 0; round < 20000; ++round) {
     QString css;

@@ -1,9 +1,0 @@
-#include "EngineGraphics.h"
-
-#include <QQuickWindow>
-
-#include "GraphicsCard.h"
-
-void ChooseEngineGraphics() {
-  if (!HasGraphicsCard()) QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-}
