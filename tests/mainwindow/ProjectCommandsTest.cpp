@@ -49,6 +49,17 @@ TEST_F(ProjectCommands, TheFirstSaveCopiesTheFilesAsTheyStandAndLeavesTheWorkspa
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
 }
 
+// The box is what refuses; the routine takes what it gets.
+TEST_F(ProjectCommands, TheBoxForTheNameTakesNoneThatCantBeAFolder) {
+  SaveProjectAs("ann");
+  const auto& check = run_.Dialogs().Questions[0].check;
+  ASSERT_TRUE(check);
+  EXPECT_EQ("", check("ann"));
+  EXPECT_EQ("", check("")) << "an empty answer gives up";
+  EXPECT_EQ("", check("project1")) << "this one has a box of its own";
+  EXPECT_EQ("/ can't be part of a name.", check("Holiday 2024/25"));
+}
+
 // Meant in FWeb::mRefresh: after the first save of a project Refresh writes the new file and shows the old one.
 TEST_F(ProjectCommands, AfterTheFirstSaveRefreshWritesTheNewFileAndShowsTheOldOne) {
   MakePages({"one"});
