@@ -1,6 +1,8 @@
 #include "ModMain.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QEvent>
 #include <QLineEdit>
 
 #include "ControlLook.h"
@@ -23,7 +25,9 @@
 #include "fIconMaker.h"
 
 ModMain::ModMain(Program& program, WebBrowserFactory makeBrowser)
-    : program_(program), makeBrowser_(std::move(makeBrowser)) {}
+    : program_(program), makeBrowser_(std::move(makeBrowser)) {
+  qApp->installEventFilter(this);
+}
 
 ModMain::~ModMain() {
   ReleaseWindows();
@@ -118,9 +122,41 @@ bool ModMain::AskAboutSaving() {
 
 void ModMain::ExitProgram() {
   if (exiting_ || !web_) return;
-  if (!AskAboutSaving()) return;
+  if (AskAboutSaving()) End(false);
+}
+
+bool ModMain::CommitSession(bool mayAsk) {
+  if (exiting_ || !web_) return true;
+  if (mayAsk && !AskAboutSaving()) return false;
+  hasAnswered_ = mayAsk;
+  isSessionEnding_ = true;
+  return true;
+}
+
+void ModMain::EndUnasked() {
+  if (!exiting_ && web_) End(!hasAnswered_);
+}
+
+// A session that was to end goes on when the user does.
+bool ModMain::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::KeyPress:
+      isSessionEnding_ = hasAnswered_ = false;
+      break;
+    case QEvent::Quit:
+      if (watched != qApp || !isSessionEnding_) break;
+      EndUnasked();
+      return true;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void ModMain::End(bool keepsWorkspace) {
   exiting_ = true;
-  program_.project.RemoveWorkspace();
+  if (!keepsWorkspace) program_.project.RemoveWorkspace();
   SaveWinSettings(program_, *web_, *tools_);
   SaveCustomColors(program_);
   web_->jWB->UnHook();
