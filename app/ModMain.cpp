@@ -21,6 +21,7 @@
 #include "StringTable.h"
 #include "Swatch.h"
 #include "WindowOrder.h"
+#include "WindowPlace.h"
 #include "fBitmap.h"
 #include "fIconMaker.h"
 
@@ -65,8 +66,20 @@ bool ModMain::Main() {
   LoadPackSettings(program_, *sets_);
   LoadCustomColors(program_);
   web_->show();
+  Gather();
   program_.AppStarted = true;
   return true;
+}
+
+// The tool window has a place of its own, and the editors are windows of their own.
+void ModMain::Gather() {
+  for (QWidget* const window : std::initializer_list<QWidget*>{sets_.get(), splash_.get(), ops_.get(), tip_.get()}) {
+    KeepInFrontOf(*window, *web_);
+    OpenOver(*window, *web_);
+  }
+  KeepInFrontOf(*tools_, *web_);
+  OpenOver(*pic_, *web_);
+  OpenOver(*iconMaker_, *web_);
 }
 
 void ModMain::Connect() {

@@ -66,6 +66,7 @@ class ModMain : public QObject {
 
  private:
   void Connect();
+  void Gather();
   bool AskAboutSaving();
   void End(bool keepsWorkspace);
   void HideWindows();

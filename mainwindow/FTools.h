@@ -5,6 +5,7 @@
 
 #include <QWidget>
 #include <array>
+#include <optional>
 
 #include "ToolControls.h"
 #include "WindowTasks.h"
@@ -95,10 +96,12 @@ class FTools : public QWidget {
 
   void ShowPanel(std::size_t index);
   void PlaceAtBottom();
+  void LearnEdges();
   void HideFromTop();
   void HideViewer();
 
   Program& program_;
   FWeb& web_;
   ModPics* pictures_ = nullptr;
+  std::optional<QSize> edges_;  // what the desktop adds to the window, once it is known
 };

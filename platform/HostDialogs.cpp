@@ -106,7 +106,7 @@ void CenterOnScreen(QDialog& dialog, const QWidget* owner) {
   dialog.adjustSize();
   const QWidget* const framed = owner ? owner->window() : &dialog;
   const QSize whole = dialog.size() + framed->frameGeometry().size() - framed->size();
-  const QRect screen = QGuiApplication::primaryScreen()->geometry();
+  const QRect screen = framed->screen()->geometry();
   dialog.move(screen.x() + (screen.width() - whole.width()) / 2, screen.y() + (screen.height() - whole.height()) / 2);
 }
 
