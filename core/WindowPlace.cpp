@@ -55,7 +55,11 @@ class Opening : public QObject {
   }
 
  private:
+  // A window that fills its screen has no place of its own.
+  bool HasPlace() const { return !window_.isMaximized() && !window_.isFullScreen(); }
+
   void Place() {
+    if (!HasPlace()) return;
     const QSize edges = edges_.value_or(EdgesOf(main_).value_or(QSize(0, 0)));
     const QRect now(corner_.value_or(QPoint()), window_.size() + edges);
     const QList<QRect> areas = FreeAreas();
@@ -66,7 +70,7 @@ class Opening : public QObject {
   }
 
   void Remember() {
-    if (!window_.isVisible()) return;
+    if (!window_.isVisible() || !HasPlace()) return;
     if (const auto edges = EdgesOf(window_)) edges_ = edges;
     corner_ = window_.pos();
   }

@@ -82,7 +82,10 @@ void FTools::ShowTool(ToolTask iOp, const QString& sArg) {
   show();
   raise();
   activateWindow();
-  if (iOp > ToolTask::PageProperties) TTable[0]->setFocus();
+  if (iOp > ToolTask::PageProperties) {
+    TTable[0]->setFocus();
+    TTable[0]->selectAll();  // the window gets the keys only later
+  }
   SetTopmost(this);
 }
 
@@ -134,6 +137,8 @@ void FTools::keyPressEvent(QKeyEvent* event) {
     (isOk ? row.ok : row.out)->click();
     return;
   }
+  // Text that isn't saved yet isn't thrown away by one stray key.
+  if (FrTool[1]->isVisible() && event->key() == Qt::Key_Escape && !bCloseText[1]->isEnabled()) bCloseText[0]->click();
   QWidget::keyPressEvent(event);
 }
 

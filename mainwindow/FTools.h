@@ -76,7 +76,7 @@ class FTools : public QWidget {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
-  // Return is the panel's OK and Escape its way out; the source text keeps both keys to itself.
+  // Return is the panel's OK and Escape its way out; of the page's source Escape alone, while nothing is unsaved there.
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

@@ -81,6 +81,15 @@ TEST_F(OpenOverTest, AWindowWhoseScreenHasGoneComesBackIntoTheMiddle) {
   EXPECT_LE((MiddleOfWindow() - Middle()).manhattanLength(), 2);
 }
 
+TEST_F(OpenOverTest, AWindowThatFillsItsScreenGoesOnDoingSo) {
+  window_.setWindowState(Qt::WindowMaximized);
+  window_.show();
+  EXPECT_TRUE(window_.isMaximized());
+  window_.hide();
+  window_.show();
+  EXPECT_TRUE(window_.isMaximized());
+}
+
 // See TwoScreens.json.
 TEST(TwoScreens, WhatOpensOverAWindowStaysOnItsScreen) {
   const QList<QRect> areas = FreeAreas();

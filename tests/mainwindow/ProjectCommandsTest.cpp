@@ -324,6 +324,21 @@ TEST_F(ProjectCommands, ARowThatIsNoProjectsNameWithoutItsBlanksTouchesNothing) 
   }
 }
 
+TEST_F(ProjectCommands, ReturnInTheListOpensWhatIsChosenThere) {
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/wgcard.html"), "<html><body>a</body></html>"));
+  Answer({});
+  ASSERT_TRUE(run_.Choose("mOpenProject"));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(run_.modMain.Ops()));
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Return);
+  EXPECT_EQ(QStringList{"No project is selected."}, run_.Dialogs().Messages());
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Down);
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Enter, Qt::KeypadModifier);
+  run_.Settle();
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
+  EXPECT_FALSE(run_.modMain.Ops()->isVisible());
+  EXPECT_EQ(1, run_.Dialogs().Boxes.size());
+}
+
 TEST_F(ProjectCommands, ThePanelOpensWithItsListInUseAndEscapeLeavesIt) {
   SaveProjectAs("ann");
   Answer({});
