@@ -294,6 +294,7 @@ TEST_F(TablePanel, ANumberThatGetsTheKeysIsSelected) {
   QTest::keyClicks(Tools().TTable[0], "300");
   EXPECT_EQ("300", Tools().TTable[0]->text());
   const QPoint left(4, Tools().TTable[1]->height() / 2);
+  QApplication::setActiveWindow(&Tools());
   QTest::mouseClick(Tools().TTable[1], Qt::LeftButton, {}, left);
   EXPECT_EQ("200", Tools().TTable[1]->selectedText());
   QTest::mouseClick(Tools().TTable[1], Qt::LeftButton, {}, left, QApplication::doubleClickInterval() + 1);
