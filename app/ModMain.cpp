@@ -1,6 +1,8 @@
 #include "ModMain.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QEvent>
 #include <QLineEdit>
 
 #include "ControlLook.h"
@@ -20,11 +22,14 @@
 #include "StringTable.h"
 #include "Swatch.h"
 #include "WindowOrder.h"
+#include "WindowPlace.h"
 #include "fBitmap.h"
 #include "fIconMaker.h"
 
 ModMain::ModMain(Program& program, WebBrowserFactory makeBrowser)
-    : program_(program), makeBrowser_(std::move(makeBrowser)) {}
+    : program_(program), makeBrowser_(std::move(makeBrowser)) {
+  qApp->installEventFilter(this);
+}
 
 ModMain::~ModMain() {
   ReleaseWindows();
@@ -64,12 +69,24 @@ bool ModMain::Main() {
   LoadPackSettings(program_, *sets_);
   LoadCustomColors(program_);
   web_->show();
+  Gather();
   program_.AppStarted = true;
   return true;
 }
 
 void ModMain::KeepRescueFile(int periodMs) {
   rescue_ = std::make_unique<RescueFile>(program_, *web_->jWB, periodMs);
+}
+
+// The tool window has a place of its own, and the editors are windows of their own.
+void ModMain::Gather() {
+  for (QWidget* const window : std::initializer_list<QWidget*>{sets_.get(), splash_.get(), ops_.get(), tip_.get()}) {
+    KeepInFrontOf(*window, *web_);
+    OpenOver(*window, *web_);
+  }
+  KeepInFrontOf(*tools_, *web_);
+  OpenOver(*pic_, *web_);
+  OpenOver(*iconMaker_, *web_);
 }
 
 void ModMain::Connect() {
@@ -126,10 +143,42 @@ bool ModMain::AskAboutSaving() {
 
 void ModMain::ExitProgram() {
   if (exiting_ || !web_) return;
-  if (!AskAboutSaving()) return;
+  if (AskAboutSaving()) End(false);
+}
+
+bool ModMain::CommitSession(bool mayAsk) {
+  if (exiting_ || !web_) return true;
+  if (mayAsk && !AskAboutSaving()) return false;
+  hasAnswered_ = mayAsk;
+  isSessionEnding_ = true;
+  return true;
+}
+
+void ModMain::EndUnasked() {
+  if (!exiting_ && web_) End(!hasAnswered_);
+}
+
+// A session that was to end goes on when the user does.
+bool ModMain::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::KeyPress:
+      isSessionEnding_ = hasAnswered_ = false;
+      break;
+    case QEvent::Quit:
+      if (watched != qApp || !isSessionEnding_) break;
+      EndUnasked();
+      return true;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void ModMain::End(bool keepsWorkspace) {
   exiting_ = true;
-  if (rescue_) rescue_->Drop();
-  program_.project.RemoveWorkspace();
+  if (rescue_) keepsWorkspace ? rescue_->Hurry() : rescue_->Drop();
+  if (!keepsWorkspace) program_.project.RemoveWorkspace();
   SaveWinSettings(program_, *web_, *tools_);
   SaveCustomColors(program_);
   web_->jWB->UnHook();

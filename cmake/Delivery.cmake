@@ -43,6 +43,8 @@ endif()
 install(TARGETS corvane RUNTIME DESTINATION ${folder} BUNDLE DESTINATION .)
 install(FILES ${CORVANE_SAMPLES} DESTINATION ${data}/samples)
 install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/cvn2.hlp DESTINATION ${data})
+configure_file(${packaging}/licenses.txt ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/licenses.txt COPYONLY)
+install(FILES ${packaging}/licenses.txt DESTINATION ${data})
 if(APPLE OR WIN32)
   return()
 endif()
@@ -82,14 +84,16 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://corvane.example/)
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${CORVANE_HOME_PAGE})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Loaded at run time, so that nothing in the program's file tells of it: the plug-in that draws the icons. It once came
 # with the library.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-svg-plugins | libqt6svg6 (<< 6.5)")
-# The first opens the help text and the web-packs that are tested; the second has the letters of Arial, in which a page
-# starts; the third knows who vouches for mail servers.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, fonts-liberation, ca-certificates")
+# The first opens the help text and the web-packs that are tested; the second knows who vouches for mail servers. The
+# fonts are as wide as the faces that pages are given, or as near as Debian has one: Arial, Times New Roman and Courier
+# New; Verdana; Comic Sans MS; Tahoma; and the pictures that people put into text.
+string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS xdg-utils ca-certificates fonts-liberation fonts-dejavu-core
+       fonts-comic-neue fonts-wine fonts-noto-color-emoji)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "page maker for people who know no HTML")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Corvane shows a web page as any viewer shows it and lets it be edited in

@@ -9,13 +9,31 @@
 #include <QKeyEvent>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <utility>
 
 namespace {
 
-bool IsReturn(const QKeyEvent& key) {
+bool IsPlainReturn(const QKeyEvent& key) {
   const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
   return isReturn && !(key.modifiers() & ~Qt::KeypadModifier);
 }
+
+class ReturnRunner : public QObject {
+ public:
+  ReturnRunner(QObject* control, std::function<void()> run) : QObject(control), run_(std::move(run)) {
+    control->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress || !IsPlainReturn(static_cast<const QKeyEvent&>(*event))) return false;
+    if (!static_cast<const QKeyEvent*>(event)->isAutoRepeat()) run_();
+    return true;
+  }
+
+ private:
+  std::function<void()> run_;
+};
 
 // What is ticked is no button that does something.
 QAbstractButton* ButtonOf(QObject* control) {
@@ -31,6 +49,10 @@ bool TurnsByWheel(const QObject* control) {
 
 }  // namespace
 
+void RunOnReturn(QWidget& control, std::function<void()> run) {
+  new ReturnRunner(&control, std::move(run));  // the control's child
+}
+
 ControlHabits::ControlHabits(QObject* parent) : QObject(parent) {
   qApp->installEventFilter(this);
 }
@@ -38,7 +60,7 @@ ControlHabits::ControlHabits(QObject* parent) : QObject(parent) {
 bool ControlHabits::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     QAbstractButton* const button = ButtonOf(watched);
-    if (!button || !button->isEnabled() || !IsReturn(static_cast<const QKeyEvent&>(*event))) return false;
+    if (!button || !button->isEnabled() || !IsPlainReturn(static_cast<const QKeyEvent&>(*event))) return false;
     if (!static_cast<const QKeyEvent*>(event)->isAutoRepeat()) button->click();
     event->accept();
     return true;

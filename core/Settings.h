@@ -50,6 +50,12 @@ inline QString Get(const SettingsStore& store, const Key& key) {
   return store.GetSetting(AppKey, Section, key.name, key.defaultText);
 }
 
+// For a value without which no page can be made: a stored "" is what a run without a page left behind.
+inline QString GetWhole(const SettingsStore& store, const Key& key) {
+  const QString text = Get(store, key);
+  return text.isEmpty() ? QString(key.defaultText) : text;
+}
+
 inline void Save(SettingsStore& store, const Key& key, const QString& value) {
   store.SaveSetting(AppKey, Section, key.name, value);
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "AsciiText.h"
+#include "StringTable.h"
 
 namespace {
 
@@ -30,6 +31,19 @@ QString WindowsFileName(const QString& name) {
   std::replace_if(made.begin(), made.end(), IsForbidden, QChar(u'_'));
   if (made.back() == u'.' || made.back() == u' ') made.back() = u'_';
   return IsDevice(made) ? u'_' + made : made;
+}
+
+QString WhyNoFolderName(const QString& name) {
+  constexpr qsizetype longest = 255;  // bytes of UTF-8 on Linux, and fewer letters than that on Windows
+  if (name.isEmpty()) return QString();
+  for (const QChar c : name) {
+    if (c < u' ' || (c >= u'\x7f' && c < u'\xa0')) return StringText(FixedText::NameHasControl);
+    if (IsForbidden(c)) return c + StringText(FixedText::NameHasCharacter);
+  }
+  if (name == u"." || name == u"..") return StringText(FixedText::NameIsDots);
+  if (name.back() == u'.' || name.back() == u' ') return StringText(FixedText::NameEndsBadly);
+  if (IsDevice(name)) return StringText(FixedText::NameIsDevice);
+  return name.toUtf8().size() > longest ? StringText(FixedText::NameTooLong) : QString();
 }
 
 QString NameOfTwinIn(const QString& folder, const QString& name) {

@@ -16,7 +16,7 @@ static void InitHelpResources() {
 
 namespace {
 
-constexpr char kHomePage[] = "https://corvane.example/";
+constexpr char kHomePage[] = CORVANE_HOME_PAGE;
 
 constexpr const char* kTexts[] = {
     "Send a website packed into a single, self-opening \"web-pack\" file.",

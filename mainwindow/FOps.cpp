@@ -53,7 +53,6 @@ void FOps::ShowOps(OpsTask Kind) {
   panels[kind]->setGeometry(rect());
   panels[kind]->raise();
   if (Kind == OpsTask::Email) FrOps2->StartUp();
-  if (!isVisible()) move(web_.geometry().center() - rect().center());
   ShowInFront(*this);
 }
 

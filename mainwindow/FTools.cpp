@@ -13,6 +13,7 @@
 #include "ToolPanel.h"
 #include "Twips.h"
 #include "WindowOrder.h"
+#include "WindowPlace.h"
 
 namespace {
 
@@ -81,20 +82,29 @@ void FTools::ShowTool(ToolTask iOp, const QString& sArg) {
   show();
   raise();
   activateWindow();
-  if (iOp > ToolTask::PageProperties) TTable[0]->setFocus();
+  if (iOp > ToolTask::PageProperties) {
+    TTable[0]->setFocus();
+    TTable[0]->selectAll();  // the window gets the keys only later
+  }
   SetTopmost(this);
 }
 
-// In the middle of the main window's lower edge. A window that was never shown has no frame yet; it gets one like that
-// of the main window.
+// In the middle of the main window's lower edge, and on the screen.
 void FTools::PlaceAtBottom() {
   const QRect web = web_.frameGeometry();
-  QSize frame = frameGeometry().size() - size();
-  if (frame.isNull()) frame = web.size() - web_.size();
-  const QSize own = size() + frame;
+  const QSize own = size() + edges_.value_or(EdgesOf(web_).value_or(QSize(0, 0)));
   const double left = PixelsToTwips(web.x()) + PixelsToTwips(web.width()) / 2.0 - PixelsToTwips(own.width()) / 2.0;
   const int top = PixelsToTwips(web.y()) + PixelsToTwips(web.height()) - PixelsToTwips(own.height()) - kGapBelow;
-  move(TwipsToPixels(left), TwipsToPixels(top));
+  const QRect place(QPoint(TwipsToPixels(left), TwipsToPixels(top)), own);
+  MoveWithEdges(*this, KeepWithin(place, FreeAreas()).topLeft());
+}
+
+// The desktop makes the edges when the window is shown for the first time. What was taken for them until then may be
+// wrong, and the window would stand lower or higher than at all later times.
+void FTools::LearnEdges() {
+  if (edges_ || !isVisible()) return;
+  edges_ = EdgesOf(*this);
+  if (edges_) PlaceAtBottom();
 }
 
 void FTools::HideFromTop() {
@@ -105,6 +115,7 @@ void FTools::HideFromTop() {
 // The desktop's font or style may change while the window is there.
 void FTools::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange) LearnEdges();
   if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
   for (ToolPanel* panel : FrTool)
     if (panel && !panel->isHidden()) panel->FillRoom(size());
@@ -126,6 +137,8 @@ void FTools::keyPressEvent(QKeyEvent* event) {
     (isOk ? row.ok : row.out)->click();
     return;
   }
+  // Text that isn't saved yet isn't thrown away by one stray key.
+  if (FrTool[1]->isVisible() && event->key() == Qt::Key_Escape && !bCloseText[1]->isEnabled()) bCloseText[0]->click();
   QWidget::keyPressEvent(event);
 }
 

@@ -5,6 +5,7 @@
 
 #include <QWidget>
 #include <array>
+#include <optional>
 
 #include "ToolControls.h"
 #include "WindowTasks.h"
@@ -77,7 +78,7 @@ class FTools : public QWidget {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
-  // Return is the panel's OK and Escape its way out; the source text keeps both keys to itself.
+  // Return is the panel's OK and Escape its way out; of the page's source Escape alone, while nothing is unsaved there.
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -97,6 +98,7 @@ class FTools : public QWidget {
 
   void ShowPanel(std::size_t index);
   void PlaceAtBottom();
+  void LearnEdges();
   void HideFromTop();
   void HideViewer();
   void TakePicture(const QString& path);
@@ -106,4 +108,5 @@ class FTools : public QWidget {
   FWeb& web_;
   ModPics* pictures_ = nullptr;
   QStringList waitingPictures_;
+  std::optional<QSize> edges_;  // what the desktop adds to the window, once it is known
 };

@@ -125,6 +125,7 @@ void FWeb::BuildMenus() {
       action = menus[depth - 1]->addAction(caption);
     }
     action->setObjectName(QString::fromLatin1(row.name));
+    if (row.key) action->setShortcut(QKeySequence(row.key));
     if (row.command) connect(action, &QAction::triggered, this, row.command);
     if (row.indexed) connect(action, &QAction::triggered, this, [this, &row] { (this->*row.indexed)(row.index); });
   }
@@ -193,7 +194,7 @@ void FWeb::BuildFontControls() {
         caption->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
         break;
       case FontRow::Kind::List: {
-        auto* box = new QComboBox(FrFont);
+        auto* box = new FittedList(FrFont);
         box->addItems(text.split(u'|'));
         control = *lists[list++] = box;
         break;
@@ -267,10 +268,22 @@ void FWeb::LayOut() {
   const int top = PixelsToTwips(FrTool2->height());
   Place(jWB, 0, top, width, std::max(0, height - top));
   moveTo(FrWork, (width - WorkWindow::kWidth) / 2, height - WorkWindow::kHeight);
+  FreeTheTools();
   FrTool->raise();
   FrWork->raise();
   FrCaret->StackUnder(FrWork);
   TellWhatIsCovered();
+}
+
+// In a narrow window the tools lie over the upper left of the font controls: over captions, which go there rather than
+// show in pieces, and not over the lists below.
+void FWeb::FreeTheTools() {
+  const int end = FrTool->x() + ImTool[kToolCount - 1]->geometry().right();
+  for (QLabel* const caption : FrFont->findChildren<QLabel*>()) caption->setVisible(FrFont->x() + caption->x() > end);
+  FrTool->clearMask();
+  if (FrFont->x() > end) return;
+  const int free = FrTool2->y() + FrFont->y() + BoxFace->y() - FrTool->y();
+  FrTool->setMask(QRect(0, 0, FrTool->width(), std::min(FrTool->height(), free)));
 }
 
 void FWeb::TellWhatIsCovered() {

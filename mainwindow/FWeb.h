@@ -146,6 +146,7 @@ class FWeb : public QMainWindow {
   void BuildFontControls();
   void Load();
   void LayOut();
+  void FreeTheTools();
   void ShowPage(int number);
   void OnBoxPage();
   void OnClick(const QString& sTag, int MouseX, int MouseY, int MouseXtr, int MouseYtr);

@@ -9,6 +9,7 @@
 #include "Program.h"
 #include "StringTable.h"
 #include "StripPicturePaths.h"
+#include "WindowsNames.h"
 
 void FWeb::mNewProject() {
   const BusyGuard guard(Busy);
@@ -39,14 +40,15 @@ void FWeb::SaveProject() {
   files.EnsureFolder(saved);
   QString answer;
   while (true) {
-    answer = dialogs.AskText(this, StringText(TextNumber::EnterProjectName), StringText(FixedText::SaveProjectTitle));
+    answer = dialogs.AskText(this, StringText(TextNumber::EnterProjectName), StringText(FixedText::SaveProjectTitle),
+                             QString(), WhyNoFolderName);
     if (answer.isEmpty()) return;
     if (UpperAscii(answer) == UpperAscii(Project::UnsavedName())) {
       dialogs.ShowMessage(this, StringText(TextNumber::NameReserved), MessageIcon::Information);
-      // No name may lead to a folder that isn't a project's own: it would be replaced.
-    } else if (PathRules::StaysBelow(saved, answer)) {
-      break;
+      continue;
     }
+    // No name may lead to a folder that isn't a project's own: it would be replaced.
+    if (PathRules::StaysBelow(saved, answer)) break;
   }
   const QString target = PathRules::Join(saved, answer);
   if (files.FolderExists(target)) {

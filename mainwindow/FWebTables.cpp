@@ -42,7 +42,7 @@ std::span<const MenuRow> MenuRows() {
       {0, "mView", "&View"},
       {1, "mViewSource", "Page &Source", &FWeb::mViewSource},
       {1, "mline5", "-"},
-      {1, "mRefresh", "&Refresh", &FWeb::mRefresh},
+      {1, "mRefresh", "&Refresh", &FWeb::mRefresh, nullptr, 0, Qt::Key_F5},
       {0, "mTools", "&Tools"},
       {1, "mPicEditor", "Picture &Editor", &FWeb::mPicEditor},
       {1, "mOpenIcoEd", "&Icon Editor", &FWeb::mOpenIcoEd},
@@ -81,7 +81,7 @@ std::span<const MenuRow> MenuRows() {
       {1, "mQuik10", "How do I email a page?", nullptr, &FWeb::mQuik, 10},
       {1, "mQuik11", "How do I make a package?", nullptr, &FWeb::mQuik, 11},
       {0, "mHelpGen", "&Help"},
-      {1, "mCVNHelp", "&Corvane Help", &FWeb::mCVNHelp},
+      {1, "mCVNHelp", "&Corvane Help", &FWeb::mCVNHelp, nullptr, 0, Qt::Key_F1},
       {1, "mhline1", "-"},
       {1, "mAboutCVN", "&About Corvane", &FWeb::mAboutCVN},
       // The menus that pop up over the page; their heads don't show.

@@ -15,6 +15,7 @@ struct MenuRow {
   void (FWeb::*command)() = nullptr;
   void (FWeb::*indexed)(int) = nullptr;
   int index = 0;
+  int key = 0;  // that runs it in the whole window, 0 for none; letters are no choice, as they type with Ctrl too
 };
 std::span<const MenuRow> MenuRows();
 

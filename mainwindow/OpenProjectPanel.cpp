@@ -8,6 +8,7 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "ControlHabits.h"
 #include "Discard.h"
 #include "FWeb.h"
 #include "PathRules.h"
@@ -25,6 +26,16 @@ constexpr ButtonText kButtons[] = {{"OK", "Open selected project."},
                                    {"Cancel", "Cancel and close window."},
                                    {"Delete Project", "Delete selected project."}};
 
+// The list of Qt makes its first row the current one as soon as it gets the keys, and the arrow down then passes it by.
+class ProjectList : public QListWidget {
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    const bool hadRow = currentIndex().isValid();
+    QListWidget::focusInEvent(event);
+    if (!hadRow) selectionModel()->clearCurrentIndex();
+  }
+};
+
 }  // namespace
 
 OpenProjectPanel::OpenProjectPanel(Program& program, FWeb& web, bool& Busy, QWidget* parent)
@@ -36,7 +47,7 @@ OpenProjectPanel::OpenProjectPanel(Program& program, FWeb& web, bool& Busy, QWid
   around->addWidget(group);
   auto* column = new QVBoxLayout(group);
   auto* label = new QLabel(QStringLiteral("Select project to open and click OK."));
-  BoxProj = new QListWidget;
+  BoxProj = new ProjectList;
   BoxProj->setObjectName(QStringLiteral("BoxProj"));
   BoxProj->setAccessibleName(QStringLiteral("Saved projects"));
   label->setBuddy(BoxProj);
@@ -54,6 +65,7 @@ OpenProjectPanel::OpenProjectPanel(Program& program, FWeb& web, bool& Busy, QWid
     connect(button, &QPushButton::clicked, this, [this, index] { OnClick(index); });
   }
   connect(BoxProj, &QListWidget::itemDoubleClicked, this, [this] { OnClick(0); });
+  RunOnReturn(*BoxProj, [this] { OnClick(0); });
 }
 
 void OpenProjectPanel::LoadList() {
@@ -80,7 +92,7 @@ void OpenProjectPanel::OnClick(int Index) {
   }
 }
 
-// The list makes its first row the current one as soon as it gets the focus; that selects nothing.
+// A row can be the current one without being selected.
 bool OpenProjectPanel::HasSelection() const {
   return !BoxProj->selectedItems().isEmpty();
 }

@@ -116,6 +116,13 @@ void RescueFile::Write() {
   });
 }
 
+void RescueFile::Hurry() {
+  if (!timer_.isActive()) return;
+  timer_.stop();
+  disk_.waitForDone();
+  Write();
+}
+
 void RescueFile::Drop() {
   timer_.stop();
   if (path_.isEmpty()) return;

@@ -20,6 +20,9 @@ class RescueFile : public QObject {
   // The last write has ended then.
   ~RescueFile() override;
 
+  // Writes at once what would be written soon.
+  void Hurry();
+
   // Removes the file: nothing is in it that would be missed.
   void Drop();
 

@@ -1,6 +1,7 @@
 #include "ToolControls.h"
 
 #include <QComboBox>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -9,8 +10,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <algorithm>
+#include <utility>
 
 #include "AsciiText.h"
+#include "FittedText.h"
 #include "Swatch.h"
 
 namespace {
@@ -26,10 +29,27 @@ class NumberBox : public QLineEdit {
     const int more = kDigits * fontMetrics().horizontalAdvance(u'0') - fontMetrics().maxWidth();
     return {one.width() + std::max(0, more), one.height()};
   }
+
+ protected:
+  // What is typed takes the place of the number that is there, not one beside it.
+  void focusInEvent(QFocusEvent* event) override {
+    QLineEdit::focusInEvent(event);
+    if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason) return;
+    selectAll();
+    isPressed_ = event->reason() == Qt::MouseFocusReason;
+  }
+  // A press puts the insertion point where the mouse is; a drag selects what it means.
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QLineEdit::mouseReleaseEvent(event);
+    if (std::exchange(isPressed_, false) && !hasSelectedText()) selectAll();
+  }
+
+ private:
+  bool isPressed_ = false;  // by the press that brought the keys here
 };
 
 // The list of Qt goes on asking for the room that it needed with a larger font.
-class List : public QComboBox {
+class List : public FittedList {
  public:
   QSize minimumSizeHint() const override { return sizeHint(); }
 };

@@ -46,9 +46,9 @@ WBUC::~WBUC() {
 void WBUC::InitControl() {
   IfNew_ = true;
   const SettingsStore& settings = program_.platform.settings;
-  values_.BodyFontColor = Settings::Get(settings, Settings::BCol);
-  values_.BodyFontName = Settings::Get(settings, Settings::BFace);
-  values_.BodyFontSize = Settings::Get(settings, Settings::BSz);
+  values_.BodyFontColor = Settings::GetWhole(settings, Settings::BCol);
+  values_.BodyFontName = Settings::GetWhole(settings, Settings::BFace);
+  values_.BodyFontSize = Settings::GetWhole(settings, Settings::BSz);
   values_.BGColor = QStringLiteral("#FFFFFF");
   values_.LinkColor = QStringLiteral("#0000FF");
   LayOverAll();

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <array>
+#include <functional>
 #include <optional>
 
 class QWidget;
@@ -38,9 +39,13 @@ class Dialogs {
                                     MessageButtons buttons = MessageButtons::Ok,
                                     const QString& title = StandardTitle()) = 0;
 
-  // One line of text from the user; "" for Cancel and for an empty answer alike.
+  // Why a text can't be the answer, as a sentence for the user; "" for one that can.
+  using TextCheck = std::function<QString(const QString& text)>;
+
+  // One line of text from the user; "" for Cancel and for an empty answer alike. Where a check is given the box takes
+  // no text that it finds wrong, and tells beside the field why.
   virtual QString AskText(QWidget* owner, const QString& prompt, const QString& title,
-                          const QString& defaultText = QString()) = 0;
+                          const QString& defaultText = QString(), const TextCheck& check = TextCheck()) = 0;
 
   // A folder that is there, in native form, or "" on Cancel.
   virtual QString ChooseFolder(QWidget* owner, const QString& title) = 0;

@@ -1,12 +1,15 @@
 #include "HostDialogs.h"
 
+#include <QBoxLayout>
 #include <QColorDialog>
 #include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -103,8 +106,28 @@ void CenterOnScreen(QDialog& dialog, const QWidget* owner) {
   dialog.adjustSize();
   const QWidget* const framed = owner ? owner->window() : &dialog;
   const QSize whole = dialog.size() + framed->frameGeometry().size() - framed->size();
-  const QRect screen = QGuiApplication::primaryScreen()->geometry();
+  const QRect screen = framed->screen()->geometry();
   dialog.move(screen.x() + (screen.width() - whole.width()) / 2, screen.y() + (screen.height() - whole.height()) / 2);
+}
+
+// Under the field, in room that is there from the start: a box that grows while somebody types would jump.
+void TakeOnly(const Dialogs::TextCheck& check, QLineEdit& line, QInputDialog& box) {
+  auto* const reason = new QLabel;
+  reason->setObjectName(QStringLiteral("Reason"));
+  reason->setTextFormat(Qt::PlainText);
+  reason->setMinimumHeight(reason->fontMetrics().height());
+  auto* const column = qobject_cast<QBoxLayout*>(box.layout());
+  auto* const buttons = box.findChild<QDialogButtonBox*>();
+  if (!column || !buttons) return;
+  column->insertWidget(column->indexOf(buttons), reason);
+  const auto look = [&check, &line, reason, ok = buttons->button(QDialogButtonBox::Ok)] {
+    const QString why = check(line.text());
+    reason->setText(why);
+    line.setAccessibleDescription(why);
+    ok->setEnabled(why.isEmpty());
+  };
+  QObject::connect(&line, &QLineEdit::textChanged, reason, look);
+  look();
 }
 
 }  // namespace
@@ -129,7 +152,8 @@ MessageAnswer HostDialogs::ShowMessage(QWidget* owner, const QString& text, Mess
   return BoxAnswer(box.exec(), buttons);
 }
 
-QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) {
+QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText,
+                             const TextCheck& check) {
   if (cancelled_) return QString();
   QInputDialog box(owner);
   box.setWindowTitle(title);
@@ -139,6 +163,8 @@ QString HostDialogs::AskText(QWidget* owner, const QString& prompt, const QStrin
   if (auto* const line = box.findChild<QLineEdit*>()) {
     line->setMinimumWidth(line->fontMetrics().averageCharWidth() * kTypicalAddress);
     QMetaObject::invokeMethod(line, [line] { line->end(false); }, Qt::QueuedConnection);
+    box.sizeHint();  // makes the layout
+    if (check) TakeOnly(check, *line, box);
   }
   return box.exec() == QDialog::Accepted ? box.textValue() : QString();
 }

@@ -13,7 +13,8 @@ class HostDialogs : public Dialogs {
   void CancelAll() override { cancelled_ = true; }
   MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                             const QString& title) override;
-  QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) override;
+  QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText,
+                  const TextCheck& check) override;
   QString ChooseFolder(QWidget* owner, const QString& title) override;
   QString ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                          const QString& startFolder) override;

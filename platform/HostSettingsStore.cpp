@@ -72,7 +72,10 @@ void HostSettingsStore::MakeFile() const {
 QString HostSettingsStore::GetSetting(const QString& appKey, const QString& section, const QString& key,
                                       const QString& defaultText) const {
   const QString address = Address(appKey, section, key);
-  return store_.contains(address) ? store_.value(address).toString() : defaultText;
+  if (!store_.contains(address)) return defaultText;
+  const QVariant value = store_.value(address);
+  // A text with commas that somebody wrote by hand without quotes comes as a list.
+  return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QStringLiteral(", ")) : value.toString();
 }
 
 void HostSettingsStore::SaveSetting(const QString& appKey, const QString& section, const QString& key,

@@ -189,6 +189,12 @@ constexpr NamedText kNamedTexts[] = {
     {FixedText::EncryptionNotOffered, u"The server offers no encryption (STARTTLS), so nothing was sent."},
     {FixedText::ServerSaid, u"The server said: "},
     {FixedText::ServerClosed, u"The server closed the connection at "},
+    {FixedText::NameHasCharacter, u" can't be part of a name."},
+    {FixedText::NameHasControl, u"A name can't hold a line end, tab or other control character."},
+    {FixedText::NameIsDots, u"\".\" and \"..\" can't be names."},
+    {FixedText::NameEndsBadly, u"A name can't end with a dot or a blank."},
+    {FixedText::NameIsDevice, u"Windows keeps this name for a device."},
+    {FixedText::NameTooLong, u"This name is too long."},
 };
 
 }  // namespace

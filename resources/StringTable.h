@@ -109,6 +109,13 @@ enum class FixedText {
   ServerSaid,
   // The time of day follows.
   ServerClosed,
+  // Why a name can't be that of a folder; the character stands before the first one.
+  NameHasCharacter,
+  NameHasControl,
+  NameIsDots,
+  NameEndsBadly,
+  NameIsDevice,
+  NameTooLong,
 };
 
 QString StringText(FixedText text);

@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "BusyGuard.h"
+#include "ControlHabits.h"
 #include "FSets.h"
 #include "IconImage.h"
 #include "PackIcons.h"
@@ -119,6 +120,8 @@ QWidget* FSets::NewGeneralPanel() {
   tLink = NewBox(defaults, "tLink", "Text of link to next page in multi-page web-pack files:");
   bSets[2] = NewButton("bSets", 2, "Apply", "Set default next-page link text.", &FSets::ApplyLink);
   NewButtonRow(defaults, {bSets[2]});
+  connect(tPath, &QLineEdit::returnPressed, bSets[1], &QAbstractButton::click);
+  connect(tLink, &QLineEdit::returnPressed, bSets[2], &QAbstractButton::click);
   bSets[1]->setAccessibleName(QStringLiteral("Apply folder"));
   bSets[2]->setAccessibleName(QStringLiteral("Apply link text"));
   column->addStretch(1);
@@ -197,6 +200,8 @@ QWidget* FSets::NewCustomPanel() {
   connect(BoxIcons, &QListWidget::itemSelectionChanged, this, [this] {
     if (!BoxIcons->selectedItems().isEmpty()) bCustomIco[2]->setEnabled(true);
   });
+  connect(tIcoPath, &QLineEdit::returnPressed, bCustomIco[1], &QAbstractButton::click);
+  RunOnReturn(*BoxIcons, [this] { bCustomIco[2]->click(); });
   bCustomIco[3] = NewButton("bCustomIco", 3, "OK", "Close custom icon options window.", &FSets::CloseCustomIcons);
   NewButtonRow(column, {bCustomIco[2], bCustomIco[3]});
   return panel;

@@ -87,6 +87,8 @@ void PackPanel::LayOut() {
     bCreate[index] = button;
   }
   column->addLayout(row);
+  for (QLineEdit* const box : {tMakePath, tMakeFileName})
+    connect(box, &QLineEdit::returnPressed, bCreate[0], &QAbstractButton::click);
 }
 
 void PackPanel::LoadBoxes() {

@@ -1,8 +1,9 @@
 #include <QApplication>
-#include <QStyleFactory>
+#include <QSessionManager>
 #include <QWebEngineProfile>
 #include <memory>
 
+#include "EndRequests.h"
 #include "EngineStart.h"
 #include "FSplash.h"
 #include "HostKeyboard.h"
@@ -33,6 +34,13 @@ int main(int argc, char** argv) {
   // Not `quit`, which would ask each window to close, and theirs only hides. This ends the loops of boxes and menus,
   // too.
   QObject::connect(&modMain, &ModMain::Ended, &application, [] { QCoreApplication::exit(); });
+  QObject::connect(&application, &QGuiApplication::commitDataRequest, &modMain, [&modMain](QSessionManager& session) {
+    const bool mayAsk = session.allowsInteraction();
+    if (!modMain.CommitSession(mayAsk)) session.cancel();
+    if (mayAsk) session.release();
+  });
+  const EndRequests requests;
+  QObject::connect(&requests, &EndRequests::Asked, &modMain, &ModMain::EndUnasked);
   if (!modMain.Main()) return 0;
   modMain.KeepRescueFile();
   const int result = QApplication::exec();

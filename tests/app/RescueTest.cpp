@@ -139,4 +139,15 @@ TEST_F(RescueFileTest, AnExitThatWasCalledOffKeepsIt) {
   EXPECT_TRUE(QFileInfo::exists(Path()));
 }
 
+TEST_F(RescueFileTest, AnEndFromOutsideWritesWhatIsInViewAndKeepsTheWorkspace) {
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  run_.Type("abc");
+  const QByteArray page = View().SourceForFile();
+  run_.modMain.EndUnasked();
+  ASSERT_TRUE(run_.ended);
+  run_.Release();
+  EXPECT_EQ(page, FileIn("rescue/Project1 - Page2 (not saved).html"));
+  EXPECT_TRUE(CardExists());
+}
+
 }  // namespace

@@ -75,7 +75,46 @@ TEST_F(SettingsOnDisk, TheSectionOfTheColorsIsApartFromTheSettings) {
 
 TEST_F(SettingsOnDisk, AFileOfRubbishGivesTheDefaults) {
   ASSERT_TRUE(PutFile(File(), QByteArray("\0\xff[[]\n=\n[QKCVN2\\settings\n\\x\n%%%=@Variant(", 42)));
-  EXPECT_EQ("3", Settings::Get(HostSettingsStore(File()), Settings::BSz));
+  HostSettingsStore store(File());
+  for (const auto& key : {Settings::BCol, Settings::BFace, Settings::BSz, Settings::BFaceDex, Settings::Winset,
+                          Settings::LinkText, Settings::GreetName, Settings::CurIcon, Settings::DefPass})
+    EXPECT_EQ(QString(key.defaultText), Settings::Get(store, key)) << key.name.data();
+  EXPECT_EQ("0", store.GetSetting("QKCVN2", "settings\\CustColors", "3", "0"));
+}
+
+TEST_F(SettingsOnDisk, WhatIsWrittenIntoADamagedFileIsReadAgainAndTheRestStays) {
+  constexpr char damaged[] =
+      "[QKCVN2]\nsettings\\LinkText=Weiter\n\0\xff[[]\n=\n[x\n"
+      "settings\\GreetName=\"open\"\n[QKCVN2]\nsettings\\DefName=Ann\n";
+  ASSERT_TRUE(PutFile(File(), QByteArray(damaged, sizeof damaged - 1)));
+  {
+    HostSettingsStore store(File());
+    Settings::Save(store, Settings::BSz, "5");
+    Settings::Save(store, Settings::CurIcon, "ROSE");
+  }
+  HostSettingsStore store(CopyOfFile());
+  EXPECT_EQ("5", Settings::Get(store, Settings::BSz));
+  EXPECT_EQ("ROSE", Settings::Get(store, Settings::CurIcon));
+  EXPECT_EQ("Weiter", Settings::Get(store, Settings::LinkText));
+  EXPECT_EQ("Ann", Settings::Get(store, Settings::DefName));
+  EXPECT_EQ("#000000", Settings::Get(store, Settings::BCol));
+}
+
+TEST_F(SettingsOnDisk, ValuesWithCommasThatWereWrittenByHandAreTexts) {
+  ASSERT_TRUE(PutFile(File(),
+                      "[QKCVN2]\nsettings\\BFace=Verdana, Arial, Helvetica\nsettings\\LinkText=Home, sweet home\n"
+                      "settings\\GreetName=,\nsettings\\BSz=5\nsettings\\DefName=\"Doe, Ann\"\n"));
+  {
+    HostSettingsStore store(File());
+    EXPECT_EQ("Verdana, Arial, Helvetica", Settings::Get(store, Settings::BFace));
+    EXPECT_EQ("Home, sweet home", Settings::Get(store, Settings::LinkText));
+    EXPECT_EQ(", ", Settings::Get(store, Settings::GreetName));
+    EXPECT_EQ("Doe, Ann", Settings::Get(store, Settings::DefName));
+    Settings::Save(store, Settings::BSz, "4");
+  }
+  HostSettingsStore store(CopyOfFile());
+  EXPECT_EQ("Verdana, Arial, Helvetica", Settings::Get(store, Settings::BFace));
+  EXPECT_EQ("4", Settings::Get(store, Settings::BSz));
 }
 
 TEST_F(SettingsOnDisk, TheProgramFindsItsSettingsAgain) {

@@ -128,7 +128,7 @@ TEST_F(SettingsOfTheProgram, APageThatWasLeftBeforeTheExitDoesNotCount) {
   EXPECT_EQ("3", Stored(Settings::BSz));
 }
 
-TEST_F(SettingsOfTheProgram, APageWithoutADocumentStoresEmptyValuesThatComeBackEmpty) {
+TEST_F(SettingsOfTheProgram, APageWithoutADocumentStoresEmptyValuesThatCountAsNoneAtTheNextStart) {
   Store(Settings::BCol, "#123456");
   Store(Settings::BFace, "Tahoma");
   Store(Settings::BSz, "5");
@@ -144,9 +144,16 @@ TEST_F(SettingsOfTheProgram, APageWithoutADocumentStoresEmptyValuesThatComeBackE
   Start();
   EXPECT_EQ(2, run_->Web().BoxSize->currentIndex());
   EXPECT_EQ(0, run_->Web().BoxColor[0]->Color());
-  EXPECT_EQ("", run_->View().StoredValues().BodyFontName);
-  EXPECT_EQ("", run_->View().StoredValues().BodyFontColor);
-  EXPECT_EQ("", run_->View().StoredValues().BodyFontSize);
+  EXPECT_EQ("Arial, Helvetica", run_->View().StoredValues().BodyFontName);
+  EXPECT_EQ("#000000", run_->View().StoredValues().BodyFontColor);
+  EXPECT_EQ("3", run_->View().StoredValues().BodyFontSize);
+  // And the page wears them, and hands them on.
+  const HTMLBodyElement body = run_->View().WBDocument()->body();
+  EXPECT_EQ("#000000", body.text());
+  EXPECT_EQ("Arial, Helvetica", body.style().fontFamily());
+  EXPECT_EQ("small", body.style().fontSize());
+  Exit();
+  EXPECT_EQ("3", Stored(Settings::BSz));
 }
 
 // Faces.

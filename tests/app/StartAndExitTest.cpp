@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QCloseEvent>
+#include <QRegularExpression>
+#include <QTest>
 
 #include "ProgramFixture.h"
 #include "Settings.h"
@@ -9,6 +11,12 @@ namespace {
 class StartAndExit : public ProgramTest {
  protected:
   QString Stored(const Settings::Key& key) { return Settings::Get(run_.test.platform.settings, key); }
+  // The small letters a to z between the tags of a page file's body.
+  QString LettersOf(const QString& file) {
+    QString text = QString::fromUtf8(FileIn(file));
+    text = text.mid(text.indexOf("<body", 0, Qt::CaseInsensitive));
+    return text.remove(QRegularExpression("<[^>]*>")).remove(QRegularExpression("&\\w+;|[^a-z]"));
+  }
   bool IsStored(const Settings::Key& key) {
     return run_.test.platform.settings.Values().contains(QString("QKCVN2|settings|") + key.name);
   }
@@ -230,6 +238,74 @@ TEST_F(StartAndExit, ASecondRequestWhileTheProgramEndsAsksNothing) {
   run_.Settle();
   EXPECT_EQ(1, run_.Dialogs().Boxes.size());
   EXPECT_TRUE(run_.ended);
+}
+
+// The end that comes from outside.
+
+TEST_F(StartAndExit, AnEndThatNobodyCanBeAskedAboutLeavesTheWorkspaceAndKeepsTheSettings) {
+  ASSERT_TRUE(run_.Start());
+  run_.Type("kept");
+  run_.Choose("mSavePage");
+  View().SetBodyFontSize("5");
+  run_.modMain.EndUnasked();
+  run_.modMain.EndUnasked();
+  run_.modMain.ExitProgram();
+  EXPECT_TRUE(run_.ended);
+  EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
+  EXPECT_FALSE(Web().isVisible());
+  run_.Release();
+  EXPECT_EQ("kept", LettersOf("card/wgcard.html"));
+  EXPECT_EQ("5", Stored(Settings::BSz));
+}
+
+TEST_F(StartAndExit, ASavedProjectIsLeftAsAfterNoWhenNobodyCanBeAsked) {
+  ASSERT_TRUE(run_.Start());
+  SaveProjectAs("ann");
+  const QByteArray before = FileIn("saved/ann/wgcard.html");
+  run_.Type("lost");
+  run_.modMain.EndUnasked();
+  EXPECT_TRUE(run_.ended);
+  EXPECT_EQ(before, FileIn("saved/ann/wgcard.html"));
+}
+
+TEST_F(StartAndExit, TheEndOfTheSessionAsksWhatTheExitAsks) {
+  ASSERT_TRUE(run_.Start());
+  run_.Type("kept");
+  run_.Choose("mSavePage");
+  Answer({MessageAnswer::Cancel});
+  EXPECT_FALSE(run_.modMain.CommitSession(true));
+  EXPECT_EQ(QStringList{StringText(187)}, run_.Dialogs().Messages());
+  Answer({MessageAnswer::Yes}, {"ann"});
+  EXPECT_TRUE(run_.modMain.CommitSession(true));
+  EXPECT_EQ("kept", LettersOf("saved/ann/wgcard.html"));
+  EXPECT_FALSE(run_.ended) << "the end can still be called off";
+  EXPECT_TRUE(Web().isVisible() && CardExists());
+  QEvent quit(QEvent::Quit);
+  QApplication::sendEvent(qApp, &quit);
+  EXPECT_TRUE(run_.ended);
+  EXPECT_EQ(1, run_.Dialogs().Boxes.size());
+  EXPECT_FALSE(CardExists()) << "the user has been asked";
+}
+
+TEST_F(StartAndExit, TheEndOfTheSessionWithoutAQuestionLeavesTheWorkspace) {
+  ASSERT_TRUE(run_.Start());
+  EXPECT_TRUE(run_.modMain.CommitSession(false));
+  EXPECT_FALSE(run_.ended);
+  QEvent quit(QEvent::Quit);
+  QApplication::sendEvent(qApp, &quit);
+  EXPECT_TRUE(run_.ended);
+  EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
+  EXPECT_TRUE(CardExists());
+}
+
+TEST_F(StartAndExit, ASessionThatGoesOnForgetsWhatWasAnswered) {
+  ASSERT_TRUE(run_.Start());
+  Answer({MessageAnswer::No});
+  EXPECT_TRUE(run_.modMain.CommitSession(true));
+  QTest::keyClick(&Web(), Qt::Key_Shift);
+  run_.modMain.EndUnasked();
+  EXPECT_TRUE(run_.ended);
+  EXPECT_TRUE(CardExists());
 }
 
 TEST_F(StartAndExit, TheValuesOfThePageInViewBecomeTheDefaults) {

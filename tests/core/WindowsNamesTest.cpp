@@ -22,6 +22,52 @@ TEST(PictureFileName, IsOneThatWindowsCanHave) {
   EXPECT_EQ("_con.gif", PictureFileName("/x/con.gif"));
 }
 
+TEST(WhyNoFolderName, TellsWhatNeitherSystemTakes) {
+  for (const char16_t* const name :
+       {u"", u"a", u"My site 2024", u".hidden", u" a", u"a.b", u"...a", u"Gr\u00FC\u00DFe \u732B", u"com", u"com10",
+        u"console", u"a'b", u"[x]", u"50 %", u"#1; x=2, y~"})
+    EXPECT_EQ("", WhyNoFolderName(QString::fromUtf16(name)));
+  struct Row {
+    const char16_t* name;
+    const char* why;
+  };
+  const Row rows[] = {{u"Holiday 2024/25", "/ can't be part of a name."},
+                      {u"a\\b", "\\ can't be part of a name."},
+                      {u"C:", ": can't be part of a name."},
+                      {u"what?", "? can't be part of a name."},
+                      {u"*", "* can't be part of a name."},
+                      {u"\"a\"", "\" can't be part of a name."},
+                      {u"<a", "< can't be part of a name."},
+                      {u"a>", "> can't be part of a name."},
+                      {u"a|b", "| can't be part of a name."},
+                      {u"../x", "/ can't be part of a name."},
+                      {u"a\nb", "A name can't hold a line end, tab or other control character."},
+                      {u"\x7f", "A name can't hold a line end, tab or other control character."},
+                      {u"a\u0085", "A name can't hold a line end, tab or other control character."},
+                      {u".", "\".\" and \"..\" can't be names."},
+                      {u"..", "\".\" and \"..\" can't be names."},
+                      {u"...", "A name can't end with a dot or a blank."},
+                      {u"a.", "A name can't end with a dot or a blank."},
+                      {u"a ", "A name can't end with a dot or a blank."},
+                      {u" ", "A name can't end with a dot or a blank."},
+                      {u"nul", "Windows keeps this name for a device."},
+                      {u"Com1.site", "Windows keeps this name for a device."}};
+  for (const Row& row : rows) EXPECT_EQ(row.why, WhyNoFolderName(QString::fromUtf16(row.name)));
+  EXPECT_EQ("", WhyNoFolderName(QString(255, u'a')));
+  EXPECT_EQ("This name is too long.", WhyNoFolderName(QString(256, u'a')));
+  EXPECT_EQ("This name is too long.", WhyNoFolderName(QString(128, u'\u00E9'))) << "256 bytes";
+}
+
+// What the folder is really made with.
+TEST_F(WindowsNames, EveryNameThatIsTakenCanBeAFolder) {
+  for (const QString& name : {QString(255, u'a'), QString(85, u'\u732B'), QString(".hidden"), QString(" a")}) {
+    ASSERT_EQ("", WhyNoFolderName(name));
+    EXPECT_TRUE(QDir().mkdir(Path(name)));
+  }
+  EXPECT_FALSE(QDir().mkdir(Path(QString(86, u'\u732B'))));
+  EXPECT_NE("", WhyNoFolderName(QString(86, u'\u732B')));
+}
+
 TEST(WindowsFileName, ChangesOnlyWhatWindowsCantHave) {
   struct Row {
     const char16_t *name, *made;

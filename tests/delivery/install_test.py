@@ -65,7 +65,13 @@ class Installed(unittest.TestCase):
                                     shallow=False))
 
     def test_what_a_run_leaves_in_the_build_tree_stays_there(self):
-        self.assertEqual(sorted(os.listdir(self.path("lib", "corvane"))), ["corvane", "cvn2.hlp", "samples"])
+        self.assertEqual(sorted(os.listdir(self.path("lib", "corvane"))),
+                         ["corvane", "cvn2.hlp", "licenses.txt", "samples"])
+
+    def test_the_licences_that_the_about_window_promises_lie_beside_the_program(self):
+        for folder in (os.path.join(BUILD, "bin"), self.path("lib", "corvane")):
+            with open(os.path.join(folder, "licenses.txt"), encoding="utf-8") as file:
+                self.assertIn("Info-ZIP", file.read())
 
     def test_desktop_entry(self):
         entry = self.path("share", "applications", ID + ".desktop")

@@ -91,11 +91,15 @@ def check_package(package, check):
                             check=True).stdout
     for needed in ("libqt6webenginewidgets6", "qt6-svg-plugins", r"libgumbo\d", r"libzip\d"):
         check.true("the package depends on " + needed, re.search(needed + r"\b", fields), fields)
+    wished = subprocess.run(["dpkg-deb", "--field", package, "Recommends"], capture_output=True, text=True,
+                            check=True).stdout.strip().split(", ")
+    for needed in ("fonts-liberation", "fonts-dejavu-core", "fonts-comic-neue", "fonts-wine", "fonts-noto-color-emoji"):
+        check.true("the package recommends " + needed, needed in wished, wished)
     listed = subprocess.run(["dpkg-deb", "--contents", package], capture_output=True, text=True, check=True).stdout
     lines = [line.split() for line in listed.splitlines()]
     check.same("all of it belongs to root", {line[1] for line in lines}, {"root/root"})
     paths = {line[5] for line in lines}
-    for path in ("usr/bin/corvane", "usr/lib/corvane/cvn2.hlp",
+    for path in ("usr/bin/corvane", "usr/lib/corvane/cvn2.hlp", "usr/lib/corvane/licenses.txt",
                  "usr/share/applications/example.corvane.corvane.desktop",
                  "usr/share/metainfo/example.corvane.corvane.metainfo.xml", "usr/share/man/man1/corvane.1.gz",
                  "usr/share/icons/hicolor/scalable/apps/corvane.svg", "usr/share/icons/hicolor/48x48/apps/corvane.png",

@@ -1,15 +1,18 @@
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QTest>
 #include <QToolButton>
 #include <QWheelEvent>
 
 #include "CaretBar.h"
 #include "ControlLook.h"
 #include "FTools.h"
+#include "FittedText.h"
 #include "ProgramFixture.h"
 #include "RealClicks.h"
 #include "Settings.h"
@@ -480,6 +483,67 @@ TEST(Compatibility, SwitchedOffItTakesTheHookFromThePageInViewAtOnce) {
   SetsControl<QCheckBox>(modMain, "Ck4")->click();
   EXPECT_FALSE(test.program.Compat4On);
   EXPECT_FALSE(modMain.Web()->jWB->IsHooked());
+}
+
+TEST_F(MainWindow, TwoKeysRunWhatTheirEntriesSayAndNoLetterDoes) {
+  QMap<QString, QString> keys;
+  for (const QAction* const action : Web().findChildren<QAction*>())
+    if (!action->shortcut().isEmpty()) keys[action->objectName()] = action->shortcut().toString();
+  EXPECT_EQ((QMap<QString, QString>{{"mCVNHelp", "F1"}, {"mRefresh", "F5"}}), keys);
+  ASSERT_TRUE(PutFile(run_.PathInApp("cvn2.hlp"), "help"));
+  Web().activateWindow();
+  QTest::keyClick(Web().jWB, Qt::Key_F1);
+  EXPECT_EQ(1, run_.test.platform.shell.Opened.size());
+  run_.Type("one");
+  QTest::keyClick(Web().jWB, Qt::Key_F5);
+  run_.Settle();
+  EXPECT_TRUE(FileBytes(run_.PathInApp("card/wgcard.html")).contains("one"));
+}
+
+TEST_F(MainWindow, InANarrowWindowNothingPrintsOverAnotherAndNoListIsCovered) {
+  for (const int width : {420, 560, 640, 690, 700, 1000}) {
+    Resize(width, 400);
+    const int end = Web().FrTool->x() + Web().ImTool[8]->geometry().right();
+    for (const QLabel* const caption : Web().FrFont->findChildren<QLabel*>())
+      EXPECT_EQ(Web().FrFont->x() + caption->x() > end, caption->isVisible()) << width << caption->text().toStdString();
+    const QRegion mask = Web().FrTool->mask();
+    const QRect covered = (mask.isEmpty() ? Web().FrTool->rect() : mask.boundingRect()).translated(Web().FrTool->pos());
+    for (const QComboBox* const list : {Web().BoxPage, Web().BoxFace, Web().BoxSize})
+      EXPECT_FALSE(covered.intersects(list->geometry().translated(Web().FrFont->pos()))) << width;
+  }
+}
+
+TEST_F(MainWindow, ALongFaceEndsInAnEllipsisAndItsListIsWideEnough) {
+  auto& faces = static_cast<FittedList&>(*Web().BoxFace);
+  QFont large = faces.font();
+  large.setPixelSize(15);
+  faces.setFont(large);
+  faces.setCurrentIndex(1);
+  EXPECT_TRUE(faces.ShownText().endsWith(u'\u2026')) << faces.ShownText().toStdString();
+  EXPECT_TRUE(QString("Verdana, Arial, Helvetica").startsWith(faces.ShownText().chopped(1)));
+  faces.setCurrentIndex(5);
+  EXPECT_EQ("Tahoma", faces.ShownText());
+  faces.showPopup();
+  EXPECT_GE(faces.view()->width(), faces.view()->sizeHintForColumn(0));
+  faces.hidePopup();
+}
+
+TEST_F(MainWindow, ASwatchHasAnEdgeOnEveryGround) {
+  for (const auto& [ground, ink] : {std::pair(Qt::black, Qt::white), std::pair(Qt::white, Qt::black)}) {
+    QPalette palette;
+    palette.setColor(QPalette::Window, ground);
+    palette.setColor(QPalette::WindowText, ink);
+    Swatch swatch;
+    swatch.setPalette(palette);
+    swatch.resize(20, 16);
+    for (const qint32 color : {0, 0xffffff}) {
+      swatch.SetColor(color);
+      const QImage picture = swatch.grab().toImage();
+      const int edge = qGray(picture.pixel(5, 0));
+      EXPECT_GT(std::abs(edge - qGray(QColor(ground).rgb())), 60);
+      EXPECT_GT(std::abs(edge - qGray(picture.pixel(5, 5))), 60);
+    }
+  }
 }
 
 }  // namespace

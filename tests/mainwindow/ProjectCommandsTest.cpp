@@ -49,6 +49,17 @@ TEST_F(ProjectCommands, TheFirstSaveCopiesTheFilesAsTheyStandAndLeavesTheWorkspa
   EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
 }
 
+// The box is what refuses; the routine takes what it gets.
+TEST_F(ProjectCommands, TheBoxForTheNameTakesNoneThatCantBeAFolder) {
+  SaveProjectAs("ann");
+  const auto& check = run_.Dialogs().Questions[0].check;
+  ASSERT_TRUE(check);
+  EXPECT_EQ("", check("ann"));
+  EXPECT_EQ("", check("")) << "an empty answer gives up";
+  EXPECT_EQ("", check("project1")) << "this one has a box of its own";
+  EXPECT_EQ("/ can't be part of a name.", check("Holiday 2024/25"));
+}
+
 // Meant in FWeb::mRefresh: after the first save of a project Refresh writes the new file and shows the old one.
 TEST_F(ProjectCommands, AfterTheFirstSaveRefreshWritesTheNewFileAndShowsTheOldOne) {
   MakePages({"one"});
@@ -311,6 +322,21 @@ TEST_F(ProjectCommands, ARowThatIsNoProjectsNameWithoutItsBlanksTouchesNothing) 
     EXPECT_EQ(Tree(), Changes(before, TreeOf())) << name;
     ExpectProject("ann", "saved/ann");
   }
+}
+
+TEST_F(ProjectCommands, ReturnInTheListOpensWhatIsChosenThere) {
+  ASSERT_TRUE(PutFile(run_.PathInApp("saved/ann/wgcard.html"), "<html><body>a</body></html>"));
+  Answer({});
+  ASSERT_TRUE(run_.Choose("mOpenProject"));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(run_.modMain.Ops()));
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Return);
+  EXPECT_EQ(QStringList{"No project is selected."}, run_.Dialogs().Messages());
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Down);
+  QTest::keyClick(Panel().BoxProj, Qt::Key_Enter, Qt::KeypadModifier);
+  run_.Settle();
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
+  EXPECT_FALSE(run_.modMain.Ops()->isVisible());
+  EXPECT_EQ(1, run_.Dialogs().Boxes.size());
 }
 
 TEST_F(ProjectCommands, ThePanelOpensWithItsListInUseAndEscapeLeavesIt) {

@@ -166,4 +166,15 @@ TEST_F(SourcePanel, WithoutThePagesFileNothingIsSaved) {
   EXPECT_TRUE(Dialogs().Boxes.isEmpty());
 }
 
+TEST_F(SourcePanel, EscapeClosesItOnlyWhileNothingIsUnsaved) {
+  Tools().ShowSource();
+  QTest::keyClicks(Tools().T1, "x");
+  QTest::keyClick(Tools().T1, Qt::Key_Escape);
+  QTest::keyClick(Tools().bCloseText[0], Qt::Key_Escape);
+  EXPECT_TRUE(Tools().isVisible());
+  Tools().ShowSource();
+  QTest::keyClick(Tools().T1, Qt::Key_Escape);
+  EXPECT_FALSE(Tools().isVisible());
+}
+
 }  // namespace

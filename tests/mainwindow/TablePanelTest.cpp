@@ -281,4 +281,24 @@ TEST_F(TablePanel, ItsSwatchTouchesNothingButItself) {
   EXPECT_EQ(before, View().Source());
 }
 
+// What a number is replaced by takes its place, however the keys came to the box.
+TEST_F(TablePanel, ANumberThatGetsTheKeysIsSelected) {
+  Tools().ShowTool(ToolTask::NewTable, QString());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&Tools()));
+  Tools().TTable[0]->setText("400");
+  Tools().TTable[1]->setText("200");
+  Tools().TTable[1]->setFocus();
+  Tools().hide();
+  Tools().ShowTool(ToolTask::NewTable, QString());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&Tools()));
+  QTest::keyClicks(Tools().TTable[0], "300");
+  EXPECT_EQ("300", Tools().TTable[0]->text());
+  const QPoint left(4, Tools().TTable[1]->height() / 2);
+  QApplication::setActiveWindow(&Tools());
+  QTest::mouseClick(Tools().TTable[1], Qt::LeftButton, {}, left);
+  EXPECT_EQ("200", Tools().TTable[1]->selectedText());
+  QTest::mouseClick(Tools().TTable[1], Qt::LeftButton, {}, left, QApplication::doubleClickInterval() + 1);
+  EXPECT_EQ("", Tools().TTable[1]->selectedText()) << "a second click places";
+}
+
 }  // namespace

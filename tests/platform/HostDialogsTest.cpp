@@ -4,11 +4,14 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -105,7 +108,8 @@ TEST(HostDialogs, TheInputBoxGivesNothingForCancelAndForAnEmptyAnswer) {
       row.accept ? box.accept() : box.reject();
     });
     HostDialogs dialogs;
-    EXPECT_EQ(row.accept ? row.typed : "", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://"));
+    EXPECT_EQ(row.accept ? row.typed : "",
+              dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://", {}));
     EXPECT_TRUE(look.Seen);
   }
 }
@@ -192,7 +196,37 @@ TEST(HostDialogs, WhatTheInputBoxOffersIsThereToGoOnWith) {
     box.accept();
   });
   HostDialogs dialogs;
-  EXPECT_EQ("http://x.yy", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://"));
+  EXPECT_EQ("http://x.yy", dialogs.AskText(nullptr, "Enter URL for link.", "Create Link", "http://", {}));
+  EXPECT_TRUE(look.Seen);
+}
+
+TEST(HostDialogs, TheInputBoxTakesNoAnswerThatIsFoundWrongAndTellsWhy) {
+  WhenShown<QInputDialog> look([](QInputDialog& box) {
+    auto* const line = box.findChild<QLineEdit*>();
+    auto* const reason = box.findChild<QLabel*>("Reason");
+    ASSERT_TRUE(line && reason);
+    auto* const ok = box.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+    EXPECT_TRUE(ok->isEnabled());
+    EXPECT_EQ("", reason->text());
+    const QSize before = box.size();
+    QTest::keyClicks(line, "a/");
+    EXPECT_FALSE(ok->isEnabled());
+    EXPECT_EQ("<i>no slash", reason->text());
+    EXPECT_EQ("<i>no slash", line->accessibleDescription());
+    EXPECT_TRUE(reason->isVisible());
+    EXPECT_GE(reason->y(), line->geometry().bottom());
+    EXPECT_EQ(before, box.size());
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_TRUE(box.isVisible());
+    QTest::keyClick(line, Qt::Key_Backspace);
+    EXPECT_EQ("", reason->text());
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_FALSE(box.isVisible());
+    box.accept();
+  });
+  HostDialogs dialogs;
+  const auto check = [](const QString& text) { return text.contains('/') ? QString("<i>no slash") : QString(); };
+  EXPECT_EQ("a", dialogs.AskText(nullptr, "Enter name for project.", "Save Project", QString(), check));
   EXPECT_TRUE(look.Seen);
 }
 

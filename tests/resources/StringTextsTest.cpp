@@ -185,6 +185,12 @@ constexpr Named kNamed[] = {
     {FixedText::EncryptionNotOffered, "The server offers no encryption (STARTTLS), so nothing was sent."},
     {FixedText::ServerSaid, "The server said: "},
     {FixedText::ServerClosed, "The server closed the connection at "},
+    {FixedText::NameHasCharacter, " can't be part of a name."},
+    {FixedText::NameHasControl, "A name can't hold a line end, tab or other control character."},
+    {FixedText::NameIsDots, "\".\" and \"..\" can't be names."},
+    {FixedText::NameEndsBadly, "A name can't end with a dot or a blank."},
+    {FixedText::NameIsDevice, "Windows keeps this name for a device."},
+    {FixedText::NameTooLong, "This name is too long."},
 };
 
 TEST(StringTexts, EachNumberHasExactlyItsText) {
@@ -203,7 +209,7 @@ TEST(StringTexts, NoOtherNumberHasOne) {
 
 TEST(StringTexts, EachNameHasExactlyItsText) {
   for (const Named& row : kNamed) EXPECT_EQ(QString::fromLatin1(row.text), StringText(row.name)) << int(row.name);
-  EXPECT_EQ(int(FixedText::ServerClosed) + 1, int(std::size(kNamed))) << "none is left out";
+  EXPECT_EQ(int(FixedText::NameTooLong) + 1, int(std::size(kNamed))) << "none is left out";
 }
 
 }  // namespace

@@ -30,29 +30,29 @@ QString ScriptedDialogs::NextText() {
 }
 
 QString ScriptedDialogs::AskText(QWidget* owner, const QString& prompt, const QString& title,
-                                 const QString& defaultText) {
+                                 const QString& defaultText, const TextCheck& check) {
   if (Cancelled) return QString();
-  Questions.append({Question::Kind::Text, title, prompt, defaultText, {}, owner});
+  Questions.append({Question::Kind::Text, title, prompt, defaultText, {}, owner, check});
   return NextText();
 }
 
 QString ScriptedDialogs::ChooseFolder(QWidget* owner, const QString& title) {
   if (Cancelled) return QString();
-  Questions.append({Question::Kind::Folder, title, QString(), QString(), {}, owner});
+  Questions.append({Question::Kind::Folder, title, QString(), QString(), {}, owner, {}});
   return NextText();
 }
 
 QString ScriptedDialogs::ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                         const QString& startFolder) {
   if (Cancelled) return QString();
-  Questions.append({Question::Kind::OpenFile, title, QString(), startFolder, filters, owner});
+  Questions.append({Question::Kind::OpenFile, title, QString(), startFolder, filters, owner, {}});
   return NextText();
 }
 
 QString ScriptedDialogs::ChooseSaveFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                                         const QString& defaultSuffix) {
   if (Cancelled) return QString();
-  Questions.append({Question::Kind::SaveFile, title, QString(), defaultSuffix, filters, owner});
+  Questions.append({Question::Kind::SaveFile, title, QString(), defaultSuffix, filters, owner, {}});
   return NextText();
 }
 

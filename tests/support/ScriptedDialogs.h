@@ -27,6 +27,7 @@ class ScriptedDialogs : public Dialogs {
     QString given;
     QList<FileFilter> filters;
     QWidget* owner;
+    TextCheck check;  // nobody holds an answer of the test's against it
   };
 
   // A colour dialog as it was shown.
@@ -58,7 +59,8 @@ class ScriptedDialogs : public Dialogs {
   void CancelAll() override { Cancelled = true; }
   MessageAnswer ShowMessage(QWidget* owner, const QString& text, MessageIcon icon, MessageButtons buttons,
                             const QString& title) override;
-  QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText) override;
+  QString AskText(QWidget* owner, const QString& prompt, const QString& title, const QString& defaultText,
+                  const TextCheck& check) override;
   QString ChooseFolder(QWidget* owner, const QString& title) override;
   QString ChooseOpenFile(QWidget* owner, const QString& title, const QList<FileFilter>& filters,
                          const QString& startFolder) override;

@@ -1,0 +1,131 @@
+#include "WindowPlace.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+#include <algorithm>
+
+namespace {
+
+qint64 Overlap(const QRect& one, const QRect& other) {
+  const QRect both = one & other;
+  return both.isEmpty() ? 0 : qint64(both.width()) * both.height();
+}
+
+qint64 Distance(const QPoint& point, const QRect& area) {
+  const QPoint inside(std::clamp(point.x(), area.left(), area.right()),
+                      std::clamp(point.y(), area.top(), area.bottom()));
+  return (point - inside).manhattanLength();
+}
+
+// The area that holds most of the rectangle, or the nearest one to it.
+QRect AreaOf(const QRect& rect, const QList<QRect>& areas) {
+  return *std::max_element(areas.begin(), areas.end(), [&](const QRect& one, const QRect& other) {
+    const qint64 ofOne = Overlap(rect, one);
+    const qint64 ofOther = Overlap(rect, other);
+    if (ofOne != ofOther) return ofOne < ofOther;
+    return Distance(rect.center(), one) > Distance(rect.center(), other);
+  });
+}
+
+// Places a window at the moment at which it is about to come into view, and remembers where it stands while it is.
+class Opening : public QObject {
+ public:
+  Opening(QWidget& window, const QWidget& main) : QObject(&window), window_(window), main_(main) {
+    window.installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::Show:
+        if (!event->spontaneous()) Place();
+        break;
+      case QEvent::Move:
+      case QEvent::WindowActivate:
+      case QEvent::WindowDeactivate:
+        Remember();
+        break;
+      default:
+        break;
+    }
+    return false;
+  }
+
+ private:
+  // A window that fills its screen has no place of its own.
+  bool HasPlace() const { return !window_.isMaximized() && !window_.isFullScreen(); }
+
+  void Place() {
+    if (!HasPlace()) return;
+    const QSize edges = edges_.value_or(EdgesOf(main_).value_or(QSize(0, 0)));
+    const QRect now(corner_.value_or(QPoint()), window_.size() + edges);
+    const QList<QRect> areas = FreeAreas();
+    const bool isInView =
+        std::any_of(areas.begin(), areas.end(), [&](const QRect& one) { return one.intersects(now); });
+    const QRect middle = CenterOver(now.size(), main_.frameGeometry(), areas);
+    MoveWithEdges(window_, corner_ && isInView ? now.topLeft() : middle.topLeft());
+  }
+
+  void Remember() {
+    if (!window_.isVisible() || !HasPlace()) return;
+    if (const auto edges = EdgesOf(window_)) edges_ = edges;
+    corner_ = window_.pos();
+  }
+
+  QWidget& window_;
+  const QWidget& main_;
+  std::optional<QSize> edges_;
+  std::optional<QPoint> corner_;
+};
+
+}  // namespace
+
+QRect KeepWithin(QRect frame, const QList<QRect>& areas) {
+  if (areas.isEmpty()) return frame;
+  const QRect area = AreaOf(frame, areas);
+  frame.moveLeft(std::max(area.left(), std::min(frame.left(), area.right() + 1 - frame.width())));
+  frame.moveTop(std::max(area.top(), std::min(frame.top(), area.bottom() + 1 - frame.height())));
+  return frame;
+}
+
+QRect CenterOver(QSize frame, const QRect& over, const QList<QRect>& areas) {
+  QRect centered(QPoint(), frame);
+  centered.moveTopLeft(over.topLeft() +
+                       QPoint((over.width() - frame.width()) / 2, (over.height() - frame.height()) / 2));
+  if (areas.isEmpty()) return centered;
+  // That of the window below: one that is half out of view has its middle on another screen.
+  return KeepWithin(centered, {AreaOf(over, areas)});
+}
+
+QList<QRect> FreeAreas() {
+  QList<QRect> areas;
+  for (const QScreen* const screen : QGuiApplication::screens()) areas.append(screen->availableGeometry());
+  return areas;
+}
+
+std::optional<QSize> EdgesOf(const QWidget& window) {
+  const QSize edges = window.frameGeometry().size() - window.size();
+  // Qt tells odd numbers between two showings.
+  if (!window.isVisible() || edges.isNull() || edges.width() < 0 || edges.height() < 0) return std::nullopt;
+  return edges;
+}
+
+void MoveWithEdges(QWidget& window, QPoint corner) {
+  window.move(corner);
+  // Else the desktop takes it for the corner of what is inside of edges that it makes only now.
+  if (!window.isVisible() && window.windowHandle()) window.windowHandle()->setFramePosition(corner);
+}
+
+void OpenOver(QWidget& window, const QWidget& main) {
+  new Opening(window, main);  // the window's child
+}
+
+void KeepInFrontOf(QWidget& window, QWidget& main) {
+  window.setWindowFlags((window.windowFlags() & ~Qt::WindowType_Mask) | Qt::Dialog);
+  window.winId();
+  main.winId();
+  window.windowHandle()->setTransientParent(main.windowHandle());
+}
