@@ -67,7 +67,7 @@ class Editor {
   Editor() {
     Expect(Photo().save(bmp_), "the photo's file");
     viewer_.Pic->SetAutoSize(true);
-    pics_.ScreenSize = [] { return QSize(1280, 1024); };
+    pics_.Screen = [] { return QRect(0, 0, 1280, 1024); };
   }
 
   bool Jpeg() {
