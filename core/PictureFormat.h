@@ -1,7 +1,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QSize>
+
+class QIODevice;
 
 // The kinds of picture files that the program reads, told by a file's first bytes and never by its name.
 enum class PictureFormat { None, Bmp, Gif, Ico, Jpeg, Png };
@@ -11,9 +12,8 @@ PictureFormat PictureFormatOf(const QByteArray& bytes);
 // The image reader's own name for the format; "" for None.
 QByteArray FormatName(PictureFormat format);
 
-// True when the file goes on to the end of its (first) picture, as its own lengths and end marks tell it. The decoders
-// themselves would fill up what is missing. What follows behind the picture plays no part.
-bool IsWholePicture(const QByteArray& bytes, PictureFormat format);
-
-// What the program holds of one picture: sides below 30,000 and up to 64 million pixels.
-bool IsHoldableSize(QSize pixels);
+// True when a bitmap or the first picture of a GIF is whole, as its own lengths and end marks tell it, since their
+// decoders would fill up what is missing. Those of the other formats tell, but for JPEG, of which everybody shows what
+// is there; these are always true. What follows behind the picture plays no part, and the device stands anywhere after
+// it.
+bool IsWholePicture(QIODevice& device, PictureFormat format);

@@ -1,24 +1,29 @@
 #include "ReadPicture.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <algorithm>
 #include <cstdlib>
+#include <limits>
 
+#include "PictureBounds.h"
 #include "PlainBmp.h"
 
 namespace {
 
-// Room for the most pixels at 32 bits each.
-constexpr int kMostMegabytes = 256;
-// A little more than the largest picture takes in its longest form.
-constexpr qint64 kMostFileBytes = 300'000'000;
+constexpr qint64 kMegabyte = 1 << 20;
+// An icon's header doesn't tell its images' true size; its reader may take so much.
+constexpr int kMegabytesOfAnIcon = 256;
 
 // The image reader's limit is the whole process's; it comes back with the object.
 class AllocationLimit {
  public:
-  AllocationLimit() : before_(QImageReader::allocationLimit()) { QImageReader::setAllocationLimit(kMostMegabytes); }
+  explicit AllocationLimit(int megabytes) : before_(QImageReader::allocationLimit()) {
+    QImageReader::setAllocationLimit(megabytes);
+  }
   ~AllocationLimit() { QImageReader::setAllocationLimit(before_); }
   AllocationLimit(const AllocationLimit&) = delete;
   AllocationLimit& operator=(const AllocationLimit&) = delete;
@@ -27,53 +32,73 @@ class AllocationLimit {
   int before_;
 };
 
+int MegabytesFor(QSize pixels) {
+  return int(qint64(pixels.width()) * pixels.height() * 4 / kMegabyte) + 1;
+}
+
+// A bitmap that is stored from the top has a negative height.
+QSize WithoutSigns(QSize size) {
+  constexpr int most = std::numeric_limits<int>::max();
+  return QSize(std::abs(std::max(size.width(), -most)), std::abs(std::max(size.height(), -most)));
+}
+
+// The screen, and the bitmaps on a picture's way, know one meaning of colours, sRGB.
+void BringToStandardColors(QImage& image) {
+  const QColorSpace space = image.colorSpace();
+  if (!space.isValid() || space == QColorSpace(QColorSpace::SRgb)) return;
+  image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+  image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
+}
+
+QImage PictureFrom(QIODevice& device) {
+  constexpr qint64 enough = 16;
+  const PictureFormat format = PictureFormatOf(device.peek(enough));
+  if (format == PictureFormat::Bmp) {
+    if (QImage image = ReadPlainBmp(device); !image.isNull()) return image;
+    device.seek(0);
+  }
+  if (!IsWholePicture(device, format)) return QImage();
+  device.seek(0);
+  QImageReader reader(&device, FormatName(format));
+  reader.setAutoDetectImageFormat(false);
+  reader.setAutoTransform(true);
+  const QSize claimed = WithoutSigns(reader.size());
+  if (!IsPlausibleSize(claimed, device.size()) || !IsHoldableSize(claimed)) return QImage();
+  const AllocationLimit limit(format == PictureFormat::Ico ? kMegabytesOfAnIcon : MegabytesFor(claimed));
+  QImage image = reader.read();
+  BringToStandardColors(image);
+  return image;
+}
+
+// A plain file; opening a pipe would wait for its writer.
+bool OpenToRead(QFile& file) {
+  return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
+}
+
+// No icon takes as much, with whatever images.
+constexpr qint64 kMostBytesAtOnce = 1'000'000'000;
+
 }  // namespace
 
 QImage PictureFromBytes(const QByteArray& bytes) {
-  const PictureFormat format = PictureFormatOf(bytes);
-  if (!IsWholePicture(bytes, format)) return QImage();
   QBuffer buffer;
   buffer.setData(bytes);
   buffer.open(QIODevice::ReadOnly);
-  if (QImage image = ReadPlainBmp(buffer); !image.isNull()) return image;
-  buffer.seek(0);
-  const AllocationLimit limit;
-  QImageReader reader(&buffer, FormatName(format));
-  reader.setAutoDetectImageFormat(false);
-  reader.setAutoTransform(true);
-  // A bitmap that is stored from the top has a negative height.
-  const QSize claimed = reader.size();
-  if (!IsHoldableSize({std::abs(claimed.width()), std::abs(claimed.height())})) return QImage();
-  QImage image = reader.read();
-  return IsHoldableSize(image.size()) ? image : QImage();
+  return PictureFrom(buffer);
 }
-
-namespace {
-
-// A plain file no longer than any picture.
-bool OpenToRead(QFile& file) {
-  const QFileInfo info(file.fileName());
-  return info.isFile() && info.size() <= kMostFileBytes && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-}
-
-}  // namespace
 
 QByteArray PictureFileBytes(const QString& path) {
   QFile file(path);
-  return OpenToRead(file) ? file.readAll() : QByteArray();
+  return OpenToRead(file) && file.size() <= kMostBytesAtOnce ? file.readAll() : QByteArray();
 }
 
 QImage ReadPicture(const QString& path) {
   QFile file(path);
-  if (!OpenToRead(file)) return QImage();
-  if (QImage image = ReadPlainBmp(file); !image.isNull()) return image;
-  file.seek(0);
-  return PictureFromBytes(file.readAll());
+  return OpenToRead(file) ? PictureFrom(file) : QImage();
 }
 
 PictureFormat FormatOfFile(const QString& path) {
   QFile file(path);
-  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return PictureFormat::None;
   constexpr qint64 enough = 16;
-  return PictureFormatOf(file.read(enough));
+  return OpenToRead(file) ? PictureFormatOf(file.read(enough)) : PictureFormat::None;
 }

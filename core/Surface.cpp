@@ -5,8 +5,11 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "PictureBounds.h"
 #include "ReadPicture.h"
+#include "WriteWhole.h"
 
 namespace {
 
@@ -15,19 +18,21 @@ QPoint PixelAt(const QMouseEvent* event) {
   return QPoint(int(std::floor(at.x())), int(std::floor(at.y())));
 }
 
-// Scaling filters look beyond the part's edge, so the part is cut out first.
-void DrawStretched(QImage& image, const QImage& source, const QRect& target, const QRect& part) {
-  const QRect there = part & source.rect();
-  if (there.isEmpty() || target.isEmpty()) return;
-  const double stretchX = double(target.width()) / part.width(), stretchY = double(target.height()) / part.height();
-  const QPoint corner = target.topLeft() + QPoint(int(std::lround((there.x() - part.x()) * stretchX)),
-                                                  int(std::lround((there.y() - part.y()) * stretchY)));
-  const QSize size(std::max(1, int(std::lround(there.width() * stretchX))),
-                   std::max(1, int(std::lround(there.height() * stretchY))));
-  if (!IsHoldableSize(size)) return;
-  QImage piece = source.copy(there);
-  if (size != piece.size()) piece = piece.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-  QPainter(&image).drawImage(corner, piece);
+// In the form that is drawn fastest; null when memory doesn't suffice for it.
+QImage AsHeld(QImage picture) {
+  if (picture.isNull()) return picture;
+  picture.setDevicePixelRatio(1);
+  picture.convertTo(picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+  return picture;
+}
+
+// A part of the picture in another size; null when memory doesn't suffice. Scaling filters look beyond the part's edge,
+// so it is cut out first.
+QImage Stretched(const QImage& source, const QRect& part, QSize size) {
+  if (size == part.size()) return part == source.rect() ? source : source.copy(part);
+  if (!IsHoldableSize(size)) return QImage();
+  const QImage piece = part == source.rect() ? source : source.copy(part);
+  return piece.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 }  // namespace
@@ -47,19 +52,16 @@ void Surface::SetAutoSize(bool on) {
   if (autoSize_ && !picture_.isNull()) resize(picture_.size());
 }
 
-void Surface::SetPicture(const QImage& picture) {
-  picture_ = IsHoldableSize(picture.size()) ? picture : QImage();
-  picture_.setDevicePixelRatio(1);
-  if (!picture_.isNull())
-    picture_.convertTo(picture_.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+void Surface::SetPicture(QImage picture) {
+  picture_ = AsHeld(std::move(picture));
   SetAutoSize(autoSize_);
   ForgetDrawings();
 }
 
 bool Surface::LoadPicture(const QString& path) {
-  const QImage picture = ReadPicture(path);
+  QImage picture = AsHeld(ReadPicture(path));
   if (picture.isNull()) return false;
-  SetPicture(picture);
+  SetPicture(std::move(picture));
   return true;
 }
 
@@ -102,7 +104,8 @@ void Surface::ForgetDrawings() {
 
 bool Surface::SaveImage(const QString& path) const {
   const QImage image = Image();
-  return !image.isNull() && QImageWriter(path, "bmp").write(image);
+  return !image.isNull() &&
+         WriteWhole(path, [&image](QIODevice& file) { return QImageWriter(&file, "bmp").write(image); });
 }
 
 void Surface::ClearDrawings() {
@@ -119,8 +122,31 @@ void Surface::ClearDrawings() {
   drawnPart_ = QRegion();
 }
 
-void Surface::PaintPicture(const QImage& source, const QRect& target, const QRect& part) {
-  Draw(target, [&](QImage& image) { DrawStretched(image, source, target, part); });
+bool Surface::PaintPicture(const QImage& source, const QRect& target, const QRect& part) {
+  const QRect there = part & source.rect();
+  if (there.isEmpty() || target.isEmpty()) {
+    Draw(target, [](QImage&) {});
+    return true;
+  }
+  const double stretchX = double(target.width()) / part.width(), stretchY = double(target.height()) / part.height();
+  const QPoint corner = target.topLeft() + QPoint(int(std::lround((there.x() - part.x()) * stretchX)),
+                                                  int(std::lround((there.y() - part.y()) * stretchY)));
+  const QSize size(std::max(1, int(std::lround(there.width() * stretchX))),
+                   std::max(1, int(std::lround(there.height() * stretchY))));
+  QImage piece = Stretched(source, there, size);
+  if (piece.isNull()) return false;
+  if (QRect(corner, size) == rect() && !piece.hasAlphaChannel()) {
+    // All of it is new: a large picture needn't lie in memory twice.
+    piece.convertTo(QImage::Format_RGB32);
+    drawn_ = std::move(piece);
+    MarkDrawn(rect());
+    return !drawn_.isNull();
+  }
+  QImage& image = Drawn();
+  if (image.isNull()) return false;
+  QPainter(&image).drawImage(corner, piece);
+  MarkDrawn(target);
+  return true;
 }
 
 void Surface::Draw(const QRegion& part, const std::function<void(QImage&)>& draw) {
@@ -158,8 +184,8 @@ void Surface::paintEvent(QPaintEvent* event) {
     return;
   }
   painter.fillRect(part, background_);
-  if (!picture_.isNull()) painter.drawImage(0, 0, picture_);
-  if (!drawnPart_.isEmpty()) painter.drawImage(0, 0, drawn_);
+  if (!picture_.isNull()) painter.drawImage(part.topLeft(), picture_, part);
+  if (!drawnPart_.isEmpty()) painter.drawImage(part.topLeft(), drawn_, part);
 }
 
 void Surface::mousePressEvent(QMouseEvent* event) {

@@ -25,24 +25,25 @@ class Surface : public QWidget {
 
   // The picture without the drawings; null when there is none.
   const QImage& Picture() const { return picture_; }
-  // Wipes off the drawings. A null picture, or one that is too large to be held, leaves none.
-  void SetPicture(const QImage& picture);
+  // Wipes off the drawings. A null picture leaves none.
+  void SetPicture(QImage picture);
   void ClearPicture() { SetPicture(QImage()); }
-  // False when the file is no picture, and nothing has changed then.
+  // False when the file is no picture or too large for the memory there is, and nothing has changed then.
   bool LoadPicture(const QString& path);
   // What the other one shows, its drawings included, becomes the picture.
   void TakeImageOf(const Surface& other) { SetPicture(other.Image()); }
 
   // All that the surface shows, in its size and without transparency; null for a surface without an area.
   QImage Image() const;
-  // Writes the image, drawings included, as a BMP file; false on failure.
+  // Writes the image, drawings included, as a BMP file, which is whole or isn't there; false on failure.
   bool SaveImage(const QString& path) const;
 
   bool HasDrawings() const { return !drawnPart_.isEmpty(); }
   // Brings the picture back as it was.
   void ClearDrawings();
-  // Draws part of a picture, stretched to the target by a smooth filter. What the source hasn't got isn't drawn.
-  void PaintPicture(const QImage& source, const QRect& target, const QRect& part);
+  // Draws part of a picture, stretched to the target by a smooth filter. What the source hasn't got isn't drawn. False,
+  // with nothing changed, when memory doesn't suffice.
+  bool PaintPicture(const QImage& source, const QRect& target, const QRect& part);
   // Lets the routine draw on the image, which has the surface's size and whose format is RGB32; only `part` may change.
   // A surface without an image isn't drawn on.
   void Draw(const QRegion& part, const std::function<void(QImage&)>& draw);

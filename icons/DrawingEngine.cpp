@@ -57,12 +57,16 @@ constexpr qint32 kOpaque = 0x000000, kSeeThrough = 0xFFFFFF, kBlack = 0x000000;
 
 }  // namespace
 
-void DrawingEngine::PointToCell(bool IsEnd, double X, double Y) {
+QPoint DrawingEngine::CellAt(double X, double Y) {
   // One value for both axes: where Y has no place of its own, that of X stays.
-  int place = PlaceInCell(Position(X), Axis::X, 0);
-  (IsEnd ? CellX1 : CellX0) = CellOf(place);
-  place = PlaceInCell(Position(Y), Axis::Y, place);
-  (IsEnd ? CellY1 : CellY0) = CellOf(place);
+  const int across = PlaceInCell(Position(X), Axis::X, 0), down = PlaceInCell(Position(Y), Axis::Y, across);
+  return QPoint(CellOf(across), CellOf(down));
+}
+
+void DrawingEngine::PointToCell(bool IsEnd, double X, double Y) {
+  const QPoint cell = CellAt(X, Y);
+  (IsEnd ? CellX1 : CellX0) = cell.x();
+  (IsEnd ? CellY1 : CellY0) = cell.y();
 }
 
 void DrawingEngine::MouseDown(Qt::MouseButton button, double X, double Y) {

@@ -2,6 +2,7 @@
 // one step back. Positions are pixels of the work area, cells are pixels of the icon. Nothing here knows a window.
 #pragma once
 
+#include <QPoint>
 #include <Qt>
 #include <QtGlobal>
 
@@ -24,6 +25,8 @@ class DrawingEngine {
   int BandX0 = 0, BandY0 = 0, BandX1 = -1, BandY1 = 0;
   bool MouseIsDown = false;
 
+  // The cell in which something is drawn at that position of the work area.
+  static QPoint CellAt(double X, double Y);
   // Sets the cell of the press, or with IsEnd that of the release. A position beyond 16 bits counts as the last one.
   void PointToCell(bool IsEnd, double X, double Y);
 

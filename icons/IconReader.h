@@ -10,6 +10,7 @@
 // At most 32 by 32 pixels: of a larger picture the top left. Null when the bytes are no picture.
 QImage PictureForIcon(const QByteArray& bytes);
 
-// 32 by 32 pixels in RGB32, white where the icon is see-through and black elsewhere. Nothing when the bytes are no icon
-// or its image has no whole mask, as one that is stored as PNG hasn't.
+// 32 by 32 pixels in RGB32, white where the icon is see-through and black elsewhere. An image with a transparency of
+// its own and no mask, stored as PNG or with 32 bits a pixel, is see-through where nothing of it is to be seen. Nothing
+// when the bytes are no icon or its image has neither.
 std::optional<QImage> MaskOfIcon(const QByteArray& bytes);

@@ -49,9 +49,13 @@ QImage ClipboardBitmap() {
 }  // namespace
 
 void WriteIconFile(const IconSurfaces& surfaces, const QString& Path) {
+  const QByteArray bytes = IconFileBytes(surfaces.Pic1Black->Image(), surfaces.Pic2->Image());
+  const bool isNew = !QFile::exists(Path);
   QFile file(Path);
   // Reading too, or the old file would be shortened.
-  if (file.open(QIODevice::ReadWrite)) file.write(IconFileBytes(surfaces.Pic1Black->Image(), surfaces.Pic2->Image()));
+  if (!file.open(QIODevice::ReadWrite)) return;
+  // A new one that the disk has no room for isn't left there as a stump.
+  if ((file.write(bytes) != bytes.size() || !file.flush()) && isNew) file.remove();
 }
 
 bool OpenImage(IconSurfaces& surfaces, const QString& Path) {

@@ -3,12 +3,15 @@
 
 #include <QCloseEvent>
 #include <QCursor>
+#include <QHelpEvent>
 #include <QIcon>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QToolTip>
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "Caption.h"
 #include "IconColors.h"
 #include "LineBar.h"
 #include "ModBrowse.h"
@@ -17,6 +20,7 @@
 #include "Program.h"
 #include "StringTable.h"
 #include "Swatch.h"
+#include "WaitCursor.h"
 
 namespace {
 
@@ -97,7 +101,18 @@ void fIconMaker::ChooseColor(qint32 color) {
   PicColor->SetColor(color);
 }
 
+bool fIconMaker::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::ToolTip || watched != Surfaces.PicBig) return QMainWindow::eventFilter(watched, event);
+  const auto& help = *static_cast<QHelpEvent*>(event);
+  const QPoint cell = DrawingEngine::CellAt(help.pos().x(), help.pos().y());
+  // Until the pointer leaves what is drawn as this cell.
+  QToolTip::showText(help.globalPos(), QStringLiteral("column %1, row %2").arg(cell.x() + 1).arg(cell.y() + 1),
+                     Surfaces.PicBig, QRect(cell * kCellSide, QSize(kCellSide, kCellSide)));
+  return true;
+}
+
 void fIconMaker::ConnectMouse() {
+  Surfaces.PicBig->installEventFilter(this);
   connect(Surfaces.PicBig, &Surface::MouseDown, this,
           [this](Qt::MouseButton button, QPoint at) { Drawing.MouseDown(button, at.x(), at.y()); });
   connect(Surfaces.PicBig, &Surface::MouseMove, this,
@@ -148,12 +163,18 @@ void fIconMaker::mOpen() {
                                       QStringLiteral("*.bmp;*.jpg;*.gif;*.ico"));
   if (name.isEmpty() || !program_.Files.FileExists(name)) return;
   ClearImage();
-  if (!OpenImage(Surfaces, name)) program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoIconMask));
+  if (!OpenWaiting(name)) program_.platform.dialogs.ShowMessage(this, StringText(TextNumber::NoIconMask));
   bUndo->setEnabled(false);
   // Any other picture is only a beginning: Save doesn't go back to it.
   if (!HasIconSuffix(name)) return;
   IconFileName = name;
-  setWindowTitle(PlainTitle() + QStringLiteral(" - ") + name);
+  setWindowTitle(CaptionOf(PlainTitle() + QStringLiteral(" - ") + name));
+}
+
+// A large photo takes a while.
+bool fIconMaker::OpenWaiting(const QString& name) {
+  const WaitCursor wait;
+  return OpenImage(Surfaces, name);
 }
 
 void fIconMaker::mSaveIco() {
@@ -171,7 +192,7 @@ void fIconMaker::mSaveIco() {
   // Behind the question, so a file that has the name with the suffix is written over without one.
   if (!HasIconSuffix(name)) name += QStringLiteral(".ico");
   WriteIconFile(Surfaces, name);
-  setWindowTitle(PlainTitle() + QStringLiteral(" - ") + name);
+  setWindowTitle(CaptionOf(PlainTitle() + QStringLiteral(" - ") + name));
   IconFileName = name;
 }
 

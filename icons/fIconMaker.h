@@ -69,6 +69,8 @@ class fIconMaker : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  // Tells over the work area which cell the pointer is on.
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void BuildMenus();
@@ -86,6 +88,7 @@ class fIconMaker : public QMainWindow {
   void ChooseColor(qint32 color);
   void ReadLineWidth();
   void ForgetFile();
+  bool OpenWaiting(const QString& name);
 
   Program& program_;
 };

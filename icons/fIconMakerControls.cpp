@@ -36,7 +36,7 @@ constexpr ToolRow kTools[] = {{"line", "line or dot."},
                               {"ellipse", "outline ellipse."},
                               {"solid-ellipse", "solid ellipse."}};
 
-// What a reader of the screen says; the pictures say it to the others.
+// Tips, and what a reader of the screen says; the pictures say it to the others.
 constexpr const char* kMoves[] = {"right", "down", "left", "up"};
 constexpr const char* kColorNames[] = {"Black", "Dark blue",  "Dark green", "Teal", "Dark red", "Purple",
                                        "Olive", "Light grey", "Dark grey",  "Blue", "Green",    "Cyan",
@@ -152,6 +152,8 @@ QWidget* fIconMaker::NewMoveFrame() {
   auto* row = new QHBoxLayout;
   for (std::size_t index = 0; index < bMoveIm.size(); ++index) {
     bMoveIm[index] = NewPictureButton("bMoveIm", int(index), kMoves[index]);
+    bMoveIm[index]->setToolTip(QLatin1String(kMoves[index]));
+    bMoveIm[index]->setAutoRepeat(true);
     bMoveIm[index]->setAccessibleName(QStringLiteral("Move image ") + QLatin1String(kMoves[index]));
     row->addWidget(bMoveIm[index]);
   }
@@ -240,6 +242,7 @@ QWidget* fIconMaker::NewColorFrame() {
     PCols[index] = Named(new Swatch, "PCols", int(index));
     PCols[index]->SetColor(kColorRow[index]);
     PCols[index]->setFixedSize(box);
+    PCols[index]->setToolTip(QLatin1String(kColorNames[index]));
     PCols[index]->setAccessibleName(QLatin1String(kColorNames[index]));
     row->addWidget(PCols[index]);
   }

@@ -82,7 +82,7 @@ void FTools::TakePicture(const QString& path) {
   const QString ending = UpperAscii(path.right(4));
   if (ending == u".GIF" || ending == u".JPG") {
     if (pictures_) {
-      if (const auto picture = pictures_->LoadPictureFile(path, PixelsToTwips(web_.FrWork->height()))) {
+      if (const auto picture = pictures_->LoadPictureFile(path, PixelsToTwips(web_.FrWork->height()), &web_)) {
         TSpec[0]->setText(QString::number(picture->Width));
         TSpec[1]->setText(QString::number(picture->Height));
         TSpec[2]->setText(QString::number(picture->SizeKb));

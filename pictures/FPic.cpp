@@ -128,6 +128,7 @@ FPic::FPic(Program& program) : program_(program) {
   OrderTabs();
   ConnectButtons();
   SetControlLook(FrPicEdit, QStringLiteral("framed"));
+  setAcceptDrops(true);
   resize(kNormalSize);
   // The viewer goes by the whole screen, at whose bottom the frame is to stand.
   setWindowState(Qt::WindowMaximized);
@@ -139,9 +140,8 @@ void FPic::BuildOptions() {
   bSaveJPG = NewButton("bSaveJPG", "Save as JPG", "Save image as JPG file.", "picture-save");
   bClosePicEdit = NewButton("bClosePicEdit", "Close", "Close Picture Editor", "picture-close-editor");
   auto* const grid = Spaced(new QGridLayout(Frame2));
-  grid->addWidget(bGetPic, 0, 0);
-  grid->addWidget(bSaveJPG, 1, 0);
-  grid->addWidget(bClosePicEdit, 2, 0);
+  grid->addWidget(bSaveJPG, 0, 0);
+  grid->addWidget(bClosePicEdit, 1, 0);
 }
 
 void FPic::BuildImage() {
@@ -212,7 +212,11 @@ void FPic::BuildFrame() {
   auto* const grid = Spaced(new QGridLayout(FrPicEdit));
   grid->addWidget(Label10, 0, 0, 1, 2);
   grid->addWidget(bQPicEdit, 0, 2, Qt::AlignRight);
-  grid->addWidget(Frame2, 1, 0);
+  auto* const left = new QVBoxLayout;
+  left->setSpacing(kSpacing);
+  left->addWidget(bGetPic);
+  left->addWidget(Frame2, 1);
+  grid->addLayout(left, 1, 0);
   grid->addWidget(Frame1, 1, 1);
   grid->addWidget(FrPicOps, 1, 2);
   grid->setSizeConstraint(QLayout::SetFixedSize);
@@ -231,11 +235,11 @@ void FPic::OrderTabs() {
 void FPic::SetPictures(ModPics& pics, fBitmap& viewer) {
   pics_ = &pics;
   viewer_ = &viewer;
-  pics.FrPicEditHeight = [self = QPointer<FPic>(this)] {
-    return self ? double(PixelsToTwips(self->FrPicEdit->height())) : 0.0;
-  };
+  pics.FrPicEditHeight = [this] { return double(PixelsToTwips(FrPicEdit->height())); };
   viewer.State.CropDefined = viewer.State.CropDragging = false;
   const PictureNotices& notices = viewer.Notices;
+  // Afterwards, as the program that the file comes from waits for the drop to end.
+  connect(&notices, &PictureNotices::FileDropped, this, &FPic::OnDrop, Qt::QueuedConnection);
   connect(&notices, &PictureNotices::tWd, tWd, &QLineEdit::setText);
   connect(&notices, &PictureNotices::tHt, tHt, &QLineEdit::setText);
   connect(&notices, &PictureNotices::tSz, tSz, &QLineEdit::setText);

@@ -2,12 +2,10 @@
 // above that frame. It lives from start to exit; its close box hides it and the viewer.
 #pragma once
 
-#include <QPointer>
 #include <QWidget>
 
-#include "fBitmap.h"
-
 class ModPics;
+class fBitmap;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -21,8 +19,8 @@ class FPic : public QWidget {
   // The program must outlive the window.
   explicit FPic(Program& program);
 
-  // What shows the picture and what works on it; to be called once, before the window is used. `pics` must outlive the
-  // window, the viewer may go first.
+  // What shows the picture and what works on it, which live as long as the window is used; to be called once, before it
+  // is.
   void SetPictures(ModPics& pics, fBitmap& viewer);
 
   // Shows the window after the scratch files of the last time have gone. A picture that is still on show stays.
@@ -64,6 +62,8 @@ class FPic : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   // Controls and their places, in FPic.cpp.
@@ -79,14 +79,15 @@ class FPic : public QWidget {
   // What the buttons do, in FPicCommands.cpp.
   void ConnectButtons();
   void OnGetPic();
+  void OnDrop(const QString& path);
+  void OpenFile(const QString& name);
   void OnSaveJPG();
   void OnCrop();
   void OnResize();
   void OnCompress();
   void OnUnDo();
   void OnCloseIm();
-  bool IsViewerVisible() const { return viewer_ && viewer_->isVisible(); }
-  void TieViewer(QWindow* window);
+  bool IsViewerVisible() const;
   bool HasPicture();
   bool MayWrite(const QString& path);
   QWidget* BoxOwner();
@@ -95,5 +96,7 @@ class FPic : public QWidget {
 
   Program& program_;
   ModPics* pics_ = nullptr;
-  QPointer<fBitmap> viewer_;
+  fBitmap* viewer_ = nullptr;
+  // A click on Close has come while a command ran.
+  bool closedMeanwhile_ = false;
 };

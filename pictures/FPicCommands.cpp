@@ -1,10 +1,11 @@
 // What the buttons of the picture editor's window do.
+#include <QDragEnterEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QWindow>
 
 #include "BusyGuard.h"
+#include "DroppedFile.h"
 #include "FPic.h"
 #include "ModBrowse.h"
 #include "ModPics.h"
@@ -45,28 +46,29 @@ void FPic::ConnectButtons() {
 
 void FPic::Open() {
   pics_->DeleteScratchFiles();
-  if (viewer_) viewer_->State.JpegCurrent = false;
+  viewer_->State.JpegCurrent = false;
   winId();
-  TieViewer(windowHandle());
+  // Tied to this window the picture doesn't get lost behind it, not even outside of the top layer.
+  viewer_->TieTo(this);
+  viewer_->setAcceptDrops(true);
   FitFrame(screen()->availableGeometry().width());
   ShowInFront(*this);
 }
 
-// Tied to this window the picture doesn't get lost behind it, not even outside of the top layer.
-void FPic::TieViewer(QWindow* window) {
-  if (!viewer_) return;
-  viewer_->winId();
-  viewer_->windowHandle()->setTransientParent(window);
+bool FPic::IsViewerVisible() const {
+  return viewer_->isVisible();
 }
 
 void FPic::ClosePicture(bool CloseEditor) {
+  closedMeanwhile_ = true;
   if (IsViewerVisible()) {
     SetNotTopmost(viewer_);
     viewer_->hide();
   }
   if (!CloseEditor) return;
   hide();
-  TieViewer(nullptr);
+  viewer_->TieTo(nullptr);
+  viewer_->setAcceptDrops(false);
   pics_->DeleteFilesAtClose();
 }
 
@@ -91,8 +93,7 @@ bool FPic::HasPicture() {
   return false;
 }
 
-// The last JPEG still counts as the picture on show when another one has been opened. After Cancel the viewer stays out
-// of the top layer. Both are meant.
+// After Cancel the viewer stays out of the top layer, and that is meant.
 void FPic::OnGetPic() {
   const BusyGuard guard(Busy);
   if (!guard) return;
@@ -101,7 +102,23 @@ void FPic::OnGetPic() {
                                       QStringLiteral("Picture Files(*.bmp;*.jpg;*.gif;*.ico)"),
                                       QStringLiteral("*.bmp;*.jpg;*.gif;*.ico"));
   if (name.isEmpty()) return;
-  if (program_.Files.FileExists(name)) pics_->OpenPictureFile(name);
+  OpenFile(name);
+}
+
+// As if the file had been chosen in the dialog.
+void FPic::OnDrop(const QString& path) {
+  const BusyGuard guard(Busy);
+  if (!guard || !isVisible()) return;
+  OpenFile(path);
+}
+
+void FPic::OpenFile(const QString& name) {
+  if (program_.Files.FileExists(name)) {
+    // The tool panel may have had the viewer meanwhile.
+    viewer_->TieTo(this);
+    // Another picture is on show now than the last JPEG.
+    if (pics_->OpenPictureFile(name)) viewer_->State.JpegCurrent = false;
+  }
   TakeKeysBack();
   viewer_->State.CropDefined = viewer_->State.CropDragging = false;
 }
@@ -111,6 +128,7 @@ void FPic::OnSaveJPG() {
   if (!guard || !HasPicture()) return;
   SetNotTopmost(viewer_);
   viewer_->hide();
+  closedMeanwhile_ = false;
   const QString name =
       ShowSaveDialog(program_, this, QStringLiteral("Save AS JPG File"), QStringLiteral("JPG Files(*.jpg)"),
                      QStringLiteral("*.jpg"), QStringLiteral("jpg"));
@@ -118,18 +136,17 @@ void FPic::OnSaveJPG() {
     if (!pics_->NView.SavePictureAsJpeg(name)) Tell(TextNumber::SavingFailed);
     viewer_->State.JpegCurrent = false;
   }
+  if (closedMeanwhile_) return;
   viewer_->show();
   SetTopmost(viewer_);
 }
 
-// Asks about a file that is there already, and deletes it.
+// Asks about a file that is there already; it goes when the new one is whole.
 bool FPic::MayWrite(const QString& path) {
   if (!program_.Files.FileExists(path)) return true;
   const MessageAnswer answer = program_.platform.dialogs.ShowMessage(
       this, StringText(TextNumber::ReplaceFile), MessageIcon::Information, MessageButtons::OkCancel);
-  if (answer != MessageAnswer::Ok) return false;
-  program_.Files.DeleteFileIfAny(path);
-  return true;
+  return answer == MessageAnswer::Ok;
 }
 
 void FPic::OnCrop() {
@@ -145,7 +162,8 @@ void FPic::OnCrop() {
   viewer_->State.JpegCurrent = false;
 }
 
-// The crop area stays as it is, though its band has gone from view; so it does at Undo.
+// The crop area stays as it is, though its band has gone from view; so it does at Undo. A percentage for whose result
+// there is no memory is as bad as any other.
 void FPic::OnResize() {
   const BusyGuard guard(Busy);
   if (!guard || !HasPicture()) return;
@@ -156,7 +174,10 @@ void FPic::OnResize() {
     Tell(TextNumber::BadPercentage);
     return;
   }
-  pics_->ResizePicture(*N);
+  if (!pics_->ResizePicture(*N)) {
+    Tell(TextNumber::BadPercentage);
+    return;
+  }
   viewer_->State.JpegCurrent = false;
 }
 
@@ -180,10 +201,19 @@ void FPic::OnUnDo() {
   if (!guard) return;
   pics_->UndoPicture();
   TakeKeysBack();
-  if (viewer_) viewer_->State.JpegCurrent = false;
+  viewer_->State.JpegCurrent = false;
 }
 
 void FPic::OnCloseIm() {
   ClosePicture(false);
   for (QLineEdit* box : {tWd, tHt, tJSz, tSz}) box->clear();
+}
+
+void FPic::dragEnterEvent(QDragEnterEvent* event) {
+  if (!DroppedFile(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void FPic::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  emit viewer_->Notices.FileDropped(DroppedFile(*event));
 }

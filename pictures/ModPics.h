@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QPointer>
-#include <QSize>
+#include <QRect>
 #include <QString>
 #include <functional>
 #include <optional>
@@ -22,13 +21,14 @@ struct PictureSpec {
 // A step that fails is passed over, except where a routine tells otherwise.
 class ModPics {
  public:
-  // The viewer may go first; the routines do nothing then.
+  // Both must outlive the object.
   ModPics(Program& program, fBitmap& viewer);
 
   ModNView NView;
 
-  // Size of the screen in pixels: the primary one's, unless a test puts its own here.
-  std::function<QSize()> ScreenSize;
+  // The screen on which the viewer opens, in pixels of the whole desktop: that of the window to which it is tied,
+  // unless a test puts its own here.
+  std::function<QRect()> Screen;
   // Height of the editor's frame `FrPicEdit` in twips, which the viewer leaves free below it; none until told.
   std::function<double()> FrPicEditHeight;
 
@@ -36,9 +36,9 @@ class ModPics {
   // it can't be loaded.
   bool OpenPictureFile(const QString& Path);
 
-  // For the tool panel: shows the file and leaves `Reserved` twips free at the bottom. After a message box, and with
-  // the viewer hidden, nothing.
-  std::optional<PictureSpec> LoadPictureFile(const QString& Path, int Reserved);
+  // For the tool panel: shows the file above the owner's window and leaves `Reserved` twips free at the bottom. After a
+  // message box, and with the viewer hidden, nothing.
+  std::optional<PictureSpec> LoadPictureFile(const QString& Path, int Reserved, QWidget* owner = nullptr);
   void HideViewer();
 
   // Sizes and places the viewer for a picture of W by H pixels, with `Reserved` twips left free. A title that isn't
@@ -47,9 +47,10 @@ class ModPics {
 
   // Cuts the picture to the crop rectangle; to be called only with CropDefined.
   void CropPicture();
-  // The percentage is of the picture on show. A result too large to be held leaves it as it is.
-  void ResizePicture(qint16 Percent);
-  // One step back; a message box when there is none, and nothing while the viewer is hidden.
+  // The percentage is of the picture on show. False, with the picture and the step back as they were, when there is no
+  // memory for the result.
+  bool ResizePicture(qint16 Percent);
+  // One step back; a message box when there is none that can be read, and nothing while the viewer is hidden.
   void UndoPicture();
 
   // What the opening of the editor's window deletes: snapshot and last JPEG.
@@ -60,11 +61,14 @@ class ModPics {
 
  private:
   void SaveSnapshot();
+  bool LoadSnapshot();
+  // The scratch surface's image becomes the picture.
+  void TakeScratch();
   bool LoadIntoPic(const QString& path);
   void ShowSize(int width, int height);
   double EditorHeight() const { return FrPicEditHeight ? FrPicEditHeight() : 0; }
   void SayLoadingFailed();
 
   Program& program_;
-  QPointer<fBitmap> viewer_;
+  fBitmap& viewer_;
 };

@@ -18,4 +18,6 @@ class PictureNotices : public QObject {
   void LabCropSize(const QString& text);
   // The tool window is to go, if it is on show.
   void HideToolsRequested();
+  // Somebody has dropped a file on the picture.
+  void FileDropped(const QString& path);
 };

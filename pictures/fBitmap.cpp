@@ -1,10 +1,15 @@
 #include "fBitmap.h"
 
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 
 #include "CropBand.h"
+#include "DroppedFile.h"
 #include "Numbers.h"
+#include "ViewerScroll.h"
 
 namespace {
 
@@ -16,21 +21,53 @@ QString Whole(float length) {
   return QString::number(int(RoundEven(std::abs(length))));
 }
 
+QSize BorderOf(const QWidget& window) {
+  return window.frameGeometry().size() - window.size();
+}
+
 }  // namespace
 
 fBitmap::fBitmap()
     : ShellWindow(QStringLiteral("fBitmap"), QStringLiteral("Use This Picture?")),
       Pic(new Surface(QStringLiteral("Pic"), this)),
       PicX(new Surface(QStringLiteral("PicX"), this)),
-      band_(new CropBand(*Pic)) {
+      band_(new CropBand(*Pic)),
+      scroll_(new ViewerScroll(*Pic)) {
   // As a dialog it stays above the window to which the editor ties it.
   setWindowFlags(Qt::Dialog);
   setAttribute(Qt::WA_ShowWithoutActivating);
   Pic->setCursor(Qt::CrossCursor);
   PicX->hide();
   connect(Pic, &Surface::MouseDown, this, [this](Qt::MouseButton, QPoint at) { Pic_MouseDown(at); });
-  connect(Pic, &Surface::MouseMove, this, &fBitmap::Pic_MouseMove);
-  connect(Pic, &Surface::MouseUp, this, [this](Qt::MouseButton, QPoint at) { Pic_MouseUp(at); });
+  connect(Pic, &Surface::MouseMove, this, [this](QPoint at) {
+    Pic_MouseMove(at);
+    if (State.CropDragging) scroll_->Follow(at);
+  });
+  connect(scroll_, &ViewerScroll::Dragged, this, &fBitmap::Pic_MouseMove);
+  connect(Pic, &Surface::MouseUp, this, [this](Qt::MouseButton, QPoint at) {
+    scroll_->Stop();
+    Pic_MouseUp(at);
+  });
+}
+
+QSize fBitmap::Border() const {
+  if (const QSize own = BorderOf(*this); !own.isNull()) return own;
+  QSize border(0, 0);
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    if (window == this || !window->isVisible() || BorderOf(*window).isNull()) continue;
+    border = BorderOf(*window);
+    if (Owner() && window->windowHandle() == Owner()) break;
+  }
+  return border;
+}
+
+void fBitmap::TieTo(QWidget* owner) {
+  winId();
+  windowHandle()->setTransientParent(owner ? owner->window()->windowHandle() : nullptr);
+}
+
+QWindow* fBitmap::Owner() const {
+  return windowHandle() ? windowHandle()->transientParent() : nullptr;
 }
 
 void fBitmap::DrawBand(QPoint corner, QPoint opposite) {
@@ -73,4 +110,13 @@ void fBitmap::Pic_MouseUp(QPoint at) {
   }
   State.CropDragging = false;
   State.CropDefined = true;
+}
+
+void fBitmap::dragEnterEvent(QDragEnterEvent* event) {
+  if (!DroppedFile(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void fBitmap::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  emit Notices.FileDropped(DroppedFile(*event));
 }

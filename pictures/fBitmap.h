@@ -8,6 +8,8 @@
 #include "Surface.h"
 
 class CropBand;
+class QWindow;
+class ViewerScroll;
 
 class fBitmap : public ShellWindow {
   Q_OBJECT
@@ -22,16 +24,27 @@ class fBitmap : public ShellWindow {
   PictureState State;
   PictureNotices Notices;
 
-  // What the desktop adds to the content's size, in pixels; 0 until the window has been shown.
-  QSize Border() const { return frameGeometry().size() - size(); }
+  // What the desktop adds to the content's size, in pixels. Before the window has been shown it is taken to be what is
+  // added to another window on show, best to the one to which this is tied; 0 when there is none.
+  QSize Border() const;
+
+  // Ties the window to another one, above which it stays and on whose screen it opens; null sets it free.
+  void TieTo(QWidget* owner);
+  // That window, or null.
+  QWindow* Owner() const;
 
   // The crop rectangle's handlers; any button drags.
   void Pic_MouseDown(QPoint at);
   void Pic_MouseMove(QPoint at);
   void Pic_MouseUp(QPoint at);
 
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
  private:
   void DrawBand(QPoint corner, QPoint opposite);
 
   CropBand* const band_;
+  ViewerScroll* const scroll_;
 };

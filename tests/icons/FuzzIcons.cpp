@@ -22,6 +22,8 @@ QList<PictureSample> Samples() {
       {"icon of 32 bits", IconFileOf({BitmapImage(HalfRed(32), 32)})},
       {"several images",
        IconFileOf({BitmapImage(HalfRed(16), 4), BitmapImage(HalfRed(48), 8), BitmapImage(HalfRed(32), 24)})},
+      {"icon of 32 bits with an empty mask",
+       IconFileOf({BitmapImage(HalfRed(32), 32)}).chopped(128) + QByteArray(128, '\0')},
       {"icon as png", asPng + png}};
   for (const PictureSample& sample : PictureSamples())
     if (QByteArray(sample.name) == "bmp" || QByteArray(sample.name) == "gif") samples << sample;

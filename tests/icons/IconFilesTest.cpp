@@ -1,5 +1,6 @@
 #include "ModIcons2.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMimeData>
 
@@ -23,6 +24,21 @@ class IconFiles : public IconTest {
     quint32 number = 0;
     for (int i = length - 1; i >= 0; --i) number = number << 8 | quint8(bytes[at + i]);
     return number;
+  }
+  // Whose images are stored as PNG.
+  static QByteArray PngIcon(const QList<QImage>& pictures) {
+    QByteArray file(6 + 16 * pictures.size(), '\0');
+    file[2] = 1;
+    file[4] = char(pictures.size());
+    for (qsizetype at = 0; at < pictures.size(); ++at) {
+      const QByteArray png = EncodedPicture(pictures[at], "png");
+      const int entry = int(6 + 16 * at);
+      file[entry] = file[entry + 1] = char(pictures[at].width());
+      PutLittle(file, entry + 8, quint32(png.size()), 4);
+      PutLittle(file, entry + 12, quint32(file.size()), 4);
+      file += png;
+    }
+    return file;
   }
   static QImage Picture(int width, int height, QColor color = Qt::red) {
     QImage image(width, height, QImage::Format_RGB32);
@@ -250,7 +266,7 @@ TEST_F(IconFiles, TheEntrysOwnSizeMayBeWrong) {
 }
 
 TEST_F(IconFiles, AnIconWithoutAReadableMaskIsToldAndWhollySeeThrough) {
-  QByteArray cut = IconFileOf({BitmapImage(HalfRed(32), 32)});
+  QByteArray cut = IconFileOf({BitmapImage(HalfRed(32), 24)});
   cut.chop(64);
   PutLittle(cut, 14, quint32(cut.size() - 22), 4);
   Open(File("cut.ico", cut));
@@ -263,16 +279,99 @@ TEST_F(IconFiles, AnIconWithoutAReadableMaskIsToldAndWhollySeeThrough) {
   EXPECT_EQ(test_.Path("cut.ico"), editor_.IconFileName);
 }
 
-TEST_F(IconFiles, AnIconStoredAsPngHasNoMask) {
-  const QByteArray png = EncodedPicture(HalfRed(32), "png");
-  QByteArray file("\0\0\1\0\1\0\x20\x20\0\0\1\0\x20\0", 14);
-  file.resize(22);
-  PutLittle(file, 14, quint32(png.size()), 4);
-  PutLittle(file, 18, 22, 4);
-  Open(File("png.ico", file + png));
+// Today's icons: what is see-through tells their own transparency.
+TEST_F(IconFiles, AnIconStoredAsPngIsSeeThroughWhereNothingOfItIs) {
+  for (const int side : {32, 256}) {
+    EXPECT_TRUE(OpenImageOf(PngIcon({HalfRed(side)}))) << side;
+    EXPECT_EQ(QRect(16, 0, 16, 32), OpaqueRect()) << side;
+    EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(20, 20)) << side;
+    EXPECT_EQ(qRgb(0, 0, 0), Plane(planes_.Pic1Black).pixel(5, 5)) << side;
+  }
+  // Whatever is to be seen a little is there, on black.
+  QImage faint(32, 32, QImage::Format_ARGB32);
+  faint.fill(qRgba(255, 255, 255, 1));
+  faint.setPixel(0, 0, qRgba(0, 0, 0, 0));
+  EXPECT_TRUE(OpenImageOf(PngIcon({faint})));
+  EXPECT_EQ(1023, Opaque().size());
+  // One without transparency is opaque all over.
+  EXPECT_TRUE(OpenImageOf(PngIcon({Picture(256, 256)})));
+  EXPECT_EQ(1024, Opaque().size());
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(IconFiles, AnIconStoredAsPngCanBeSavedAndOpenedAgain) {
+  Open(File("png.ico", PngIcon({HalfRed(256)})));
+  const QList<QImage> before = AllPlanes();
+  const QByteArray saved = Saved();
+  EXPECT_EQ(766, saved.size());
+  EXPECT_TRUE(OpenImageOf(saved));
+  EXPECT_EQ(before, AllPlanes());
+}
+
+TEST_F(IconFiles, OfSeveralImagesThatOf32By32CountsThoughItIsAPng) {
+  EXPECT_TRUE(OpenImageOf(PngIcon({Picture(48, 48, Qt::blue), HalfRed(32), Picture(16, 16, Qt::blue)})));
+  ExpectHalfRed();
+}
+
+TEST_F(IconFiles, ADamagedPngIsNoIcon) {
+  QByteArray cut = PngIcon({HalfRed(32)});
+  cut.chop(30);
+  PutLittle(cut, 14, quint32(cut.size() - 22), 4);
+  Open(File("cut.ico", cut));
   EXPECT_EQ(QStringList{StringText(144)}, Messages());
-  EXPECT_TRUE(Opaque().isEmpty());
+  EXPECT_TRUE(IsBlank());
+}
+
+// An image of 32 bits whose mask says nothing, or isn't there, has its own transparency.
+TEST_F(IconFiles, AnIconOf32BitsWithAnEmptyMaskIsSeeThroughWhereNothingOfItIs) {
+  constexpr int maskBytes = 128;
+  QByteArray empty = IconFileOf({BitmapImage(HalfRed(32), 32)});
+  empty.replace(empty.size() - maskBytes, maskBytes, QByteArray(maskBytes, '\0'));
+  EXPECT_TRUE(OpenImageOf(empty));
+  ExpectHalfRed();
+  QByteArray missing = empty.chopped(maskBytes);
+  PutLittle(missing, 14, quint32(missing.size() - 22), 4);
+  EXPECT_TRUE(OpenImageOf(missing));
+  ExpectHalfRed();
+}
+
+TEST_F(IconFiles, AMaskThatSaysSomethingCountsMoreThanTheTransparency) {
+  constexpr int maskBytes = 128;
+  QByteArray file = IconFileOf({BitmapImage(HalfRed(32), 32)});
+  // The lowest row alone is see-through, the right half of whose pixels has colours.
+  file.replace(file.size() - maskBytes, maskBytes, QByteArray(4, '\xFF') + QByteArray(maskBytes - 4, '\0'));
+  EXPECT_TRUE(OpenImageOf(file));
+  EXPECT_EQ(QRect(0, 0, 32, 31), OpaqueRect());
+}
+
+// As some programs leave it.
+TEST_F(IconFiles, AnUnusedTransparencyMakesNothingSeeThrough) {
+  constexpr int headers = 22 + 40;
+  QByteArray file = IconFileOf({BitmapImage(HalfRed(32), 32)});
+  for (int pixel = 0; pixel < 1024; ++pixel) file[headers + 4 * pixel + 3] = '\0';
+  EXPECT_TRUE(OpenImageOf(file));
+  ExpectHalfRed();
+  file.replace(file.size() - 128, 128, QByteArray(128, '\0'));
+  EXPECT_TRUE(OpenImageOf(file));
+  EXPECT_EQ(1024, Opaque().size());
   EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(20, 20));
+}
+
+TEST_F(IconFiles, AnIconOfVeryManyEntriesIsOpenedAtOnce) {
+  constexpr int entries = 65'535, directory = 6, entry = 16, padding = 1'000'000;
+  const QByteArray one = IconFileOf({BitmapImage(HalfRed(48), 8)});
+  QByteArray icon = one.left(directory);
+  PutLittle(icon, 4, entries, 2);
+  QByteArray pointer = one.mid(directory, entry);
+  // Each of them long, and none of the wanted size.
+  PutLittle(pointer, 8, quint32(one.size() - directory - entry + padding), 4);
+  PutLittle(pointer, 12, directory + entry * entries, 4);
+  icon += pointer.repeated(entries) + one.mid(directory + entry) + QByteArray(padding, 'x');
+  QElapsedTimer timer;
+  timer.start();
+  EXPECT_TRUE(OpenImageOf(icon));
+  EXPECT_EQ(QRect(16, 0, 16, 32), OpaqueRect());
+  EXPECT_LT(timer.elapsed(), 5000);
 }
 
 // Meant in HasIconSuffix: a name that ends in "ico" without a dot is opened as an icon.

@@ -4,9 +4,12 @@
 #include <QCloseEvent>
 #include <QFile>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMenuBar>
 #include <QTest>
+#include <QToolTip>
+#include <QWindow>
 
 #include "IconBytes.h"
 #include "IconFixture.h"
@@ -49,6 +52,59 @@ TEST_F(IconWindow, ControlsHaveTheirCaptionsAndTips) {
   EXPECT_FALSE(UndoEnabled());
   EXPECT_TRUE(editor_.OpW[0]->isChecked());
   EXPECT_EQ("Icon Editor", Title());
+}
+
+TEST_F(IconWindow, ColorsAndArrowsTellTheirNames) {
+  const QStringList arrows = {"right", "down", "left", "up"};
+  for (int index = 0; index < 4; ++index) EXPECT_EQ(arrows[index], editor_.bMoveIm[std::size_t(index)]->toolTip());
+  EXPECT_EQ("Black", editor_.PCols[Black]->toolTip());
+  EXPECT_EQ("Dark red", editor_.PCols[DarkRed]->toolTip());
+  EXPECT_EQ("Yellow", editor_.PCols[Yellow]->toolTip());
+  QSet<QString> names;
+  for (const Swatch* box : editor_.PCols) names << box->toolTip();
+  EXPECT_EQ(16, names.size());
+}
+
+TEST_F(IconWindow, TheWorkAreaTellsWhichCellThePointerIsOn) {
+  const auto tip = [this](QPoint at) {
+    QHelpEvent event(QEvent::ToolTip, at, planes_.PicBig->mapToGlobal(at));
+    QApplication::sendEvent(planes_.PicBig, &event);
+    return QToolTip::text();
+  };
+  EXPECT_EQ("column 1, row 1", tip({0, 0}));
+  EXPECT_EQ("column 32, row 32", tip({223, 223}));
+  EXPECT_EQ("column 6, row 13", tip(InCell({5, 12})));
+  // The cell that a click there would draw in.
+  UseColor(Red);
+  for (int y = 0; y < 224; y += 5) {
+    const QPoint at(3 * y % 224, y);
+    editor_.ClearImage();
+    Press(at);
+    Release(at);
+    ASSERT_EQ(1, Opaque().size());
+    const QPoint cell = Opaque()[0] + QPoint(1, 1);
+    EXPECT_EQ(QStringLiteral("column %1, row %2").arg(cell.x()).arg(cell.y()), tip(at));
+  }
+  QToolTip::hideText();
+}
+
+TEST_F(IconWindow, AnArrowThatIsHeldDownGoesOnMoving) {
+  UseColor(Red);
+  Drag({0, 0}, {0, 0});
+  QTest::mousePress(editor_.bMoveIm[0], Qt::LeftButton);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return OpaqueRect().x() >= 3; }));
+  QTest::mouseRelease(editor_.bMoveIm[0], Qt::LeftButton);
+  const QRect before = OpaqueRect();
+  QTest::mouseClick(editor_.bMoveIm[2], Qt::LeftButton);
+  EXPECT_EQ(before.translated(-1, 0), OpaqueRect());
+}
+
+TEST_F(IconWindow, TheTitleShowsAPathAsItIs) {
+  const QString path = IconPath("odd [*].ico");
+  Open(path);
+  EXPECT_EQ("Icon Editor - " + path, editor_.windowHandle()->title());
+  SaveAs(test_.Path("new [*].ico"));
+  EXPECT_EQ("Icon Editor - " + test_.Path("new [*].ico"), editor_.windowHandle()->title());
 }
 
 TEST_F(IconWindow, MenusHaveTheirEntries) {

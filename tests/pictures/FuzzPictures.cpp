@@ -1,4 +1,5 @@
 #include "FuzzFiles.h"
+#include "PictureBounds.h"
 #include "ReadPicture.h"
 
 // Broken picture files under the sanitizers. Whatever is done to a file, it gives no picture or one within the bounds.

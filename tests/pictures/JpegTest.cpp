@@ -10,10 +10,9 @@ class Jpeg : public PicturesTest {
  protected:
   bool Save(const char* name = "out.jpg") { return pics_.NView.SavePictureAsJpeg(test_.Path(name)); }
   // As the editor's window does it, which sets the flag whatever came out.
-  bool Compress(qint16 quality) {
-    const bool good = pics_.NView.CompressPicture(quality);
+  void Compress(qint16 quality) {
+    EXPECT_TRUE(pics_.NView.CompressPicture(quality));
     state_.JpegCurrent = true;
-    return good;
   }
   QByteArray Saved(const char* name = "out.jpg") const { return FileBytes(test_.Path(name)); }
   // The JPEG that a picture gives at a quality.
@@ -79,14 +78,13 @@ TEST_F(Jpeg, CompressingLeavesTheFlagToItsCaller) {
   EXPECT_FALSE(state_.JpegCurrent);
 }
 
-TEST_F(Jpeg, ACompressThatFailsIsSilentAndUndoBringsThePictureBack) {
+TEST_F(Jpeg, ACompressThatFailsIsSilentAndKeepsThePicture) {
   Open(60, 40);
   Block("cvtemp.jpg");
   EXPECT_FALSE(pics_.NView.CompressPicture(50));
   EXPECT_EQ("-", tJSz_);
   EXPECT_TRUE(Messages().isEmpty());
-  // The picture is gone from view, and Undo has it.
-  EXPECT_TRUE(viewer_.Pic->Picture().isNull());
+  EXPECT_EQ(PlacePicture(60, 40), Shown());
   pics_.UndoPicture();
   EXPECT_EQ(PlacePicture(60, 40), Shown());
 }
@@ -146,17 +144,6 @@ TEST_F(Jpeg, AfterSavingAnewUndoBringsBackTheSamePicture) {
   EXPECT_TRUE(Messages().isEmpty());
 }
 
-TEST_F(Jpeg, CompressOneOpenAnotherSaveWritesTheFirst) {
-  OpenOneColor("a.bmp", Qt::red);
-  Compress(80);
-  const QByteArray first = FileBytes(Scratch("cvtemp.jpg"));
-  OpenOneColor("b.bmp", Qt::green);
-  EXPECT_TRUE(state_.JpegCurrent);
-  EXPECT_TRUE(Save());
-  EXPECT_EQ(first, Saved());
-  EXPECT_EQ(QColor(Qt::green), PixelShown(0, 0));
-}
-
 TEST_F(Jpeg, ResizeAfterCompressIsSavedAnewAndNotFromTheStaleFile) {
   Open(200, 150);
   Compress(30);
@@ -199,6 +186,38 @@ TEST_F(Jpeg, TheOldFileIsDeletedAndNotWrittenOver) {
   }
 }
 
+TEST_F(Jpeg, ASaveThatFailsKeepsTheOldFile) {
+  Open(60, 40);
+  ASSERT_TRUE(PutFile(test_.Path("out.jpg"), "old"));
+  // Without a snapshot there is nothing to be made into a JPEG.
+  Block("cvtemp.bmp");
+  tJSz_ = "untouched";
+  EXPECT_FALSE(Save());
+  EXPECT_EQ("old", Saved());
+  EXPECT_EQ("untouched", tJSz_);
+  EXPECT_EQ(PlacePicture(60, 40), Shown());
+}
+
+TEST_F(Jpeg, ASaveLeavesNothingElseBesideTheFile) {
+  Open(60, 40);
+  const QDir folder(test_.Path(""));
+  const QStringList before = folder.entryList(QDir::Files | QDir::Hidden);
+  EXPECT_TRUE(Save());
+  EXPECT_EQ(before + QStringList{"out.jpg"}, folder.entryList(QDir::Files | QDir::Hidden));
+  ASSERT_TRUE(QFile::remove(Scratch("cvtemp.bmp")));
+  Block("cvtemp.bmp");
+  EXPECT_FALSE(Save("second.jpg"));
+  EXPECT_EQ(before + QStringList{"out.jpg"}, folder.entryList(QDir::Files | QDir::Hidden));
+}
+
+TEST_F(Jpeg, SavingOverTheLastJpegItselfMakesItAnew) {
+  Open(60, 40);
+  Compress(10);
+  const QImage shown = Shown();
+  EXPECT_TRUE(pics_.NView.SavePictureAsJpeg(Scratch("cvtemp.jpg")));
+  EXPECT_EQ(Made(shown, 100), FileBytes(Scratch("cvtemp.jpg")));
+}
+
 TEST_F(Jpeg, SavingWhereNothingCanBeWrittenFails) {
   Open(60, 40);
   state_.JpegCurrent = true;
@@ -226,15 +245,44 @@ TEST_F(Jpeg, ABandOnShowGoesIntoTheJpeg) {
 }
 
 TEST_F(Jpeg, WhatIsSeeThroughIsSavedOnWhite) {
+  const QString path = test_.Path("out.jpg");
   for (const bool seeThrough : {true, false}) {
     ASSERT_TRUE(pics_.OpenPictureFile(File("a.gif", GifFile(20, 20, {GifColor::Red}, seeThrough))));
-    EXPECT_EQ(QColor(seeThrough ? Qt::white : Qt::red), PixelShown(10, 10));
-    EXPECT_TRUE(Save());
-    const QColor saved = ReadPicture(test_.Path("out.jpg")).pixelColor(10, 10);
+    ASSERT_TRUE(!QFile::exists(path) || QFile::remove(path));
+    ASSERT_TRUE(Save());
+    const QColor saved = ReadPicture(path).pixelColor(10, 10);
     EXPECT_GT(saved.red(), 250);
     EXPECT_EQ(seeThrough, saved.green() > 250) << saved.green();
     EXPECT_EQ(seeThrough, saved.blue() > 250) << saved.blue();
   }
+}
+
+// Of the stripes of a drawing nothing runs into its neighbours.
+TEST_F(Jpeg, AtQuality100EachPixelKeepsItsOwnColor) {
+  QImage stripes(64, 64, QImage::Format_RGB32);
+  for (int y = 0; y < 64; ++y)
+    for (int x = 0; x < 64; ++x) stripes.setPixelColor(x, y, x % 2 == 0 ? Qt::red : Qt::blue);
+  const auto red = [&](qint16 quality) { return PictureFromBytes(Made(stripes, quality)).pixelColor(31, 20); };
+  EXPECT_LT(red(100).red(), 10);
+  EXPECT_GT(red(100).blue(), 245);
+  // Below that they are mixed, as in every photo.
+  EXPECT_GT(red(99).red(), 50);
+}
+
+TEST_F(Jpeg, TheResolutionIsKept) {
+  QImage image = PlacePicture(30, 20);
+  image.setDotsPerMeterX(11800);
+  image.setDotsPerMeterY(5900);
+  const QImage made = PictureFromBytes(Made(image, 90));
+  EXPECT_EQ(11800, made.dotsPerMeterX());
+  EXPECT_EQ(5900, made.dotsPerMeterY());
+}
+
+TEST_F(Jpeg, NoSideIsLongerThanAJpegCanHave) {
+  QImage strip(65'501, 2, QImage::Format_RGB32);
+  strip.fill(Qt::blue);
+  EXPECT_EQ("<missing>", Made(strip, 90));
+  EXPECT_EQ(QSize(65'500, 2), PictureFromBytes(Made(strip.copy(0, 0, 65'500, 2), 90)).size());
 }
 
 }  // namespace

@@ -151,7 +151,9 @@ TEST_F(OtherPrograms, TheJpegLibrarysOwnToolMakesTheSameFile) {
   Run("convert", Drawing("333x217") + QStringList{"-type", "truecolor", "BMP3:a.bmp"});
   for (const int quality : {30, 75, 95, 100}) {
     pics_.NView.MakeJpeg(test_.Path("a.bmp"), test_.Path("ours.jpg"), qint16(quality));
-    Run("cjpeg", {"-quality", QString::number(quality), "-outfile", "theirs.jpg", "a.bmp"});
+    // The full colours at the best quality.
+    Run("cjpeg", {"-quality", QString::number(quality), "-sample", quality == 100 ? "1x1" : "2x2", "-outfile",
+                  "theirs.jpg", "a.bmp"});
     EXPECT_EQ(PictureOf(Run("djpeg", {"-ppm", "theirs.jpg"})), PictureOf(Run("djpeg", {"-ppm", "ours.jpg"})))
         << quality;
   }
@@ -164,7 +166,9 @@ TEST_F(OtherPrograms, TheirCutAndBentFilesAreToldOrShown) {
     for (const qsizetype length : {qsizetype(1), qsizetype(10), whole.size() / 2, whole.size() - 2}) {
       Choose(File("cut", whole.left(length)));
       const QStringList told = TakeMessages();
-      EXPECT_TRUE(told == QStringList{"Error loading image file."}) << name << ' ' << length;
+      // A JPEG whose end alone is missing is shown.
+      const bool isShown = name == std::string("a.jpg") && length == whole.size() - 2;
+      EXPECT_EQ(isShown ? QStringList() : QStringList{"Error loading image file."}, told) << name << ' ' << length;
     }
   }
 }

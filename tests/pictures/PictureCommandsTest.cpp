@@ -166,6 +166,22 @@ TEST_F(PictureCommands, AResizedPictureIsNoLongerTheLastJpeg) {
   EXPECT_EQ(JpegOf(shown, 100), FileBytes(test_.Path("out.jpg")));
 }
 
+// There is no word of its own for it.
+TEST_F(PictureCommands, APercentageForWhichThereIsNoMemoryIsToldAndChangesNothing) {
+  ChoosePicture(1000, 800);
+  Compress("50");
+  const QImage shown = Shown();
+  const QStringList before = ReadOuts();
+  const QByteArray snapshot = FileBytes(Scratch("cvtemp.bmp"));
+  Resize("32767");
+  ExpectBox("Must be a number greater than 10 and not 100.");
+  EXPECT_EQ(shown, Shown());
+  EXPECT_EQ(before, ReadOuts());
+  EXPECT_EQ(snapshot, FileBytes(Scratch("cvtemp.bmp")));
+  EXPECT_TRUE(state_.JpegCurrent);
+  EXPECT_FALSE(window_.Busy);
+}
+
 // --- compressing
 
 TEST_F(PictureCommands, QualitiesFrom5To100Compress) {
@@ -287,7 +303,7 @@ TEST_F(PictureCommands, ClosingHidesTheViewerToo) {
     EXPECT_FALSE(viewer_.isVisible());
     EXPECT_FALSE(IsOnTop());
     // Tied to a window that is gone the tool panel's picture wouldn't show.
-    EXPECT_EQ(nullptr, viewer_.windowHandle()->transientParent());
+    EXPECT_EQ(nullptr, viewer_.Owner());
     EXPECT_FALSE(Has("qktemp.bmp"));
     EXPECT_EQ(before, ReadOuts());
   }

@@ -1,4 +1,7 @@
 #include <QCloseEvent>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QTest>
 
 #include "PictureWindowFixture.h"
@@ -108,7 +111,7 @@ TEST_F(PictureOpenSave, DamagedAndMislabelledFilesAreToldAndHugeOnesToo) {
   const std::pair<const char*, QByteArray> files[] = {
       {"empty.jpg", ""},
       {"text.gif", "no picture"},
-      {"cut.jpg", whole.left(whole.size() / 2)},
+      {"cut.jpg", whole.left(whole.size() / 8)},
       {"cut.bmp", EncodedPicture(PlacePicture(20, 15), "bmp").chopped(1)},
       {"huge.bmp", huge},
       {"wrong.ico", QByteArray("\0\0\1\0\1\0", 6)},
@@ -275,18 +278,112 @@ TEST_F(PictureOpenSave, AFailedSaveIsToldBeforeTheViewerComesBack) {
   EXPECT_FALSE(window_.Busy);
 }
 
-// Meant in FPic::OnGetPic: the last JPEG still counts as the picture on show when another one has been opened: saving
-// writes the first.
-TEST_F(PictureOpenSave, CompressOneOpenAnotherAndSaveWritesTheFirst) {
+TEST_F(PictureOpenSave, CompressOneOpenAnotherAndSaveWritesTheOther) {
   ChooseOneColor("a.bmp", Qt::red);
   Compress("80");
-  const QByteArray first = FileBytes(Scratch("cvtemp.jpg"));
   ChooseOneColor("b.bmp", Qt::green);
-  EXPECT_TRUE(state_.JpegCurrent);
-  Save(test_.Path("out.jpg"));
-  EXPECT_EQ(first, FileBytes(test_.Path("out.jpg")));
-  EXPECT_EQ(QColor(Qt::green), PixelShown(0, 0));
   EXPECT_FALSE(state_.JpegCurrent);
+  const QImage shown = Shown();
+  Save(test_.Path("out.jpg"));
+  EXPECT_EQ(JpegOf(shown, 100), FileBytes(test_.Path("out.jpg")));
+  EXPECT_EQ(QColor(Qt::green), PixelShown(0, 0));
+}
+
+TEST_F(PictureOpenSave, AnOpenThatCameToNothingLeavesTheLastJpegAsThePicture) {
+  ChooseOneColor("a.bmp", Qt::red);
+  Compress("80");
+  Choose("");
+  EXPECT_TRUE(state_.JpegCurrent);
+  Choose(test_.Path("missing.bmp"));
+  EXPECT_TRUE(state_.JpegCurrent);
+}
+
+TEST_F(PictureOpenSave, AFailedSaveKeepsTheOldFile) {
+  ChoosePicture(100, 80);
+  // A folder in a file's place stops whoever wants to write it.
+  ASSERT_TRUE(QDir().mkpath(Scratch("cvtemp.bmp") + "/x"));
+  const QString path = File("out.jpg", "old");
+  Save(path, {MessageAnswer::Ok});
+  EXPECT_EQ((QStringList{"File exists. Replace it?", "Error saving file."}), TakeMessages());
+  EXPECT_EQ("old", FileBytes(path));
+  EXPECT_EQ(PlacePicture(100, 80), Shown());
+  EXPECT_TRUE(viewer_.isVisible());
+}
+
+// The click waits until messages run, which they do while a JPEG is made.
+TEST_F(PictureOpenSave, CloseWhileAJpegIsMadeClosesThePictureToo) {
+  for (QPushButton* button : {window_.bClosePicEdit, window_.bCloseIm}) {
+    window_.Open();
+    ChoosePicture(100, 80);
+    // Behind the dialog, and before the pass of messages.
+    Dialogs().WhileShown = [&] { QMetaObject::invokeMethod(button, &QPushButton::click, Qt::QueuedConnection); };
+    Save(test_.Path("out.jpg"), {MessageAnswer::Ok});
+    Dialogs().WhileShown = nullptr;
+    EXPECT_EQ(button == window_.bCloseIm, window_.isVisible());
+    EXPECT_FALSE(viewer_.isVisible());
+    EXPECT_FALSE(IsOnTop());
+    EXPECT_FALSE(window_.Busy);
+    EXPECT_TRUE(QFile::exists(test_.Path("out.jpg")));
+    EXPECT_EQ(nullptr, button == window_.bCloseIm ? nullptr : viewer_.Owner());
+  }
+}
+
+// --- dropping a file
+
+class PictureDrop : public PictureWindowTest {
+ protected:
+  // Drags the files over a window and lets them go; tells whether it would take them.
+  bool Drop(QWidget& window, const QList<QUrl>& files) {
+    QMimeData data;
+    data.setUrls(files);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&window, &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &drop);
+    QApplication::processEvents();
+    return true;
+  }
+};
+
+TEST_F(PictureDrop, AFileThatIsDroppedIsOpenedLikeAChosenOne) {
+  const QString first = File("a.bmp", EncodedPicture(PlacePicture(60, 40), "bmp"));
+  const QString second = File("b c.bmp", EncodedPicture(PlacePicture(30, 20), "bmp"));
+  EXPECT_TRUE(Drop(window_, {QUrl::fromLocalFile(first)}));
+  EXPECT_EQ(PlacePicture(60, 40), Shown());
+  EXPECT_EQ(first, Caption());
+  EXPECT_TRUE(IsOnTop());
+  Drag({10, 10}, {30, 30});
+  state_.JpegCurrent = true;
+  // And on the picture, which lies over the editor.
+  EXPECT_TRUE(Drop(viewer_, {QUrl::fromLocalFile(second)}));
+  EXPECT_EQ(PlacePicture(30, 20), Shown());
+  EXPECT_FALSE(state_.CropDefined);
+  EXPECT_FALSE(state_.JpegCurrent);
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(PictureDrop, OnlyOneFileOfThisMachineIsTaken) {
+  EXPECT_FALSE(Drop(window_, {QUrl("https://example.org/a.jpg")}));
+  EXPECT_FALSE(Drop(window_, {QUrl::fromLocalFile("/a.jpg"), QUrl::fromLocalFile("/b.jpg")}));
+  EXPECT_FALSE(Drop(window_, {}));
+  EXPECT_TRUE(Drop(window_, {QUrl::fromLocalFile(File("text.jpg", "no picture"))}));
+  ExpectBox("Error loading image file.");
+}
+
+TEST_F(PictureDrop, WhileACommandRunsOrTheEditorIsClosedNothingIsOpened) {
+  const QString path = File("a.bmp", EncodedPicture(PlacePicture(60, 40), "bmp"));
+  window_.Busy = true;
+  Drop(window_, {QUrl::fromLocalFile(path)});
+  EXPECT_FALSE(viewer_.isVisible());
+  window_.Busy = false;
+  window_.bClosePicEdit->click();
+  EXPECT_FALSE(viewer_.acceptDrops());
+  Drop(viewer_, {QUrl::fromLocalFile(path)});
+  EXPECT_FALSE(viewer_.isVisible());
+  window_.Open();
+  EXPECT_TRUE(viewer_.acceptDrops());
 }
 
 TEST_F(PictureOpenSave, SavingRemovesTheSnapshotSoUndoHasNothingAfterACopy) {

@@ -120,16 +120,54 @@ TEST_F(PictureOps, ResizeToNothingLeavesNoPictureUntilUndone) {
   EXPECT_EQ("4", tWd_);
 }
 
-TEST_F(PictureOps, AResultTooLargeToBeHeldLeavesThePicture) {
+TEST_F(PictureOps, AResultTooLargeToBeHeldLeavesThePictureAndTheStepBack) {
   Open(1000, 800);
+  EXPECT_TRUE(pics_.ResizePicture(50));
+  const QImage half = Shown();
+  const QByteArray snapshot = FileBytes(Scratch("cvtemp.bmp"));
   const int before = notices_;
-  for (const qint16 percent : {qint16(32767), qint16(1000)}) {
-    pics_.ResizePicture(percent);
-    EXPECT_EQ(PlacePicture(1000, 800), Shown());
-    EXPECT_EQ(before, notices_);
-  }
+  EXPECT_FALSE(pics_.ResizePicture(32767));
+  EXPECT_EQ(half, Shown());
+  EXPECT_EQ(before, notices_);
+  EXPECT_EQ(snapshot, FileBytes(Scratch("cvtemp.bmp")));
   pics_.UndoPicture();
   EXPECT_EQ(PlacePicture(1000, 800), Shown());
+}
+
+// Beyond what a window system counts with in 16 bits.
+TEST_F(PictureOps, AVeryLongStripIsResizedCroppedAndTakenBack) {
+  Open(1000, 2);
+  EXPECT_TRUE(pics_.ResizePicture(7000));
+  EXPECT_EQ("70000", tWd_);
+  EXPECT_EQ(QSize(70'000, 140), Shown().size());
+  EXPECT_EQ(QColor(qRgb(999 % 256, 1, 48)), PixelShown(69'990, 139));
+  const QImage whole = Shown();
+  Drag({65'000, 10}, {69'000, 60});
+  EXPECT_EQ(QColor(whole.pixel(66'000, 10) ^ 0xFFFFFF), PixelShown(66'000, 10));
+  pics_.CropPicture();
+  EXPECT_EQ(whole.copy(65'000, 10, 4000, 50), Shown());
+  pics_.UndoPicture();
+  EXPECT_EQ(whole, Shown());
+}
+
+// Anything can have happened to a file on the disk.
+TEST_F(PictureOps, ASnapshotThatCantBeReadIsNoStepBack) {
+  Open(100, 80);
+  pics_.ResizePicture(50);
+  const QImage half = Shown();
+  QFile file(Scratch("cvtemp.bmp"));
+  ASSERT_TRUE(file.resize(file.size() - 100));
+  pics_.UndoPicture();
+  EXPECT_EQ(QStringList{"Only one level of undo."}, Messages());
+  EXPECT_EQ(half, Shown());
+  EXPECT_EQ("50", tWd_);
+}
+
+TEST_F(PictureOps, WhatTheScratchSurfaceMadeIsNotKeptTwice) {
+  Open(100, 80);
+  pics_.ResizePicture(50);
+  EXPECT_TRUE(viewer_.PicX->Picture().isNull());
+  EXPECT_FALSE(viewer_.PicX->HasDrawings());
 }
 
 TEST_F(PictureOps, UndoGivesBackWhatWas) {

@@ -22,7 +22,7 @@ TEST_F(PictureWindow, EveryButtonHasItsCaptionAndTip) {
   const Row rows[] = {
       {w.bClosePicEdit, "bClosePicEdit", "Close", "Close Picture Editor", w.Frame2},
       {w.bSaveJPG, "bSaveJPG", "Save as JPG", "Save image as JPG file.", w.Frame2},
-      {w.bGetPic, "bGetPic", "Open File", "Open picture file for conversion to JPG.", w.Frame2},
+      {w.bGetPic, "bGetPic", "Open File", "Open picture file for conversion to JPG.", w.FrPicEdit},
       {w.bCloseIm, "bCloseIm", "Close Image Window", "Close Image Window.", w.Frame1},
       {w.bResize, "bResize", "Resize", "Resize image.", w.FrPicOps},
       {w.bUnDo, "bUnDo", "Undo", "Undo last operation.", w.FrPicOps},
@@ -133,17 +133,6 @@ TEST_F(PictureWindow, TheViewerLeavesTheFrameFree) {
   Resize("25");
   const int whole = 300 + viewer_.Border().height();
   EXPECT_NEAR((768 - frame - whole) / 2.0, viewer_.y(), 0.5);
-}
-
-TEST_F(PictureWindow, WhenItIsGoneNothingIsLeftFree) {
-  ModPics pics(test_.program, viewer_);
-  {
-    FPic window(test_.program);
-    window.SetPictures(pics, viewer_);
-    EXPECT_LT(0, pics.FrPicEditHeight());
-  }
-  EXPECT_EQ(0, pics.FrPicEditHeight());
-  emit viewer_.Notices.tWd("1");
 }
 
 TEST_F(PictureWindow, ThePicturesNumbersShow) {

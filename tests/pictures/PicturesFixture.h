@@ -16,7 +16,7 @@
 class PicturesTest : public ::testing::Test {
  protected:
   PicturesTest() {
-    pics_.ScreenSize = [] { return QSize(1024, 768); };
+    pics_.Screen = [] { return QRect(0, 0, 1024, 768); };
     pics_.FrPicEditHeight = [] { return 1500.0; };
     const auto keep = [this](auto signal, QString& text) {
       QObject::connect(&viewer_.Notices, signal, &viewer_, [this, &text](const QString& told) {

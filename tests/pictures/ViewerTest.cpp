@@ -8,7 +8,7 @@ namespace {
 class Viewer : public PicturesTest {
  protected:
   // What the platform puts around a window that has been shown.
-  QSize Border() const { return viewer_.frameGeometry().size() - viewer_.size(); }
+  static QSize BorderOf(const QWidget& window) { return window.frameGeometry().size() - window.size(); }
 };
 
 TEST_F(Viewer, IsMadeHiddenWithItsSurfaces) {
@@ -63,7 +63,7 @@ TEST_F(Viewer, AWindowCutByWidthDoesNotCountAsCropped) {
 
 TEST_F(Viewer, ExactlyNineTenthsOfTheScreenAndExactlyTheFreeHeightAreNoCuts) {
   // 900 pixels are exactly 90 percent of this one.
-  pics_.ScreenSize = [] { return QSize(1000, 768); };
+  pics_.Screen = [] { return QRect(0, 0, 1000, 768); };
   EXPECT_FALSE(pics_.SizeViewer(900, 668, 1500, "caption"));
   EXPECT_EQ("caption", Caption());
   EXPECT_EQ(QSize(900, 668), viewer_.size());
@@ -79,11 +79,50 @@ TEST_F(Viewer, BothCutsTogether) {
   EXPECT_EQ(QPoint(51, 27), viewer_.pos());
 }
 
-TEST_F(Viewer, TheBorderCountsOnceTheWindowHasBeenShown) {
+TEST_F(Viewer, OnAScreenBesideAnotherItStandsOnThatOne) {
+  pics_.Screen = [] { return QRect(1920, -200, 1024, 768); };
+  EXPECT_FALSE(pics_.SizeViewer(200, 100, 1500, "caption"));
+  EXPECT_EQ(QPoint(1920 + (1024 - 200) / 2, -200 + (668 - 100) / 2), viewer_.pos());
+  EXPECT_TRUE(pics_.SizeViewer(5000, 5000, 1500, "caption"));
+  EXPECT_EQ(QSize(922, 668), viewer_.size());
+  EXPECT_EQ(QPoint(1920 + 51, -200 + 27), viewer_.pos());
+}
+
+TEST_F(Viewer, TheScreenIsThatOfItsOwner) {
+  ModPics pics(test_.program, viewer_);
+  EXPECT_EQ(QGuiApplication::primaryScreen()->geometry(), pics.Screen());
+  QWidget owner;
+  owner.winId();
+  viewer_.TieTo(&owner);
+  EXPECT_EQ(owner.windowHandle(), viewer_.Owner());
+  EXPECT_EQ(owner.screen()->geometry(), pics.Screen());
+  viewer_.TieTo(nullptr);
+  EXPECT_EQ(nullptr, viewer_.Owner());
+}
+
+TEST_F(Viewer, ACaptionShowsAPathAsItIs) {
+  const QString path = File("odd [*] name.bmp", EncodedPicture(PlacePicture(20, 10), "bmp"));
+  EXPECT_TRUE(pics_.OpenPictureFile(path));
+  // What the window library makes of the caption.
+  EXPECT_EQ(path, viewer_.windowHandle()->title());
+}
+
+// The first picture of a run is sized like all others.
+TEST_F(Viewer, TheBorderOfAnotherWindowCountsUntilTheWindowHasBeenShown) {
   EXPECT_EQ(QSize(0, 0), viewer_.Border());
+  QWidget other;
+  other.show();
+  QApplication::processEvents();
+  ASSERT_LT(0, BorderOf(other).height());
+  EXPECT_EQ(BorderOf(other), viewer_.Border());
+  EXPECT_TRUE(pics_.SizeViewer(200, 768 - BorderOf(other).height() + 1, 0, "caption"));
+  EXPECT_EQ(768 - BorderOf(other).height(), viewer_.height());
+}
+
+TEST_F(Viewer, TheBorderCounts) {
   Open(200, 100);
   QApplication::processEvents();
-  const QSize border = Border();
+  const QSize border = BorderOf(viewer_);
   pics_.SizeViewer(200, 100, 0, "caption");
   EXPECT_EQ(QSize(200, 100), viewer_.size());
   EXPECT_EQ((1024 - 200 - border.width()) / 2, viewer_.x());
@@ -170,9 +209,10 @@ TEST_F(Viewer, AFileThatIsNoPictureIsTold) {
 }
 
 TEST_F(Viewer, APictureBombIsToldAsAnyBadFile) {
-  QImage bomb(30'000, 2, QImage::Format_Mono);
-  bomb.fill(0);
-  EXPECT_FALSE(pics_.OpenPictureFile(File("bomb.bmp", EncodedPicture(bomb, "bmp"))));
+  QByteArray bomb = GifFile(2, 2, {GifColor::Red});
+  PutLittle(bomb, 6, 0xFFFF, 2);
+  PutLittle(bomb, 8, 0xFFFF, 2);
+  EXPECT_FALSE(pics_.OpenPictureFile(File("bomb.gif", bomb)));
   EXPECT_EQ(QStringList{"Error loading image file."}, Messages());
   EXPECT_FALSE(viewer_.isVisible());
 }
@@ -186,7 +226,7 @@ TEST_F(Viewer, TheToolPanelGetsTheNumbersOfItsPicture) {
   EXPECT_EQ(175, got->SizeKb);
   EXPECT_EQ(path, Caption());
   EXPECT_EQ(PlacePicture(300, 200), Shown());
-  EXPECT_EQ((768 - 200 - 200) / 2, viewer_.y());
+  EXPECT_EQ((768 - 200 - 200 - viewer_.Border().height()) / 2, viewer_.y());
   EXPECT_TRUE(viewer_.isVisible());
   EXPECT_FALSE(viewer_.windowFlags() & Qt::WindowStaysOnTopHint);
   EXPECT_EQ(0, notices_);
@@ -231,40 +271,6 @@ TEST_F(Viewer, AnOpenedFileKeepsItsAttributes) {
   ASSERT_TRUE(test_.platform.attributes.Set(path, AttributeReadOnly));
   EXPECT_TRUE(pics_.OpenPictureFile(path));
   EXPECT_EQ(AttributeReadOnly, test_.platform.attributes.Get(path).value_or(0) & AttributeReadOnly);
-}
-
-TEST_F(Viewer, WhenItIsGoneNothingIsDone) {
-  auto viewer = std::make_unique<fBitmap>();
-  ModPics pics(test_.program, *viewer);
-  viewer.reset();
-  EXPECT_FALSE(pics.OpenPictureFile("x"));
-  EXPECT_FALSE(pics.LoadPictureFile("x", 0));
-  EXPECT_FALSE(pics.SizeViewer(1, 1, 0, ""));
-  EXPECT_FALSE(pics.NView.CompressPicture(50));
-  EXPECT_FALSE(pics.NView.SavePictureAsJpeg(test_.Path("x.jpg")));
-  pics.CropPicture();
-  pics.ResizePicture(50);
-  pics.UndoPicture();
-  pics.HideViewer();
-  EXPECT_TRUE(Messages().isEmpty());
-}
-
-// The program may end while a routine lets messages run.
-TEST_F(Viewer, ItMayGoDuringARoutine) {
-  const auto run = [this](const std::function<void(ModPics&)>& routine) {
-    auto* viewer = new fBitmap;
-    ModPics pics(test_.program, *viewer);
-    ASSERT_TRUE(pics.OpenPictureFile(File("a.bmp", EncodedPicture(PlacePicture(20, 10), "bmp"))));
-    viewer->State = {false, true, false, 1, 1, 5, 5};
-    QPointer<fBitmap> watch(viewer);
-    QMetaObject::invokeMethod(qApp, [viewer] { delete viewer; }, Qt::QueuedConnection);
-    routine(pics);
-    EXPECT_FALSE(watch);
-  };
-  run([](ModPics& pics) { EXPECT_FALSE(pics.NView.CompressPicture(50)); });
-  run([this](ModPics& pics) { pics.NView.SavePictureAsJpeg(test_.Path("x.jpg")); });
-  run([](ModPics& pics) { pics.CropPicture(); });
-  run([](ModPics& pics) { pics.ResizePicture(50); });
 }
 
 }  // namespace
