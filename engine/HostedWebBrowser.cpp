@@ -58,10 +58,10 @@ QWebEngineScript BridgeScript(const QString& name, const QString& source) {
 
 }  // namespace
 
-HostedWebBrowser::HostedWebBrowser(QWidget* parent, std::unique_ptr<QWebEngineProfile> profile)
+HostedWebBrowser::HostedWebBrowser(QWidget* parent, QWebEngineProfile* profile)
     : WebBrowser(parent),
       view_(new QWebEngineView(parent)),
-      profile_(profile ? profile.release() : new QWebEngineProfile),
+      profile_(profile ? profile : new QWebEngineProfile),
       interceptor_(new OfflineInterceptor(this)),
       input_(*view_, [this](int keyCode, bool shift) { return AnswerKey(keyCode, shift); }),
       renderer_([this] { Recover(); }),

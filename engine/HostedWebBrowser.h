@@ -32,8 +32,8 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   Q_OBJECT
 
  public:
-  // `profile`: one that has been made before and isn't used yet; null for one of its own.
-  explicit HostedWebBrowser(QWidget* parent, std::unique_ptr<QWebEngineProfile> profile = nullptr);
+  // `profile`: one that has been made before and isn't used yet, and belongs to the object then; null for a new one.
+  explicit HostedWebBrowser(QWidget* parent, QWebEngineProfile* profile = nullptr);
   ~HostedWebBrowser() override;
 
   void Navigate(const QString& url, int flags) override;

@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
   // The engine's processes begin to load while the windows are made.
   std::unique_ptr<QWebEngineProfile> profile;
   ModMain modMain(program,
-                  [&](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent, std::move(profile)); });
+                  [&](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent, profile.release()); });
   QObject::connect(&modMain, &ModMain::Beginning, [&] { profile = std::make_unique<QWebEngineProfile>(); });
   // Not `quit`, which would ask each window to close, and theirs only hides. This ends the loops of boxes and menus,
   // too.
