@@ -240,8 +240,8 @@ void FWeb::Load() {
 }
 
 void FWeb::SetCaption() {
-  setWindowTitle(QStringLiteral("Corvane - ") + program_.project.ProjectName() +
-                 (isPageWritten_ ? QString() : QStringLiteral(" (page not written)")));
+  caption_ = QStringLiteral("Corvane - ") + program_.project.ProjectName();
+  ShowCaption();
 }
 
 void FWeb::SavePage(int PageNo, bool Strip) {
@@ -249,7 +249,10 @@ void FWeb::SavePage(int PageNo, bool Strip) {
 }
 void FWeb::TellPageWritten(bool isWritten) {
   isPageWritten_ = isWritten;
-  SetCaption();
+  ShowCaption();
+}
+void FWeb::ShowCaption() {
+  setWindowTitle(isPageWritten_ ? caption_ : caption_ + QStringLiteral(" (page not written)"));
 }
 void FWeb::LoadPage(const QString& PagePath) {
   ::LoadPage(program_, *jWB, PagePath);

@@ -156,6 +156,7 @@ class FWeb : public QMainWindow {
   void OnBoxColor(int index);
   void ShowFontAtPoint();
   void ShowUndoEntries();
+  void ShowCaption();
   void ShowWhatIsInHand();
   void EnableEditEntries(bool popup);
   QAction* Entry(const char* name) const;
@@ -171,4 +172,5 @@ class FWeb : public QMainWindow {
   QWidget* tools_ = nullptr;
   bool closing_ = false;
   bool isPageWritten_ = true;
+  QString caption_;  // without the mark of a page that wasn't written
 };

@@ -1,4 +1,9 @@
 // What the panel tells of a talk beside the status line's own text, and how it waits.
+#ifdef __linux__
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
+
 #include <QFile>
 #include <QTextDocument>
 
@@ -127,6 +132,36 @@ TEST_F(Status, APictureLargerThanAnyMailIsLeftOutLikeOneThatIsMissing) {
     Net().Sent.clear();
   }
 }
+
+#if defined(Q_OS_LINUX) && !defined(__SANITIZE_ADDRESS__)
+// Lets the process have that much more memory and no more, for as long as it lives.
+class LittleMemory {
+ public:
+  explicit LittleMemory(rlim_t bytes) {
+    EXPECT_EQ(0, getrlimit(RLIMIT_AS, &before_));
+    const rlim_t pages = FileBytes("/proc/self/statm").split(' ').first().toULongLong();
+    const rlimit little{pages * rlim_t(sysconf(_SC_PAGESIZE)) + bytes, before_.rlim_max};
+    EXPECT_EQ(0, setrlimit(RLIMIT_AS, &little));
+  }
+  ~LittleMemory() { setrlimit(RLIMIT_AS, &before_); }
+
+ private:
+  rlimit before_{};
+};
+
+TEST_F(Status, APictureThatTheMemoryDoesNotHoldIsLeftOutToo) {
+  QFile large(test_.WorkFile("large.gif"));
+  ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(400'000'000));
+  ASSERT_TRUE(PutFile(test_.program.project.CurPageFile(), "<BODY><IMG SRC=\"large.gif\" ></BODY>"));
+  {
+    const LittleMemory little(128 << 20);
+    Send();
+    Accept();
+  }
+  EXPECT_EQ(" Email sent.", PanelTest::Status());
+  EXPECT_FALSE(Net().Sent.contains("image/"));
+}
+#endif
 
 TEST_F(Status, APageBringsNothingAlongThatLiesElsewhere) {
   ASSERT_TRUE(PutFile(test_.Path("app/secret.gif"), "secret"));
