@@ -56,7 +56,7 @@ bool ModPics::SizeViewer(qint32 W, qint32 H, double Reserved, const QString& Tit
   const double top = cropped ? kTopOfCutWindow : (maxH - height) / 2;
   viewer_.resize(std::max(TwipsToPixels(width) - border.width(), 0),
                  std::max(TwipsToPixels(height) - border.height(), 0));
-  viewer_.move(screen.topLeft() + QPoint(TwipsToPixels(left), TwipsToPixels(top)));
+  viewer_.MoveFrame(screen.topLeft() + QPoint(TwipsToPixels(left), TwipsToPixels(top)));
   viewer_.Pic->move(0, 0);
   viewer_.PicX->move(0, 0);
   return cropped;

@@ -50,15 +50,26 @@ fBitmap::fBitmap()
   });
 }
 
-QSize fBitmap::Border() const {
-  if (const QSize own = BorderOf(*this); !own.isNull()) return own;
-  QSize border(0, 0);
+const QWidget& fBitmap::Framed() const {
+  const QWidget* framed = this;
+  if (!BorderOf(*this).isNull()) return *framed;
   for (const QWidget* window : QApplication::topLevelWidgets()) {
     if (window == this || !window->isVisible() || BorderOf(*window).isNull()) continue;
-    border = BorderOf(*window);
+    framed = window;
     if (Owner() && window->windowHandle() == Owner()) break;
   }
-  return border;
+  return *framed;
+}
+
+QSize fBitmap::Border() const {
+  return BorderOf(Framed());
+}
+
+void fBitmap::MoveFrame(QPoint corner) {
+  // As long as the window has no frame it is its content that moves, once the system knows of it.
+  const QWidget& framed = Framed();
+  const bool isContent = &framed != this && testAttribute(Qt::WA_WState_Created);
+  move(isContent ? corner + framed.geometry().topLeft() - framed.frameGeometry().topLeft() : corner);
 }
 
 void fBitmap::TieTo(QWidget* owner) {

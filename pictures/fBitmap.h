@@ -28,6 +28,9 @@ class fBitmap : public ShellWindow {
   // added to another window on show, best to the one to which this is tied; 0 when there is none.
   QSize Border() const;
 
+  // Moves the corner of the frame there, whether it is there already or comes with the first showing.
+  void MoveFrame(QPoint corner);
+
   // Ties the window to another one, above which it stays and on whose screen it opens; null sets it free.
   void TieTo(QWidget* owner);
   // That window, or null.
@@ -44,6 +47,8 @@ class fBitmap : public ShellWindow {
 
  private:
   void DrawBand(QPoint corner, QPoint opposite);
+  // This window, or while it has no frame another one on show that has.
+  const QWidget& Framed() const;
 
   CropBand* const band_;
   ViewerScroll* const scroll_;

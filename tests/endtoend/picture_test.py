@@ -20,7 +20,7 @@ TITLE = "Corvane Picture Editor"
 DIALOGS = ("", "Corvane", "Select Picture", "Save AS JPG File")
 # The frame stands at the bottom of the display, in the middle; the places in it are from its top left.
 FRAME = (190, 840)
-PLACES = {"open": (73, 90), "save": (73, 120), "close": (73, 150), "close image": (402, 149), "percent": (642, 90),
+PLACES = {"open": (73, 65), "save": (73, 120), "close": (73, 150), "close image": (402, 149), "percent": (642, 90),
           "resize": (831, 90), "quality": (642, 120), "compress": (831, 120), "crop": (741, 150), "undo": (831, 150)}
 
 

@@ -25,6 +25,22 @@ TEST_F(OnDisplay, TheKeyboardStaysWhereItWasAndTheViewerStandsAbove) {
   EXPECT_FALSE(viewer_.isActiveWindow());
 }
 
+// The frame isn't there yet; it will be like that of the window to which the picture is tied.
+TEST_F(OnDisplay, TheFrameOfTheWindowCountsAtItsFirstOpeningToo) {
+  QWidget other;
+  other.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return other.frameGeometry().height() > other.height(); }));
+  viewer_.TieTo(&other);
+  EXPECT_EQ(other.frameGeometry().size() - other.size(), viewer_.Border());
+  Open(300, 668);
+  EXPECT_EQ(kCutCaption, Caption());
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer_));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return viewer_.frameGeometry().height() == 668; }))
+      << viewer_.frameGeometry().height();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return viewer_.frameGeometry().top() == 27; }));
+}
+
 TEST_F(OnDisplay, TheFrameOfTheWindowCounts) {
   Open(300, 200);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer_));

@@ -332,6 +332,53 @@ TEST_F(PictureCommands, TheQuestionMarkOpensTheHelp) {
   EXPECT_EQ(1, test_.platform.shell.Opened.size());
 }
 
+// --- the cursor
+
+// Tells which cursor there is when messages run in the middle of a command.
+TEST_F(PictureCommands, WhileItWorksTheCursorSaysSo) {
+  const QString picture = File("a.bmp", EncodedPicture(PlacePicture(200, 150), "bmp"));
+  Choose(picture);
+  Drag({10, 20}, {150, 135});
+  const auto seenIn = [this](QPushButton* button) {
+    bool isWaiting = false, isRun = false;
+    Dialogs().WhileShown = [&] { EXPECT_EQ(nullptr, QGuiApplication::overrideCursor()); };
+    QMetaObject::invokeMethod(
+        &window_,
+        [&] {
+          isRun = true;
+          isWaiting = QGuiApplication::overrideCursor() && QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor;
+        },
+        Qt::QueuedConnection);
+    Dialogs().Texts = {test_.Path("out.jpg")};
+    button->click();
+    Dialogs().WhileShown = nullptr;
+    EXPECT_TRUE(isRun);
+    EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+    return isWaiting;
+  };
+  EXPECT_TRUE(seenIn(window_.bCrop));
+  window_.tPercSize->setText("50");
+  EXPECT_TRUE(seenIn(window_.bResize));
+  EXPECT_TRUE(seenIn(window_.bCompress));
+  state_.JpegCurrent = false;
+  EXPECT_TRUE(seenIn(window_.bSaveJPG));
+  EXPECT_TRUE(Messages().isEmpty());
+}
+
+TEST_F(PictureCommands, ABoxIsShownWithTheUsualCursor) {
+  int shown = 0;
+  Dialogs().WhileShown = [&] {
+    ++shown;
+    EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+  };
+  Choose(File("text.bmp", "no picture"));
+  ChoosePicture(100, 80);
+  window_.bUnDo->click();
+  Resize("9");
+  Save(test_.Path("no/such/folder/out.jpg"));
+  EXPECT_EQ(3 + 4, shown);  // dialogs and boxes
+}
+
 // --- Busy
 
 TEST_F(PictureCommands, WhileACommandRunsNoSecondOneDoes) {
