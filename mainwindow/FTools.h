@@ -103,5 +103,6 @@ class FTools : public QWidget {
   Program& program_;
   FWeb& web_;
   ModPics* pictures_ = nullptr;
-  std::optional<QSize> edges_;  // what the desktop adds to the window, once it is known
+  std::optional<QMargins> edges_;  // that the desktop draws round the window, once they are known
+  int tries_ = 0;                  // at learning them
 };
