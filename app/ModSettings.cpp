@@ -16,6 +16,7 @@
 #include "PackIcons.h"
 #include "PathRules.h"
 #include "Program.h"
+#include "ReadPicture.h"
 #include "Settings.h"
 #include "Swatch.h"
 #include "Twips.h"
@@ -40,7 +41,10 @@ QSize Bounded(const QWidget& window, int width, int height) {
 // The stored face itself isn't looked at: it is the page view's, and the two lists go by their index.
 void LoadWinSettings(Program& program, FWeb& web, FTools& tools) {
   const SettingsStore& store = program.platform.settings;
-  if (const auto size = ToInteger16(Settings::Get(store, Settings::BSz))) SetIndex(web.BoxSize, *size - 1);
+  if (const auto size = NumericValue(Settings::Get(store, Settings::BSz))) {
+    const double index = RoundEven(*size - 1);
+    if (index >= 0 && index < web.BoxSize->count()) SetIndex(web.BoxSize, int(index));
+  }
   web.BoxColor[0]->SetColor(HtmlToColor(Settings::Get(store, Settings::BCol)));
   if (const auto face = ToInteger16(Settings::Get(store, Settings::BFaceDex))) {
     const int index = std::max<int>(0, *face);
@@ -104,7 +108,7 @@ void LoadPackSettings(Program& program, FSets& sets) {
   if (number != kCustomIcon) return;
   const QString icon = PathRules::Join(program.IconFolder(), Settings::Get(store, Settings::CustomIcon));
   if (program.Files.FileExists(icon)) {
-    const QPixmap picture(icon);
+    const QPixmap picture = QPixmap::fromImage(ReadPicture(icon));
     if (!picture.isNull()) sets.ImCustom->setPixmap(picture);
     return;
   }

@@ -38,11 +38,13 @@ bool CopyBytes(const QString& source, const QString& target) {
   QFile out(target);
   if (!in.open(QIODevice::ReadOnly) || !out.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
   QByteArray block(1 << 16, Qt::Uninitialized);
-  for (;;) {
-    const qint64 got = in.read(block.data(), block.size());
-    if (got <= 0) return got == 0 && out.flush();
-    if (out.write(block.constData(), got) != got) return false;
-  }
+  qint64 got = 0;
+  bool isGood = true;
+  while (isGood && (got = in.read(block.data(), block.size())) > 0) isGood = out.write(block.constData(), got) == got;
+  isGood = isGood && got == 0 && out.flush();
+  // Half of a file would pass for the whole one from then on.
+  if (!isGood) out.remove();
+  return isGood;
 }
 
 }  // namespace

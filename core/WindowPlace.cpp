@@ -60,24 +60,25 @@ class Opening : public QObject {
 
   void Place() {
     if (!HasPlace()) return;
-    const QSize edges = edges_.value_or(EdgesOf(main_).value_or(QSize(0, 0)));
-    const QRect now(corner_.value_or(QPoint()), window_.size() + edges);
+    // A window that was never shown is taken to get edges like those of the one below.
+    const QMargins edges = edges_.value_or(EdgesOf(main_).value_or(QMargins()));
+    const QRect now(corner_.value_or(QPoint()), window_.size().grownBy(edges));
     const QList<QRect> areas = FreeAreas();
     const bool isInView =
         std::any_of(areas.begin(), areas.end(), [&](const QRect& one) { return one.intersects(now); });
-    const QRect middle = CenterOver(now.size(), main_.frameGeometry(), areas);
-    MoveWithEdges(window_, corner_ && isInView ? now.topLeft() : middle.topLeft());
+    const QRect middle = CenterOver(now.size(), WithEdges(main_), areas);
+    MoveWithEdges(window_, corner_ && isInView ? now.topLeft() : middle.topLeft(), edges_);
   }
 
   void Remember() {
     if (!window_.isVisible() || !HasPlace()) return;
     if (const auto edges = EdgesOf(window_)) edges_ = edges;
-    corner_ = window_.pos();
+    corner_ = WithEdges(window_).topLeft();
   }
 
   QWidget& window_;
   const QWidget& main_;
-  std::optional<QSize> edges_;
+  std::optional<QMargins> edges_;
   std::optional<QPoint> corner_;
 };
 
@@ -106,14 +107,18 @@ QList<QRect> FreeAreas() {
   return areas;
 }
 
-std::optional<QSize> EdgesOf(const QWidget& window) {
-  const QSize edges = window.frameGeometry().size() - window.size();
-  // Qt tells odd numbers between two showings.
-  if (!window.isVisible() || edges.isNull() || edges.width() < 0 || edges.height() < 0) return std::nullopt;
-  return edges;
+std::optional<QMargins> EdgesOf(const QWidget& window) {
+  const QWindow* const handle = window.isVisible() ? window.windowHandle() : nullptr;
+  if (!handle || handle->frameMargins().isNull()) return std::nullopt;
+  return handle->frameMargins();
 }
 
-void MoveWithEdges(QWidget& window, QPoint corner) {
+QRect WithEdges(const QWidget& window) {
+  return window.geometry().marginsAdded(EdgesOf(window).value_or(QMargins()));
+}
+
+void MoveWithEdges(QWidget& window, QPoint corner, const std::optional<QMargins>& edges) {
+  if (edges) return window.setGeometry(QRect(corner + QPoint(edges->left(), edges->top()), window.size()));
   window.move(corner);
   // Else the desktop takes it for the corner of what is inside of edges that it makes only now.
   if (!window.isVisible() && window.windowHandle()) window.windowHandle()->setFramePosition(corner);

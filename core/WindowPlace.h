@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QList>
+#include <QMargins>
 #include <QRect>
 #include <optional>
 
@@ -25,12 +26,15 @@ QList<QRect> FreeAreas();
 // window is shown no more.
 void OpenOver(QWidget& window, const QWidget& main);
 
-// What the edges that the desktop draws round a window add to its size. Nothing while it isn't known: of a hidden
-// window and of one that the desktop hasn't framed yet.
-std::optional<QSize> EdgesOf(const QWidget& window);
+// The edges that the desktop draws round a window. Nothing while they aren't known: of a hidden window and of one that
+// the desktop hasn't framed yet. They are the system's own word; what a widget says of its frame may be of before.
+std::optional<QMargins> EdgesOf(const QWidget& window);
+
+// The window with its edges, as far as they are known.
+QRect WithEdges(const QWidget& window);
 
 // Moves the window so that the upper left corner of its edges stands there, also where they aren't known yet.
-void MoveWithEdges(QWidget& window, QPoint corner);
+void MoveWithEdges(QWidget& window, QPoint corner, const std::optional<QMargins>& edges);
 
 // From now on the window is in front of `main` whenever it is on show, as a dialog of it, and goes with it to the task
 // bar. It isn't deleted with it. To be called before the window is shown for the first time.

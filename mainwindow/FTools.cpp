@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 
 #include "FWeb.h"
 #include "ModPics.h"
@@ -87,24 +88,30 @@ void FTools::ShowTool(ToolTask iOp, const QString& sArg) {
     TTable[0]->selectAll();  // the window gets the keys only later
   }
   SetTopmost(this);
+  LearnEdges();
 }
 
 // In the middle of the main window's lower edge, and on the screen.
 void FTools::PlaceAtBottom() {
-  const QRect web = web_.frameGeometry();
-  const QSize own = size() + edges_.value_or(EdgesOf(web_).value_or(QSize(0, 0)));
+  const QRect web = WithEdges(web_);
+  const QSize own = size().grownBy(edges_.value_or(EdgesOf(web_).value_or(QMargins())));
   const double left = PixelsToTwips(web.x()) + PixelsToTwips(web.width()) / 2.0 - PixelsToTwips(own.width()) / 2.0;
   const int top = PixelsToTwips(web.y()) + PixelsToTwips(web.height()) - PixelsToTwips(own.height()) - kGapBelow;
   const QRect place(QPoint(TwipsToPixels(left), TwipsToPixels(top)), own);
-  MoveWithEdges(*this, KeepWithin(place, FreeAreas()).topLeft());
+  MoveWithEdges(*this, KeepWithin(place, FreeAreas()).topLeft(), edges_);
 }
 
 // The desktop makes the edges when the window is shown for the first time. What was taken for them until then may be
-// wrong, and the window would stand lower or higher than at all later times.
+// wrong, and the window would stand lower or higher than at all later times. Nothing tells when they are there.
 void FTools::LearnEdges() {
+  constexpr int pauseMs = 50;
+  constexpr int mostTries = 20;
   if (edges_ || !isVisible()) return;
   edges_ = EdgesOf(*this);
-  if (edges_) PlaceAtBottom();
+  if (edges_)
+    PlaceAtBottom();
+  else if (++tries_ < mostTries)
+    QTimer::singleShot(pauseMs, this, &FTools::LearnEdges);
 }
 
 void FTools::HideFromTop() {
@@ -115,7 +122,6 @@ void FTools::HideFromTop() {
 // The desktop's font or style may change while the window is there.
 void FTools::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange) LearnEdges();
   if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
   for (ToolPanel* panel : FrTool)
     if (panel && !panel->isHidden()) panel->FillRoom(size());

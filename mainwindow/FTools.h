@@ -108,5 +108,6 @@ class FTools : public QWidget {
   FWeb& web_;
   ModPics* pictures_ = nullptr;
   QStringList waitingPictures_;
-  std::optional<QSize> edges_;  // what the desktop adds to the window, once it is known
+  std::optional<QMargins> edges_;  // that the desktop draws round the window, once they are known
+  int tries_ = 0;                  // at learning them
 };

@@ -123,6 +123,7 @@ TEST_F(FullDisk, AFirstSaveMovesToTheNewFolderAllTheSame) {
   EXPECT_EQ("ann", run_.program().project.ProjectName());
   EXPECT_EQ(QByteArray(20000, 'p'), FileIn("card/p.gif")) << "what was there stays";
   EXPECT_EQ("one", LettersInView());
+  EXPECT_EQ("<missing>", FileIn("saved/ann/p.gif")) << "half of it would pass for the picture";
   Free();
   ASSERT_TRUE(run_.Choose("mSavePage"));
   EXPECT_EQ(InView(), FileIn("saved/ann/wgcard.html"));

@@ -444,6 +444,15 @@ TEST_F(SettingsOfTheProgram, SizesAndFacesBeyondTheListsArePassedOver) {
   }
 }
 
+// One is taken away before the number is rounded: halves go to the even place, not to the even size.
+TEST_F(SettingsOfTheProgram, ASizeWithAHalfTakesTheEvenPlace) {
+  for (const auto& [size, index] : {std::pair("3.5", 2), std::pair("4.5", 4), std::pair("1.4", 0), std::pair("5", 4)}) {
+    Store(Settings::BSz, size);
+    Start();
+    EXPECT_EQ(index, run_->Web().BoxSize->currentIndex()) << size;
+  }
+}
+
 TEST_F(SettingsOfTheProgram, AFaceBeyondTheListLeavesTheToolWindowAsItWas) {
   for (const char* value : {"6", "99999", "none"}) {
     Store(Settings::BFaceDex, value);

@@ -81,6 +81,12 @@ TEST_F(StartAndExit, AMissingBlankPageIsWritten) {
   EXPECT_EQ(blank, FileIn("card/wgcard.html"));
 }
 
+TEST_F(StartAndExit, ABlankPageThatAFullDiskLeftEmptyIsWrittenAnew) {
+  ASSERT_TRUE(PutFile(run_.PathInApp("blank.html"), ""));
+  ASSERT_TRUE(run_.Start());
+  EXPECT_EQ(StringText(TextNumber::BlankPage).toUtf8(), FileIn("blank.html"));
+}
+
 TEST_F(StartAndExit, ABlankPageOfTheUsersOwnIsTakenAsItIs) {
   ASSERT_TRUE(PutFile(run_.PathInApp("blank.html"), "<HTML><BODY>own</BODY></HTML>"));
   ASSERT_TRUE(run_.Start());

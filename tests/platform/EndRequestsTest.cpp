@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#ifdef Q_OS_UNIX
-
 #include <csignal>
 
 #include <QSignalSpy>
@@ -60,5 +58,3 @@ TEST(EndRequests, AfterItsEndSignalsAreAsTheyWere) {
 }
 
 }  // namespace
-
-#endif

@@ -1,8 +1,8 @@
 """The program's windows on a desktop: where they open, what stays in front of what, and how the program goes when
 somebody outside ends it.
 
-Usage: windows_test.py --build FOLDER [--out FOLDER]
-Pictures are left in the second folder, or in reports/windows of the first.
+Usage: window_places_test.py --build FOLDER [--out FOLDER]
+Pictures are left in the second folder, or in reports/window_places of the first.
 Skipped with exit code 77 where there is no virtual display.
 """
 
@@ -159,4 +159,4 @@ def play(build, out, check):
 
 
 if __name__ == "__main__":
-    sys.exit(run(__doc__, "windows", play))
+    sys.exit(run(__doc__, "window_places", play))
