@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QSessionManager>
-#include <QWebEngineProfile>
 #include <memory>
 
 #include "EndRequests.h"
@@ -26,11 +25,10 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(FSplash::Logo());
   RealPlatform platform;
   Program program(platform.Services());
-  // The engine's processes begin to load while the windows are made.
-  std::unique_ptr<QWebEngineProfile> profile;
-  ModMain modMain(program,
-                  [&](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent, profile.release()); });
-  QObject::connect(&modMain, &ModMain::Beginning, [&] { profile = std::make_unique<QWebEngineProfile>(); });
+  // The engine's processes load while the windows are made.
+  EngineStart engine;
+  ModMain modMain(program, [&](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent, engine.Take()); });
+  QObject::connect(&modMain, &ModMain::Beginning, [&] { engine.Begin(); });
   // Not `quit`, which would ask each window to close, and theirs only hides. This ends the loops of boxes and menus,
   // too.
   QObject::connect(&modMain, &ModMain::Ended, &application, [] { QCoreApplication::exit(); });

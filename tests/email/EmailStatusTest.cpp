@@ -1,8 +1,6 @@
 // What the panel tells of a talk beside the status line's own text, and how it waits.
-#ifdef __linux__
 #include <sys/resource.h>
 #include <unistd.h>
-#endif
 
 #include <QFile>
 #include <QTextDocument>
@@ -133,7 +131,7 @@ TEST_F(Status, APictureLargerThanAnyMailIsLeftOutLikeOneThatIsMissing) {
   }
 }
 
-#if defined(Q_OS_LINUX) && !defined(__SANITIZE_ADDRESS__)
+#if !defined(__SANITIZE_ADDRESS__)  // the sanitizers need all addresses that there are
 // Lets the process have that much more memory and no more, for as long as it lives.
 class LittleMemory {
  public:
