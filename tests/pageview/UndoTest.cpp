@@ -279,6 +279,19 @@ TEST_F(UndoTest, AScriptThatFillsWhatCameBackDoesNotKeepItFromGoing) {
   EXPECT_EQ("of the script", TextOf(Named("d"))->data());
 }
 
+TEST_F(UndoTest, APlaceInWhatAScriptAddedLeavesWithIt) {
+  InsertPageHTML(view_, "<DIV id=d>x</DIV>");
+  view_.DeleteElement(Named("d"));
+  view_.Undo();
+  PageSays("children", {IdOf("d"), QJsonArray{3, 5000, "of the script"}});
+  const Node* const text = TextOf(Named("d"));
+  LiveRange held{BoundaryPoint::InText(text, 4), BoundaryPoint::InText(text, 4)};
+  page_.Document().tree().AddRange(&held);
+  view_.Redo();
+  page_.Document().tree().RemoveRange(&held);
+  EXPECT_TRUE(held.start.container->IsAttached());
+}
+
 TEST_F(UndoTest, TheOldestStepsGoWhenThereIsNoRoom) {
   view_.History().SetLimit(3000);
   for (int i = 0; i < 100; ++i) view_.SetTitle(QString::number(i));
@@ -293,7 +306,7 @@ TEST_F(UndoTest, TheOldestStepsGoWhenThereIsNoRoom) {
 
 TEST_F(UndoTest, ACommandThatIsTooLargeLeavesNoHalfBehind) {
   view_.SetTitle("before");
-  view_.History().SetLimit(1000);
+  view_.History().SetLimit(5000);
   {
     const auto step = view_.UndoStep("Much");
     for (int i = 0; i < 100; ++i) view_.SetTitle(QString::number(i));
