@@ -110,6 +110,19 @@ TEST(Inflate, UndoesWhatZlibMakes) {
       }
 }
 
+TEST(Inflate, GivesBackWhatThePacksAreCompressedWith) {
+  for (int level : {1, 6, 9, 12})
+    for (size_t size : {0, 1, 2, 100, 32768, 32769, 65536, 300000})
+      for (unsigned kind = 0; kind < 3; kind++) {
+        const Bytes data = kind == 0 ? textLike(size, 7) : noise(size, 9, kind == 1 ? 256 : 3);
+        Stream stream;
+        stream.input = deflatedAsShipped(data, level);
+        stream.step = size == 100 ? 1 : 1000;
+        ASSERT_EQ(inflateStream(stream), InflateDone) << level << " " << size << " " << kind;
+        ASSERT_TRUE(stream.output == data) << level << " " << size << " " << kind;
+      }
+}
+
 TEST(Inflate, ReachesBackOverTheWholeWindow) {
   Bytes far = noise(32768, 3, 256);
   far.insert(far.end(), far.begin(), far.begin() + 258);

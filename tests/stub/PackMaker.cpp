@@ -1,5 +1,6 @@
 #include "PackMaker.h"
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 #include <cassert>
@@ -24,6 +25,15 @@ Bytes deflated(const Bytes& data, int level, int strategy) {
   (void)result;
   out.resize(stream.total_out);
   deflateEnd(&stream);
+  return out;
+}
+
+Bytes deflatedAsShipped(const Bytes& data, int level) {
+  const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor(
+      libdeflate_alloc_compressor(level), libdeflate_free_compressor);
+  Bytes out(libdeflate_deflate_compress_bound(compressor.get(), data.size()));
+  out.resize(libdeflate_deflate_compress(compressor.get(), data.data(), data.size(), out.data(), out.size()));
+  assert(!out.empty());
   return out;
 }
 

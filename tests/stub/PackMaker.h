@@ -17,6 +17,9 @@ Bytes bytesOf(const std::string& text);
 // Raw Deflate of zlib. `strategy` is one of zlib's, such as Z_FIXED.
 Bytes deflated(const Bytes& data, int level, int strategy);
 
+// Raw Deflate as packs are shipped with, by libdeflate.
+Bytes deflatedAsShipped(const Bytes& data, int level = 9);
+
 struct PackEntry {
   std::string name;
   Bytes data;
