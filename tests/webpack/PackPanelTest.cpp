@@ -185,6 +185,22 @@ TEST_F(Panel, AnArchiveThatVanishesBeforeItIsReadIsTold) {
   EXPECT_TRUE(messages.first().endsWith("then move them to C drive and re-insert them."));
 }
 
+TEST_F(Panel, AFolderThatVanishesDuringTheBuildIsToldAndTheProjectIsWhole) {
+  const QStringList before = QDir(test_.program.project.WorkPath()).entryList(QDir::Files);
+  // The archive is made in passes of messages, in one of which somebody takes the folder away.
+  QMetaObject::invokeMethod(
+      &panel_, [this] { ASSERT_TRUE(QDir(test_.Path("desktop")).removeRecursively()); }, Qt::QueuedConnection);
+  Click(0);
+  EXPECT_FALSE(QFileInfo::exists(test_.Path("desktop")));
+  EXPECT_EQ(
+      QStringList{"Error. Unable to make executable section of web-pack file. Try re-assigning web-pack file icon "
+                  "in Settings."},
+      Dialogs().Messages());
+  QStringList behind = QDir(test_.program.project.WorkPath()).entryList(QDir::Files);
+  behind.removeOne("card.zip");  // which a build that failed leaves
+  EXPECT_EQ(before, behind);
+}
+
 TEST_F(Panel, ASizeIsRoundedDown) {
   Dialogs().Answers = {MessageAnswer::No};
   Click(0);
