@@ -118,6 +118,9 @@ QRect WithEdges(const QWidget& window) {
 }
 
 void MoveWithEdges(QWidget& window, QPoint corner, const std::optional<QMargins>& edges) {
+  // A window that was made for one screen doesn't come to another one by its place alone with Qt 6.8.
+  QScreen* const screen = QGuiApplication::screenAt(corner);
+  if (screen && screen != window.screen()) window.setScreen(screen);
   if (edges) return window.setGeometry(QRect(corner + QPoint(edges->left(), edges->top()), window.size()));
   window.move(corner);
   // Else the desktop takes it for the corner of what is inside of edges that it makes only now.
