@@ -18,6 +18,14 @@ quint64 GapKey(NodeId parent, NodeId before) {
   return before ? KeyOf(Thing::Gap, 0, before) : KeyOf(Thing::Gap, parent, 0);
 }
 
+// `keys`, and the nodes of a tree. The page may bring one of them back by itself when a script has moved it while the
+// program took it out, and there can't be two.
+std::vector<quint64> Presences(const NodeRef& top, std::vector<quint64> keys) {
+  for (const Node* node = top.get(); node; node = NextInTree(node, top.get()))
+    keys.push_back(KeyOf(Thing::Presence, node->id()));
+  return keys;
+}
+
 std::vector<quint64> Reliances(const TreeStep& step) {
   const auto there = [](NodeId id) { return KeyOf(Thing::Presence, id); };
   const auto texts = [&](NodeId text, NodeId rest) {
@@ -33,8 +41,8 @@ std::vector<quint64> Reliances(const TreeStep& step) {
           [&](const ReplaceStep& s) { return std::vector{there(s.text), KeyOf(Thing::Data, s.text)}; },
           [&](const SplitStep& s) { return texts(s.text, s.rest); },
           [&](const JoinStep& s) { return texts(s.text, s.rest); },
-          [&](const InsertStep& s) { return std::vector{there(s.parent), there(s.before), there(s.top)}; },
-          [&](const RemoveStep& s) { return std::vector{there(s.parent), there(s.next), there(s.nodes.front())}; },
+          [&](const InsertStep& s) { return Presences(s.node, {there(s.parent), there(s.before)}); },
+          [&](const RemoveStep& s) { return Presences(s.node, {there(s.parent), there(s.next)}); },
           [&](const WrapStep& s) { return elements(s.parent, s.wrapper, s.next); },
           [&](const UnwrapStep& s) { return elements(s.parent, s.element, s.next); },
           [&](const AttributeStep& s) { return std::vector{there(s.element), KeyOf(Thing::Attributes, s.element)}; }},
@@ -44,7 +52,8 @@ std::vector<quint64> Reliances(const TreeStep& step) {
 std::vector<quint64> Touched(const TreeStep& step) {
   return std::visit(StepCases{[](const ReplaceStep& s) { return std::vector{KeyOf(Thing::Data, s.text)}; },
                               [](const InsertStep& s) {
-                                return std::vector{GapKey(s.parent, s.before), KeyOf(Thing::Children, s.parent)};
+                                return Presences(s.node,
+                                                 {GapKey(s.parent, s.before), KeyOf(Thing::Children, s.parent)});
                               },
                               [](const RemoveStep& s) {
                                 std::vector<quint64> keys{KeyOf(Thing::Children, s.parent)};
@@ -210,7 +219,8 @@ void EditHistory::Replay(std::deque<Entry>& from, std::deque<Entry>& to, bool ba
   isRunOpen_ = isLoose_ = false;
   to.push_back(std::move(from.back()));
   from.pop_back();
-  const Entry& entry = to.back();
+  Entry& entry = to.back();
+  entry.reliesOn.reset();
   isReplaying_ = true;
   if (back) {
     std::for_each(entry.steps.rbegin(), entry.steps.rend(),
