@@ -41,8 +41,12 @@ std::vector<quint64> Reliances(const TreeStep& step) {
           [&](const ReplaceStep& s) { return std::vector{there(s.text), KeyOf(Thing::Data, s.text)}; },
           [&](const SplitStep& s) { return texts(s.text, s.rest); },
           [&](const JoinStep& s) { return texts(s.text, s.rest); },
-          [&](const InsertStep& s) { return Presences(s.node, {there(s.parent), there(s.before)}); },
-          [&](const RemoveStep& s) { return Presences(s.node, {there(s.parent), there(s.next)}); },
+          [&](const InsertStep& s) {
+            return Presences(s.node, {there(s.parent), there(s.before), GapKey(s.parent, s.before)});
+          },
+          [&](const RemoveStep& s) {
+            return Presences(s.node, {there(s.parent), there(s.next), GapKey(s.parent, s.next)});
+          },
           [&](const WrapStep& s) { return elements(s.parent, s.wrapper, s.next); },
           [&](const UnwrapStep& s) { return elements(s.parent, s.element, s.next); },
           [&](const AttributeStep& s) { return std::vector{there(s.element), KeyOf(Thing::Attributes, s.element)}; }},
