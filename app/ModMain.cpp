@@ -158,7 +158,7 @@ void ModMain::EndUnasked() {
   if (!exiting_ && web_) End(!hasAnswered_);
 }
 
-// A session that was to end goes on when the user does.
+// A desktop that was to end goes on when the user does.
 bool ModMain::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::MouseButtonPress:

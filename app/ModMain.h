@@ -41,13 +41,13 @@ class ModMain : public QObject {
   // and calls ReleaseWindows when that has ended.
   void ExitProgram();
 
-  // The desktop's session is about to end. Where the user may be asked, the question of the exit is asked and the save
-  // that it offers is done; false when the user wants the session to go on. The program itself goes on in any case: the
+  // The desktop is about to end. Where the user may be asked, the question of the exit is asked and the save
+  // that it offers is done; false when the user wants the desktop to go on. The program itself goes on in any case: the
   // end can still be called off elsewhere. Then comes the application's Quit event, which ends it unasked.
   bool CommitSession(bool mayAsk);
 
   // Ends as after "No", but without the question, for when nobody is there to answer it. The workspace stays, for what
-  // can be rescued out of it; only a user who has just answered for the session's end wants it no more.
+  // can be rescued out of it; only a user who has just answered for the desktop's end wants it no more.
   void EndUnasked();
 
   // Never from inside a handler of one of the windows, nor from a loop that one of them runs.
@@ -83,7 +83,7 @@ class ModMain : public QObject {
   ControlHabits habits_;
   bool exiting_ = false;
   bool isSessionEnding_ = false;
-  bool hasAnswered_ = false;  // the question of the session's end
+  bool hasAnswered_ = false;  // the question of the desktop's end
   std::unique_ptr<FSplash> splash_;
   std::unique_ptr<FSets> sets_;
   std::unique_ptr<FWeb> web_;

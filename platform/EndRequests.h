@@ -8,7 +8,7 @@ class QSocketNotifier;
 
 // SIGTERM, SIGINT and SIGHUP as a signal of Qt's, in the thread of the object. One that was switched off for the
 // program stays so, and a second one of the same kind ends the process at once, for when the first one came to nothing.
-// There is one such object at a time. On Windows it never tells anything: there an end comes as the end of a session.
+// There is one such object at a time. On Windows it never tells anything: there an end comes as the end of the desktop.
 class EndRequests : public QObject {
   Q_OBJECT
 
