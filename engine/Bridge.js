@@ -243,7 +243,7 @@ const corvane = (() => {
     tree.makeKnown(document, flat[1]);
     const position = {at: 3};
     for (let count = flat[2]; count > 0; --count) {
-      const node = tree.build(flat, position);
+      const node = tree.build(flat, position, () => {});
       if (node.nodeType === 10 && type) {
         tree.makeKnown(type, tree.idOf(node));
         document.appendChild(type);

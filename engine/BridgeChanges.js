@@ -83,12 +83,15 @@ const bridgeChanges = (tree, style, send) => {
       parent.insertBefore(node, before);
     }
   };
+  const build = (flat, into) => tree.build(flat, {at: 0}, former => {
+    if (former.parentNode) into.children.add(former.parentNode);
+  });
   const carryOut = (operation, into) => {
     switch (operation[0]) {
       case 'insert': {
         const parent = nodeOf(operation[1]);
         const before = operation[2] ? nodeOf(operation[2]) : null;
-        const node = tree.build(operation[3], {at: 0});
+        const node = build(operation[3], into);
         if (!parent) return tree.forget(node);
         into.children.add(parent);
         try {
@@ -108,7 +111,7 @@ const bridgeChanges = (tree, style, send) => {
       case 'wrap': {
         const parent = nodeOf(operation[1]);
         const before = operation[2] && nodeOf(operation[2]);
-        const wrapper = tree.build(operation[3], {at: 0});
+        const wrapper = build(operation[3], into);
         if (!parent) return tree.forget(wrapper);
         into.children.add(parent);
         into.children.add(wrapper);

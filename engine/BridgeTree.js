@@ -153,7 +153,9 @@ const bridgeTree = watchContent => {
       return parsed('<' + name + '>').firstChild || document.createElement('span');
     }
   };
-  const build = (flat, position) => {
+  // `displaced` is called with each node that has borne the number of one in the tree until now: what the program took
+  // out and puts in again, while the page's scripts have moved it elsewhere. It has no number any more.
+  const build = (flat, position, displaced) => {
     const levels = [];
     let top = null;
     do {
@@ -178,6 +180,11 @@ const bridgeTree = watchContent => {
           setAttribute(node, unwire(flat[position.at++]), unwire(flat[position.at++]));
         children = flat[position.at++];
       }
+      const former = nodeById.get(id);
+      if (former) {
+        former[idKey] = undefined;
+        displaced(former);
+      }
       makeKnown(node, id);
       if (!top) top = node;
       if (levels.length) {
@@ -189,7 +196,7 @@ const bridgeTree = watchContent => {
       while (levels.length && levels[levels.length - 1].left <= 0) {
         const done = levels.pop().node;
         if (done.nodeType === 1 && done.localName === 'template' && done.namespaceURI === HTML) {
-          done.content.appendChild(build(flat, position));
+          done.content.appendChild(build(flat, position, displaced));
           foundTemplate(done);
         }
       }

@@ -70,6 +70,18 @@ std::vector<quint64> Touched(const TreeStep& step) {
                     step);
 }
 
+// The gaps that become one when a step, or its inverse where it goes back, takes something out of the tree.
+struct JoinedGaps {
+  quint64 before, behind;
+};
+std::optional<JoinedGaps> GapsJoined(const TreeStep& step, bool back) {
+  if (const auto* insert = std::get_if<InsertStep>(&step); insert && back)
+    return JoinedGaps{GapKey(insert->parent, insert->top), GapKey(insert->parent, insert->before)};
+  if (const auto* remove = std::get_if<RemoveStep>(&step); remove && !back)
+    return JoinedGaps{GapKey(remove->parent, remove->nodes.front()), GapKey(remove->parent, remove->next)};
+  return std::nullopt;
+}
+
 qint64 SizeOf(const NodeRef& top) {
   qint64 size = 0;
   for (const Node* node = top.get(); node; node = NextInTree(node, top.get())) {
@@ -164,7 +176,7 @@ void EditHistory::Played(TreeStep&& step, Gateway::Origin origin) {
   if (isReplaying_) return;
   if (origin == Gateway::Origin::Page) {
     isWhole_ = false;
-    DropWhatIsInTheWay(step);
+    DropWhatIsInTheWayOf(step);
   } else {
     Record(std::move(step));
   }
@@ -182,7 +194,7 @@ void EditHistory::Record(TreeStep&& step) {
     isRunOpen_ = false;
   }
   Entry& entry = done_.back();
-  entry.reliesOn.reset();
+  entry.footing.reset();
   qint64 size = SizeOf(step);
   if (!entry.steps.empty() && Continues(entry.steps.back(), step)) {
     size -= qint64(sizeof(TreeStep));
@@ -224,7 +236,7 @@ void EditHistory::Replay(std::deque<Entry>& from, std::deque<Entry>& to, bool ba
   to.push_back(std::move(from.back()));
   from.pop_back();
   Entry& entry = to.back();
-  entry.reliesOn.reset();
+  entry.footing.reset();
   isReplaying_ = true;
   if (back) {
     std::for_each(entry.steps.rbegin(), entry.steps.rend(),
@@ -237,20 +249,40 @@ void EditHistory::Replay(std::deque<Entry>& from, std::deque<Entry>& to, bool ba
 }
 
 // Entries are reached from the back, so those before the one in whose way the change is are out of reach as well.
-void EditHistory::DropWhatIsInTheWay(const TreeStep& step) {
+void EditHistory::DropWhatIsInTheWayOf(const TreeStep& step) {
   if (done_.empty() && undone_.empty()) return;
-  const std::vector<quint64> touched = Touched(step);
-  const auto isInTheWay = [&](Entry& entry) {
-    if (!entry.reliesOn) {
-      entry.reliesOn.emplace();
-      for (const TreeStep& own : entry.steps)
-        for (const quint64 key : Reliances(own)) entry.reliesOn->insert(key);
-    }
-    return std::any_of(touched.begin(), touched.end(), [&](quint64 key) { return entry.reliesOn->contains(key); });
-  };
   for (std::deque<Entry>* entries : {&done_, &undone_}) {
-    const auto last = std::find_if(entries->rbegin(), entries->rend(), isInTheWay);
+    std::vector<quint64> touched = Touched(step);
+    const auto last = std::find_if(entries->rbegin(), entries->rend(),
+                                   [&](Entry& entry) { return IsInTheWay(entry, entries == &done_, touched); });
     Forget(*entries, std::size_t(entries->rend() - last));
   }
   if (done_.empty()) hasEntry_ = isRunOpen_ = isLoose_ = false;
+}
+
+// `touched` goes on as it will be when the entry has been played: what lies in a gap before something that goes then
+// lies in the gap before what followed that.
+bool EditHistory::IsInTheWay(Entry& entry, bool back, std::vector<quint64>& touched) {
+  if (!entry.footing) {
+    entry.footing.emplace();
+    for (const TreeStep& step : entry.steps) {
+      for (const quint64 key : Reliances(step)) entry.footing->reliesOn.insert(key);
+      if (const auto gaps = GapsJoined(step, back)) entry.footing->closes.insert(gaps->before);
+    }
+  }
+  const auto isAnyIn = [&](const auto& keys) {
+    return std::any_of(touched.begin(), touched.end(), [&](quint64 key) { return keys.contains(key); });
+  };
+  if (isAnyIn(entry.footing->reliesOn)) return true;
+  if (!isAnyIn(entry.footing->closes)) return false;
+  const auto isInTheWay = [&](const TreeStep& step) {
+    const std::vector<quint64> keys = Reliances(step);
+    if (std::find_first_of(keys.begin(), keys.end(), touched.begin(), touched.end()) != keys.end()) return true;
+    const auto gaps = GapsJoined(step, back);
+    if (gaps && std::find(touched.begin(), touched.end(), gaps->before) != touched.end())
+      touched.push_back(gaps->behind);
+    return false;
+  };
+  return back ? std::any_of(entry.steps.rbegin(), entry.steps.rend(), isInTheWay)
+              : std::any_of(entry.steps.begin(), entry.steps.end(), isInTheWay);
 }

@@ -93,8 +93,11 @@ class EditHistory : public StepListener {
     EditState before, after;
     std::vector<TreeStep> steps;
     qint64 size = 0;
-    // What its steps rely on; made when it is first asked for.
-    std::optional<std::unordered_set<quint64>> reliesOn;
+    // What its steps rely on, and the gaps that close when it is played next; made when they are first asked for.
+    struct Footing {
+      std::unordered_set<quint64> reliesOn, closes;
+    };
+    std::optional<Footing> footing;
   };
 
   void Open(const QString& name, Command::Kind kind);
@@ -103,7 +106,8 @@ class EditHistory : public StepListener {
   void Replay(std::deque<Entry>& from, std::deque<Entry>& to, bool back);
   void Forget(std::deque<Entry>& entries, std::size_t count);
   void KeepWithinLimit();
-  void DropWhatIsInTheWay(const TreeStep& step);
+  void DropWhatIsInTheWayOf(const TreeStep& step);
+  static bool IsInTheWay(Entry& entry, bool back, std::vector<quint64>& touched);
 
   Owner owner_;
   Gateway* gateway_ = nullptr;

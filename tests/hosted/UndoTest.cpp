@@ -52,6 +52,16 @@ TEST_F(HostedUndo, AStepReachesBackBehindTheDeathOfARenderer) {
   Same("redone");
 }
 
+TEST_F(HostedUndo, WhatAScriptTookOutOfSomethingThatWentAndCameBackIsThereOnceOnBothSides) {
+  ASSERT_TRUE(hosted.Load("<HTML><BODY><DIV ID=d>x<B ID=b>bold</B></DIV><P ID=p>y</P></BODY></HTML>"));
+  hosted.browser().RunPageScript(QStringLiteral("p.append(b)"));
+  hosted.jWB().DeleteElement(Element(QStringLiteral("d")));
+  hosted.jWB().Undo();
+  Same("undone");
+  hosted.ScriptText(QStringLiteral("for (const one of document.querySelectorAll('b')) one.append('!'); ''"));
+  Same("the numbers of the nodes are right");
+}
+
 TEST_F(HostedUndo, AnAttributeComesBackToItsPlace) {
   ASSERT_TRUE(hosted.Load("<HTML><BODY><P ID=p TITLE=t ALIGN=left LANG=en>x</P></BODY></HTML>"));
   HTMLElement element = Element(QStringLiteral("p"));

@@ -279,6 +279,50 @@ TEST_F(UndoTest, AScriptThatFillsWhatCameBackDoesNotKeepItFromGoing) {
   EXPECT_EQ("of the script", TextOf(Named("d"))->data());
 }
 
+TEST_F(UndoTest, WhatAScriptPutsBetweenTwoThingsEndsTheHistoryBeforeTheSecond) {
+  const HTMLElement body = page_.Document().body();
+  view_.SetTitle("first");
+  HTMLElement(body).insertAdjacentHTML("BeforeEnd", "<B id=one>1</B>");
+  view_.SetTitle("second");
+  HTMLElement(body).insertAdjacentHTML("BeforeEnd", "<B id=two>2</B>");
+  QJsonArray children{body.node()->id()};
+  for (const Node* child = body.node()->firstChild(); child; child = child->next()) {
+    if (child == Named("two").node()) children.append(QJsonArray{3, 5000, "between"});
+    children.append(child->id());
+  }
+  PageSays("children", children);
+  const QString before = Body();
+  view_.Undo();
+  EXPECT_FALSE(Named("two"));
+  view_.Undo();
+  EXPECT_EQ("first", view_.Title());
+  EXPECT_FALSE(view_.History().CanUndo()) << "the first one would come back behind what the script has put in";
+  view_.Redo();
+  view_.Redo();
+  EXPECT_EQ(before, Body());
+}
+
+TEST_F(UndoTest, WhatAScriptPutsBetweenTwoThingsThatWentEndsWhatCanBeRedone) {
+  const HTMLElement body = page_.Document().body();
+  DoubleClick("p");
+  view_.Cut();
+  HTMLElement(HTMLElement(body).children().item(1)).setOuterHTML("");
+  while (view_.History().CanUndo()) view_.Undo();
+  ASSERT_EQ(start_, Body());
+  QJsonArray children{body.node()->id()};
+  for (const Node* child = body.node()->firstChild(); child; child = child->next()) {
+    if (child == Named("p").node()) children.append(QJsonArray{3, 5000, "between"});
+    children.append(child->id());
+  }
+  PageSays("children", children);
+  const QString before = Body();
+  view_.Redo();
+  EXPECT_FALSE(Named("p"));
+  EXPECT_FALSE(view_.History().CanRedo()) << "the line break would come back behind what the script has put in";
+  view_.Undo();
+  EXPECT_EQ(before, Body());
+}
+
 TEST_F(UndoTest, APlaceInWhatAScriptAddedLeavesWithIt) {
   InsertPageHTML(view_, "<DIV id=d>x</DIV>");
   view_.DeleteElement(Named("d"));
