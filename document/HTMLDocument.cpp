@@ -65,6 +65,10 @@ void HTMLDocument::TakeKeys(bool on) {
   if (tree_.page()) tree_.page()->TakesKeys(on);
 }
 
+void HTMLDocument::Outline(const HTMLElement& element) {
+  if (tree_.page()) tree_.page()->Outline(element.node());
+}
+
 bool HTMLDocument::Dispatch(HTMLEventObj event) {
   window_.event_ = std::move(event);
   if (!events_) return true;

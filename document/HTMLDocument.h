@@ -40,6 +40,9 @@ class HTMLDocument {
   // Whether released keys go into the page's text.
   void TakeKeys(bool on);
 
+  // The element that has a line round it on screen, which is no part of the page; none for no element.
+  void Outline(const HTMLElement& element);
+
   PageTree& tree() { return tree_; }
   const PageTree& tree() const { return tree_; }
   Gateway& gateway() { return gateway_; }

@@ -23,6 +23,9 @@ class LivePage {
   // Whether released keys go into the page's text, so that the space bar must not scroll.
   virtual void TakesKeys(bool on) = 0;
 
+  // Draws a line round an element, on screen only; null for none. A highlight of its text may show nothing.
+  virtual void Outline(const Node* element) = 0;
+
   // Left and top of the point in the view, in whole pixels; nothing when the page has no layout or doesn't answer.
   // Where the program has just changed the page, the point is brought into view. The answer may come at once, and comes
   // exactly once unless the page goes away.

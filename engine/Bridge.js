@@ -82,6 +82,7 @@ const corvane = (() => {
         case 'measure': place = measure(message[1], message[2], hasChanged); break;
         case 'keys': takesKeys = message[1]; break;
         case 'cover': places.setCovered(message[1]); break;
+        case 'outline': style.outline(tree.nodeOf(message[1])); break;
         case 'adopt': adopt(message[1], message[2], message[3], message[4]); break;
         case 'tell': changes.flush(); send('told', message[1], flatPage()); break;
       }

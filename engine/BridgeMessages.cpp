@@ -100,6 +100,7 @@ constexpr const char* selectWord = "select";
 constexpr const char* measureWord = "measure";
 constexpr const char* keysWord = "keys";
 constexpr const char* coverWord = "cover";
+constexpr const char* outlineWord = "outline";
 constexpr const char* adoptWord = "adopt";
 constexpr const char* tellWord = "tell";
 
@@ -150,6 +151,10 @@ QJsonArray Cover(int pixels) {
   return {coverWord, pixels};
 }
 
+QJsonArray Outline(NodeId element) {
+  return {outlineWord, element};
+}
+
 QJsonArray Adopt(const Node* tree, QPoint scroll, int batch, NodeId freeId) {
   QJsonArray flat;
   EncodeTree(tree, flat);
@@ -167,7 +172,7 @@ QStringList WordsOfPage() {
 }
 
 QStringList WordsOfProgram() {
-  return {batchWord, heardWord, selectWord, measureWord, keysWord, coverWord, adoptWord, tellWord};
+  return {batchWord, heardWord, selectWord, measureWord, keysWord, coverWord, outlineWord, adoptWord, tellWord};
 }
 
 }  // namespace Bridge

@@ -22,6 +22,7 @@
 //   measure    place
 //   keys       whether released keys go into the text
 //   cover      pixels at the view's lower edge over which something lies
+//   outline    the number of an element that gets a line round it, or 0
 //   adopt      the tree, scroll, batch, the first number that is free
 //   tell       number of the question
 //
@@ -114,6 +115,8 @@ QJsonArray Select(int number, int users, const LiveRange* range);
 QJsonArray Measure(const BoundaryPoint& place);
 QJsonArray Keys(bool taken);
 QJsonArray Cover(int pixels);
+// 0 for no element.
+QJsonArray Outline(NodeId element);
 // `freeId`: what the page itself adds is numbered from there.
 QJsonArray Adopt(const Node* tree, QPoint scroll, int batch, NodeId freeId);
 QJsonArray Tell(int question);

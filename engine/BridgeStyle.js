@@ -15,6 +15,9 @@ const bridgeStyle = () => {
   const arm = () => {
     if (!document.adoptedStyleSheets.includes(sheet)) document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
   };
+  // Round one element. A rule would need something in the page to find it by.
+  const drawn = {outline: '2px solid Highlight', outlineOffset: '1px'};
+  let outlined = null;
   rules();
   arm();
   return {
@@ -22,6 +25,11 @@ const bridgeStyle = () => {
     makeRoom: pixels => {
       room += pixels;
       rules();
+    },
+    outline: element => {
+      if (outlined) outlined.cancel();
+      outlined = element ? element.animate([drawn, drawn], {duration: 1, fill: 'both'}) : null;
+      if (outlined) outlined.pause();
     },
     restyleTables: () => {
       ++version;

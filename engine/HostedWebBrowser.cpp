@@ -334,6 +334,12 @@ void HostedWebBrowser::TakesKeys(bool on) {
   if (std::exchange(shown_.takesKeys, on) != on) outbox_.Post(Bridge::Keys(on));
 }
 
+void HostedWebBrowser::Outline(const Node* element) {
+  const NodeId id = element ? element->id() : 0;
+  if (std::exchange(shown_.outlined, id) == 0 && id == 0) return;
+  if (load_ == Load::Done) outbox_.Post(Bridge::Outline(id));
+}
+
 void HostedWebBrowser::Measure(const BoundaryPoint& point, Answer answer) {
   if (load_ != Load::Done) return answer(std::nullopt);
   outbox_.Measure(point, [this, answer = std::move(answer)](std::optional<QPoint> place) {
@@ -392,6 +398,7 @@ void HostedWebBrowser::Adopt() {
   outbox_.Post(Bridge::Adopt(document_->tree().root(), shown_.scroll, shown_.adopted, document_->tree().FreePageId()));
   outbox_.Post(Bridge::Keys(shown_.takesKeys));
   outbox_.Post(Bridge::Cover(covered_));
+  if (shown_.outlined) outbox_.Post(Bridge::Outline(shown_.outlined));
   outbox_.Post(SelectMessage(&document_->selection().range()));
   outbox_.Flush();
   GoOnOnceLaidOut(shown_.token, kLayoutTries);

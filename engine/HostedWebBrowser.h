@@ -70,6 +70,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
     QPoint scroll;
     int adopted = 0;  // the batch that stands for the model as a whole, which a page that was brought back got
     bool takesKeys = false;
+    NodeId outlined = 0;          // the element that is
     bool isFrameFocused = false;  // keys go into a frame of it
     // The page counts what its user selects, the program what it selects itself; who was last is told by both.
     int selectionNumber = 0;     // of the program's last one
@@ -81,6 +82,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void Changed(const TreeStep& step) override;
   void ShowSelection(const LiveRange* range) override;
   void TakesKeys(bool on) override;
+  void Outline(const Node* element) override;
   void Measure(const BoundaryPoint& point, Answer answer) override;
 
   // What the page tells.

@@ -17,6 +17,7 @@ namespace {
 // How long after an edit its write begins, if the one before isn't too near.
 constexpr int kRestMs = 1000;
 constexpr int kKeptFolders = 10;
+constexpr int kLongestProject = 60;  // of its name, in UTF-16 units
 
 qint64 MillisecondsNow() {
   using std::chrono::steady_clock;
@@ -105,7 +106,9 @@ void RescueFile::Write() {
   if (!document) return;
   const PageToWrite page = PageForFile(document->tree());
   const QString folder = RescueFolder(program_);
-  const QString stem = PathRules::Join(folder, program_.project.ProjectName().left(60));
+  QString project = program_.project.ProjectName().left(kLongestProject);
+  if (!project.isEmpty() && project.back().isHighSurrogate()) project.chop(1);  // no half of a character
+  const QString stem = PathRules::Join(folder, project);
   const QString name = Project::PageName(program_.project.CurPageNo()).section(u'.', 0, -2);
   path_ = QStringLiteral("%1 - %2 (not saved).html").arg(stem, name);
   disk_.start([page, folder, path = path_] {

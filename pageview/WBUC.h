@@ -174,6 +174,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   QPoint PlaceTextRange();
   void SelectElementText(const HTMLElement& el);
   void SelectAsElement(const HTMLElement& el);
+  void SetSelElement(const HTMLElement& element);
   void ClearSelection();
 
   void FormatSelection(const QString& command, const QString& value, const QString& name);
@@ -189,7 +190,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   bool DocReady_ = false;
   HTMLBodyElement Body_;
   HTMLElement CurrentElement_;
-  HTMLElement SelElement_;
+  HTMLElement SelElement_;  // set by SetSelElement
   std::shared_ptr<HTMLTxtRange> CurrentTextRange_;
   QString CurrentElementTag_;
   QString Location_;

@@ -34,7 +34,7 @@ void WBUC::Cut() {
     case ElementSelected:
       TagClip_ = SelElement_.outerHTML();
       SelElement_.setOuterHTML(QString());
-      SelElement_ = {};
+      SetSelElement({});
       break;
   }
 }
@@ -51,7 +51,7 @@ void WBUC::Copy() {
 void WBUC::Paste(int iOrigin) {
   if (!DocReady_) return;
   const auto step = UndoStep(QStringLiteral("Paste"));
-  SelElement_ = {};
+  SetSelElement({});
   if (iOrigin == FromTagClip) {
     if (!TagClip_.isEmpty()) {
       if (CurrentElement_) {
@@ -129,7 +129,7 @@ int WBUC::MoveElementOneElement(int iDirection) {
   const QString html = SelElement_.outerHTML();
   ReplaceElemHTML(SelElement_, QString());
   neighbour.insertAdjacentHTML(iDirection == -1 ? beforeBegin : afterEnd, html);
-  SelElement_ = {};
+  SetSelElement({});
   return Moved;
 }
 

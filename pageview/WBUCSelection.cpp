@@ -28,6 +28,12 @@ void WBUC::SetCurrentTextRange(std::shared_ptr<HTMLTxtRange> range) {
   if (DocReady_) Doc_->TakeKeys(HasCurrentTextRange());
 }
 
+// A table is outlined then: where it is empty there is no text whose highlight would tell.
+void WBUC::SetSelElement(const HTMLElement& element) {
+  SelElement_ = element;
+  if (DocReady_) Doc_->Outline(KindOf(element) == ElementKind::Table ? element : HTMLElement());
+}
+
 WBUC::Selection WBUC::IfSelection() const {
   if (SelElement_) return ElementSelected;
   if (!DocReady_ || Doc_->selection().type() != u"Text") return NothingSelected;
@@ -46,7 +52,7 @@ void WBUC::SelectElementText(const HTMLElement& el) {
 void WBUC::SelectAsElement(const HTMLElement& el) {
   SelectElementText(el);
   CurrentElement_ = el;
-  SelElement_ = el;
+  SetSelElement(el);
 }
 
 void WBUC::ClearSelection() {
@@ -69,7 +75,7 @@ void WBUC::Doc_onmousedown() {
   keyPresses_.Flush();
   history_.EndRun();
   CurrentElement_ = {};
-  SelElement_ = {};
+  SetSelElement({});
   SetCurrentTextRange(nullptr);
   CurrentElementTag_.clear();
 }
@@ -147,7 +153,7 @@ bool WBUC::Doc_ondblclick() {
         SetCurrentTextRange(range);
       }
       CurrentElement_ = {};
-      SelElement_ = {};
+      SetSelElement({});
       break;
     case ElementKind::Link:
     case ElementKind::None:

@@ -52,7 +52,7 @@ EditState WBUC::StateOfEditing() const {
 void WBUC::Restore(const EditState& state) {
   const PageTree& tree = Doc_->tree();
   CurrentElement_ = state.currentElement;
-  SelElement_ = state.selectedElement;
+  SetSelElement(state.selectedElement);
   CurrentElementTag_ = state.currentTag;
   values_ = state.values;
   const LiveRange point = RangeAt(tree, state.insertionPoint);

@@ -30,6 +30,7 @@ bool HostFileAttributes::Set(const QString& path, int attributes) {
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace {
 
@@ -65,8 +66,9 @@ bool SetHidden(const QString& path, bool hidden) {
     lines.removeAll(line.name);
     if (lines.isEmpty()) return QFile::remove(line.listFile);
   }
-  QFile file(line.listFile);
-  return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(lines.join('\n') + '\n') > 0;
+  QSaveFile file(line.listFile);  // the list may be the user's own, and longer than what is told here
+  file.setDirectWriteFallback(true);
+  return file.open(QIODevice::WriteOnly) && file.write(lines.join('\n') + '\n') > 0 && file.commit();
 }
 
 }  // namespace
@@ -75,7 +77,11 @@ std::optional<int> HostFileAttributes::Get(const QString& path) const {
   struct stat status;
   if (path.isEmpty() || ::stat(QFile::encodeName(path).constData(), &status) != 0) return std::nullopt;
   int attributes = AttributeNormal;
-  if (S_ISDIR(status.st_mode)) attributes |= AttributeDirectory;
+  if (S_ISDIR(status.st_mode)) {
+    attributes |= AttributeDirectory;
+  } else if (!S_ISREG(status.st_mode)) {
+    return std::nullopt;  // a pipe, say, in which a reader would wait for ever
+  }
   if (!(status.st_mode & S_IWUSR)) attributes |= AttributeReadOnly;
   const HiddenLine line = HiddenLineOf(path);
   if (!line.name.isEmpty() && ReadLines(line.listFile).contains(line.name)) attributes |= AttributeHidden;

@@ -9,8 +9,10 @@ namespace {
 QString UserLockFile() {
   const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
   if (!runtime.isEmpty()) return runtime + QStringLiteral("/corvane.lock");
-  // The temporary folder may be shared by all users.
-  return QDir::tempPath() + QStringLiteral("/corvane-") + QDir::home().dirName() + QStringLiteral(".lock");
+  // Not in the temporary folder, where anybody could stand in the way.
+  const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+  QDir().mkpath(cache);
+  return cache + QStringLiteral("/corvane.lock");
 }
 
 // How long a program that has just made its lock may take to write into it.

@@ -18,6 +18,7 @@ class ReplicaPage : public LivePage {
   void Changed(const TreeStep& step) override;
   void ShowSelection(const LiveRange* range) override { selectionShown = range != nullptr; }
   void TakesKeys(bool) override {}
+  void Outline(const Node*) override {}
   void Measure(const BoundaryPoint&, Answer answer) override { answer(position); }
 
   // Where this page and the model differ; empty when they don't.

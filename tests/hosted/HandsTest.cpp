@@ -219,3 +219,31 @@ TEST_F(HostedHands, AColorOfThePageReachesTextInTables) {
     EXPECT_EQ(Asked("getComputedStyle(document.querySelector('#a')).color"), "rgb(51, 102, 153)") << type;
   }
 }
+
+TEST_F(HostedHands, AnEmptyTableThatIsSelectedIsToldByALineThatIsNoPartOfThePage) {
+  const auto lines = [this] {
+    hosted.LiveHtml();  // what the program has told has arrived by then
+    return Asked("getComputedStyle(t).outlineStyle + getComputedStyle(p).outlineStyle");
+  };
+  ASSERT_TRUE(
+      hosted.Load("<HTML><BODY><TABLE ID=t BORDER=1 WIDTH=200><TR><TD HEIGHT=40></TD></TR></TABLE>"
+                  "<FONT ID=p>text</FONT></BODY></HTML>"));
+  const QString before = hosted.Body();
+  EXPECT_EQ("nonenone", lines());
+  ASSERT_TRUE(hosted.DoubleClick(hosted.CenterOf(QStringLiteral("#t"))));
+  ASSERT_EQ("TABLE", hosted.jWB().CurrentSelElementTag());
+  EXPECT_EQ("solidnone", lines());
+  EXPECT_EQ(before, hosted.Body());
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+  ASSERT_TRUE(hosted.KillRenderer());
+  EXPECT_EQ("solidnone", lines());
+  ASSERT_TRUE(hosted.DoubleClick(hosted.PointIn(QStringLiteral("#p"), 2)));
+  EXPECT_EQ("nonenone", lines()) << "the letters' highlight is enough there";
+  ASSERT_TRUE(hosted.DoubleClick(hosted.CenterOf(QStringLiteral("#t"))));
+  hosted.jWB().Cut();
+  EXPECT_FALSE(hosted.Body().contains(QStringLiteral("table")));
+  hosted.jWB().Undo();
+  EXPECT_EQ("solidnone", lines()) << "it is selected again";
+  ASSERT_TRUE(hosted.Click(hosted.PointIn(QStringLiteral("#p"), 2)));
+  EXPECT_EQ("nonenone", lines());
+}

@@ -13,6 +13,7 @@ class LatePage : public LivePage {
   void Changed(const TreeStep&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool on) override { takesKeys = on; }
+  void Outline(const Node*) override {}
   void Measure(const BoundaryPoint&, Answer answer) override { questions.push_back(std::move(answer)); }
 
   std::vector<Answer> questions;

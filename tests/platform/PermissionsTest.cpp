@@ -15,6 +15,7 @@
 #include "HostFileAttributes.h"
 #include "HostSettingsStore.h"
 #include "HostShell.h"
+#include "ModFileOps.h"
 #include "OrdinaryUser.h"
 #include "SingleInstance.h"
 #include "StandardFolders.h"
@@ -136,6 +137,17 @@ TEST_F(Permissions, SomeoneElsesFileNeedsNoChangeWhenItIsAsWantedAndIsHiddenWhen
   EXPECT_TRUE(attributes.Clear(Path("link")));
   EXPECT_FALSE(attributes.Set(Path("link"), AttributeReadOnly | AttributeHidden));
   EXPECT_EQ(AttributeHidden, attributes.Get(Path("link")));
+}
+
+TEST_F(Permissions, APipeIsNoFileInWhichAReaderWouldWaitForEver) {
+  ASSERT_EQ(0, ::mkfifo(qPrintable(Path("Page2.html")), 0600));
+  HostFileAttributes attributes;
+  EXPECT_EQ(std::nullopt, attributes.Get(Path("Page2.html")));
+  ModFileOps files(attributes, Path(""));
+  EXPECT_FALSE(files.FileExists(Path("Page2.html")));
+  int error = 0;
+  EXPECT_EQ("", files.ReadTextFile(Path("Page2.html"), error));
+  EXPECT_EQ(std::nullopt, attributes.Get("/dev/null"));
 }
 
 class DamagedSettings : public Permissions {};

@@ -15,6 +15,7 @@ class HeadlessWebBrowser::Page : public LivePage {
   void Changed(const TreeStep&) override {}
   void ShowSelection(const LiveRange*) override {}
   void TakesKeys(bool) override {}
+  void Outline(const Node*) override {}
   void Measure(const BoundaryPoint& point, Answer answer) override { answer(GridLayout(tree_).PositionOf(point)); }
 
  private:
