@@ -82,6 +82,23 @@ class Opening : public QObject {
   std::optional<QPoint> corner_;
 };
 
+// Ties a window to the main one when it is about to come into view; before that the desktop knows neither.
+class Tie : public QObject {
+ public:
+  Tie(QWidget& window, QWidget& main) : QObject(&window), main_(main) { window.installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* window, QEvent* event) override {
+    if (event->type() != QEvent::Show || event->spontaneous()) return false;
+    main_.winId();
+    static_cast<QWidget*>(window)->windowHandle()->setTransientParent(main_.windowHandle());
+    return false;
+  }
+
+ private:
+  QWidget& main_;
+};
+
 }  // namespace
 
 QRect KeepWithin(QRect frame, const QList<QRect>& areas) {
@@ -133,7 +150,5 @@ void OpenOver(QWidget& window, const QWidget& main) {
 
 void KeepInFrontOf(QWidget& window, QWidget& main) {
   window.setWindowFlags((window.windowFlags() & ~Qt::WindowType_Mask) | Qt::Dialog);
-  window.winId();
-  main.winId();
-  window.windowHandle()->setTransientParent(main.windowHandle());
+  new Tie(window, main);  // the window's child
 }

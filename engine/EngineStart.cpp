@@ -1,28 +1,29 @@
 #include "EngineStart.h"
 
 #include <QQuickWindow>
-#include <QWebEngineProfile>
-#include <utility>
 
 #include "GraphicsCard.h"
+
+namespace {
+constexpr const char* engineFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
+constexpr const char* graphicsOfX = "QT_XCB_GL_INTEGRATION";
+}  // namespace
 
 void ChooseEngineGraphics() {
   if (!HasGraphicsCard()) QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
-void LeaveOutSpareProcess() {
-  const QByteArray told = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
-  qputenv("QTWEBENGINE_CHROMIUM_FLAGS", told + (told.isEmpty() ? "" : " ") + "--no-unsandboxed-zygote");
+LeanEngine::LeanEngine() {
+  const QByteArray told = qgetenv(engineFlags);
+  Set(engineFlags, told + (told.isEmpty() ? "" : " ") + "--no-unsandboxed-zygote");
+  if (!HasGraphicsCard() && !qEnvironmentVariableIsSet(graphicsOfX)) Set(graphicsOfX, "none");
 }
 
-EngineStart::~EngineStart() {
-  delete profile_;
+LeanEngine::~LeanEngine() {
+  for (const auto& [name, value] : before_) value ? qputenv(name, *value) : qunsetenv(name);
 }
 
-void EngineStart::Begin() {
-  profile_ = new QWebEngineProfile;
-}
-
-QWebEngineProfile* EngineStart::Take() {
-  return std::exchange(profile_, nullptr);
+void LeanEngine::Set(const char* name, const QByteArray& value) {
+  before_.emplace_back(name, qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt);
+  qputenv(name, value);
 }

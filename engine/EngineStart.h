@@ -1,31 +1,28 @@
+// What is told to the browser engine before it starts: by what its pages come to the screen, and what it needn't load.
 #pragma once
 
-// The browser engine's first steps. What is told to it has to be told before the QApplication is made.
+#include <QByteArray>
+#include <optional>
+#include <utility>
+#include <vector>
 
-// Says by what the engine's pages are brought to the screen. Without a graphics card they are painted plainly:
-// imitating a card takes half as long again until the first page shows.
+// Without a graphics card pages are painted plainly: imitating a card takes half as long again until the first page
+// shows. To be called before the QApplication is made.
 void ChooseEngineGraphics();
 
-// Leaves out the engine's process that does nothing but fork processes without a sandbox, of which the program has
-// none. Pages come from another one, and their sandbox is whole. What the user has the engine told comes first and
-// stays.
-void LeaveOutSpareProcess();
-
-class QWebEngineProfile;
-
-// The engine's processes, which begin to load as soon as it is certain that they will be used.
-class EngineStart {
+// Leaves out, while it lives, what the program has no use for: without a graphics card the libraries that imitate one,
+// and the engine's process that does nothing but fork processes without a sandbox. Pages come from another one, and
+// their sandbox is whole. What the user has told is kept. It says so in the environment, so it has to be made before
+// the QApplication and to go when the engine has been started: the programs that are started later are none of it.
+class LeanEngine {
  public:
-  EngineStart() = default;
-  ~EngineStart();
-  EngineStart(const EngineStart&) = delete;
-  EngineStart& operator=(const EngineStart&) = delete;
-
-  void Begin();
-
-  // What has begun, for the one who takes it; null where nothing has, or it has been taken.
-  QWebEngineProfile* Take();
+  LeanEngine();
+  ~LeanEngine();
+  LeanEngine(const LeanEngine&) = delete;
+  LeanEngine& operator=(const LeanEngine&) = delete;
 
  private:
-  QWebEngineProfile* profile_ = nullptr;
+  void Set(const char* name, const QByteArray& value);
+
+  std::vector<std::pair<const char*, std::optional<QByteArray>>> before_;
 };

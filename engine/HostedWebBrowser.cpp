@@ -32,6 +32,8 @@ QString ReadResource(const QString& name) {
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+constexpr QLatin1String emptyPage("about:blank");
+
 // How long the second page of two may take behind the first.
 constexpr int kSecondLoadMs = 2000;
 
@@ -58,10 +60,10 @@ QWebEngineScript BridgeScript(const QString& name, const QString& source) {
 
 }  // namespace
 
-HostedWebBrowser::HostedWebBrowser(QWidget* parent, QWebEngineProfile* profile)
+HostedWebBrowser::HostedWebBrowser(QWidget* parent)
     : WebBrowser(parent),
       view_(new QWebEngineView(parent)),
-      profile_(profile ? profile : new QWebEngineProfile),
+      profile_(new QWebEngineProfile(this)),
       interceptor_(new OfflineInterceptor(this)),
       input_(*view_, [this](int keyCode, bool shift) { return AnswerKey(keyCode, shift); }),
       renderer_([this] { Recover(); }),
@@ -69,7 +71,6 @@ HostedWebBrowser::HostedWebBrowser(QWidget* parent, QWebEngineProfile* profile)
         if (!result) return page_->runJavaScript(script, bridgeWorld);
         page_->runJavaScript(script, bridgeWorld, std::move(result));
       }) {
-  profile_->setParent(this);
   InitBridgeResources();  // those of a static library have to be asked for
   profile_->setHttpCacheType(QWebEngineProfile::NoCache);
   profile_->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
@@ -89,6 +90,16 @@ HostedWebBrowser::~HostedWebBrowser() {
   // The profile has to outlive its page.
   view_->setPage(nullptr);
   delete page_;
+}
+
+void HostedWebBrowser::Begin() {
+  hasBegun_ = true;
+  page_->Show(QUrl(emptyPage));
+}
+
+void HostedWebBrowser::MoveInto(QWidget* parent) {
+  setParent(parent);
+  view_->setParent(parent);
 }
 
 void HostedWebBrowser::SetUpPage() {
@@ -140,7 +151,9 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   shown_.token.clear();
   renderer_.SignOfLife();
   if (isDead_) RenewPage();
-  if (url == u"about:blank" || CanBeShown(url)) return LoadWanted();
+  const bool isBegun = std::exchange(hasBegun_, false);
+  if (url == emptyPage) return isBegun ? void() : LoadWanted();
+  if (CanBeShown(url)) return LoadWanted();
   ScheduleFailLoad();
 }
 
@@ -148,7 +161,7 @@ void HostedWebBrowser::LoadWanted() {
   if (isDead_) RenewPage();
   navigation_.began = MillisecondsNow();
   const QString& path = navigation_.path;
-  page_->Show(path == u"about:blank" ? QUrl(path) : QUrl::fromLocalFile(path));
+  page_->Show(path == emptyPage ? QUrl(path) : QUrl::fromLocalFile(path));
 }
 
 void HostedWebBrowser::LoadFinished(bool good) {
@@ -183,14 +196,13 @@ void HostedWebBrowser::FailLoad() {
   document_.reset();
   if (isDead_) RenewPage();
   input_.Forget();
-  page_->Show(QUrl(QStringLiteral("about:blank")));
+  page_->Show(QUrl(emptyPage));
   emit DocumentComplete();
 }
 
 bool HostedWebBrowser::IsAddressWanted(const QString& address) const {
   const QString& path = navigation_.path;
-  return path == u"about:blank" ? address == path
-                                : QUrl::fromLocalFile(path).toLocalFile() == QUrl(address).toLocalFile();
+  return path == emptyPage ? address == path : QUrl::fromLocalFile(path).toLocalFile() == QUrl(address).toLocalFile();
 }
 
 // The page before may still have something to say. Of two loads of one file in a row only the second counts: a page

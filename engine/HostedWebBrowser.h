@@ -32,9 +32,14 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   Q_OBJECT
 
  public:
-  // `profile`: one that has been made before and isn't used yet, and belongs to the object then; null for a new one.
-  explicit HostedWebBrowser(QWidget* parent, QWebEngineProfile* profile = nullptr);
+  explicit HostedWebBrowser(QWidget* parent);
   ~HostedWebBrowser() override;
+
+  // Has the engine begin to load the empty page, for which the page view asks first of all. Before the event loop turns
+  // again somebody has to navigate.
+  void Begin();
+  // Makes the object and its widget those of `parent`.
+  void MoveInto(QWidget* parent);
 
   void Navigate(const QString& url, int flags) override;
   HTMLDocument* Document() const override { return document_.get(); }
@@ -131,6 +136,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
   Navigation navigation_;
+  bool hasBegun_ = false;  // the engine is on its way to the empty page, for which nobody has asked yet
   PageState shown_;
   int covered_ = 0;      // of the view's lower edge, in pixels
   bool isDead_ = false;  // the page in view has lost its renderer

@@ -14,7 +14,7 @@
 int main(int argc, char** argv) {
   qunsetenv("QTWEBENGINE_REMOTE_DEBUGGING");  // a door for every program of the machine
   ChooseEngineGraphics();
-  LeaveOutSpareProcess();
+  auto lean = std::make_unique<LeanEngine>();
   QApplication application(argc, argv);
   HostKeyboard::AskForRealReleases();
   QApplication::setApplicationName(QStringLiteral("corvane"));
@@ -25,10 +25,17 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(FSplash::Logo());
   RealPlatform platform;
   Program program(platform.Services());
-  // The engine's processes load while the windows are made.
-  EngineStart engine;
-  ModMain modMain(program, [&](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent, engine.Take()); });
-  QObject::connect(&modMain, &ModMain::Beginning, [&] { engine.Begin(); });
+  // The engine loads while the windows are made.
+  std::unique_ptr<HostedWebBrowser> browser;
+  ModMain modMain(program, [&browser](QWidget* parent) {
+    browser->MoveInto(parent);
+    return std::move(browser);
+  });
+  QObject::connect(&modMain, &ModMain::Beginning, [&] {
+    browser = std::make_unique<HostedWebBrowser>(nullptr);
+    browser->Begin();
+    lean.reset();
+  });
   // Not `quit`, which would ask each window to close, and theirs only hides. This ends the loops of boxes and menus,
   // too.
   QObject::connect(&modMain, &ModMain::Ended, &application, [] { QCoreApplication::exit(); });

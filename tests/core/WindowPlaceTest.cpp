@@ -113,10 +113,11 @@ TEST(KeepInFrontOf, TiesTheWindowsAndDeletesNone) {
   auto main = std::make_unique<QWidget>();
   QWidget window;
   KeepInFrontOf(window, *main);
-  EXPECT_EQ(main->windowHandle(), window.windowHandle()->transientParent());
   EXPECT_EQ(Qt::Dialog, window.windowType());
   EXPECT_EQ(nullptr, window.parentWidget());
   window.show();
+  EXPECT_NE(nullptr, main->windowHandle());
+  EXPECT_EQ(main->windowHandle(), window.windowHandle()->transientParent());
   window.hide();
   window.show();
   EXPECT_EQ(main->windowHandle(), window.windowHandle()->transientParent());
