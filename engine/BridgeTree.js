@@ -180,12 +180,14 @@ const bridgeTree = watchContent => {
           setAttribute(node, unwire(flat[position.at++]), unwire(flat[position.at++]));
         children = flat[position.at++];
       }
-      const former = nodeById.get(id);
-      if (former) {
-        former[idKey] = undefined;
-        displaced(former);
+      if (id) {  // what lies in a template has none
+        const former = nodeById.get(id);
+        if (former) {
+          former[idKey] = undefined;
+          displaced(former);
+        }
+        makeKnown(node, id);
       }
-      makeKnown(node, id);
       if (!top) top = node;
       if (levels.length) {
         const level = levels[levels.length - 1];

@@ -347,7 +347,7 @@ void HostedWebBrowser::TakesKeys(bool on) {
 }
 
 void HostedWebBrowser::Outline(const Node* element) {
-  const NodeId id = element ? element->id() : 0;
+  const NodeId id = element && element->IsAttached() ? element->id() : 0;
   if (std::exchange(shown_.outlined, id) == 0 && id == 0) return;
   if (load_ == Load::Done) outbox_.Post(Bridge::Outline(id));
 }

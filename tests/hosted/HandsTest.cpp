@@ -247,3 +247,16 @@ TEST_F(HostedHands, AnEmptyTableThatIsSelectedIsToldByALineThatIsNoPartOfThePage
   ASSERT_TRUE(hosted.Click(hosted.PointIn(QStringLiteral("#p"), 2)));
   EXPECT_EQ("nonenone", lines());
 }
+
+// What lies in a template has no number of its own; nothing of it may be taken for the table that isn't selected.
+TEST_F(HostedHands, ATemplateIsInNobodysWay) {
+  ASSERT_TRUE(
+      hosted.Load("<HTML><BODY><TABLE ID=t BORDER=1 WIDTH=200><TR><TD HEIGHT=40></TD></TR></TABLE>"
+                  "<FONT ID=p>text</FONT></BODY></HTML>"));
+  hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"),
+                                              QStringLiteral("<template>in <b>it</b></template>"));
+  ASSERT_TRUE(hosted.DoubleClick(hosted.CenterOf(QStringLiteral("#t"))));
+  hosted.jWB().Cut();
+  hosted.document().body().insertAdjacentHTML(QStringLiteral("BeforeEnd"), QStringLiteral("<I>more</I>"));
+  EXPECT_EQ(hosted.ModelHtml().toStdString(), hosted.LiveHtml().toStdString());
+}
