@@ -33,18 +33,16 @@ void SortByCapitals(QStringList& names) {
   std::transform(entries.begin(), entries.end(), names.begin(), [](Entry& entry) { return std::move(entry.name); });
 }
 
+// Half of a file would pass for the whole one from then on, so it gets its name last.
 bool CopyBytes(const QString& source, const QString& target) {
   QFile in(source);
-  QFile out(target);
-  if (!in.open(QIODevice::ReadOnly) || !out.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
+  ScratchFile out(QFileInfo(target).path());
+  if (!in.open(QIODevice::ReadOnly) || !out.open()) return false;
   QByteArray block(1 << 16, Qt::Uninitialized);
   qint64 got = 0;
-  bool isGood = true;
-  while (isGood && (got = in.read(block.data(), block.size())) > 0) isGood = out.write(block.constData(), got) == got;
-  isGood = isGood && got == 0 && out.flush();
-  // Half of a file would pass for the whole one from then on.
-  if (!isGood) out.remove();
-  return isGood;
+  while ((got = in.read(block.data(), block.size())) > 0)
+    if (out.write(block.constData(), got) != got) return false;
+  return got == 0 && out.MoveTo(target);
 }
 
 }  // namespace
