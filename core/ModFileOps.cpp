@@ -12,6 +12,7 @@
 #include "PathRules.h"
 #include "ScratchFile.h"
 #include "WindowsNames.h"
+#include "WriteWhole.h"
 
 namespace {
 
@@ -36,13 +37,18 @@ void SortByCapitals(QStringList& names) {
 // Half of a file would pass for the whole one from then on, so it gets its name last.
 bool CopyBytes(const QString& source, const QString& target) {
   QFile in(source);
-  ScratchFile out(QFileInfo(target).path());
-  if (!in.open(QIODevice::ReadOnly) || !out.open()) return false;
-  QByteArray block(1 << 16, Qt::Uninitialized);
-  qint64 got = 0;
-  while ((got = in.read(block.data(), block.size())) > 0)
-    if (out.write(block.constData(), got) != got) return false;
-  return got == 0 && out.MoveTo(target);
+  if (!in.open(QIODevice::ReadOnly)) return false;
+  const auto copyTo = [&in](QIODevice& out) {
+    QByteArray block(1 << 16, Qt::Uninitialized);
+    qint64 got = 0;
+    while ((got = in.read(block.data(), block.size())) > 0)
+      if (out.write(block.constData(), got) != got) return false;
+    return got == 0;
+  };
+  ScratchFile whole(QFileInfo(target).path());
+  if (whole.open() && copyTo(whole) && whole.MoveTo(target)) return true;
+  // Where the folder takes no new names, one that couldn't be deleted can still be written over.
+  return QFile::exists(target) && in.seek(0) && WriteWhole(target, copyTo);
 }
 
 }  // namespace

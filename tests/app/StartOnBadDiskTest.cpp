@@ -4,6 +4,7 @@
 #include "OnSmallDisk.h"
 #include "ProgramFixture.h"
 #include "Settings.h"
+#include "StandardFolders.h"
 
 namespace {
 
@@ -102,6 +103,31 @@ TEST_F(StartOnDiskThatCantBeWritten, AllGoesOnOnceItCan) {
   ExpectSilentStart();
   MakeWritable(true);
   ExpectEditingWorks();
+}
+
+// Help and samples in the user's own folder, at the first start and at the one after an update.
+TEST_F(StartOnFullDisk, HelpAndSamplesAreWholeOrOfTheVersionBeforeAndCompletedLater) {
+  const auto path = [this](const char* name) { return run_.test.Path(name); };
+  const QByteArray help(200000, 'h'), sample(150000, 's'), icon(766, 'i'), old(90000, 'o');
+  ASSERT_TRUE(PutFile(path("installed/cvn2.hlp"), help));
+  ASSERT_TRUE(PutFile(path("installed/samples/bars.jpg"), sample));
+  ASSERT_TRUE(PutFile(path("installed/icons/a.ico"), icon));
+  ASSERT_TRUE(PutFile(path("user/cvn2.hlp"), old));
+  Fill();
+  {
+    QFile filler(Filler());
+    ASSERT_TRUE(filler.resize(filler.size() - (64 << 10)));  // room for a part of each
+  }
+  FillAppFolder(path("installed"), path("user"));
+  EXPECT_EQ(old, FileBytes(path("user/cvn2.hlp")));
+  EXPECT_EQ("<missing>", FileBytes(path("user/samples/bars.jpg")));
+  EXPECT_EQ(icon, FileBytes(path("user/icons/a.ico")));
+  EXPECT_EQ(QStringList{"cvn2.hlp"}, QDir(path("user")).entryList(QDir::Files | QDir::Hidden));
+  EXPECT_EQ(QStringList(), QDir(path("user/samples")).entryList(QDir::Files | QDir::Hidden));
+  Free();
+  FillAppFolder(path("installed"), path("user"));
+  EXPECT_EQ(help, FileBytes(path("user/cvn2.hlp")));
+  EXPECT_EQ(sample, FileBytes(path("user/samples/bars.jpg")));
 }
 
 // The store at the end of a run.
