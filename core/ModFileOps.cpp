@@ -12,6 +12,7 @@
 #include "PathRules.h"
 #include "ScratchFile.h"
 #include "WindowsNames.h"
+#include "WriteWhole.h"
 
 namespace {
 
@@ -33,18 +34,21 @@ void SortByCapitals(QStringList& names) {
   std::transform(entries.begin(), entries.end(), names.begin(), [](Entry& entry) { return std::move(entry.name); });
 }
 
+// Half of a file would pass for the whole one from then on, so it gets its name last.
 bool CopyBytes(const QString& source, const QString& target) {
   QFile in(source);
-  QFile out(target);
-  if (!in.open(QIODevice::ReadOnly) || !out.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
-  QByteArray block(1 << 16, Qt::Uninitialized);
-  qint64 got = 0;
-  bool isGood = true;
-  while (isGood && (got = in.read(block.data(), block.size())) > 0) isGood = out.write(block.constData(), got) == got;
-  isGood = isGood && got == 0 && out.flush();
-  // Half of a file would pass for the whole one from then on.
-  if (!isGood) out.remove();
-  return isGood;
+  if (!in.open(QIODevice::ReadOnly)) return false;
+  const auto copyTo = [&in](QIODevice& out) {
+    QByteArray block(1 << 16, Qt::Uninitialized);
+    qint64 got = 0;
+    while ((got = in.read(block.data(), block.size())) > 0)
+      if (out.write(block.constData(), got) != got) return false;
+    return got == 0;
+  };
+  ScratchFile whole(QFileInfo(target).path());
+  if (whole.open() && copyTo(whole) && whole.MoveTo(target)) return true;
+  // Where the folder takes no new names, one that couldn't be deleted can still be written over.
+  return QFile::exists(target) && in.seek(0) && WriteWhole(target, copyTo);
 }
 
 }  // namespace

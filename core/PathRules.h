@@ -32,10 +32,13 @@ inline QString DropTrailingSeparator(const QString& path) {
   return EndsInSeparator(path) ? path.chopped(1) : path;
 }
 
-// Whether a folder called `name` in `folder` lies below it: "..", "." and "" don't, nor does a path that climbs out.
+// Whether a folder called `name` in `folder` lies below it, if both were there: "..", "." and "" don't, nor does a path
+// that climbs out.
 inline bool StaysBelow(const QString& folder, const QString& name) {
   const QString path = Join(folder, name);
-  return QDir::cleanPath(path).startsWith(QDir::cleanPath(folder) + u'/') && QFileInfo(path) != QFileInfo(folder);
+  // Two that aren't there count as one to Qt.
+  const bool isFolderItself = QFileInfo::exists(path) && QFileInfo(path) == QFileInfo(folder);
+  return QDir::cleanPath(path).startsWith(QDir::cleanPath(folder) + u'/') && !isFolderItself;
 }
 
 }  // namespace PathRules

@@ -65,14 +65,17 @@ void KeepLeftOvers(Program& program) {
     QString target = PathRules::Join(rescued, moment);
     for (int number = 2; files.FolderExists(target); ++number)
       target = PathRules::Join(rescued, QStringLiteral("%1 (%2)").arg(moment).arg(number));
+    // A disk too full for another folder lets one have another name.
+    if (!files.FolderExists(rescued)) target = rescued;
     if (hasPages) {
       files.Attributes().Clear(card);
       if (!QDir().rename(card, target)) files.CopyFolderFiles(card, target);
     }
     files.EnsureFolder(target);
-    if (hasRescue)
+    if (hasRescue && !files.FolderExists(target)) QDir().rename(rescue, target);
+    if (hasRescue && files.FolderExists(rescue))
       for (const QString& name : list.split(u'*'))
-        files.MoveFileOver(PathRules::Join(rescue, name), PathRules::Join(target, name));
+        if (!QFile::rename(PathRules::Join(rescue, name), PathRules::Join(target, name))) return;  // kept where it is
     KeepTheLast(program, rescued);
   }
   files.RemoveTree(rescue);

@@ -43,5 +43,10 @@ bool HostSingleInstance::Acquire() {
 
 bool HostSingleInstance::AcquireFolder(const QString& folder) {
   folderLock_ = std::make_unique<QLockFile>(QDir(folder).filePath(QStringLiteral(".lock")));
-  return HoldsLock(*folderLock_);
+  if (!HoldsLock(*folderLock_)) return false;
+  // Whoever can't read who stands in it takes it for one that nobody stands in.
+  if (folderLock_->isLocked())
+    QFile::setPermissions(folderLock_->fileName(),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+  return true;
 }

@@ -1,11 +1,11 @@
 // Folders that vanish, and disks that are full or can't be written. Nothing is said, nothing ends, and once the trouble
 // is over all goes on.
 #include <QLineEdit>
-#include <QProcess>
-#include <QStorageInfo>
 
 #include "FoldersFixture.h"
+#include "OnSmallDisk.h"
 #include "PackPanel.h"
+#include "RescueFile.h"
 
 namespace {
 
@@ -62,23 +62,20 @@ TEST_F(VanishedFolder, TheExitGoesOn) {
   EXPECT_TRUE(run_.ended);
 }
 
-// The scratch folder lies on a small disk of its own; see SmallDisk.sh.
-class SmallDisk : public FoldersTest {
- protected:
-  static void SetUpTestSuite() { ASSERT_LT(QStorageInfo(QDir::tempPath()).bytesTotal(), 4 << 20); }
+TEST_F(VanishedFolder, TheExitGoesOnWithoutAnyFolderOfTheProgram) {
+  MakePages({"one"});
+  SaveProjectAs("ann");
+  ASSERT_TRUE(QDir(run_.PathInApp("")).removeRecursively());
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  ExpectSilence();
+  Exit({MessageAnswer::Yes});
+  EXPECT_TRUE(run_.ended);
+  EXPECT_EQ(1, run_.Dialogs().Boxes.size()) << "the question alone";
+  EXPECT_FALSE(QDir(run_.PathInApp("")).exists());
+}
 
-  void Fill() {
-    for (const int block : {65536, 4096, 512, 1}) {
-      QFile filler(run_.test.Path("filler"));
-      ASSERT_TRUE(filler.open(QIODevice::Append | QIODevice::Unbuffered));
-      while (filler.write(QByteArray(block, 'x')) == block) {
-      }
-    }
-  }
-  void Free() { ASSERT_TRUE(QFile::remove(run_.test.Path("filler"))); }
-  static void MakeWritable(bool yes) {
-    ASSERT_EQ(0, QProcess::execute("mount", {"-o", yes ? "remount,rw" : "remount,ro", QDir::tempPath()}));
-  }
+class SmallDisk : public OnSmallDisk<FoldersTest> {
+ protected:
   void ExpectSilence() {
     EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty()) << qPrintable(run_.Dialogs().Messages().join(" | "));
     EXPECT_FALSE(Web().Busy);
@@ -153,7 +150,7 @@ TEST_F(FullDisk, ATargetThatFillsUpIsToldAndTheProjectIsWhole) {
   ASSERT_TRUE(run_.Choose("mMakePack"));
   run_.modMain.Ops()->FrOps0->tMakePath->setText(run_.test.Path("desktop"));
   Fill();
-  QFile filler(run_.test.Path("filler"));
+  QFile filler(Filler());
   ASSERT_TRUE(filler.resize(filler.size() - (48 << 10)));
   run_.modMain.Ops()->FrOps0->bCreate[0]->click();
   EXPECT_EQ(QStringList{StringText(130)}, run_.Dialogs().Messages());
@@ -205,6 +202,35 @@ TEST_F(DiskThatCantBeWritten, NothingChangesAndAllGoesOnAfterwards) {
   run_.Type("again");
   ASSERT_TRUE(run_.Choose("mSavePage"));
   EXPECT_EQ(InView(), FileIn("card/wgcard.html"));
+}
+
+TEST_F(DiskThatCantBeWritten, AFirstSaveMovesToAFolderThatIsNotMade) {
+  MakePages({"one"});
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  const Tree before = TreeOf();
+  MakeWritable(false);
+  SaveProjectAs("ann");
+  ExpectSilence();
+  EXPECT_EQ("ann", run_.program().project.ProjectName());
+  EXPECT_EQ("one", LettersInView());
+  EXPECT_EQ(Tree(), Changes(before, TreeOf()));
+  MakeWritable(true);
+  EXPECT_EQ(Tree(), Changes(before, TreeOf()));
+}
+
+TEST_F(DiskThatCantBeWritten, TheExitGoesOnAndTheNextStartKeepsTheWork) {
+  MakePages({"one"});
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  const QByteArray page = FileIn("card/wgcard.html");
+  MakeWritable(false);
+  Exit({MessageAnswer::Yes}, {"ann"});
+  EXPECT_TRUE(run_.ended);
+  EXPECT_EQ(page, FileIn("card/wgcard.html"));
+  MakeWritable(true);
+  KeepLeftOvers(run_.program());
+  const QStringList kept = Names("rescued");
+  ASSERT_EQ(1, kept.size());
+  EXPECT_EQ(page, FileIn("rescued/" + kept.first() + "/wgcard.html"));
 }
 
 }  // namespace

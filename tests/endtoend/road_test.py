@@ -74,16 +74,30 @@ def save_by_keys(desktop, program, check, saved):
     check.same("the page saved by keys", program.save(), saved)
 
 
-def start_twice(desktop, program, check):
+def start_twice(desktop, program, check, other=()):
+    """A second start beside the first; `other` is what it has otherwise in its environment, as NAME=VALUE."""
     windows = desktop.windows()
+    before = sorted(os.listdir(program.card("")))
     begin = time.monotonic()
-    second = desktop.start([program.program])
+    second = desktop.start(["env", *other, program.program])
     appeared = set()
     while second.poll() is None and time.monotonic() < begin + 20:
         appeared |= set(desktop.windows()) - set(windows)
     check.same("a second start ends with code 0", second.poll(), 0)
     check.same("a second start shows nothing", (appeared, desktop.windows()), (set(), windows))
     check.same("the first goes on", program.process.poll(), None)
+    check.same("with its work", sorted(os.listdir(program.card(""))), before)
+
+
+def start_from_other_folders(desktop, program, check):
+    """One program folder is one program, whatever runtime folder and home a start comes from."""
+    runtime, home = desktop.path("runtime2"), desktop.path("home2")
+    os.mkdir(runtime, 0o700)
+    os.mkdir(home)
+    start_twice(desktop, program, check, ["XDG_RUNTIME_DIR=" + runtime])
+    start_twice(desktop, program, check, ["XDG_RUNTIME_DIR=" + os.path.join(runtime, "missing")])
+    start_twice(desktop, program, check, ["XDG_RUNTIME_DIR=" + runtime, "HOME=" + home, "XDG_CONFIG_HOME=" + home,
+                                          "XDG_CACHE_HOME=" + home, "XDG_DATA_HOME=" + home])
 
 
 def make_pack(desktop, program, check, pictures):
@@ -153,6 +167,7 @@ def whole_road(build, pictures, check):
         try:
             saved = type_page(desktop, program, check, pictures)
             start_twice(desktop, program, check)
+            start_from_other_folders(desktop, program, check)
             pack = make_pack(desktop, program, check, pictures)
             desktop.shot(os.path.join(pictures, "6-closed.png"))
             temp = run_pack(desktop, build, pack, check)

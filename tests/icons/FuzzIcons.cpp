@@ -42,7 +42,7 @@ bool IsGoodMask(const QImage& mask) {
 
 int main(int argc, char** argv) {
   long done = 0, masks = 0;
-  const int result = FuzzFiles(argc, argv, Samples(), [&](const QByteArray& bytes) {
+  const int result = FuzzFiles(argc, argv, Samples(), {"bmp", "gif", "ico", "jpg"}, [&](const QByteArray& bytes) {
     const QImage picture = PictureForIcon(bytes);
     const auto mask = MaskOfIcon(bytes);
     ++done;

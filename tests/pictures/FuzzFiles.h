@@ -9,16 +9,17 @@
 
 #include "Breaker.h"
 #include "PictureFiles.h"
+#include "PublicSeeds.h"
 #include "RandomSeed.h"
 
 // What came of one file.
 enum class Fuzzed { Refused, Read, OutOfBounds };
 
-// Gives each sample to `read` as it is, then broken over and over; the result is that of the program. Something is
-// wrong when an unbroken one isn't read, one is out of bounds or takes long, or none or all of the broken ones are
-// refused.
+// Gives each sample to `read` as it is, then broken over and over, as are those of the public collection; the result is
+// that of the program. Something is wrong when an unbroken one of a kind in `kinds` isn't read, one is out of bounds or
+// takes long, or none or all of the broken ones are refused.
 template <typename Read>
-int FuzzFiles(int argc, char** argv, const QList<PictureSample>& samples, Read read) {
+int FuzzFiles(int argc, char** argv, QList<PictureSample> samples, const QStringList& kinds, Read read) {
   constexpr auto kDuration = std::chrono::seconds(8);
   constexpr auto kLongest = std::chrono::seconds(5);
   const QCoreApplication application(argc, argv);
@@ -26,9 +27,26 @@ int FuzzFiles(int argc, char** argv, const QList<PictureSample>& samples, Read r
   qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
   const long iterations = argc > 1 ? std::atol(argv[1]) : 0;
   const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : RandomSeed("broken pictures");
-  for (const PictureSample& sample : samples) {
+  const QList<PublicSeed> seeds = PublicSeeds();
+  std::printf("%d files of the public collection\n", int(seeds.size()));
+  if (seeds.isEmpty() && qEnvironmentVariable("CI") == QLatin1String("true")) {
+    std::fprintf(stderr, "the public collection isn't there\n");
+    return 1;
+  }
+  QList<PictureSample> wanted = samples;
+  for (const PublicSeed& seed : seeds) {
+    const PictureSample sample{seed.name.constData(), seed.bytes};
+    if (kinds.contains(seed.kind)) wanted += sample;
+    samples += sample;
+  }
+  for (const PictureSample& sample : wanted) {
     if (read(sample.bytes) == Fuzzed::Read) continue;
     std::fprintf(stderr, "%s isn't read even unbroken\n", sample.name);
+    return 1;
+  }
+  for (const PictureSample& sample : samples) {
+    if (read(sample.bytes) != Fuzzed::OutOfBounds) continue;
+    std::fprintf(stderr, "%s is out of bounds\n", sample.name);
     return 1;
   }
   const auto end = std::chrono::steady_clock::now() + kDuration;

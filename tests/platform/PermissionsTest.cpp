@@ -1,5 +1,6 @@
 // What the system refuses: files and folders that can't be read or written, and a settings file that is damaged.
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utime.h>
@@ -104,6 +105,28 @@ TEST_F(Permissions, AnOldLockOfALivingProcessCounts) {
   EXPECT_FALSE(second.Acquire());
 }
 
+// Also where the folder that it lies in can't be written, so that it can't be put away.
+TEST_F(Permissions, ALockThatCannotBeReadHoldsNobody) {
+  Put("lock", "1\nother\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+  Mode("lock", 0);
+  EXPECT_TRUE(HostSingleInstance(Path("lock")).Acquire());
+  Put("shared/.lock", "1\nother\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+  Mode("shared/.lock", 0);
+  Mode("shared", 0500);
+  HostSingleInstance instance(Path("own lock"));
+  EXPECT_TRUE(instance.AcquireFolder(Path("shared")));
+  Mode("shared", 0700);
+}
+
+// Two users on one folder: who couldn't read that somebody stands in the lock would put it away.
+TEST_F(Permissions, TheLockOfAFolderTellsEverybodyWhoStandsInIt) {
+  HostSingleInstance instance(Path("own lock"));
+  const mode_t before = ::umask(077);
+  EXPECT_TRUE(instance.AcquireFolder(Path("")));
+  ::umask(before);
+  EXPECT_TRUE(QFile::permissions(Path(".lock")) & QFile::ReadOther);
+}
+
 TEST_F(Permissions, AStartedProgramWorksInItsOwnFolder) {
   Put("tools/tool", "#!/bin/sh\npwd > seen.part\nmv seen.part seen\n");
   Mode("tools/tool", 0700);
@@ -148,6 +171,28 @@ TEST_F(Permissions, APipeIsNoFileInWhichAReaderWouldWaitForEver) {
   int error = 0;
   EXPECT_EQ("", files.ReadTextFile(Path("Page2.html"), error));
   EXPECT_EQ(std::nullopt, attributes.Get("/dev/null"));
+}
+
+// What a program that is killed leaves of a copy mustn't pass for the whole.
+TEST_F(Permissions, ACopyGetsItsNameWhenItIsWhole) {
+  TestProgram test;
+  Put("a.gif", QByteArray(300000, 'g'));
+  ASSERT_TRUE(QDir().mkdir(Path("to")));
+  const int watch = ::inotify_init1(IN_NONBLOCK);
+  ASSERT_GE(::inotify_add_watch(watch, qPrintable(Path("to")), IN_CREATE | IN_MOVED_TO | IN_OPEN), 0);
+  test.program.Files.CopyFileOver(Path("a.gif"), Path("to/b.gif"));
+  alignas(inotify_event) char told[4096];
+  const ssize_t length = ::read(watch, told, sizeof told);
+  ::close(watch);
+  QList<uint32_t> ways;
+  for (ssize_t at = 0; at < length;) {
+    const auto& event = *reinterpret_cast<const inotify_event*>(told + at);
+    if (event.len > 0 && QByteArray(event.name) == "b.gif") ways += event.mask;
+    at += ssize_t(sizeof event + event.len);
+  }
+  EXPECT_EQ(QList<uint32_t>{IN_MOVED_TO}, ways);
+  EXPECT_EQ(QByteArray(300000, 'g'), FileBytes(Path("to/b.gif")));
+  EXPECT_EQ(QStringList{"b.gif"}, QDir(Path("to")).entryList(QDir::Files | QDir::Hidden));
 }
 
 class DamagedSettings : public Permissions {};
