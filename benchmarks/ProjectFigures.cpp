@@ -10,6 +10,7 @@
 #include <QWebEngineView>
 
 #include "FWeb.h"
+#include "Figure.h"
 #include "HostedWebBrowser.h"
 #include "LetterPage.h"
 #include "TestPlatform.h"
@@ -81,14 +82,6 @@ class Peer {
   QWebEngineView view_;
 };
 
-bool Print(const char* name, const std::vector<double>& own, const std::vector<double>& peer, double bound) {
-  const double ratio = Quantile(own, 0.5) / Quantile(peer, 0.5);
-  std::printf("BENCH name=%s ours=%.1f peer=%.1f ratio=%.3f unit=ms\n", name, Quantile(own, 0.5), Quantile(peer, 0.5),
-              ratio);
-  std::fflush(stdout);
-  return ratio <= bound;
-}
-
 bool SwitchPage() {
   TestProgram test;
   Ours ours(test);
@@ -96,18 +89,16 @@ bool SwitchPage() {
       !PutFile(test.WorkFile(QStringLiteral("Page3.html")), MakePage(359000)))
     return false;
   Peer engine;
-  std::vector<double> own, peer;
+  Figure figure("switch_page");
   // The first switches warm up: away from the blank page, and the engine's own start.
   for (int turn = -2; turn < 12; ++turn) {
     const int page = turn % 2 == 0 ? 2 : 3;
     const double ms = ours.SwitchTo(page);
     if (test.program.project.CurPageNo() != page || ours.web().jWB->Source().size() < 350000) return false;
     const double other = engine.Load(test.WorkFile(QStringLiteral("Page%1.html").arg(page)));
-    if (turn < 0) continue;
-    own.push_back(ms);
-    peer.push_back(other);
+    if (turn >= 0) figure.Add(ms, other);
   }
-  return Print("switch_page", own, peer, 1.3);
+  return figure.Print(1.3);
 }
 
 bool Export() {
@@ -130,7 +121,7 @@ bool Export() {
   ours.SwitchTo(2);
   QStringList paths;
   for (const QString& name : names) paths.append(test.WorkFile(name));
-  std::vector<double> own, peer;
+  Figure figure("export_100");
   for (int turn = -1; turn < 9; ++turn) {
     QElapsedTimer clock;
     test.platform.dialogs.Texts = {test.Path(QStringLiteral("mine.html"))};
@@ -146,11 +137,9 @@ bool Export() {
     if (QProcess::execute(QStringLiteral("cp"), paths + QStringList(folder)) != 0) return false;
     const double other = double(clock.nsecsElapsed()) / 1e6;
     QDir(folder).removeRecursively();
-    if (turn < 0) continue;
-    own.push_back(ms);
-    peer.push_back(other);
+    if (turn >= 0) figure.Add(ms, other);
   }
-  return Print("export_100", own, peer, 2.0);
+  return figure.Print(2.0);
 }
 
 }  // namespace
