@@ -10,12 +10,12 @@
 #include <QWebEngineView>
 
 #include "Figure.h"
-#include "HTMLDocument.h"
 #include "HostedWebBrowser.h"
 #include "Serializer.h"
 #include "TestPlatform.h"
 #include "WBUC.h"
 #include "Waiting.h"
+#include "WholePage.h"
 
 namespace {
 
@@ -41,29 +41,6 @@ class Ours {
 
   WBUC& view() { return view_; }
 
-  // Until the live page has had the command and laid the page out.
-  double Color(const QString& color) {
-    const auto whole = view_.WBDocument()->body().createTextRange();
-    whole->select();
-    Settle(*whole);
-    QElapsedTimer clock;
-    clock.start();
-    view_.SetSelColor(color);
-    Settle(*whole);
-    return double(clock.nsecsElapsed()) / 1e6;
-  }
-
-  // The same for what the last command did.
-  double Undo() {
-    const auto whole = view_.WBDocument()->body().createTextRange();
-    Settle(*whole);
-    QElapsedTimer clock;
-    clock.start();
-    view_.Undo();
-    Settle(*whole);
-    return double(clock.nsecsElapsed()) / 1e6;
-  }
-
   double Rescue() {
     QElapsedTimer clock;
     clock.start();
@@ -79,16 +56,6 @@ class Ours {
   }
 
  private:
-  static void Settle(HTMLTxtRange& range) {
-    Wait measured;
-    bool done = false;
-    range.Measure([&] {
-      done = true;
-      measured.Done();
-    });
-    if (!done) measured.Run("our place");
-  }
-
   WBUC view_;
 };
 
@@ -136,9 +103,9 @@ bool Format() {
   for (int turn = 0; turn < 5; ++turn) {
     // A fresh page each time, as a second command finds the work of the first.
     Ours ours(test, file);
-    own.push_back(ours.Color(QStringLiteral("#FF0000")));
+    own.push_back(ColorWhole(ours.view(), QStringLiteral("#FF0000")));
     if (ours.view().Source().count(QStringLiteral("<font color=\"#FF0000\">")) != runs) return false;
-    undo.Add(ours.Undo(), own.back());
+    undo.Add(UndoWhole(ours.view()), own.back());
     if (ours.view().Source().contains(QStringLiteral("<font"))) return false;
   }
   const bool good = undo.Print(1.0);

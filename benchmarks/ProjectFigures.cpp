@@ -2,60 +2,21 @@
 // edited, the page before written and the pages counted, against the bare engine loading the same files; export_100, a
 // page with 100 pictures sent out into a folder, against `cp` of the same files.
 #include <QApplication>
-#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QWebEnginePage>
 #include <QWebEngineView>
 
-#include "FWeb.h"
 #include "Figure.h"
-#include "HostedWebBrowser.h"
 #include "LetterPage.h"
-#include "TestPlatform.h"
-#include "Waiting.h"
+#include "ProjectWindow.h"
 
 namespace {
-
-constexpr QSize kWindow(1024, 768);
 
 QByteArray Around(const QByteArray& body) {
   return "<html><head><title></title></head><body bgcolor=\"#FFFFFF\" text=\"#000000\">" + body + "</body></html>";
 }
-
-WebBrowserFactory MakeHosted() {
-  return [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); };
-}
-
-class Ours {
- public:
-  explicit Ours(TestProgram& test) : web_(test.program, MakeHosted()) {
-    test.program.AppStarted = true;
-    web_.resize(kWindow);
-    web_.showNormal();
-    Pause(1000);
-  }
-
-  FWeb& web() { return web_; }
-
-  // Until the other page can be edited.
-  double SwitchTo(int page) {
-    QElapsedTimer clock;
-    Wait ready;
-    const auto connection = QObject::connect(web_.jWB, &WBUC::DocComplete, &web_, [&ready] { ready.Done(); });
-    clock.start();
-    web_.BoxPage->setCurrentIndex(page - 1);
-    ready.Run("our page");
-    const double ms = double(clock.nsecsElapsed()) / 1e6;
-    QObject::disconnect(connection);
-    Pause(200);
-    return ms;
-  }
-
- private:
-  FWeb web_;
-};
 
 class Peer {
  public:
@@ -84,7 +45,7 @@ class Peer {
 
 bool SwitchPage() {
   TestProgram test;
-  Ours ours(test);
+  ProjectWindow ours(test);
   if (!PutFile(test.WorkFile(QStringLiteral("Page2.html")), MakePage(359000)) ||
       !PutFile(test.WorkFile(QStringLiteral("Page3.html")), MakePage(359000)))
     return false;
@@ -94,7 +55,7 @@ bool SwitchPage() {
   for (int turn = -2; turn < 12; ++turn) {
     const int page = turn % 2 == 0 ? 2 : 3;
     const double ms = ours.SwitchTo(page);
-    if (test.program.project.CurPageNo() != page || ours.web().jWB->Source().size() < 350000) return false;
+    if (test.program.project.CurPageNo() != page || ours.view().Source().size() < 350000) return false;
     const double other = engine.Load(test.WorkFile(QStringLiteral("Page%1.html").arg(page)));
     if (turn >= 0) figure.Add(ms, other);
   }
@@ -114,7 +75,7 @@ bool Export() {
   const QByteArray page = Around(body);
   names.append(QStringLiteral("Page2.html"));
   // The window's load steps make the folder, so it comes first.
-  Ours ours(test);
+  ProjectWindow ours(test);
   for (int i = 0; i < pictures; ++i)
     if (!PutFile(test.WorkFile(names[i]), QByteArray(pictureBytes, char('a' + i % 26)))) return false;
   if (!PutFile(test.WorkFile(names.last()), page)) return false;

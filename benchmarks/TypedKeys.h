@@ -33,16 +33,18 @@ inline void SendKey(QWidget* widget, QEvent::Type type, TypedKey key = TypedKey:
 
 class TypedKeys {
  public:
-  // Clicks into the text in the middle of the page; the program ends where the page takes no click.
-  explicit TypedKeys(WBUC& view) : view_(view) {
+  // Clicks into the text in the middle of the page, which has `settleMs` to be scrolled there; the program ends where
+  // the page takes no click.
+  explicit TypedKeys(WBUC& view, int settleMs = 500) : view_(view) {
     auto& browser = static_cast<HostedWebBrowser&>(view_.Browser());
     browser.RunPageScript(QStringLiteral("scrollTo(0, document.body.scrollHeight / 2)"));
-    Pause(500);
+    Pause(settleMs);
     keys_ = browser.Widget()->focusProxy();
     keys_->setFocus();
     for (int y = 350; !view_.HasCurrentTextRange() && y < 600; y += 7) {
       Click(keys_, {200, double(y)});
-      Pause(600);
+      // Two clicks at once would be a double click.
+      for (int waited = 0; !view_.HasCurrentTextRange() && waited < 600; waited += 10) Pause(10);
     }
     if (view_.HasCurrentTextRange()) return;
     std::fprintf(stderr, "our page takes no click\n");
