@@ -4,6 +4,7 @@
 // of an hour. bench_memory_8h N makes do with N page changes, to try it.
 #include <QApplication>
 #include <cstdlib>
+#include <vector>
 
 #include "Figure.h"
 #include "LetterPage.h"
@@ -17,6 +18,7 @@ constexpr int kPages = 10;
 constexpr int kPageBytes = 36000;
 constexpr int kLetters = 50;  // on a visit of a page, and as many keys take them back
 constexpr int kVisits = 1000;
+constexpr int kLooks = 5;
 
 double MemoryAtRest(ProjectWindow& window) {
   constexpr int restMs = 5000;  // the engine gives memory back only after a while
@@ -28,12 +30,13 @@ double MemoryAtRest(ProjectWindow& window) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  const int visits = argc > 1 ? std::max(10, std::atoi(argv[1])) : kVisits;
+  const int visits = argc > 1 ? std::max(10 * kLooks, std::atoi(argv[1])) : kVisits;
   TestProgram test;
   ProjectWindow window(test);
   for (int page = 2; page < 2 + kPages; ++page)
     if (!PutFile(test.WorkFile(Project::PageName(page)), MakePage(kPageBytes))) return 1;
-  double early = 0;
+  const int tenth = visits / 10;
+  std::vector<double> early, late;
   for (int visit = 1; visit <= visits; ++visit) {
     const int page = 2 + visit % kPages;
     window.SwitchTo(page, 0);
@@ -48,13 +51,13 @@ int main(int argc, char** argv) {
                    qlonglong(after));
       return 1;
     }
-    if (visit % (visits / 10) != 0) continue;
-    const double now = MemoryAtRest(window);
-    std::fprintf(stderr, "%d page changes, %d keys: %.1f MB\n", visit, visit * 2 * kLetters, now);
-    if (early == 0) early = now;
-    if (visit < visits) continue;
-    Figure figure("memory_8h", "MB");
-    figure.Add(now, early);
-    figure.Print();
+    const bool isEarly = visit <= tenth, isLate = visit > visits - tenth;
+    if ((!isEarly && !isLate) || visit % (tenth / kLooks) != 0) continue;
+    auto& looks = isEarly ? early : late;
+    if (int(looks.size()) < kLooks) looks.push_back(MemoryAtRest(window));
+    std::fprintf(stderr, "%d page changes, %d keys: %.1f MB\n", visit, visit * 2 * kLetters, looks.back());
   }
+  Figure figure("memory_8h", "MB");
+  for (std::size_t look = 0; look < early.size(); ++look) figure.Add(late.at(look), early[look]);
+  figure.Print();
 }

@@ -53,7 +53,8 @@ struct PageTimes {
 
 PageTimes WorkOn(ProjectWindow& window, int number, int nodes) {
   PageTimes times{};
-  times.page = window.SwitchTo(number);
+  constexpr int restMs = 50;
+  times.page = window.SwitchTo(number, restMs);
   const int found = NodesBelow(window.view().WBDocument()->tree().bodyNode());
   if (std::abs(found - nodes) > nodes / 20) std::fprintf(stderr, "%d nodes in place of %d\n", found, nodes);
   Expect(std::abs(found - nodes) <= nodes / 20, "a page of as many nodes");
@@ -70,7 +71,7 @@ PageTimes WorkOn(ProjectWindow& window, int number, int nodes) {
   times.undo = UndoWhole(window.view());
   Expect(window.view().Source() == before, "the page without its colour");
   times.save = Milliseconds([&] { window.web().mSavePage(); });
-  times.page += window.SwitchTo(1);
+  times.page += window.SwitchTo(1, restMs);
   return times;
 }
 

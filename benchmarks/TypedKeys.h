@@ -17,6 +17,11 @@ inline void Click(QWidget* widget, QPointF at) {
   const QPointF global = widget->mapToGlobal(at);
   QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
   QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+  // Without their time two clicks near each other are a double click, whenever they come.
+  static QElapsedTimer clock;
+  if (!clock.isValid()) clock.start();
+  press.setTimestamp(quint64(clock.elapsed()) + 1000);
+  release.setTimestamp(quint64(clock.elapsed()) + 1000);
   QApplication::sendEvent(widget, &press);
   QApplication::sendEvent(widget, &release);
 }
@@ -41,9 +46,8 @@ class TypedKeys {
     Pause(settleMs);
     keys_ = browser.Widget()->focusProxy();
     keys_->setFocus();
-    for (int y = 350; !view_.HasCurrentTextRange() && y < 600; y += 7) {
+    for (int y = 350; !view_.HasCurrentTextRange() && y < 600; y += 37) {
       Click(keys_, {200, double(y)});
-      // Two clicks at once would be a double click.
       for (int waited = 0; !view_.HasCurrentTextRange() && waited < 600; waited += 10) Pause(10);
     }
     if (view_.HasCurrentTextRange()) return;
