@@ -56,7 +56,7 @@ class Figure {
   }
 
  private:
-  // Two measurements in one: where the even turns tell something else than the odd ones, a second run would, too.
+  // Two measurements in one: where even turns tell something else than odd ones, a second run would, too.
   bool IsUnsteady() const {
     constexpr double tolerance = 1.15;
     if (ours_.size() < 2) return false;

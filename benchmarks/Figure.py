@@ -38,7 +38,7 @@ class Figure:
         return ours / peer
 
     def is_unsteady(self):
-        """Two measurements in one: where the even turns tell something else than the odd ones, a second run would, too."""
+        """Two measurements in one: where even turns tell something else than odd ones, a second run would, too."""
         if len(self.pairs) < 2:
             return False
         even, odd = self.ratio(0, 2), self.ratio(1, 2)

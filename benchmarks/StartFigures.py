@@ -1,5 +1,5 @@
-"""The program beside a bare window of the same browser engine, both with the same page: `start`, the time from the start
-to the page, and `memory_bare`, what all processes of each hold in memory when they have come to rest, shared memory
+"""The program beside a bare window of the same browser engine, both with the same page: `start`, the time from the
+start to the page, and `memory_bare`, what all processes of each hold in memory when they have come to rest, shared memory
 counted once. Started by turns, the first of each uncounted.
 """
 

@@ -119,7 +119,8 @@ class Bench(unittest.TestCase):
         self.assertEqual(told, "BENCH name=two ours=1\n")
 
     def test_what_takes_minutes_wants_its_whole_name(self):
-        for names, wanted in ("", "no"), ("memory", "no"), ("memory_8", "no"), ("memory_8h", "yes"), ("x memory_8h", "yes"):
+        for names, wanted in (("", "no"), ("memory", "no"), ("memory_8", "no"), ("memory_8h", "yes"),
+                              ("x memory_8h", "yes")):
             with self.subTest(names=names):
                 told, _ = ask("isWanted build/bin/bench_memory_8h %s && echo yes || echo no" % names)
                 self.assertEqual(told.strip(), wanted)
