@@ -1,5 +1,5 @@
 // How long a stroke in the icon editor takes from the button's release to the repainted work area, in a window on the
-// display. There is no peer; the bound is one frame of the screen.
+// display. There is no peer, but one frame of the screen.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMouseEvent>
@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "Figure.h"
 #include "Swatch.h"
 #include "TestPlatform.h"
 #include "Waiting.h"
@@ -67,12 +68,16 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "the icon editor isn't seen\n");
     return 1;
   }
+  Figure stroke("stroke");
   std::vector<double> times;
   for (int number = 0; number < kWarmUp + kStrokes; ++number) {
     const double ms = Stroke(editor, watch, number);
-    if (number >= kWarmUp) times.push_back(ms);
+    if (number < kWarmUp) continue;
+    times.push_back(ms);
+    stroke.Add(ms, kFrameMs);
   }
   const double p99 = Quantile(times, 0.99);
-  std::printf("BENCH name=stroke ours=%.3f unit=ms p99=%.3f\n", Quantile(times, 0.5), p99);
+  stroke.Note("p99", p99);
+  stroke.Print();
   return p99 <= kFrameMs ? 0 : 1;
 }

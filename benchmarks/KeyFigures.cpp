@@ -6,41 +6,28 @@
 // program beside the engine has to wait for.
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QWebEngineView>
 #include <cstdio>
 #include <functional>
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Figure.h"
 #include "HostedWebBrowser.h"
 #include "LetterPage.h"
 #include "TestPlatform.h"
+#include "TypedKeys.h"
 #include "WBUC.h"
 #include "Waiting.h"
 
 namespace {
 
 constexpr int kKeys = 200;  // of each
-constexpr int kBlock = 20;  // ours and the peer's by turns
+constexpr int kBlock = 20;  // of one side, then as many of the other's: a turn
 constexpr int kWarmUp = 10;
-
-void Click(QWidget* widget, QPointF at) {
-  const QPointF global = widget->mapToGlobal(at);
-  QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-  QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-  QApplication::sendEvent(widget, &press);
-  QApplication::sendEvent(widget, &release);
-}
-
-void SendKey(QWidget* widget, QEvent::Type type) {
-  QKeyEvent event(type, Qt::Key_E, Qt::NoModifier, 26, 0x65, 0, QStringLiteral("e"));
-  QApplication::sendEvent(widget, &event);
-}
 
 class Ours {
  public:
@@ -55,51 +42,25 @@ class Ours {
     QTimer::singleShot(0, view_, [&] { view_->Navo(file, false); });
     ready.Run("our page");
     view_->disconnect(SIGNAL(DocComplete()));
-    auto& browser = static_cast<HostedWebBrowser&>(view_->Browser());
-    browser.RunPageScript(QStringLiteral("scrollTo(0, document.body.scrollHeight / 2)"));
-    Pause(500);
-    keys_ = browser.Widget()->focusProxy();
-    keys_->setFocus();
-    for (int y = 350; !view_->HasCurrentTextRange() && y < 600; y += 7) {
-      Click(keys_, {200, double(y)});
-      Pause(600);
-    }
-    if (!view_->HasCurrentTextRange()) {
-      std::fprintf(stderr, "our page takes no click\n");
-      std::exit(1);
-    }
+    typed_.emplace(*view_);
     before_ = view_->Source().size();
   }
   ~Ours() { delete view_; }
 
   double Key() {
-    double ms = 0;
-    Wait raised;
-    const auto connection = QObject::connect(view_, &WBUC::KeyPress, view_, [&] {
-      ms = double(clock_.nsecsElapsed()) / 1e6;
-      raised.Done();
-    });
-    SendKey(keys_, QEvent::KeyPress);
-    Pause(15);
-    clock_.start();
-    SendKey(keys_, QEvent::KeyRelease);
-    worked_.push_back(double(clock_.nsecsElapsed()) / 1e6);
-    raised.Run("our key");
-    QObject::disconnect(connection);
+    const double ms = typed_->Key();
+    worked_.push_back(typed_->Worked());
     ++count_;
     return ms;
   }
 
-  // The part of each key until the model has changed and the page is told; the rest is the live page's change and the
-  // place in it.
   const std::vector<double>& Worked() const { return worked_; }
 
   bool HasThemAll() const { return view_->Source().size() == before_ + count_; }
 
  private:
   WBUC* view_;
-  QWidget* keys_ = nullptr;
-  QElapsedTimer clock_;
+  std::optional<TypedKeys> typed_;
   std::vector<double> worked_;
   qsizetype before_ = 0;
   int count_ = 0;
@@ -252,44 +213,48 @@ int main(int argc, char** argv) {
     const QString file = test.Path(QStringLiteral("page.html"));
     if (!PutFile(file, MakePage(row.size))) return 1;
     std::vector<double> ours, notice, whole, least;
+    Figure told(row.name), sent(std::string(row.name) + "_source"), floor(row.floor);
     double layout = 0;
     double model = 0;
     {
       Ours own(test, file);
-      Peer told(file, false);
-      Peer sent(file, true);
-      Floor floor(file);
-      for (int i = 0; i < kWarmUp; ++i) own.Key(), told.Key(), sent.Key(), floor.Key();
+      Peer tells(file, false);
+      Peer sends(file, true);
+      Floor bare(file);
+      for (int i = 0; i < kWarmUp; ++i) own.Key(), tells.Key(), sends.Key(), bare.Key();
       // The last key of the one before still paints when its turn has ended; that is nobody's time.
       const auto block = [](auto& side, std::vector<double>& times) {
         Pause(150);
         side.Key();
-        for (int i = 0; i < kBlock; ++i) Pause(40), times.push_back(side.Key());
+        std::vector<double> turn;
+        for (int i = 0; i < kBlock; ++i) Pause(40), turn.push_back(side.Key());
+        times.insert(times.end(), turn.begin(), turn.end());
+        return Median(turn);
       };
       for (int done = 0; done < kKeys; done += kBlock) {
-        block(own, ours);
-        block(told, notice);
-        block(sent, whole);
-        block(floor, least);
+        const double key = block(own, ours);
+        told.Add(key, block(tells, notice));
+        sent.Add(key, block(sends, whole));
+        floor.Add(key, block(bare, least));
       }
-      layout = told.Layout();
-      model = Quantile(own.Worked(), 0.5);
+      layout = tells.Layout();
+      model = Median(own.Worked());
       if (!own.HasThemAll()) {
         std::fprintf(stderr, "%s: keys are missing in our page\n", row.name);
         good = false;
       }
     }
-    const auto print = [&](const std::string& name, const std::vector<double>& peer) {
-      const double own = Quantile(ours, 0.5);
-      const double other = Quantile(peer, 0.5);
-      std::printf("BENCH name=%s ours=%.3f peer=%.3f ratio=%.3f unit=ms p99=%.3f peerp99=%.3f layout=%.3f model=%.3f\n",
-                  name.c_str(), own, other, own / other, Quantile(ours, 0.99), Quantile(peer, 0.99), layout, model);
-      std::fflush(stdout);
-      return own / other;
+    const auto print = [&](Figure& figure, const std::vector<double>& peer,
+                           double bound = std::numeric_limits<double>::infinity()) {
+      figure.Note("p99", Quantile(ours, 0.99));
+      figure.Note("peerp99", Quantile(peer, 0.99));
+      figure.Note("layout", layout);
+      figure.Note("model", model);
+      if (!figure.Print(bound)) good = false;
     };
-    if (print(row.name, notice) > row.bound) good = false;
-    print(std::string(row.name) + "_source", whole);
-    if (print(row.floor, least) > floorBound) good = false;
+    print(told, notice, row.bound);
+    print(sent, whole);
+    print(floor, least, floorBound);
   }
   return good ? 0 : 1;
 }

@@ -21,3 +21,14 @@ inline QByteArray MakePage(int size) {
   }
   return page + "</body></html>";
 }
+
+// Blocks of two thousand letters each: many bytes in few nodes.
+inline QByteArray MakeTextPage(int size) {
+  QByteArray page = "<html><head><title>Text</title></head><body bgcolor=\"#FFFFFF\" text=\"#000000\">";
+  for (int block = 0; page.size() < size; ++block) {
+    QByteArray text = "This is part " + QByteArray::number(block) + " of a long story.";
+    while (text.size() < 2000) text += " The garden is in flower, and everybody sends greetings.";
+    page += "<P><FONT SIZE=3>" + text + "</FONT></P>";
+  }
+  return page + "</body></html>";
+}

@@ -17,9 +17,10 @@ INSIDE = 150, 250
 OUTSIDE = 600, 250
 
 
-def write(path):
+def write(path, below=""):
+    """With that HTML below the table."""
     with open(path, "w", encoding="ascii") as file:
-        file.write(PAGE)
+        file.write(PAGE.replace("</BODY>", below + "</BODY>"))
 
 
 def start(desktop, command, ground):

@@ -7,11 +7,12 @@ import argparse
 import os
 import random
 import shutil
-import statistics
 import subprocess
 import sys
 import tempfile
 import time
+
+from Figure import Figure
 
 STUB_SIZE = 0x13000
 PAGES = 10
@@ -118,14 +119,19 @@ def make_site(folder, samples):
 
 
 def one_file(tool, project, scratch):
-    """Milliseconds of ours and of cp."""
+    """Milliseconds of the program's own one file."""
     ran = subprocess.run([tool, "--one", project, os.path.join(scratch, "one.html")], capture_output=True, text=True,
                          check=True)
+    return float(ran.stdout.split()[2])
+
+
+def copied(project, scratch):
+    """Milliseconds of cp."""
     copy = os.path.join(scratch, "copy")
     shutil.rmtree(copy, ignore_errors=True)
     start = time.perf_counter()
     subprocess.run(["cp", "-r", project, copy], check=True)
-    return float(ran.stdout.split()[2]), (time.perf_counter() - start) * 1000
+    return (time.perf_counter() - start) * 1000
 
 
 def unpack(tool, pack, scratch):
@@ -150,9 +156,8 @@ def fresh_copy(project, scratch):
     return work
 
 
-def ours(tool, project, scratch):
-    """Milliseconds and bytes of the program's own build."""
-    work = fresh_copy(project, scratch)
+def packed(tool, work, scratch):
+    """Milliseconds and bytes of the program's own build; the pages get their links."""
     target = os.path.join(scratch, "ours.exe")
     ran = subprocess.run([tool, work, scratch, "ours.exe"], capture_output=True, text=True)
     if ran.returncode != 0:
@@ -200,28 +205,26 @@ def main():
         for ending, make in projects:
             project = os.path.join(scratch, "project" + ending)
             make(project)
-            results = [(ours(tool, project, scratch), peer(stub, project, scratch)) for _ in range(arguments.rounds)]
-            figures.append(("pack_time" + ending, statistics.median(r[0][0] for r in results),
-                            statistics.median(r[1][0] for r in results), "ms"))
-            figures.append(("pack_size" + ending, results[0][0][1], results[0][1][1], "bytes"))
+            duration, size = Figure("pack_time" + ending), Figure("pack_size" + ending, "bytes")
+            for _ in range(arguments.rounds):
+                own, others = packed(tool, fresh_copy(project, scratch), scratch), peer(stub, project, scratch)
+                duration.add(own[0], others[0])
+                size.add(own[1], others[1])
+            figures += duration, size
         project = os.path.join(scratch, "pictures")
         make_picture_project(project)
-        results = [one_file(tool, project, scratch) for _ in range(arguments.rounds)]
-        figures.append(("onefile_100", statistics.median(r[0] for r in results), statistics.median(r[1] for r in results),
-                        "ms"))
+        single, unpacked = Figure("onefile_100"), Figure("unpack")
+        for _ in range(arguments.rounds):
+            single.add(one_file(tool, project, scratch), copied(project, scratch))
         work = fresh_copy(os.path.join(scratch, "project"), scratch)
         subprocess.run([tool, work, scratch, "pack.exe"], capture_output=True, check=True)
-        results = [unpack(os.path.join(arguments.build, "bin", "stub_unpack"), os.path.join(scratch, "pack.exe"), scratch)
-                   for _ in range(arguments.rounds)]
-        figures.append(("unpack", statistics.median(r[0] for r in results), statistics.median(r[1] for r in results),
-                        "ms"))
-    missed = False
-    for name, own, others, unit in figures:
-        if name not in BOUNDS:
-            continue
-        missed = missed or own / others > BOUNDS[name]
-        print("BENCH name=%s ours=%.0f peer=%.0f ratio=%.4f unit=%s" % (name, own, others, own / others, unit))
-    sys.exit(1 if missed else 0)
+        for _ in range(arguments.rounds):
+            unpacked.add(*unpack(os.path.join(arguments.build, "bin", "stub_unpack"), os.path.join(scratch, "pack.exe"),
+                                 scratch))
+        figures += single, unpacked
+    kept = [figure.print(BOUNDS[figure.name]) for figure in figures if figure.name in BOUNDS]
+    sys.exit(0 if all(kept) else 1)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -9,12 +9,13 @@
 #include <QWebEnginePage>
 #include <QWebEngineView>
 
-#include "HTMLDocument.h"
+#include "Figure.h"
 #include "HostedWebBrowser.h"
 #include "Serializer.h"
 #include "TestPlatform.h"
 #include "WBUC.h"
 #include "Waiting.h"
+#include "WholePage.h"
 
 namespace {
 
@@ -40,29 +41,6 @@ class Ours {
 
   WBUC& view() { return view_; }
 
-  // Until the live page has had the command and laid the page out.
-  double Color(const QString& color) {
-    const auto whole = view_.WBDocument()->body().createTextRange();
-    whole->select();
-    Settle(*whole);
-    QElapsedTimer clock;
-    clock.start();
-    view_.SetSelColor(color);
-    Settle(*whole);
-    return double(clock.nsecsElapsed()) / 1e6;
-  }
-
-  // The same for what the last command did.
-  double Undo() {
-    const auto whole = view_.WBDocument()->body().createTextRange();
-    Settle(*whole);
-    QElapsedTimer clock;
-    clock.start();
-    view_.Undo();
-    Settle(*whole);
-    return double(clock.nsecsElapsed()) / 1e6;
-  }
-
   double Rescue() {
     QElapsedTimer clock;
     clock.start();
@@ -78,16 +56,6 @@ class Ours {
   }
 
  private:
-  static void Settle(HTMLTxtRange& range) {
-    Wait measured;
-    bool done = false;
-    range.Measure([&] {
-      done = true;
-      measured.Done();
-    });
-    if (!done) measured.Run("our place");
-  }
-
   WBUC view_;
 };
 
@@ -123,15 +91,6 @@ class Peer {
   QWebEngineView view_;
 };
 
-void Print(const char* name, const std::vector<double>& own, const std::vector<double>& peer, double bound,
-           bool& good) {
-  const double ratio = Quantile(own, 0.5) / Quantile(peer, 0.5);
-  std::printf("BENCH name=%s ours=%.1f peer=%.1f ratio=%.3f unit=ms\n", name, Quantile(own, 0.5), Quantile(peer, 0.5),
-              ratio);
-  std::fflush(stdout);
-  good = good && ratio <= bound;
-}
-
 bool Format() {
   constexpr int runs = 10000;
   QByteArray body;
@@ -139,17 +98,17 @@ bool Format() {
   TestProgram test;
   const QString file = test.Path(QStringLiteral("page.html"));
   if (!PutFile(file, Around(body))) return false;
-  std::vector<double> own, undone;
-  for (int turn = 0; turn < 3; ++turn) {
+  Figure undo("undo"), format("format_10k");
+  std::vector<double> own;
+  for (int turn = 0; turn < 5; ++turn) {
     // A fresh page each time, as a second command finds the work of the first.
     Ours ours(test, file);
-    own.push_back(ours.Color(QStringLiteral("#FF0000")));
+    own.push_back(ColorWhole(ours.view(), QStringLiteral("#FF0000")));
     if (ours.view().Source().count(QStringLiteral("<font color=\"#FF0000\">")) != runs) return false;
-    undone.push_back(ours.Undo());
+    undo.Add(UndoWhole(ours.view()), own.back());
     if (ours.view().Source().contains(QStringLiteral("<font"))) return false;
   }
-  bool good = true;
-  Print("undo", undone, own, 1.0, good);
+  const bool good = undo.Print(1.0);
   // Once: it takes the engine minutes.
   Peer engine(file);
   engine.Run(
@@ -162,8 +121,8 @@ bool Format() {
              &ms);
   if (engine.Run(QStringLiteral("document.querySelectorAll('font[color=\"#ff0000\"]').length")).toInt() != runs)
     return false;
-  Print("format_10k", own, {ms}, 1.0, good);
-  return good;
+  format.Add(Median(own), ms);
+  return format.Print(1.0) && good;
 }
 
 bool Source() {
@@ -177,21 +136,20 @@ bool Source() {
   if (!PutFile(file, Around(body))) return false;
   Ours ours(test, file);
   Peer engine(file);
-  std::vector<double> own, peer, rescue;
+  constexpr double rescueMs = 20;
+  Figure source("source"), rescue("rescue");
   for (int turn = 0; turn < 7; ++turn) {
     qsizetype size = 0;
-    rescue.push_back(ours.Rescue());
-    own.push_back(ours.Source(size));
+    rescue.Add(ours.Rescue(), rescueMs);
+    const double own = ours.Source(size);
     double ms = 0;
     const qsizetype other = engine.Run(QStringLiteral("document.documentElement.outerHTML"), &ms).toString().size();
-    peer.push_back(ms);
+    source.Add(own, ms);
     if (size < 5000000 || other < 5000000) return false;
   }
-  bool good = true;
-  Print("source", own, peer, 1.0, good);
-  bool isWithinWish = true;
-  Print("rescue", rescue, {20.0}, 1.0, isWithinWish);
-  return good;
+  // This one is a wish.
+  rescue.Print();
+  return source.Print(1.0);
 }
 
 }  // namespace

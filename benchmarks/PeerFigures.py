@@ -3,54 +3,25 @@ start to a page that can be worked on, the peer's to its first window, which is 
 to the insertion point in its page; and `memory_peer`, what all processes of each hold in memory when they have come to
 rest.
 
-Memory that several processes share counts once (proportional set size, of which other programs that use the same
-libraries take their part); `memory_peer_rss` is the plain sum, in which it counts for each process. Started by turns, the first of each uncounted. Where there is no LibreOffice there is no figure.
+Memory that several processes share counts once; `memory_peer_rss` is the plain sum, in which it counts for each
+process. Started by turns, the first of each uncounted. Where there is no LibreOffice there is no figure.
 """
 
 import argparse
 import os
 import shutil
-import statistics
 import sys
 import time
 
 HOUSE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 sys.path.insert(0, os.path.join(HOUSE, "tests", "support"))
 import MarkedPage  # noqa: E402
-from virtual_desktop import Corvane, Desktop, TooLate, missing_tools, wait_for  # noqa: E402
+from Figure import Figure  # noqa: E402
+from ProcessMemory import at_rest  # noqa: E402
+from virtual_desktop import Corvane, Desktop, missing_tools, wait_for  # noqa: E402
 
 BOUND = 0.6
 FIGURES = (("start_peer", "ms"), ("start_peer_page", "ms"), ("memory_peer", "MB"), ("memory_peer_rss", "MB"))
-
-
-def memory_of(process):
-    """Megabytes of a process and all that descends from it: shared memory counted once, and for each."""
-    once = each = 0
-    waiting = [process]
-    while waiting:
-        one = "/proc/%d" % waiting.pop()
-        try:
-            for thread in os.listdir(one + "/task"):
-                with open("%s/task/%s/children" % (one, thread), encoding="ascii") as file:
-                    waiting += map(int, file.read().split())
-            with open(one + "/smaps_rollup", encoding="ascii") as file:
-                sizes = {words[0]: words[1] for words in map(str.split, file) if len(words) == 3}
-        except (FileNotFoundError, ProcessLookupError):
-            continue
-        once += int(sizes["Pss:"])
-        each += int(sizes["Rss:"])
-    return once / 1024, each / 1024
-
-
-def at_rest(desktop, process):
-    try:
-        desktop.settle(1.5, 15)
-    except TooLate:
-        pass  # a caret blinks
-    memory = memory_of(process.pid)
-    process.terminate()
-    process.wait(30)
-    return memory
 
 
 def shows_insertion_point(desktop):
@@ -86,21 +57,19 @@ def main():
         return 0
     if missing_tools():
         sys.exit("not there: " + " ".join(missing_tools()))
-    own, peer = [], []
+    figures = [Figure(name, unit) for name, unit in FIGURES]
     with Desktop() as desktop:
         program = Corvane(desktop, os.path.join(os.path.abspath(arguments.build), "bin", "corvane"))
         MarkedPage.write(os.path.join(program.folder, "blank.html"))
         command = [office, "--web", "--norestore", "--nologo", "--nofirststartwizard",
                    "-env:UserInstallation=file://" + desktop.path("office")]
-        for _ in range(arguments.rounds + 1):
-            own.append(start_own(desktop, program))
-            peer.append(start_peer(desktop, command))
-    ratios = {}
-    for (name, unit), ours, theirs in zip(FIGURES, zip(*own[1:]), zip(*peer[1:])):
-        ours, theirs = statistics.median(ours), statistics.median(theirs)
-        ratios[name] = ours / theirs
-        print("BENCH name=%s ours=%.0f peer=%.0f ratio=%.3f unit=%s" % (name, ours, theirs, ratios[name], unit))
-    return 1 if ratios["start_peer"] > BOUND else 0
+        for turn in range(arguments.rounds + 1):
+            own, peer = start_own(desktop, program), start_peer(desktop, command)
+            for figure, *pair in zip(figures, own, peer) if turn else ():
+                figure.add(*pair)
+    for figure in figures:
+        figure.print()
+    return 1 if figures[0].ratio() > BOUND else 0
 
 
 sys.exit(main())

@@ -16,15 +16,15 @@
 #include <cmath>
 #include <functional>
 
+#include "Figure.h"
 #include "ModPics.h"
 #include "TestPlatform.h"
-#include "Waiting.h"
 
 namespace {
 
 constexpr QSize kPhoto = {4000, 3000};
 constexpr QSize kLargePhoto = {12000, 9000};
-constexpr int kTurns = 9, kLargeTurns = 3;
+constexpr int kTurns = 9, kLargeTurns = 5;
 constexpr char kEditLarge[] = "--edit-large";
 
 // Soft light, edges and the grain of a camera, so that a JPEG of it is as large as one of a photo.
@@ -66,14 +66,6 @@ void Expect(bool good, const char* what) {
   std::exit(1);
 }
 
-bool Print(const char* name, const std::vector<double>& own, const std::vector<double>& others, double bound,
-           const char* unit = "ms") {
-  const double ours = Quantile(own, 0.5), peer = Quantile(others, 0.5);
-  std::printf("BENCH name=%s ours=%.1f peer=%.1f ratio=%.3f unit=%s\n", name, ours, peer, ours / peer, unit);
-  std::fflush(stdout);
-  return ours / peer <= bound;
-}
-
 // A whole process: its time, and the most memory that it had.
 struct Run {
   double milliseconds;
@@ -103,35 +95,36 @@ class Editor {
 
   bool Jpeg() {
     const QString jpeg = test_.Path(QStringLiteral("ours.jpg")), peerJpeg = test_.Path(QStringLiteral("peer.jpg"));
-    std::vector<double> own, peer, whole;
+    Figure figure("jpeg");
+    std::vector<double> whole;
     for (int turn = 0; turn < kTurns; ++turn) {
       QFile::remove(jpeg);
-      own.push_back(Milliseconds([&] { pics_.NView.MakeJpeg(bmp_, jpeg, 75); }));
+      const double own = Milliseconds([&] { pics_.NView.MakeJpeg(bmp_, jpeg, 75); });
       Expect(QFileInfo(jpeg).size() > 0, "a JPEG file");
-      peer.push_back(Milliseconds([&] {
-        RunPeer(QStringLiteral("cjpeg"),
-                {QStringLiteral("-quality"), QStringLiteral("75"), QStringLiteral("-outfile"), peerJpeg, bmp_});
-      }));
+      figure.Add(own, Milliseconds([&] {
+                   RunPeer(QStringLiteral("cjpeg"), {QStringLiteral("-quality"), QStringLiteral("75"),
+                                                     QStringLiteral("-outfile"), peerJpeg, bmp_});
+                 }));
       Open();
       whole.push_back(Milliseconds([&] { Expect(pics_.NView.CompressPicture(75), "a compressed picture"); }));
     }
     std::fprintf(stderr, "the whole command, from picture to picture: %.1f ms; files of %lld and %lld bytes\n",
-                 Quantile(whole, 0.5), QFileInfo(jpeg).size(), QFileInfo(peerJpeg).size());
-    return Print("jpeg", own, peer, 1.1);
+                 Median(whole), QFileInfo(jpeg).size(), QFileInfo(peerJpeg).size());
+    return figure.Print(1.1);
   }
 
   bool Resize() {
-    std::vector<double> own, peer;
+    Figure figure("resize");
     for (int turn = 0; turn < kTurns; ++turn) {
       Open();
-      own.push_back(Milliseconds([&] { pics_.ResizePicture(50); }));
+      const double own = Milliseconds([&] { pics_.ResizePicture(50); });
       Expect(viewer_.Pic->Picture().size() == kPhoto / 2, "a picture of half the size");
-      peer.push_back(Milliseconds([&] {
-        RunPeer(QStringLiteral("convert"),
-                {bmp_, QStringLiteral("-resize"), QStringLiteral("50%"), test_.Path(QStringLiteral("peer.bmp"))});
-      }));
+      figure.Add(own, Milliseconds([&] {
+                   RunPeer(QStringLiteral("convert"), {bmp_, QStringLiteral("-resize"), QStringLiteral("50%"),
+                                                       test_.Path(QStringLiteral("peer.bmp"))});
+                 }));
     }
-    return Print("resize", own, peer, 0.16);
+    return figure.Print(0.16);
   }
 
  private:
@@ -166,20 +159,18 @@ bool LargePhoto(const QByteArray& program) {
          "the peer's policy");
   qputenv("MAGICK_CONFIGURE_PATH", folder.path().toLocal8Bit());
   Expect(Photo(kLargePhoto).save(QString::fromLocal8Bit(photo), "jpg", 90), "the large photo's file");
-  std::vector<double> own, peer, ownMemory, peerMemory;
+  Figure time("photo_108"), memory("photo_108_memory", "MB");
   for (int turn = 0; turn < kLargeTurns; ++turn) {
     const Run edited = RunWhole({program, kEditLarge, photo, ours});
     const Run converted = RunWhole({"convert", photo, "-resize", "25%", theirs});
     for (const QByteArray& made : {ours, theirs})
       Expect(QImageReader(QString::fromLocal8Bit(made)).size() == kLargePhoto / 4, "a photo of a quarter");
-    own.push_back(edited.milliseconds);
-    peer.push_back(converted.milliseconds);
-    ownMemory.push_back(edited.megabytes);
-    peerMemory.push_back(converted.megabytes);
+    time.Add(edited.milliseconds, converted.milliseconds);
+    memory.Add(edited.megabytes, converted.megabytes);
   }
   qunsetenv("MAGICK_CONFIGURE_PATH");
-  const bool fast = Print("photo_108", own, peer, 0.7);
-  return Print("photo_108_memory", ownMemory, peerMemory, 1.0, "MB") && fast;
+  const bool fast = time.Print(0.7);
+  return memory.Print(1.0) && fast;
 }
 
 }  // namespace

@@ -2,59 +2,21 @@
 // edited, the page before written and the pages counted, against the bare engine loading the same files; export_100, a
 // page with 100 pictures sent out into a folder, against `cp` of the same files.
 #include <QApplication>
-#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QWebEnginePage>
 #include <QWebEngineView>
 
-#include "FWeb.h"
-#include "HostedWebBrowser.h"
+#include "Figure.h"
 #include "LetterPage.h"
-#include "TestPlatform.h"
-#include "Waiting.h"
+#include "ProjectWindow.h"
 
 namespace {
-
-constexpr QSize kWindow(1024, 768);
 
 QByteArray Around(const QByteArray& body) {
   return "<html><head><title></title></head><body bgcolor=\"#FFFFFF\" text=\"#000000\">" + body + "</body></html>";
 }
-
-WebBrowserFactory MakeHosted() {
-  return [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); };
-}
-
-class Ours {
- public:
-  explicit Ours(TestProgram& test) : web_(test.program, MakeHosted()) {
-    test.program.AppStarted = true;
-    web_.resize(kWindow);
-    web_.showNormal();
-    Pause(1000);
-  }
-
-  FWeb& web() { return web_; }
-
-  // Until the other page can be edited.
-  double SwitchTo(int page) {
-    QElapsedTimer clock;
-    Wait ready;
-    const auto connection = QObject::connect(web_.jWB, &WBUC::DocComplete, &web_, [&ready] { ready.Done(); });
-    clock.start();
-    web_.BoxPage->setCurrentIndex(page - 1);
-    ready.Run("our page");
-    const double ms = double(clock.nsecsElapsed()) / 1e6;
-    QObject::disconnect(connection);
-    Pause(200);
-    return ms;
-  }
-
- private:
-  FWeb web_;
-};
 
 class Peer {
  public:
@@ -81,33 +43,23 @@ class Peer {
   QWebEngineView view_;
 };
 
-bool Print(const char* name, const std::vector<double>& own, const std::vector<double>& peer, double bound) {
-  const double ratio = Quantile(own, 0.5) / Quantile(peer, 0.5);
-  std::printf("BENCH name=%s ours=%.1f peer=%.1f ratio=%.3f unit=ms\n", name, Quantile(own, 0.5), Quantile(peer, 0.5),
-              ratio);
-  std::fflush(stdout);
-  return ratio <= bound;
-}
-
 bool SwitchPage() {
   TestProgram test;
-  Ours ours(test);
+  ProjectWindow ours(test);
   if (!PutFile(test.WorkFile(QStringLiteral("Page2.html")), MakePage(359000)) ||
       !PutFile(test.WorkFile(QStringLiteral("Page3.html")), MakePage(359000)))
     return false;
   Peer engine;
-  std::vector<double> own, peer;
+  Figure figure("switch_page");
   // The first switches warm up: away from the blank page, and the engine's own start.
   for (int turn = -2; turn < 12; ++turn) {
     const int page = turn % 2 == 0 ? 2 : 3;
     const double ms = ours.SwitchTo(page);
-    if (test.program.project.CurPageNo() != page || ours.web().jWB->Source().size() < 350000) return false;
+    if (test.program.project.CurPageNo() != page || ours.view().Source().size() < 350000) return false;
     const double other = engine.Load(test.WorkFile(QStringLiteral("Page%1.html").arg(page)));
-    if (turn < 0) continue;
-    own.push_back(ms);
-    peer.push_back(other);
+    if (turn >= 0) figure.Add(ms, other);
   }
-  return Print("switch_page", own, peer, 1.3);
+  return figure.Print(1.3);
 }
 
 bool Export() {
@@ -123,14 +75,14 @@ bool Export() {
   const QByteArray page = Around(body);
   names.append(QStringLiteral("Page2.html"));
   // The window's load steps make the folder, so it comes first.
-  Ours ours(test);
+  ProjectWindow ours(test);
   for (int i = 0; i < pictures; ++i)
     if (!PutFile(test.WorkFile(names[i]), QByteArray(pictureBytes, char('a' + i % 26)))) return false;
   if (!PutFile(test.WorkFile(names.last()), page)) return false;
   ours.SwitchTo(2);
   QStringList paths;
   for (const QString& name : names) paths.append(test.WorkFile(name));
-  std::vector<double> own, peer;
+  Figure figure("export_100");
   for (int turn = -1; turn < 9; ++turn) {
     QElapsedTimer clock;
     test.platform.dialogs.Texts = {test.Path(QStringLiteral("mine.html"))};
@@ -146,11 +98,9 @@ bool Export() {
     if (QProcess::execute(QStringLiteral("cp"), paths + QStringList(folder)) != 0) return false;
     const double other = double(clock.nsecsElapsed()) / 1e6;
     QDir(folder).removeRecursively();
-    if (turn < 0) continue;
-    own.push_back(ms);
-    peer.push_back(other);
+    if (turn >= 0) figure.Add(ms, other);
   }
-  return Print("export_100", own, peer, 2.0);
+  return figure.Print(2.0);
 }
 
 }  // namespace

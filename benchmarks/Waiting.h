@@ -1,13 +1,11 @@
-// Waiting for answers with a bound, and what is told of many times.
+// Waiting for answers with a bound.
 #pragma once
 
 #include <QEventLoop>
 #include <QObject>
 #include <QTimer>
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
 
 // Runs until `done`; the program ends where that never comes, as no figure would be honest.
 class Wait {
@@ -33,10 +31,4 @@ inline void Pause(int ms) {
   QEventLoop loop;
   QTimer::singleShot(ms, &loop, &QEventLoop::quit);
   loop.exec();
-}
-
-// The value below which that part of the values lies; 0.5 is the median.
-inline double Quantile(std::vector<double> values, double part) {
-  std::sort(values.begin(), values.end());
-  return values[std::min(values.size() - 1, std::size_t(part * double(values.size())))];
 }
