@@ -45,6 +45,7 @@ bool WriteBase64(const QString& path, QIODevice& file) {
 }
 
 constexpr std::size_t kPicturesAhead = 6;
+constexpr qint64 kWorthAThread = 50000;  // bytes
 constexpr qint64 kSmallPicture = 8 << 20;
 
 // "" for a picture that is larger or can't be read.
@@ -111,14 +112,18 @@ bool OneFilePictures::Write(const QString& text, QIODevice& file) const {
     const qsizetype number = at + mark.size(), end = bytes.indexOf(';', number);
     places.push_back({at, end + 1, bytes.mid(number, end - number).toInt()});
   }
-  // Small pictures are read and encoded ahead of their turn, on all cores.
+  // Small pictures are read and encoded ahead of their turn, on all cores; the smallest at their turn, as a thread
+  // takes longer to begin.
   std::deque<std::future<QByteArray>> ahead;
   std::size_t begun = 0;
   const auto pathOf = [&](std::size_t place) { return pictures_[std::size_t(places[place].picture)].path; };
   qsizetype from = 0;
   for (std::size_t i = 0; i < places.size(); ++i) {
-    for (; begun < places.size() && ahead.size() < kPicturesAhead; ++begun)
-      ahead.push_back(std::async(std::launch::async, EncodeSmall, pathOf(begun)));
+    for (; begun < places.size() && ahead.size() < kPicturesAhead; ++begun) {
+      const QString& path = pathOf(begun);
+      const bool isWorthAThread = QFileInfo(path).size() >= kWorthAThread;
+      ahead.push_back(std::async(isWorthAThread ? std::launch::async : std::launch::deferred, EncodeSmall, path));
+    }
     const QByteArray encoded = ahead.front().get();
     ahead.pop_front();
     const qsizetype length = places[i].from - from;

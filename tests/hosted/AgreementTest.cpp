@@ -236,6 +236,9 @@ QString Difference(const QString& model, const QString& live) {
   return QStringLiteral("model: ") + model.mid(from, 400) + QStringLiteral("\nlive:  ") + live.mid(from, 400);
 }
 
+// The live page follows what is undone in one turn of the event loop as one batch; nobody clicks that fast.
+constexpr int kStepsAtOnce = 500;
+
 // Undoes what there is to undo and redoes as much; tells what isn't as it was, "" for nothing. `start` is the page of
 // before all that, where it is known.
 QString UndoneAndRedone(HostedView& hosted, const QString& start) {
@@ -243,12 +246,18 @@ QString UndoneAndRedone(HostedView& hosted, const QString& start) {
   hosted.LiveHtml();  // what its scripts have done is heard of by then
   const QString end = hosted.ModelHtml();
   int steps = 0;
-  for (; view.History().CanUndo(); ++steps) view.Undo();
+  for (; view.History().CanUndo(); ++steps) {
+    view.Undo();
+    if (steps % kStepsAtOnce == 0) hosted.LiveHtml();
+  }
   if (const QString begin = hosted.ModelHtml(); begin != start)
     return QStringLiteral("undone: ") + begin + QStringLiteral("\nbefore: ") + start;
   if (const QString live = hosted.LiveHtml(); live != hosted.ModelHtml())
     return QStringLiteral("after undo, ") + Difference(hosted.ModelHtml(), live);
-  for (; steps > 0; --steps) view.Redo();
+  for (; steps > 0; --steps) {
+    view.Redo();
+    if (steps % kStepsAtOnce == 0) hosted.LiveHtml();
+  }
   if (hosted.ModelHtml() != end)
     return QStringLiteral("redone: ") + hosted.ModelHtml() + QStringLiteral("\nbefore: ") + end;
   return {};

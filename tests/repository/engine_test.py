@@ -13,7 +13,7 @@ import unittest
 BUILD = ""
 # The program, and what works the engine for a test, a case or a figure.
 WITH_ENGINE = {"corvane", "hosted_tests", "soak", "cases", "page_text", "page_shot", "bare_view", "bench_keys",
-               "bench_page", "bench_project", "contact_sheet"}
+               "bench_memory_8h", "bench_page", "bench_project", "bench_scale", "contact_sheet"}
 # Built from the engine's room, of which the linker takes the engine along or finds nothing that needs it.
 MAY_HAVE_ENGINE = {"engine_tests"}
 NEEDED = re.compile(r"\(NEEDED\).*\[(libQt6WebEngine[^\]]*)\]")
