@@ -3,7 +3,7 @@
 // same engine with the same page, editable by the engine itself, from the key's press until the program hears of the
 // change. A second line for each size lets the peer's page send what it has become, as this program always has it. A
 // third one, key_floor, has a bare view change a letter by one script and tell the letter's place: the least that any
-// program beside the engine has to wait for.
+// program beside the engine has to wait for. The peer of key_history is ours with nothing kept for Undo.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
@@ -31,7 +31,8 @@ constexpr int kWarmUp = 10;
 
 class Ours {
  public:
-  Ours(TestProgram& test, const QString& file) {
+  enum class History { Kept, Off };
+  Ours(TestProgram& test, const QString& file, History history = History::Kept) {
     view_ = new WBUC(test.program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });
     view_->resize(900, 700);
     view_->show();
@@ -42,6 +43,7 @@ class Ours {
     QTimer::singleShot(0, view_, [&] { view_->Navo(file, false); });
     ready.Run("our page");
     view_->disconnect(SIGNAL(DocComplete()));
+    if (history == History::Off) view_->History().Watch(nullptr);
     typed_.emplace(*view_);
     before_ = view_->Source().size();
   }
@@ -202,26 +204,28 @@ int main(int argc, char** argv) {
     int size;
     double bound;
     const char* floor;
+    const char* history;
   };
-  static const Row rows[] = {{"key_1k", 1200, 0.6, "key_floor"},
-                             {"key_36k", 36000, 0.3, "key_floor_36k"},
-                             {"key_359k", 359000, 0.1, "key_floor_359k"}};
-  constexpr double floorBound = 1.5;
+  static const Row rows[] = {{"key_1k", 1200, 0.6, "key_floor", "key_history"},
+                             {"key_36k", 36000, 0.3, "key_floor_36k", "key_history_36k"},
+                             {"key_359k", 359000, 0.1, "key_floor_359k", "key_history_359k"}};
+  constexpr double floorBound = 1.5, historyBound = 1.1;
   bool good = true;
   for (const Row& row : rows) {
     TestProgram test;
     const QString file = test.Path(QStringLiteral("page.html"));
     if (!PutFile(file, MakePage(row.size))) return 1;
-    std::vector<double> ours, notice, whole, least;
-    Figure told(row.name), sent(std::string(row.name) + "_source"), floor(row.floor);
+    std::vector<double> ours, notice, whole, least, without;
+    Figure told(row.name), sent(std::string(row.name) + "_source"), floor(row.floor), history(row.history);
     double layout = 0;
     double model = 0;
     {
       Ours own(test, file);
+      Ours forgetful(test, file, Ours::History::Off);
       Peer tells(file, false);
       Peer sends(file, true);
       Floor bare(file);
-      for (int i = 0; i < kWarmUp; ++i) own.Key(), tells.Key(), sends.Key(), bare.Key();
+      for (int i = 0; i < kWarmUp; ++i) own.Key(), forgetful.Key(), tells.Key(), sends.Key(), bare.Key();
       // The last key of the one before still paints when its turn has ended; that is nobody's time.
       const auto block = [](auto& side, std::vector<double>& times) {
         Pause(150);
@@ -236,6 +240,7 @@ int main(int argc, char** argv) {
         told.Add(key, block(tells, notice));
         sent.Add(key, block(sends, whole));
         floor.Add(key, block(bare, least));
+        history.Add(key, block(forgetful, without));
       }
       layout = tells.Layout();
       model = Median(own.Worked());
@@ -255,6 +260,7 @@ int main(int argc, char** argv) {
     print(told, notice, row.bound);
     print(sent, whole);
     print(floor, least, floorBound);
+    print(history, without, historyBound);
   }
   return good ? 0 : 1;
 }
