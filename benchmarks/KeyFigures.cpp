@@ -31,8 +31,7 @@ constexpr int kWarmUp = 10;
 
 class Ours {
  public:
-  enum class History { Kept, Off };
-  Ours(TestProgram& test, const QString& file, History history = History::Kept) {
+  Ours(TestProgram& test, const QString& file) {
     view_ = new WBUC(test.program, [](QWidget* parent) { return std::make_unique<HostedWebBrowser>(parent); });
     view_->resize(900, 700);
     view_->show();
@@ -43,7 +42,6 @@ class Ours {
     QTimer::singleShot(0, view_, [&] { view_->Navo(file, false); });
     ready.Run("our page");
     view_->disconnect(SIGNAL(DocComplete()));
-    if (history == History::Off) view_->History().Watch(nullptr);
     typed_.emplace(*view_);
     before_ = view_->Source().size();
   }
@@ -55,6 +53,9 @@ class Ours {
     ++count_;
     return ms;
   }
+
+  // From now on what is typed is kept for Undo, or it isn't.
+  void KeepHistory(bool on) { view_->History().Watch(on ? &view_->WBDocument()->gateway() : nullptr); }
 
   const std::vector<double>& Worked() const { return worked_; }
 
@@ -221,11 +222,10 @@ int main(int argc, char** argv) {
     double model = 0;
     {
       Ours own(test, file);
-      Ours forgetful(test, file, Ours::History::Off);
       Peer tells(file, false);
       Peer sends(file, true);
       Floor bare(file);
-      for (int i = 0; i < kWarmUp; ++i) own.Key(), forgetful.Key(), tells.Key(), sends.Key(), bare.Key();
+      for (int i = 0; i < kWarmUp; ++i) own.Key(), tells.Key(), sends.Key(), bare.Key();
       // The last key of the one before still paints when its turn has ended; that is nobody's time.
       const auto block = [](auto& side, std::vector<double>& times) {
         Pause(150);
@@ -240,7 +240,9 @@ int main(int argc, char** argv) {
         told.Add(key, block(tells, notice));
         sent.Add(key, block(sends, whole));
         floor.Add(key, block(bare, least));
-        history.Add(key, block(forgetful, without));
+        own.KeepHistory(false);
+        history.Add(key, block(own, without));
+        own.KeepHistory(true);
       }
       layout = tells.Layout();
       model = Median(own.Worked());
