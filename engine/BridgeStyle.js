@@ -16,7 +16,7 @@ const bridgeStyle = () => {
     if (!document.adoptedStyleSheets.includes(sheet)) document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
   };
   // Round one element. A rule would need something in the page to find it by.
-  const drawn = {outline: '2px solid Highlight', outlineOffset: '1px'};
+  const drawn = {outline: '2px solid #2F7FD3', outlineOffset: '1px'};
   let outlined = null;
   rules();
   arm();

@@ -33,6 +33,16 @@ class UndoTest : public PageViewTest {
     ApplyForeignChanges(page_.Document().gateway(), QJsonObject{{QLatin1String(what), QJsonArray{entry}}});
   }
 
+  void PagePutsTextBefore(const QString& id) {
+    const Node* const next = Named(id).node();
+    QJsonArray children{next->parent()->id()};
+    for (const Node* child = next->parent()->firstChild(); child; child = child->next()) {
+      if (child == next) children.append(QJsonArray{3, 5000, "between"});
+      children.append(child->id());
+    }
+    PageSays("children", children);
+  }
+
   qint64 now_ = 0;
   QString start_;
 };
@@ -285,12 +295,7 @@ TEST_F(UndoTest, WhatAScriptPutsBetweenTwoThingsEndsTheHistoryBeforeTheSecond) {
   HTMLElement(body).insertAdjacentHTML("BeforeEnd", "<B id=one>1</B>");
   view_.SetTitle("second");
   HTMLElement(body).insertAdjacentHTML("BeforeEnd", "<B id=two>2</B>");
-  QJsonArray children{body.node()->id()};
-  for (const Node* child = body.node()->firstChild(); child; child = child->next()) {
-    if (child == Named("two").node()) children.append(QJsonArray{3, 5000, "between"});
-    children.append(child->id());
-  }
-  PageSays("children", children);
+  PagePutsTextBefore("two");
   const QString before = Body();
   view_.Undo();
   EXPECT_FALSE(Named("two"));
@@ -309,12 +314,7 @@ TEST_F(UndoTest, WhatAScriptPutsBetweenTwoThingsThatWentEndsWhatCanBeRedone) {
   HTMLElement(HTMLElement(body).children().item(1)).setOuterHTML("");
   while (view_.History().CanUndo()) view_.Undo();
   ASSERT_EQ(start_, Body());
-  QJsonArray children{body.node()->id()};
-  for (const Node* child = body.node()->firstChild(); child; child = child->next()) {
-    if (child == Named("p").node()) children.append(QJsonArray{3, 5000, "between"});
-    children.append(child->id());
-  }
-  PageSays("children", children);
+  PagePutsTextBefore("p");
   const QString before = Body();
   view_.Redo();
   EXPECT_FALSE(Named("p"));
