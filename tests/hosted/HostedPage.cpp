@@ -76,6 +76,11 @@ void HostedPage::Script(const QString& script) {
   WaitFor([&] { return ran; });
 }
 
+void HostedPage::KeepBusy(int ms) {
+  browser_->RunPageScript(
+      QStringLiteral("(() => { const end = performance.now() + %1; while (performance.now() < end); })()").arg(ms));
+}
+
 QString HostedPage::ScriptText(const QString& expression) {
   QString text;
   bool ran = false;

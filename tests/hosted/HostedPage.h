@@ -40,6 +40,8 @@ class HostedPage {
   // Runs a script of the page's own and waits until it has run.
   void Script(const QString& script);
   QString ScriptText(const QString& expression);
+  // The renderer hears nothing for that long: what the user does and what the program does waits for it together.
+  void KeepBusy(int ms);
 
   QString LiveHtml();
   QString ModelHtml();

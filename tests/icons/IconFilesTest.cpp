@@ -4,9 +4,8 @@
 #include <QFileInfo>
 #include <QMimeData>
 
-#include "CheckIconFile.h"
 #include "IconBytes.h"
-#include "IconFixture.h"
+#include "IconFilesFixture.h"
 #include "IconReader.h"
 #include "PictureFiles.h"
 #include "Resource.h"
@@ -14,61 +13,7 @@
 
 namespace {
 
-class IconFiles : public IconTest {
- protected:
-  int Check(const QString& path) {
-    QString message;
-    return CheckIconFile(test_.program.Files, path, message);
-  }
-  static quint32 Number(const QByteArray& bytes, int at, int length) {
-    quint32 number = 0;
-    for (int i = length - 1; i >= 0; --i) number = number << 8 | quint8(bytes[at + i]);
-    return number;
-  }
-  // Whose images are stored as PNG.
-  static QByteArray PngIcon(const QList<QImage>& pictures) {
-    QByteArray file(6 + 16 * pictures.size(), '\0');
-    file[2] = 1;
-    file[4] = char(pictures.size());
-    for (qsizetype at = 0; at < pictures.size(); ++at) {
-      const QByteArray png = EncodedPicture(pictures[at], "png");
-      const int entry = int(6 + 16 * at);
-      file[entry] = file[entry + 1] = char(pictures[at].width());
-      PutLittle(file, entry + 8, quint32(png.size()), 4);
-      PutLittle(file, entry + 12, quint32(file.size()), 4);
-      file += png;
-    }
-    return file;
-  }
-  static QImage Picture(int width, int height, QColor color = Qt::red) {
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(color);
-    return image;
-  }
-  QString Bmp(int width, int height) { return File("picture.bmp", EncodedPicture(Picture(width, height), "bmp")); }
-  bool OpenImageOf(const QByteArray& bytes, const QString& name = "a.ico") {
-    editor_.ClearImage();
-    return OpenImage(editor_.Surfaces, File(name, bytes));
-  }
-  static void PutOnClipboard(const QImage& image) {
-    QGuiApplication::clipboard()->setImage(image, QClipboard::Clipboard);
-  }
-  static bool ClipboardIsEmpty() {
-    const QMimeData* const content = QGuiApplication::clipboard()->mimeData(QClipboard::Clipboard);
-    return !content || content->formats().isEmpty();
-  }
-  // That of an icon with HalfRed on it, in the file's form.
-  void ExpectHalfRed() {
-    EXPECT_EQ(QRect(16, 0, 16, 32), OpaqueRect());
-    EXPECT_EQ(512, Opaque().size());
-    const QImage seen = Plane(planes_.Pic1), colors = Plane(planes_.Pic1Black);
-    EXPECT_EQ(qRgb(255, 0, 0), seen.pixel(16, 0));
-    EXPECT_EQ(qRgb(255, 255, 255), seen.pixel(3, 3));
-    EXPECT_EQ(qRgb(255, 0, 0), colors.pixel(20, 20));
-    EXPECT_EQ(qRgb(0, 0, 255), colors.pixel(31, 31));
-    EXPECT_EQ(qRgb(0, 0, 0), colors.pixel(15, 31));
-  }
-};
+using IconFiles = IconFilesTest;
 
 // --- writing
 
@@ -474,49 +419,6 @@ TEST_F(IconFiles, TheMaskIsHardenedByPlainNumbersInWhichBlueCountsMost) {
 
 // --- pasting
 
-// Meant in PasteImage: pasting empties the clipboard and makes the whole icon opaque.
-TEST_F(IconFiles, PastingEmptiesTheClipboardAndMakesEverythingOpaqueWhateverTheSize) {
-  for (const int side : {1, 10, 32, 70}) {
-    PutOnClipboard(Picture(side, side));
-    editor_.mPaste();
-    EXPECT_TRUE(ClipboardIsEmpty());
-    EXPECT_EQ(1024, Opaque().size());
-    EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1).pixel(0, 0));
-    EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1Black).pixel(0, 0));
-  }
-}
-
-// Meant in PasteImage: beside a small pasted bitmap the screen shows white while the file holds opaque black.
-TEST_F(IconFiles, BesideASmallPastedBitmapTheScreenShowsWhiteWhileTheFileHoldsOpaqueBlack) {
-  PutOnClipboard(Picture(10, 10));
-  editor_.mPaste();
-  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.Pic1).pixel(20, 20));
-  EXPECT_EQ(PixelOf(0xFFFFFF), Plane(planes_.PicBig).pixel(150, 150));
-  EXPECT_EQ(PixelOf(0), Plane(planes_.Pic1Black).pixel(20, 20));
-  EXPECT_EQ(PixelOf(0), Plane(planes_.Pic2).pixel(20, 20));
-  const QByteArray bytes = Saved();
-  EXPECT_EQ(QByteArray(128, '\0'), bytes.mid(638));
-  EXPECT_EQ(QByteArray(16 * 22, '\0'), bytes.mid(126, 16 * 22));
-}
-
-TEST_F(IconFiles, APasteCanBeTakenBack) {
-  UseColor(Green);
-  Drag({1, 1}, {9, 9});
-  const QList<QImage> before = AllPlanes();
-  PutOnClipboard(Picture(40, 40));
-  editor_.mPaste();
-  EXPECT_TRUE(UndoEnabled());
-  editor_.bUndo->click();
-  EXPECT_EQ(before, AllPlanes());
-}
-
-TEST_F(IconFiles, PastingReducesToThe16Colors) {
-  PutOnClipboard(Picture(32, 32, QColor(120, 10, 0)));
-  editor_.mPaste();
-  EXPECT_EQ(OneColor(qRgb(0x80, 0, 0)), Plane(planes_.Pic1));
-  EXPECT_EQ(OneColor(qRgb(0x80, 0, 0)), Plane(planes_.Pic1Black));
-}
-
 TEST_F(IconFiles, AMaskBeginsBehindTheColorsThatTheFileSaysAndTheMasksOfItsColors) {
   const auto number = [](QByteArray& bytes, int at, char value) { bytes[at] = value; };
   const QByteArray of256 = BitmapImage(HalfRed(32), 8);
@@ -537,37 +439,6 @@ TEST_F(IconFiles, TheMaskOfAnImageOf32BitsPlaysNoPartInItsColors) {
   ASSERT_EQ(40 + 32 * 32 * 4 + 128, image.size());
   image.replace(image.size() - 128, 128, QByteArray(128, '\xFF'));
   EXPECT_EQ(qRgb(255, 0, 0), PictureForIcon(IconFileOf(QList<QByteArray>{image})).pixel(5, 5));
-}
-
-TEST_F(IconFiles, ABitmapOfADenseScreenIsPastedPixelByPixel) {
-  QImage dense = Picture(32, 32);
-  dense.setDevicePixelRatio(2);
-  PutOnClipboard(dense);
-  editor_.mPaste();
-  EXPECT_EQ(qRgb(255, 0, 0), Plane(planes_.Pic1).pixel(31, 31));
-}
-
-TEST_F(IconFiles, ASeeThroughBitmapIsPastedOnWhite) {
-  QImage image(32, 32, QImage::Format_ARGB32);
-  image.fill(Qt::transparent);
-  PutOnClipboard(image);
-  editor_.mPaste();
-  EXPECT_EQ(OneColor(PixelOf(0xFFFFFF)), Plane(planes_.Pic1Black));
-  EXPECT_EQ(1024, Opaque().size());
-}
-
-TEST_F(IconFiles, WithoutABitmapOnTheClipboardNoSurfaceChangesAndUndoStays) {
-  UseColor(Green);
-  Drag({1, 1}, {9, 9});
-  const QList<QImage> before = AllPlanes();
-  QGuiApplication::clipboard()->clear();
-  editor_.mPaste();
-  EXPECT_EQ(before, AllPlanes());
-  EXPECT_TRUE(UndoEnabled());
-  QGuiApplication::clipboard()->setText("text");
-  editor_.mPaste();
-  EXPECT_EQ(before, AllPlanes());
-  EXPECT_EQ("text", QGuiApplication::clipboard()->text());
 }
 
 }  // namespace
