@@ -57,6 +57,7 @@ void Gateway::MoveRanges(const TreeStep& step) {
 }
 
 void Gateway::Carry(TreeStep step, Origin origin) {
+  tree_.EndLease();
   std::visit([this](auto& one) { Do(one); }, step);
   MoveRanges(step);
   if (origin == Origin::Program && tree_.page()) tree_.page()->Changed(step);

@@ -27,9 +27,16 @@ PageTree::PageTree(HTMLDocument* document) : document_(document), root_(new Node
 }
 
 PageTree::~PageTree() {
+  EndLease();
   order_.Clear();
   DestroyTree(root_);
   for (Node* tree : discarded_) DestroyTree(tree);
+}
+
+std::shared_ptr<TreeLease> PageTree::Lend() const {
+  EndLease();
+  lease_ = std::make_shared<TreeLease>(*this);
+  return lease_;
 }
 
 const Node* PageTree::htmlNode() const {
@@ -54,6 +61,7 @@ const Node* PageTree::FindNode(NodeId id) const {
 
 void PageTree::Load(Node* root) {
   assert(root->type() == Node::Type::Document && !root->IsAttached());
+  EndLease();
   order_.Clear();
   DestroyTree(root_);
   root_ = root;

@@ -3,10 +3,13 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "BoundaryPoint.h"
+#include "TreeLease.h"
 #include "TreeOrder.h"
 
 class HTMLDocument;
@@ -39,10 +42,16 @@ class PageTree {
 
   // Whether scripts run, so that NOSCRIPT holds text.
   bool scripting() const { return scripting_; }
-  void SetScripting(bool on) { scripting_ = on; }
+  void SetScripting(bool on) {
+    EndLease();
+    scripting_ = on;
+  }
   // The encoding that the page was loaded in, "" where it isn't known.
   const QString& encoding() const { return encoding_; }
-  void SetEncoding(const QString& name) { encoding_ = name; }
+  void SetEncoding(const QString& name) {
+    EndLease();
+    encoding_ = name;
+  }
   // The mode of pages without a document type.
   bool quirks() const { return quirks_; }
   void SetQuirks(bool on) { quirks_ = on; }
@@ -59,8 +68,16 @@ class PageTree {
     }
   }
 
+  // For another thread, until something changes. A second one ends the first.
+  std::shared_ptr<TreeLease> Lend() const;
+
  private:
   friend class Gateway;
+
+  // In front of every change.
+  void EndLease() const {
+    if (lease_) std::exchange(lease_, nullptr)->End();
+  }
 
   // Enters a subtree that has just been linked; takes one out of the order that is still linked; lets go of one that
   // is out, once nobody refers to a node of it.
@@ -86,4 +103,5 @@ class PageTree {
   std::vector<Node*> modelNodes_;        // by -id
   std::unordered_set<Node*> discarded_;  // detached trees that somebody may still refer to
   std::size_t sweepAt_ = 64;
+  mutable std::shared_ptr<TreeLease> lease_;  // null for none
 };

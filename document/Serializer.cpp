@@ -1,88 +1,37 @@
 #include "Serializer.h"
 
-#include <QHash>
 #include <QSet>
 #include <utility>
 
 #include "PageText.h"
 #include "PageTree.h"
+#include "TreeLease.h"
 
 namespace {
 
-// What the parser ends before it opens an element.
-enum class Opening { Plain, Link, Nobr, Block, Heading, Item, Term, Button, Option };
-
-Opening OpeningOf(const Tag* tag) {
-  static const QHash<const Tag*, Opening> openings = [] {
-    QHash<const Tag*, Opening> table;
-    const auto add = [&](const char* names, Opening opening) {
-      for (const QString& name : QString::fromLatin1(names).split(u' ')) table.insert(Tag::Of(name), opening);
-    };
-    add("a", Opening::Link);
-    add("nobr", Opening::Nobr);
-    add("address article aside blockquote center details dialog dir div dl fieldset figcaption figure footer form "
-        "header "
-        "hgroup hr listing main menu nav ol p plaintext pre search section summary ul xmp",
-        Opening::Block);
-    add("h1 h2 h3 h4 h5 h6", Opening::Heading);
-    add("li", Opening::Item);
-    add("dd dt", Opening::Term);
-    add("button", Opening::Button);
-    add("option optgroup", Opening::Option);
-    return table;
-  }();
-  return openings.value(tag, Opening::Plain);
-}
-
-// Where the parser stops looking for what is open.
-bool IsScope(const Node* node) {
-  static const QSet<QString> names = {QStringLiteral("applet"),  QStringLiteral("caption"), QStringLiteral("html"),
-                                      QStringLiteral("table"),   QStringLiteral("td"),      QStringLiteral("th"),
-                                      QStringLiteral("marquee"), QStringLiteral("object"),  QStringLiteral("template")};
-  return !node->IsElement() || node->tag()->space != Namespace::Html || names.contains(node->tag()->localName);
-}
-
-bool EndsByImplication(const Node* node) {
-  static const QSet<QString> names = {QStringLiteral("dd"), QStringLiteral("dt"),       QStringLiteral("li"),
-                                      QStringLiteral("p"),  QStringLiteral("option"),   QStringLiteral("rb"),
-                                      QStringLiteral("rp"), QStringLiteral("optgroup"), QStringLiteral("rt"),
-                                      QStringLiteral("rtc")};
-  return node->IsElement() && node->tag()->space == Namespace::Html && names.contains(node->tag()->localName);
-}
-
 // Whether the element's start tag would end an element that it is in.
 bool ClosesOpenElement(const Node* element) {
-  const Opening opening = OpeningOf(element->tag());
+  const Opening opening = element->tag()->opening;
   if (opening == Opening::Plain) return false;
-  const Opening outside =
-      element->parent() && element->parent()->IsElement() ? OpeningOf(element->parent()->tag()) : Opening::Plain;
-  if (opening == Opening::Option) return element->parent() && element->parent()->tag()->localName == u"option";
-  if (opening == Opening::Heading && outside == Opening::Heading) return true;
+  const Tag* const outside = element->parent() ? element->parent()->tag() : nullptr;
+  if (opening == Opening::Option) return outside == Known().option;
+  if (opening == Opening::Heading && outside && outside->opening == Opening::Heading) return true;
   const bool endsParagraph = opening != Opening::Link && opening != Opening::Nobr && opening != Opening::Button;
   bool isItemSought = true;
-  for (const Node* node = element->parent(); node && !IsScope(node); node = node->parent()) {
-    const Opening open = OpeningOf(node->tag());
-    if (endsParagraph && node->tag()->localName == u"p") return true;
+  for (const Node* node = element->parent(); node && node->IsElement() && !node->tag()->isScope;
+       node = node->parent()) {
+    const Tag* const tag = node->tag();
+    const Opening open = tag->opening;
+    if (endsParagraph && tag == Known().p) return true;
     if (opening == open && (opening == Opening::Link || opening == Opening::Nobr || opening == Opening::Button))
       return true;
     if (opening == Opening::Item || opening == Opening::Term) {
       if (isItemSought && open == opening) return true;
-      const QString& name = node->tag()->localName;
-      if (node->tag()->isBlock && name != u"address" && name != u"div" && name != u"p") isItemSought = false;
+      if (tag->isBlock && tag != Known().address && tag != Known().div && tag != Known().p) isItemSought = false;
     }
     if (open == Opening::Button && endsParagraph) break;
   }
   return false;
-}
-
-// What is no stranger in a table, and so isn't put in front of it.
-bool StaysInTable(const Node* element) {
-  static const QSet<QString> names = {QStringLiteral("caption"), QStringLiteral("colgroup"), QStringLiteral("col"),
-                                      QStringLiteral("tbody"),   QStringLiteral("thead"),    QStringLiteral("tfoot"),
-                                      QStringLiteral("tr"),      QStringLiteral("td"),       QStringLiteral("th"),
-                                      QStringLiteral("style"),   QStringLiteral("script"),   QStringLiteral("template"),
-                                      QStringLiteral("input"),   QStringLiteral("form"),     QStringLiteral("table")};
-  return names.contains(element->tag()->localName);
 }
 
 // Text as it is in the model, or as it stands in a file.
@@ -90,7 +39,9 @@ enum class Form { Source, File };
 
 class Writer {
  public:
-  explicit Writer(bool scripting, Form form = Form::Source) : scripting_(scripting), form_(form) {}
+  // `lease`, where there is one: the tree is somebody else's, and what is written is of no use once that has ended.
+  explicit Writer(bool scripting, Form form = Form::Source, const TreeLease* lease = nullptr)
+      : scripting_(scripting), form_(form), lease_(lease) {}
   QString Take() { return std::move(out_); }
   bool dependsOnEncoding() const { return dependsOnEncoding_; }
 
@@ -156,6 +107,7 @@ class Writer {
   void Subtree(const Node* root) {
     const Node* node = root;
     while (true) {
+      if (lease_ && lease_->HasEnded()) return;
       if (node->IsElement()) {
         if (node != root) PlaceBefore(node);
         if (node != earlyTable_) StartTag(node);
@@ -205,11 +157,7 @@ class Writer {
     earlyTable_ = table;
   }
 
-  static bool IsForm(const Node* node) { return node->tag() == FormTag(); }
-  static const Tag* FormTag() {
-    static const Tag* const form = Tag::Of(QStringLiteral("form"));
-    return form;
-  }
+  static bool IsForm(const Node* node) { return node->tag() == Known().form; }
 
   // A FORM in a FORM comes of an end tag that stood further inside than its start tag. Whatever the end tag would end
   // on its way has to be begun behind it.
@@ -219,7 +167,7 @@ class Writer {
     for (const Node* node = NextInTree(form, form); node; node = NextInTree(node, form)) {
       if (!IsForm(node)) continue;
       const Node* first = node;
-      while (first->parent() != form && EndsByImplication(first->parent())) first = first->parent();
+      while (first->parent() != form && first->parent()->tag()->endsByItself) first = first->parent();
       nestedForms_.insert(first->parent() == form && first != node ? node : first);
     }
   }
@@ -241,7 +189,8 @@ class Writer {
   static const Node* TableBehind(const Node* element) {
     for (const Node* node = element->next(); node; node = node->next()) {
       if (node->tag() == Known().table) return node;
-      if (node->IsText() ? node->data().trimmed().isEmpty() : !node->IsElement() || StaysInTable(node)) return nullptr;
+      if (node->IsText() ? node->data().trimmed().isEmpty() : !node->IsElement() || node->tag()->isOfTable)
+        return nullptr;
     }
     return nullptr;
   }
@@ -306,6 +255,7 @@ class Writer {
   QString out_;
   bool scripting_;
   Form form_;
+  const TreeLease* lease_;
   qsizetype lineEndDrops_ = -1;        // where a reader drops a line end, so that one more is written there
   bool isAtEnd_ = false;               // in a text that only the end of the page ends
   const Node* earlyTable_ = nullptr;   // whose start tag is written already
@@ -319,14 +269,26 @@ const Node* CommonAncestor(const Node* a, const Node* b) {
   return a;
 }
 
+PageToWrite FilePage(const PageTree& tree, const TreeLease* lease) {
+  const Node* const html = tree.htmlNode();
+  if (!html) return {};
+  Writer writer(tree.scripting(), Form::File, lease);
+  writer.Subtree(html);
+  return {writer.Take(), writer.dependsOnEncoding() ? tree.encoding() : QString()};
+}
+
 }  // namespace
 
 PageToWrite PageForFile(const PageTree& tree) {
-  const Node* const html = tree.htmlNode();
-  if (!html) return {};
-  Writer writer(tree.scripting(), Form::File);
-  writer.Subtree(html);
-  return {writer.Take(), writer.dependsOnEncoding() ? tree.encoding() : QString()};
+  return FilePage(tree, nullptr);
+}
+
+std::optional<PageToWrite> PageForFile(TreeLease& lease) {
+  const TreeLease::Reading reading(lease);
+  if (lease.HasEnded()) return std::nullopt;
+  PageToWrite page = FilePage(lease.tree(), &lease);
+  if (lease.HasEnded()) return std::nullopt;
+  return page;
 }
 
 QByteArray PageToWrite::Bytes() const {

@@ -6,10 +6,12 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 
 #include "BoundaryPoint.h"
 
 class PageTree;
+class TreeLease;
 
 // The file of the page, as PageText.h has it; "" for a page without any element.
 QByteArray FileHtml(const PageTree& tree);
@@ -21,6 +23,9 @@ struct PageToWrite {
   QByteArray Bytes() const;
 };
 PageToWrite PageForFile(const PageTree& tree);
+
+// The first step on another thread than the tree's. Nothing where the tree is changed before it is done.
+std::optional<PageToWrite> PageForFile(TreeLease& lease);
 
 // The node with its tags. `scripting`: NOSCRIPT holds plain text.
 QString OuterHtml(const Node* node, bool scripting);

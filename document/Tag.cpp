@@ -16,7 +16,10 @@ enum Trait {
   Block = 16,
   TablePart = 32,
   HoldsText = 64,
-  DropsLineEnd = 128
+  DropsLineEnd = 128,
+  Scope = 256,
+  EndsByItself = 512,
+  OfTable = 1024
 };
 
 struct TraitRow {
@@ -37,6 +40,27 @@ constexpr TraitRow traitRows[] = {
     {"table tbody thead tfoot tr", Block | TablePart},
     {"colgroup col", Hidden},
     {"pre listing textarea", DropsLineEnd},
+    {"applet caption html table td th marquee object template", Scope},
+    {"dd dt li p option rb rp optgroup rt rtc", EndsByItself},
+    {"caption colgroup col tbody thead tfoot tr td th style script template input form table", OfTable},
+};
+
+struct OpeningRow {
+  const char* names;
+  Opening opening;
+};
+
+constexpr OpeningRow openingRows[] = {
+    {"a", Opening::Link},
+    {"nobr", Opening::Nobr},
+    {"address article aside blockquote center details dialog dir div dl fieldset figcaption figure footer form header "
+     "hgroup hr listing main menu nav ol p plaintext pre search section summary ul xmp",
+     Opening::Block},
+    {"h1 h2 h3 h4 h5 h6", Opening::Heading},
+    {"li", Opening::Item},
+    {"dd dt", Opening::Term},
+    {"button", Opening::Button},
+    {"option optgroup", Opening::Option},
 };
 
 QHash<QString, int> BuildTraits() {
@@ -46,6 +70,13 @@ QHash<QString, int> BuildTraits() {
   return traits;
 }
 
+QHash<QString, Opening> BuildOpenings() {
+  QHash<QString, Opening> openings;
+  for (const OpeningRow& row : openingRows)
+    for (const QString& name : QString::fromLatin1(row.names).split(u' ')) openings[name] = row.opening;
+  return openings;
+}
+
 }  // namespace
 
 const Tag* Tag::Of(const QString& localName, Namespace space) {
@@ -53,6 +84,7 @@ const Tag* Tag::Of(const QString& localName, Namespace space) {
   auto& slot = tags[{localName, int(space)}];
   if (!slot) {
     static const QHash<QString, int> traitsByName = BuildTraits();
+    static const QHash<QString, Opening> openings = BuildOpenings();
     auto tag = std::make_shared<Tag>();
     tag->localName = localName;
     tag->space = space;
@@ -66,6 +98,10 @@ const Tag* Tag::Of(const QString& localName, Namespace space) {
     tag->isTablePart = traits & TablePart;
     tag->dropsLineEnd = traits & DropsLineEnd;
     tag->holdsText = traits & HoldsText;
+    tag->isScope = traits & Scope || space != Namespace::Html;
+    tag->endsByItself = traits & EndsByItself;
+    tag->isOfTable = traits & OfTable;
+    if (space == Namespace::Html) tag->opening = openings.value(localName, Opening::Plain);
     slot = std::move(tag);
   }
   return slot.get();
@@ -74,8 +110,10 @@ const Tag* Tag::Of(const QString& localName, Namespace space) {
 const KnownTags& Known() {
   static const auto html = [](const char* name) { return Tag::Of(QString::fromLatin1(name)); };
   static const KnownTags known = {
-      html("a"),   html("b"),         html("body"),     html("br"),     html("font"),   html("head"),     html("html"),
-      html("img"), html("plaintext"), html("pre"),      html("script"), html("strong"), html("table"),    html("tbody"),
-      html("td"),  html("template"),  html("textarea"), html("title"),  html("tr"),     html("noscript"), html("hr")};
+      html("a"),     html("b"),        html("body"),      html("br"),       html("font"),     html("head"),
+      html("html"),  html("img"),      html("plaintext"), html("pre"),      html("script"),   html("strong"),
+      html("table"), html("tbody"),    html("td"),        html("template"), html("textarea"), html("title"),
+      html("tr"),    html("noscript"), html("hr"),        html("form"),     html("p"),        html("address"),
+      html("div"),   html("option")};
   return known;
 }

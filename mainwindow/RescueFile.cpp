@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <chrono>
 
 #include "PathRules.h"
@@ -17,6 +18,8 @@ namespace {
 // How long after an edit its write begins, if the one before isn't too near.
 constexpr int kRestMs = 1000;
 constexpr int kKeptFolders = 10;
+// How often the page is begun to be read on the other thread, before it is read on its own.
+constexpr int kAttempts = 4;
 constexpr int kLongestProject = 60;  // of its name, in UTF-16 units
 
 qint64 MillisecondsNow() {
@@ -104,33 +107,59 @@ void RescueFile::Schedule() {
 
 void RescueFile::Write() {
   if (disk_.activeThreadCount() > 0) return timer_.start(periodMs_);  // a slow disk
+  attemptsLeft_ = kAttempts;
+  Attempt();
+}
+
+void RescueFile::Attempt() {
+  timer_.stop();
   lastWrite_ = MillisecondsNow();
+  ++attempt_;
   const HTMLDocument* const document = view_.WBDocument();
   if (!document) return;
-  const PageToWrite page = PageForFile(document->tree());
+  path_ = PathNow();
+  if (attemptsLeft_-- == 0) {
+    disk_.start([page = PageForFile(document->tree()), path = path_] { Put(page, path); });
+    return;
+  }
+  disk_.start([this, attempt = attempt_, lease = document->tree().Lend(), path = path_] {
+    if (const std::optional<PageToWrite> page = PageForFile(*lease)) return Put(*page, path);
+    givenUp_ = attempt;
+    QMetaObject::invokeMethod(this, &RescueFile::AttemptAgain, Qt::QueuedConnection);
+  });
+}
+
+void RescueFile::AttemptAgain() {
+  if (givenUp_ == attempt_) Attempt();
+}
+
+void RescueFile::Put(const PageToWrite& page, const QString& path) {
+  const QString folder = QFileInfo(path).path();
+  QDir().mkpath(folder);
+  const QByteArray bytes = page.Bytes();
+  ScratchFile file(folder);
+  if (file.open() && file.write(bytes) == bytes.size()) file.MoveTo(path);
+}
+
+QString RescueFile::PathNow() const {
   const QString folder = RescueFolder(program_);
   QString project = program_.project.ProjectName().left(kLongestProject);
   if (!project.isEmpty() && project.back().isHighSurrogate()) project.chop(1);  // no half of a character
   const QString stem = PathRules::Join(folder, project);
   const QString name = Project::PageName(program_.project.CurPageNo()).section(u'.', 0, -2);
-  path_ = QStringLiteral("%1 - %2 (not saved).html").arg(stem, name);
-  disk_.start([page, folder, path = path_] {
-    QDir().mkpath(folder);
-    const QByteArray bytes = page.Bytes();
-    ScratchFile file(folder);
-    if (file.open() && file.write(bytes) == bytes.size()) file.MoveTo(path);
-  });
+  return QStringLiteral("%1 - %2 (not saved).html").arg(stem, name);
 }
 
 void RescueFile::Hurry() {
-  if (!timer_.isActive()) return;
-  timer_.stop();
   disk_.waitForDone();
-  Write();
+  if (!timer_.isActive() && givenUp_ != attempt_) return;
+  attemptsLeft_ = 0;
+  Attempt();
 }
 
 void RescueFile::Drop() {
   timer_.stop();
+  ++attempt_;
   if (path_.isEmpty()) return;
   disk_.start([path = path_] { QFile::remove(path); });
   path_.clear();

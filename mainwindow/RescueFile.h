@@ -5,8 +5,10 @@
 #include <QObject>
 #include <QThreadPool>
 #include <QTimer>
+#include <atomic>
 
 class WBUC;
+struct PageToWrite;
 struct Program;
 
 // Before the workspace is wiped at a start: where there is more in it than one blank page, or a page in a rescue file,
@@ -30,11 +32,22 @@ class RescueFile : public QObject {
   void Schedule();
   void Write();
 
+  // Reads the page on the other thread, so that a large one costs the window nothing, and again from the beginning if
+  // it is changed meanwhile.
+  void Attempt();
+  void AttemptAgain();
+
+  QString PathNow() const;
+  static void Put(const PageToWrite& page, const QString& path);  // on the other thread
+
   Program& program_;
   WBUC& view_;
   QTimer timer_;
   qint64 lastWrite_ = 0;
   int periodMs_;
-  QString path_;      // of the last file; "" for none
-  QThreadPool disk_;  // one thread, so that all is done in its order
+  QString path_;  // of the last file; "" for none
+  int attempt_ = 0;
+  int attemptsLeft_ = 0;
+  std::atomic<int> givenUp_ = -1;  // the last attempt that came to nothing
+  QThreadPool disk_;               // one thread, so that all is done in its order
 };

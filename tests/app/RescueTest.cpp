@@ -108,6 +108,29 @@ TEST_F(RescueFileTest, ThePageInViewIsWrittenSoonAfterAnEdit) {
   EXPECT_EQ(QStringList{"wgcard.html"}, Names("card")) << "nothing beside the project's own files";
 }
 
+// Whoever types without a pause changes a large page faster than it can be read beside that.
+TEST_F(RescueFileTest, ALargePageIsWrittenAlsoWhileItIsChangedWithoutAPause) {
+  View().WBDocument()->body().insertAdjacentHTML("beforeEnd",
+                                                 QString("<p>a line, <b>and another</b></p>").repeated(20000));
+  run_.Type("x");
+  QElapsedTimer clock;
+  int change = 0;
+  for (clock.start(); !QFileInfo::exists(Path()) && clock.elapsed() < 10000; QCoreApplication::processEvents())
+    View().WBDocument()->body().setAttribute("change", QString::number(++change));
+  EXPECT_TRUE(QFileInfo::exists(Path()));
+}
+
+TEST_F(RescueFileTest, AnEndFromOutsideWritesTheLastLetters) {
+  run_.Type("a");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  for (int letter = 0; letter < 200; ++letter) run_.Type("b");
+  const QByteArray page = View().SourceForFile();
+  run_.modMain.EndUnasked();
+  ASSERT_TRUE(run_.ended);
+  run_.Release();
+  EXPECT_EQ(page, FileIn("rescue/Project1 - wgcard (not saved).html"));
+}
+
 TEST_F(RescueFileTest, NothingIsWrittenWithoutAnEdit) {
   QElapsedTimer clock;
   for (clock.start(); clock.elapsed() < 4 * kPeriodMs;) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);

@@ -124,8 +124,8 @@ class Registered(unittest.TestCase):
 class ByHand(unittest.TestCase):
     """Test programs that are started without the launcher."""
 
-    # The program itself, and three without Qt, which know no user; so do those that look for crashes.
-    HOMELESS = {"corvane", "stub_test", "stub_unpack", "figure_line"}
+    # The program itself, and four without an application, which know no user; so do those that look for crashes.
+    HOMELESS = {"corvane", "stub_test", "stub_unpack", "figure_line", "tree_lease_threads"}
 
     def test_every_program_of_the_tests_brings_its_own_home(self):
         without = []
