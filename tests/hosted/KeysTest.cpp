@@ -147,7 +147,8 @@ TEST_F(HostedKeys, OfKeysBehindAKeyThatThePageAnswersNoneOvertakesIt) {
 }
 
 TEST_F(HostedKeys, KeysInAFrameOfThePageTypeNothing) {
-  hosted.File(QStringLiteral("frame.html"), "<body><input id=i autofocus></body>");
+  // A field that takes the keys by itself would take them when the engine likes, behind the click as well.
+  hosted.File(QStringLiteral("frame.html"), "<body><input id=i></body>");
   hosted.browser().FocusPage();
   ASSERT_TRUE(HostedPage::WaitFor(
       [&] { return hosted.ScriptText(QStringLiteral("String(document.hasFocus())")) == u"true"; }, 5000));
