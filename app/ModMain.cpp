@@ -143,12 +143,14 @@ bool ModMain::AskAboutSaving() {
 
 void ModMain::ExitProgram() {
   if (exiting_ || !web_) return;
-  if (AskAboutSaving()) End(false);
+  // While it asked, the program may have been ended from outside.
+  if (AskAboutSaving() && !exiting_) End(false);
 }
 
 bool ModMain::CommitSession(bool mayAsk) {
   if (exiting_ || !web_) return true;
   if (mayAsk && !AskAboutSaving()) return false;
+  if (exiting_) return true;
   hasAnswered_ = mayAsk;
   isSessionEnding_ = true;
   return true;

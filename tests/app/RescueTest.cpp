@@ -120,6 +120,21 @@ TEST_F(RescueFileTest, ALargePageIsWrittenAlsoWhileItIsChangedWithoutAPause) {
   EXPECT_TRUE(QFileInfo::exists(Path()));
 }
 
+// The user had asked to save, and the end came while the name was asked for.
+TEST_F(RescueFileTest, AnEndFromOutsideWhileTheExitAsksKeepsTheWorkspace) {
+  run_.Type("abc");
+  const QByteArray page = View().SourceForFile();
+  int ends = 0;
+  QObject::connect(&run_.modMain, &ModMain::Ended, [&ends] { ++ends; });
+  run_.Dialogs().WhileShown = [this] {
+    if (!run_.Dialogs().Questions.isEmpty()) run_.modMain.EndUnasked();
+  };
+  Exit({MessageAnswer::Yes}, {QString()});
+  EXPECT_EQ(1, ends);
+  EXPECT_TRUE(CardExists());
+  EXPECT_EQ(page, FileIn("rescue/Project1 - wgcard (not saved).html"));
+}
+
 TEST_F(RescueFileTest, AnEndFromOutsideWritesTheLastLetters) {
   run_.Type("a");
   ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
