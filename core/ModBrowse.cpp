@@ -9,6 +9,12 @@ constexpr int kLongestOpenPath = 253;
 constexpr int kLongestSavePath = 254;
 constexpr qint32 kNoColor = -1;
 
+QString CutPath(const QString& path) {
+  QString cut = path.left(kLongestSavePath);
+  if (!cut.isEmpty() && cut.back().isHighSurrogate()) cut.chop(1);  // no half of a character
+  return cut;
+}
+
 }  // namespace
 
 QString BrowseForFolder(Program& program, QWidget* Owner, const QString& Title) {
@@ -23,8 +29,7 @@ QString ShowOpenDialog(Program& program, QWidget* Owner, const QString& Title, c
 
 QString ShowSaveDialog(Program& program, QWidget* Owner, const QString& Title, const QString& Description,
                        const QString& Pattern, const QString& DefaultExtension) {
-  return program.platform.dialogs.ChooseSaveFile(Owner, Title, {{Description, Pattern}}, DefaultExtension)
-      .left(kLongestSavePath);
+  return CutPath(program.platform.dialogs.ChooseSaveFile(Owner, Title, {{Description, Pattern}}, DefaultExtension));
 }
 
 QString ShowSaveEmailDialog(Program& program, QWidget* Owner, const QString& Title) {
@@ -33,7 +38,7 @@ QString ShowSaveEmailDialog(Program& program, QWidget* Owner, const QString& Tit
       {QStringLiteral("Text files(*.txt)"), QStringLiteral("*.txt")},
       {QStringLiteral("All files(*.*)"), QStringLiteral("*.*")},
   };
-  return program.platform.dialogs.ChooseSaveFile(Owner, Title, filters, QStringLiteral("eml")).left(kLongestSavePath);
+  return CutPath(program.platform.dialogs.ChooseSaveFile(Owner, Title, filters, QStringLiteral("eml")));
 }
 
 qint32 ShowColorDialog(Program& program, QWidget* Owner, qint32 StartColor) {

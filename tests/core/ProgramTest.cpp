@@ -116,6 +116,15 @@ TEST(ModBrowse, CutsLongPaths) {
   EXPECT_EQ(0, test.platform.dialogs.Unanswered);
 }
 
+TEST(ModBrowse, ACutPathHasNoHalfOfACharacter) {
+  TestProgram test;
+  const QString whole = QString(253, 'x');
+  const QString path = whole + QString::fromUtf8("\U0001F389.jpg");
+  test.platform.dialogs.Texts = {path, path};
+  EXPECT_EQ(whole, ShowSaveDialog(test.program, nullptr, "t", "d", "*.x", "x"));
+  EXPECT_EQ(whole, ShowSaveEmailDialog(test.program, nullptr, "t"));
+}
+
 TEST(ModBrowse, LeavesOutAStartFolderThatIsNotThere) {
   TestProgram test;
   test.platform.dialogs.Texts = {"/a", "/b", "/c"};
