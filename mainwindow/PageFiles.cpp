@@ -33,8 +33,8 @@ void LoadPage(Program& program, WBUC& jWB, const QString& PagePath) {
   ModFileOps& files = program.Files;
   bool force = false;
   const QString blank = PathRules::Join(program.AppPath, QStringLiteral("blank.html"));
-  // An empty one is what a full disk left of it.
-  if (files.FileSize(blank) == 0) files.WriteTextFile(blank, StringText(TextNumber::BlankPage).toUtf8());
+  // As a whole, so that a full disk leaves none.
+  if (!files.FileExists(blank)) files.ReplaceTextFile(blank, StringText(TextNumber::BlankPage).toUtf8());
   const qsizetype separator = PathRules::LastSeparator(PagePath);
   if (separator + 1 > 3) files.EnsureFolder(PagePath.left(separator));
   if (!files.FileExists(PagePath)) {
