@@ -17,6 +17,7 @@
 #include "ModBrowse.h"
 #include "ModEmail.h"
 #include "OneLine.h"
+#include "PlainTip.h"
 #include "Program.h"
 #include "Settings.h"
 #include "StringTable.h"
@@ -229,11 +230,10 @@ void EmailPanel::ShowStatus(const QString& text) {
   ShowTip();
 }
 
-// The words are a server's, and no markup.
 void EmailPanel::ShowTip() {
   QStringList lines = {TStat->text().trimmed(), serverSaid_, serverClosed_};
   lines.removeAll(QString());
-  TStat->setToolTip(Qt::convertFromPlainText(lines.join(u'\n'), Qt::WhiteSpaceNormal));
+  TStat->setToolTip(PlainTip(lines.join(u'\n')));
 }
 
 void EmailPanel::ForgetTalk() {

@@ -10,6 +10,7 @@
 
 #include "FWeb.h"
 #include "ModPics.h"
+#include "PlainTip.h"
 #include "Program.h"
 #include "ToolPanel.h"
 #include "Twips.h"
@@ -68,7 +69,7 @@ void FTools::ShowTool(ToolTask iOp, const QString& sArg) {
     setFixedSize(TwipsToPixels(tool.width), TwipsToPixels(tool.height));
     if (iOp == ToolTask::AddPicture) {
       TPicPath->setText(sArg);
-      TPicPath->setToolTip(sArg);
+      TPicPath->setToolTip(PlainTip(sArg));
     }
     if (iOp == ToolTask::PageSource) bCloseText[1]->setEnabled(false);
     if (iOp == ToolTask::NewTable || iOp == ToolTask::TableProperties) {

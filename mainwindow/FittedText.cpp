@@ -7,6 +7,8 @@
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
 
+#include "PlainTip.h"
+
 QFont FontForHeight(const QWidget* widget, int height, int padding) {
   QFont font = widget->font();
   int pixels = QFontInfo(font).pixelSize();
@@ -50,6 +52,6 @@ void FittedLabel::paintEvent(QPaintEvent*) {
   painter.setFont(font);
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
   const QString shown = painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
-  setToolTip(shown == text() ? QString() : text());
+  setToolTip(shown == text() ? QString() : PlainTip(text()));
   painter.drawText(rect(), int(alignment()) | Qt::TextSingleLine, shown);
 }

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <QTextDocument>
 #include <cmath>
 
 #include "AsciiText.h"
 #include "CodePage.h"
 #include "Colors.h"
 #include "Numbers.h"
+#include "PlainTip.h"
 #include "Twips.h"
 
 namespace {
@@ -145,6 +147,16 @@ TEST(HtmlToColor, NamesGiveBlack) {
   EXPECT_EQ(0, HtmlToColor(""));
   EXPECT_EQ(0, HtmlToColor("#"));
   EXPECT_EQ(0, HtmlToColor("F"));
+}
+
+TEST(PlainTip, ShowsMarkupAsItIs) {
+  for (const char* text : {"x<b>y</b>", "a&amp;b", "C:\\<new>\\a.gif", "two\nlines"}) {
+    ASSERT_TRUE(Qt::mightBeRichText(PlainTip(text))) << text;
+    QTextDocument shown;
+    shown.setHtml(PlainTip(text));
+    EXPECT_EQ(text, shown.toPlainText());
+  }
+  EXPECT_EQ("", PlainTip(""));
 }
 
 }  // namespace
