@@ -149,7 +149,10 @@ void MailUC::CloseDown() {
 
 bool MailUC::PrepareEmail(const QByteArray& sHTML, const QString& sFils) {
   emailAvailable_ = false;
-  return message_.PrepareEmail(sHTML, sFils);
+  if (message_.PrepareEmail(sHTML, sFils)) return true;
+  // A session under way has lost its message, and would send an empty one.
+  ResetEmail();
+  return false;
 }
 
 void MailUC::ClearBuffers() {

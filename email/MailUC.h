@@ -55,8 +55,8 @@ class MailUC : public QObject {
   // Ends what is under way and empties everything but user name and password.
   void CloseDown();
 
-  // The page's text, picture paths cut already, and the paths of its pictures with "*" between them. False, and nothing
-  // is prepared, for a page that a server could take for more than one message.
+  // The page's text, picture paths cut already, and the paths of its pictures with "*" between them. False for a page
+  // that a server could take for more than one message: nothing is prepared then, and what is under way has ended.
   bool PrepareEmail(const QByteArray& sHTML, const QString& sFils);
   // Ends what is under way; the prepared message stays.
   void ResetEmail();

@@ -367,6 +367,14 @@ TEST_F(Session, ANewSendDropsWhatTheOldOneCouldNotSend) {
   EXPECT_EQ(1, Net().Closed);
 }
 
+TEST_F(Session, AMailUnderWayEndsWithAPageThatCantBeSent) {
+  MUC_.PrepareEmail("x", "");
+  Begin(4);
+  EXPECT_FALSE(MUC_.PrepareEmail("a\r\n.\r\nb", ""));
+  EXPECT_EQ(1, Net().Closed);
+  EXPECT_EQ("", On("354 e"));
+}
+
 // Bad input.
 
 TEST_F(Session, LineBreaksInFieldsBringNoLineOfTheirOwnOntoTheWire) {
