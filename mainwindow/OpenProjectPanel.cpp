@@ -133,4 +133,6 @@ void OpenProjectPanel::Delete() {
   program_.Files.Attributes().Clear(path);
   DiscardFolder(program_, path);
   delete BoxProj->selectedItems().first();
+  // The list of Qt selects the next one, which nobody has chosen.
+  BoxProj->setCurrentRow(-1);
 }

@@ -56,6 +56,20 @@ TEST_F(SavedProjects, ADoubleClickOnARowOpensItsProject) {
   EXPECT_FALSE(run_.modMain.Ops()->isVisible());
 }
 
+TEST_F(SavedProjects, AfterADeleteNoProjectIsSelected) {
+  for (const char* name : {"ann", "bob", "cid"}) QDir().mkpath(run_.PathInApp("saved/") + name);
+  Answer({MessageAnswer::Ok, MessageAnswer::Ok});
+  ASSERT_TRUE(run_.Choose("mOpenProject"));
+  Panel().BoxProj->setCurrentRow(1);
+  Panel().bOpenProj[2]->click();
+  run_.Settle();
+  EXPECT_EQ(2, Panel().BoxProj->count());
+  EXPECT_FALSE(QFileInfo::exists(run_.PathInApp("saved/bob")));
+  Panel().bOpenProj[2]->click();
+  EXPECT_EQ("No project is selected.", run_.Dialogs().Messages().last());
+  EXPECT_EQ(2, Panel().BoxProj->count());
+}
+
 // Meant in OpenProjectPanel::Delete: the project that is open may be deleted, and nothing warns.
 TEST_F(SavedProjects, TheOpenProjectMayBeDeletedAndNothingWarns) {
   MakePages({"one"});
