@@ -19,6 +19,7 @@ void FWeb::mNewProject() {
                                             StringText(FixedText::DiscardTitle)) != MessageAnswer::Ok)
     return;
   program_.project.StartNew();
+  isPageWritten_ = true;  // what couldn't be written was the old one's
   LoadPage(program_.project.CurPageFile());
   SetIndex(BoxPage, 0);
   SetCaption();
@@ -87,6 +88,7 @@ void FWeb::mOpenProject() {
 void FWeb::OpenProject(const QString& Name, const QString& Path) {
   Project& project = program_.project;
   project.OpenSaved(Name, Path);
+  isPageWritten_ = true;
   SetCaption();
   // Where the list stood elsewhere this runs its handler, which saves the page in view into the project just opened.
   SetIndex(BoxPage, 0);

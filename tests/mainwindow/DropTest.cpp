@@ -104,6 +104,19 @@ TEST_F(Discards, AMarkStandsInTheCaptionWhileThePageIsNotWritten) {
   EXPECT_EQ(good, Web().windowTitle());
 }
 
+TEST_F(Discards, TheMarkStaysWithTheProjectWhosePageCouldNotBeWritten) {
+  const QString good = Web().windowTitle();
+  Web().TellPageWritten(false);
+  run_.Dialogs().Answers = {MessageAnswer::Ok};
+  ASSERT_TRUE(run_.Choose("mNewProject"));
+  EXPECT_EQ(good, Web().windowTitle());
+  Web().TellPageWritten(false);
+  const QString path = run_.PathInApp("saved/ann");
+  ASSERT_TRUE(PutFile(path + "/wgcard.html", "<html><body>hers</body></html>"));
+  Web().OpenProject("ann", path);
+  EXPECT_EQ("Corvane - ann", Web().windowTitle());
+}
+
 TEST_F(Discards, ChangingTheSourceIsAWriteOfThePageToo) {
   Tools().ShowSource();
   const QString page = run_.program().project.CurPageFile();
