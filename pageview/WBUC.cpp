@@ -67,10 +67,9 @@ void WBUC::ForgetPage() {
   CurrentTextRange_.reset();
 }
 
-HTMLBodyElement& WBUC::Body() {
+HTMLBodyElement WBUC::Body() const {
   const Node* const body = Body_.node();
-  if (body && !body->IsAttached()) Body_ = Doc_->body();
-  return Body_;
+  return body && !body->IsAttached() ? Doc_->body() : Body_;
 }
 
 void WBUC::LayOverAll() {
@@ -183,16 +182,16 @@ void WBUC::SetBGColor(const QString& color) {
 }
 
 QString WBUC::BackPic() const {
-  return DocReady_ ? Body_.getAttribute(QStringLiteral("Background"), 0) : QString();
+  return DocReady_ ? Body().getAttribute(QStringLiteral("Background"), 0) : QString();
 }
 
 void WBUC::SetBackPic(const QString& picture) {
   if (!DocReady_) return;
   const auto step = UndoStep(QStringLiteral("Back Picture"));
   if (picture.isEmpty()) {
-    Body_.removeAttribute(QStringLiteral("Background"), 0);
+    Body().removeAttribute(QStringLiteral("Background"), 0);
   } else {
-    Body_.setBackground(picture);
+    Body().setBackground(picture);
   }
 }
 
@@ -204,7 +203,7 @@ void WBUC::SetBodyFontName(const QString& name) {
   if (!DocReady_) return;
   const auto step = UndoStep(QStringLiteral("Body Font Face"));
   values_.BodyFontName = name;
-  Body_.style().setFontFamily(name);
+  Body().style().setFontFamily(name);
 }
 
 QString WBUC::BodyFontSize() const {
@@ -215,7 +214,7 @@ void WBUC::SetBodyFontSize(const QString& size) {
   if (!DocReady_) return;
   const auto step = UndoStep(QStringLiteral("Body Font Size"));
   values_.BodyFontSize = size;
-  Body_.style().setFontSize(FontSizeMap(size));
+  Body().style().setFontSize(FontSizeMap(size));
 }
 
 QString WBUC::BodyFontColor() const {
@@ -225,15 +224,15 @@ QString WBUC::BodyFontColor() const {
 void WBUC::SetBodyFontColor(const QString& color) {
   const auto step = UndoStep(QStringLiteral("Body Text Color"));
   values_.BodyFontColor = color;
-  if (DocReady_) Body_.setText(color);
+  if (DocReady_) Body().setText(color);
 }
 
 void WBUC::SetLinkColor(const QString& color) {
   if (!DocReady_) return;
   const auto step = UndoStep(QStringLiteral("Link Color"));
   values_.LinkColor = color;
-  Body_.setLink(color);
-  Body_.setVLink(color);
+  Body().setLink(color);
+  Body().setVLink(color);
 }
 
 QString WBUC::Source() const {

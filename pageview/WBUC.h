@@ -166,13 +166,14 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   // current stays.
   void ForgetPage();
   // The page's BODY; another one after a script has written the page anew.
-  HTMLBodyElement& Body();
+  HTMLBodyElement Body() const;
   void LayOverAll();
 
   const HTMLEventObj& Event() const { return Doc_->parentWindow().event(); }
   // Puts CurrentTextRange at the mouse of the current event and gives its position in twips.
   QPoint PlaceTextRange();
   void SelectElementText(const HTMLElement& el);
+  bool IsHighlighted(const HTMLElement& el) const;
   void SelectAsElement(const HTMLElement& el);
   void SetSelElement(const HTMLElement& element);
   void ClearSelection();

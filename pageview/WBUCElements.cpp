@@ -137,6 +137,7 @@ int WBUC::MoveElementOneElement(int iDirection) {
 void WBUC::MoveElementOneSpace(int iDirection) {
   if (!CurrentElement_ || !DocReady_) return;
   const auto step = UndoStep(QStringLiteral("Move"));
+  const bool isHighlighted = IsHighlighted(SelElement_);
   switch (iDirection) {
     case 0: {
       const auto range = Body().createTextRange();
@@ -161,5 +162,5 @@ void WBUC::MoveElementOneSpace(int iDirection) {
       return;
   }
   // What was put before the element would take part of the highlight.
-  if (SelElement_) SelectElementText(SelElement_);
+  if (isHighlighted) SelectElementText(SelElement_);
 }

@@ -44,9 +44,17 @@ WBUC::Selection WBUC::IfSelection() const {
 
 void WBUC::SelectElementText(const HTMLElement& el) {
   const auto range = Body().createTextRange();
-  if (!range) return;
-  range->moveToElementText(el);
-  range->select();
+  if (range && range->moveToElementText(el)) range->select();
+}
+
+// Not if the user has selected something else since, or the element is gone.
+bool WBUC::IsHighlighted(const HTMLElement& el) const {
+  if (!el || Doc_->selection().type() != u"Text") return false;
+  const auto whole = Body().createTextRange();
+  if (!whole || !whole->moveToElementText(el)) return false;
+  const auto selected = Doc_->selection().createRange();
+  return selected && selected->compareEndPoints(QStringLiteral("StartToStart"), *whole) == 0 &&
+         selected->compareEndPoints(QStringLiteral("EndToEnd"), *whole) == 0;
 }
 
 void WBUC::SelectAsElement(const HTMLElement& el) {

@@ -133,6 +133,12 @@ TEST(Fortress, APageThatIsWrittenAnewIsHeardAsBefore) {
   page.Script("document.open(); document.write('<body><font id=p>written anew</font></body>'); document.close()");
   EXPECT_EQ(page.LiveHtml(), page.ModelHtml());
   EXPECT_TRUE(page.ModelHtml().contains("written anew"));
+  page.jWB().SetLinkColor("#123456");
+  page.jWB().SetBodyFontColor("#654321");
+  page.jWB().SetBackPic("a.gif");
+  for (const char* const value : {"link=\"#123456\"", "vlink=\"#123456\"", "text=\"#654321\"", "background=\"a.gif\""})
+    EXPECT_TRUE(page.ModelHtml().contains(value)) << page.ModelHtml().toStdString();
+  EXPECT_EQ(page.jWB().BackPic(), "a.gif");
   ASSERT_TRUE(page.Click(page.PointIn("#p", 3)));
   ASSERT_TRUE(page.Key(Qt::Key_X));
   EXPECT_TRUE(page.Body().contains("wrixtten")) << page.Body().toStdString();

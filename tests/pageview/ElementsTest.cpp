@@ -406,6 +406,28 @@ TEST_F(Elements, AfterCutTheCurrentElementIsStaleAndMovesNothing) {
   EXPECT_EQ(Body(), "&nbsp;<font id=\"b\">two</font>");
 }
 
+TEST_F(Elements, AnElementThatIsGoneIsNotHighlightedByAMove) {
+  for (int direction = 0; direction <= 3; ++direction) {
+    Show("<font id='a'>one</font><font id='b'>two</font>");
+    DoubleClick("a");
+    view_.DeleteElement(Named("a"));
+    view_.MoveElementOneSpace(direction);
+    EXPECT_EQ(Body(), "<font id=\"b\">two</font>") << direction;
+    EXPECT_EQ(page_.Document().selection().type(), "None") << direction;
+  }
+}
+
+TEST_F(Elements, WhatTheUserSelectedSinceStaysSelectedWhenTheElementMoves) {
+  Show("<font id='a'>one</font><font id='b'>two</font>");
+  DoubleClick("a");
+  const Node* const text = Named("b").node()->firstChild();
+  page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
+  for (int direction = 0; direction <= 3; ++direction) {
+    view_.MoveElementOneSpace(direction);
+    EXPECT_EQ(page_.Document().selection().createRange()->text(), "tw") << direction;
+  }
+}
+
 TEST_F(Elements, TheTextForNothingCutExistsThoughNothingShowsIt) {
   EXPECT_EQ(StringText(109),
             "There is no cut element to paste. (Note: Only full elements can be pasted. To add a cut text selection "
