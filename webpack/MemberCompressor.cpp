@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -42,6 +43,17 @@ class Coder {
   explicit Coder(int level) : level_(level), compressor_(NewCompressor(level)) {}
 
   Member Compress(const QString& path) {
+    try {
+      return CompressWhole(path);
+    } catch (const std::bad_alloc&) {
+      Member member;
+      member.state = Member::State::TooLarge;
+      return member;
+    }
+  }
+
+ private:
+  Member CompressWhole(const QString& path) {
     Member member;
     member.time = QFileInfo(path).lastModified();
     QFile file(path);
@@ -64,7 +76,6 @@ class Coder {
     return member;
   }
 
- private:
   int level_;
   Compressor compressor_;
   Compressor slow_;  // made when it is needed
@@ -103,10 +114,12 @@ void MemberCompressor::Work() {
     changed_.wait(lock, [this] { return isOver_ || next_ == paths_.size() || MayBegin(); });
     if (isOver_ || next_ == paths_.size()) return;
     const qsizetype index = next_++;
+    const qint64 size = QFileInfo(paths_[index]).size();
+    bytesAhead_ += size;
     lock.unlock();
     Member member = coder.Compress(paths_[index]);
     lock.lock();
-    bytesAhead_ += member.size;
+    bytesAhead_ += member.size - size;
     ready_.emplace(index, std::move(member));
     changed_.notify_all();
   }

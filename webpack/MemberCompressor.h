@@ -14,7 +14,7 @@
 
 // A file as a Deflate stream (RFC 1951).
 struct Member {
-  // Too large: the file is to be compressed piece by piece, by somebody else.
+  // Too large for the memory: the file is to be compressed piece by piece, by somebody else.
   enum class State { Ready, TooLarge, Unreadable } state = State::Unreadable;
   QByteArray deflated;
   quint32 checksum = 0;  // CRC-32 of the file's bytes
@@ -48,7 +48,7 @@ class MemberCompressor {
   std::map<qsizetype, Member> ready_;
   qsizetype next_ = 0;     // nobody has begun with it yet
   qsizetype wanted_ = 0;   // the next one that will be taken
-  qint64 bytesAhead_ = 0;  // of files that have been read and not taken
+  qint64 bytesAhead_ = 0;  // of files that have been begun with and not taken
   bool isOver_ = false;
   std::vector<std::thread> workers_;
 };
