@@ -23,8 +23,6 @@
 
 namespace {
 
-// Place of the custom icon among the options.
-
 int WholeOrZero(const QString& text) {
   return ToInteger32(text).value_or(0);
 }
