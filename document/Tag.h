@@ -7,8 +7,8 @@
 
 enum class Namespace : std::uint8_t { Html, Svg, MathMl };
 
-// What the parser ends before it opens an element: nothing, another of its kind, or a paragraph as well.
-// https://html.spec.whatwg.org/multipage/parsing.html#parsing-main-inbody
+// What the parser ends before it opens an element: nothing, another of its kind, or a paragraph as well. The insertion
+// mode "in body" of the HTML standard.
 enum class Opening : std::uint8_t { Plain, Link, Nobr, Block, Heading, Item, Term, Button, Option };
 
 struct Tag {

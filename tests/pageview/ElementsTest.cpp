@@ -408,7 +408,7 @@ TEST_F(Elements, AfterCutTheCurrentElementIsStaleAndMovesNothing) {
 
 TEST_F(Elements, AnElementThatIsGoneIsNotHighlightedByAMove) {
   for (int direction = 0; direction <= 3; ++direction) {
-    Show("<font id='a'>one</font><font id='b'>two</font>");
+    Show(two);
     DoubleClick("a");
     view_.DeleteElement(Named("a"));
     view_.MoveElementOneSpace(direction);
@@ -418,10 +418,10 @@ TEST_F(Elements, AnElementThatIsGoneIsNotHighlightedByAMove) {
 }
 
 TEST_F(Elements, WhatTheUserSelectedSinceStaysSelectedWhenTheElementMoves) {
-  Show("<font id='a'>one</font><font id='b'>two</font>");
+  Show(two);
   DoubleClick("a");
-  const Node* const text = Named("b").node()->firstChild();
-  page_.Document().selection().Mirror({BoundaryPoint::InText(text, 0), BoundaryPoint::InText(text, 2)});
+  const Node* const b = Named("b").node()->firstChild();
+  page_.Document().selection().Mirror({BoundaryPoint::InText(b, 0), BoundaryPoint::InText(b, 2)});
   for (int direction = 0; direction <= 3; ++direction) {
     view_.MoveElementOneSpace(direction);
     EXPECT_EQ(page_.Document().selection().createRange()->text(), "tw") << direction;
