@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "Breaker.h"
+#include "OwnTime.h"
 #include "PictureFiles.h"
 #include "PublicSeeds.h"
 #include "RandomSeed.h"
@@ -21,7 +22,7 @@ enum class Fuzzed { Refused, Read, OutOfBounds };
 template <typename Read>
 int FuzzFiles(int argc, char** argv, QList<PictureSample> samples, const QStringList& kinds, Read read) {
   constexpr auto kDuration = std::chrono::seconds(8);
-  constexpr auto kLongest = std::chrono::seconds(5);
+  constexpr double kLongestSeconds = 5;
   const QCoreApplication application(argc, argv);
   // The decoders complain of each broken file.
   qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
@@ -50,22 +51,22 @@ int FuzzFiles(int argc, char** argv, QList<PictureSample> samples, const QString
     return 1;
   }
   const auto end = std::chrono::steady_clock::now() + kDuration;
-  long done = 0, taken = 0;
+  long done = 0, pictures = 0;
   for (; iterations > 0 ? done < iterations : std::chrono::steady_clock::now() < end; ++done) {
     Breaker breaker(seed * 1000003u + unsigned(done));
     const PictureSample& sample = samples[breaker.Below(std::size_t(samples.size()))];
     QByteArray bytes = sample.bytes;
     breaker.Break(bytes, samples[breaker.Below(std::size_t(samples.size()))].bytes);
-    const auto start = std::chrono::steady_clock::now();
+    const OwnTime time;
     const Fuzzed result = read(bytes);
-    const bool late = std::chrono::steady_clock::now() - start > kLongest;
-    if (result == Fuzzed::Read) ++taken;
+    const bool late = time.Seconds() > kLongestSeconds;
+    if (result == Fuzzed::Read) ++pictures;
     if (late || result == Fuzzed::OutOfBounds) {
       std::fprintf(stderr, "seed %u, iteration %ld, %s: %s\n", seed, done, sample.name,
                    late ? "takes too long" : "out of bounds");
       return 1;
     }
   }
-  std::printf("%ld broken files, %ld of them still a picture\n", done, taken);
-  return taken > 0 && taken < done ? 0 : 1;
+  std::printf("%ld broken files, %ld of them still a picture\n", done, pictures);
+  return pictures > 0 && pictures < done ? 0 : 1;
 }
