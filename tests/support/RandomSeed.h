@@ -19,7 +19,7 @@ inline const char* ToldSeed() {
 inline unsigned RandomSeed(const char* what) {
   const char* told = ToldSeed();
   const unsigned seed =
-      told != nullptr ? static_cast<unsigned>(std::strtoul(told, nullptr, 10)) : std::random_device()() % 1000000000U;
+      told != nullptr ? unsigned(std::strtoul(told, nullptr, 10)) : std::random_device()() % 1000000000U;
   std::printf("%s: CORVANE_SEED=%u\n", what, seed);
   std::fflush(stdout);
   return seed;
@@ -31,6 +31,6 @@ inline std::vector<unsigned> RandomSeeds(const char* what, int count, std::initi
   const unsigned first = RandomSeed(what);
   std::vector<unsigned> seeds;
   if (ToldSeed() == nullptr) seeds.assign(found);
-  for (unsigned at = 0; at < static_cast<unsigned>(count); ++at) seeds.push_back(first + at);
+  for (unsigned at = 0; at < unsigned(count); ++at) seeds.push_back(first + at);
   return seeds;
 }
