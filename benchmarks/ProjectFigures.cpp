@@ -59,7 +59,7 @@ bool SwitchPage() {
     const double other = engine.Load(test.WorkFile(QStringLiteral("Page%1.html").arg(page)));
     if (turn >= 0) figure.Add(ms, other);
   }
-  return figure.Print(1.3);
+  return figure.Print(1.1);
 }
 
 bool Export() {

@@ -170,7 +170,10 @@ TEST(Fortress, WhatTheEngineCouldDoMoreIsOff) {
   EXPECT_EQ(settings->unknownUrlSchemePolicy(), QWebEngineSettings::DisallowUnknownUrlSchemes);
   for (const auto attribute : {QWebEngineSettings::LocalStorageEnabled, QWebEngineSettings::WebGLEnabled,
                                QWebEngineSettings::JavascriptCanAccessClipboard, QWebEngineSettings::PluginsEnabled,
-                               QWebEngineSettings::FullScreenSupportEnabled, QWebEngineSettings::ScreenCaptureEnabled})
+                               QWebEngineSettings::FullScreenSupportEnabled, QWebEngineSettings::ScreenCaptureEnabled,
+                               QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::ErrorPageEnabled,
+                               QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::DnsPrefetchEnabled,
+                               QWebEngineSettings::JavascriptCanOpenWindows})
     EXPECT_FALSE(settings->testAttribute(attribute)) << attribute;
 }
 
