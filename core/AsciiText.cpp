@@ -5,7 +5,7 @@
 namespace {
 
 char UpperOf(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c;
 }
 QChar UpperOf(QChar c) {
   return c >= u'a' && c <= u'z' ? QChar(static_cast<char16_t>(c.unicode() - u'a' + u'A')) : c;

@@ -17,10 +17,10 @@ constexpr std::array<char16_t, kTableEnd - kTableStart> kTable = {
 };
 
 char ByteOf(uint codePoint) {
-  if (codePoint < kTableStart || (codePoint >= kTableEnd && codePoint <= 0xFF)) return static_cast<char>(codePoint);
+  if (codePoint < kTableStart || (codePoint >= kTableEnd && codePoint <= 0xFF)) return char(codePoint);
   const auto found = std::find(kTable.begin(), kTable.end(), codePoint);
   if (found == kTable.end()) return '?';
-  return static_cast<char>(kTableStart + static_cast<uint>(found - kTable.begin()));
+  return char(kTableStart + uint(found - kTable.begin()));
 }
 
 }  // namespace

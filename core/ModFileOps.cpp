@@ -193,7 +193,7 @@ int ModFileOps::ListFiles(const QString& Folder, const QString& Extension, QStri
     return name.contains(u'*') || (!Extension.isEmpty() && !UpperAscii(name).endsWith(ending));
   });
   List = names.join(u'*');
-  return static_cast<int>(names.size());
+  return int(names.size());
 }
 
 // Folder comes back changed, and folders whose name begins with a dot are passed over: both are meant.
@@ -208,7 +208,7 @@ QStringList ModFileOps::ListFolders(QString& Folder, int& Count) const {
     if (!name.startsWith(u'.')) names.append(CutAtNul(name));
   }
   SortByCapitals(names);
-  Count = static_cast<int>(names.size());
+  Count = int(names.size());
   return names;
 }
 

@@ -3,5 +3,5 @@
 #include "Numbers.h"
 
 int TwipsToPixels(double twips) {
-  return static_cast<int>(RoundEven(twips / kTwipsPerPixel));
+  return int(RoundEven(twips / kTwipsPerPixel));
 }

@@ -107,7 +107,7 @@ constexpr uchar kOutside = 64;
 std::array<uchar, 256> ValueTable() {
   std::array<uchar, 256> table;
   table.fill(kOutside);
-  for (uchar value = 0; value < kOutside; ++value) table[static_cast<uchar>(kAlphabet[value])] = value;
+  for (uchar value = 0; value < kOutside; ++value) table[uchar(kAlphabet[value])] = value;
   return table;
 }
 
@@ -153,10 +153,10 @@ QByteArray DecodeBase64(const QByteArray& text) {
   QByteArray bytes;
   bytes.reserve(text.size() / 4 * 3);
   for (qsizetype at = 0; at + 4 <= text.size(); at += 4) {
-    const auto value = [&](qsizetype place) { return values[static_cast<uchar>(text.at(at + place))]; };
-    bytes.append(static_cast<char>(value(0) * 4 | value(1) / 16));
-    bytes.append(static_cast<char>(value(1) % 16 * 16 | value(2) / 4));
-    bytes.append(static_cast<char>(value(2) % 4 * 64 | value(3)));
+    const auto value = [&](qsizetype place) { return values[uchar(text.at(at + place))]; };
+    bytes.append(char(value(0) * 4 | value(1) / 16));
+    bytes.append(char(value(1) % 16 * 16 | value(2) / 4));
+    bytes.append(char(value(2) % 4 * 64 | value(3)));
   }
   // By the text's own end, also where an incomplete group stands there.
   if (text.size() >= 2 && text.at(text.size() - 2) == '=') {

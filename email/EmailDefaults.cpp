@@ -43,7 +43,7 @@ QString RecentSenders(const QStringList& items, const QString& from) {
 
 QString StoredPassword(const QString& password) {
   QStringList codes;
-  for (const char c : ToCodePage(password)) codes += QString::number(static_cast<uchar>(c));
+  for (const char c : ToCodePage(password)) codes += QString::number(uchar(c));
   return codes.join(u'.');
 }
 
@@ -51,7 +51,7 @@ QString PasswordOf(const QString& stored) {
   QByteArray bytes;
   for (const QString& piece : stored.split(u'.')) {
     const auto code = ToInteger16(piece);
-    if (code && *code >= 0 && *code <= 255) bytes += static_cast<char>(*code);
+    if (code && *code >= 0 && *code <= 255) bytes += char(*code);
   }
   return FromCodePage(bytes);
 }

@@ -15,7 +15,7 @@ const wchar_t* Wide(const QString& text) {
 std::optional<int> HostFileAttributes::Get(const QString& path) const {
   const DWORD bits = GetFileAttributesW(Wide(QDir::toNativeSeparators(path)));
   if (path.isEmpty() || bits == INVALID_FILE_ATTRIBUTES) return std::nullopt;
-  return static_cast<int>(bits) & (AttributeReadOnly | AttributeHidden | AttributeDirectory);
+  return int(bits) & (AttributeReadOnly | AttributeHidden | AttributeDirectory);
 }
 
 bool HostFileAttributes::Set(const QString& path, int attributes) {

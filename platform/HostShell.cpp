@@ -35,7 +35,7 @@ int HostShell::OpenFile(QWidget* owner, const QString& file, const QString& fold
   const QString nativeFolder = QDir::toNativeSeparators(folder);
   const HINSTANCE result = ShellExecuteW(window, nullptr, wide(nativeFile), nullptr,
                                          nativeFolder.isEmpty() ? nullptr : wide(nativeFolder), ShowCommand(mode));
-  return static_cast<int>(reinterpret_cast<INT_PTR>(result));
+  return int(reinterpret_cast<INT_PTR>(result));
 }
 
 bool HostShell::StartProgram(const QString& path, ShowMode mode) {

@@ -39,7 +39,7 @@ Buffer BufferOf(const char* bytes, qsizetype size) {
 qsizetype SendBuffers(Socket socket, Buffer* buffers, std::size_t count) {
   DWORD taken = 0;
   if (WSASend(socket, buffers, static_cast<DWORD>(count), &taken, 0, nullptr, nullptr) != 0) return -1;
-  return static_cast<qsizetype>(taken);
+  return qsizetype(taken);
 }
 
 int CloseSocket(Socket socket) {
@@ -70,7 +70,7 @@ constexpr int kFlags = 0;
 using Buffer = iovec;
 
 Buffer BufferOf(const char* bytes, qsizetype size) {
-  return {const_cast<char*>(bytes), static_cast<std::size_t>(size)};
+  return {const_cast<char*>(bytes), std::size_t(size)};
 }
 
 qsizetype SendBuffers(Socket socket, Buffer* buffers, std::size_t count) {
@@ -278,7 +278,7 @@ qsizetype HostSockets::Send(Handle socket, const QList<QByteArray>& pieces, qsiz
 
 qsizetype HostSockets::Receive(Handle socket, char* data, qsizetype size) {
   if (TlsConnection* const connection = EncryptedOf(socket)) return AsCall(connection->Receive(data, size));
-  return ::recv(Native(socket), data, static_cast<int>(std::min(size, kLargestCall)), 0);
+  return ::recv(Native(socket), data, int(std::min(size, kLargestCall)), 0);
 }
 
 void HostSockets::Close(Handle socket) {

@@ -14,7 +14,7 @@ std::optional<QString> HostMailAccount::ReadRegString(const QString& key, const 
                                           reinterpret_cast<BYTE*>(buffer), &size);
   RegCloseKey(opened);
   if (result != ERROR_SUCCESS || size < 2) return std::nullopt;
-  return QString::fromLocal8Bit(buffer, static_cast<qsizetype>(size) - 1);
+  return QString::fromLocal8Bit(buffer, qsizetype(size) - 1);
 }
 
 #else

@@ -29,7 +29,7 @@ class ArchiveTarget {
         target->scratch_ = std::make_unique<ScratchFile>(target->scratchFolder_);
         return target->scratch_->open() ? 0 : target->Fail(ZIP_ER_TMPOPEN);
       case ZIP_SOURCE_WRITE: {
-        const qint64 written = target->scratch_->write(static_cast<const char*>(data), static_cast<qint64>(length));
+        const qint64 written = target->scratch_->write(static_cast<const char*>(data), qint64(length));
         return written < 0 ? target->Fail(ZIP_ER_WRITE) : written;
       }
       case ZIP_SOURCE_TELL_WRITE:

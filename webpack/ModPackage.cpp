@@ -146,7 +146,7 @@ void PreparePackPages(Program& program) {
   }
   if (pages.isEmpty()) return;
   for (const QString& page : pages) {
-    PreparePage(program, PathRules::Join(program.project.WorkPath(), page), static_cast<int>(pages.size()), pictures);
+    PreparePage(program, PathRules::Join(program.project.WorkPath(), page), int(pages.size()), pictures);
   }
   for (const QString& picture : pictures) {
     DiscardFile(program, PathRules::Join(program.project.WorkPath(), picture));

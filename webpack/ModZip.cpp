@@ -95,11 +95,11 @@ class FileSource {
 
   zip_int64_t Read(void* data, zip_uint64_t length) {
     if (file_.isOpen()) {
-      const qint64 got = file_.read(static_cast<char*>(data), static_cast<qint64>(length));
+      const qint64 got = file_.read(static_cast<char*>(data), qint64(length));
       return got < 0 ? Fail(ZIP_ER_READ) : got;
     }
-    const auto count = std::min(static_cast<qsizetype>(length), member_.deflated.size() - at_);
-    std::memcpy(data, member_.deflated.constData() + at_, static_cast<size_t>(count));
+    const auto count = std::min(qsizetype(length), member_.deflated.size() - at_);
+    std::memcpy(data, member_.deflated.constData() + at_, size_t(count));
     at_ += count;
     return count;
   }

@@ -178,7 +178,7 @@ TEST_F(FileOps, WriteTextFileReplacesAMarkedFile) {
 
 TEST_F(FileOps, TextIsCarriedByteForByte) {
   QByteArray all;
-  for (int byte = 0; byte < 256; ++byte) all.append(static_cast<char>(byte));
+  for (int byte = 0; byte < 256; ++byte) all.append(char(byte));
   all += "\r\n\n\r";
   files_.WriteTextFile(Path("page.html"), all);
   int code = -1;
@@ -248,7 +248,7 @@ TEST_F(FileOps, CopyFileOverItselfLosesTheFile) {
 
 TEST_F(FileOps, CopyFileOverCarriesEveryByte) {
   QByteArray large;
-  for (int at = 0; at < 300000; ++at) large.append(static_cast<char>((at * 2654435761U) >> 24));
+  for (int at = 0; at < 300000; ++at) large.append(char((at * 2654435761U) >> 24));
   Put("a.jpg", large);
   files_.CopyFileOver(Path("a.jpg"), Path("b.jpg"));
   EXPECT_EQ(large, FileBytes(Path("b.jpg")));

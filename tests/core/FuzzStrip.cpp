@@ -49,7 +49,7 @@ class PageMaker {
     const int length = Below(60);
     for (int at = 0; at < length; ++at) {
       if (Below(5) == 0) {
-        page.append(static_cast<char>(Below(256)));
+        page.append(char(Below(256)));
       } else {
         page.append(kTokens[Below(std::size(kTokens))]);
       }
@@ -58,7 +58,7 @@ class PageMaker {
   }
 
  private:
-  int Below(size_t bound) { return static_cast<int>(random_() % bound); }
+  int Below(size_t bound) { return int(random_() % bound); }
 
   std::mt19937 random_;
 };
@@ -95,7 +95,7 @@ const char* Wrong(const QByteArray& page) {
 
 int main(int argc, char** argv) {
   const long iterations = argc > 1 ? std::atol(argv[1]) : kIterations;
-  const unsigned seed = argc > 2 ? static_cast<unsigned>(std::atol(argv[2])) : RandomSeed("fuzz_strip");
+  const unsigned seed = argc > 2 ? unsigned(std::atol(argv[2])) : RandomSeed("fuzz_strip");
   PageMaker maker(seed);
   for (long at = 0; at < iterations; ++at) {
     const QByteArray page = maker.Next();

@@ -133,7 +133,7 @@ void PrintTo(const TestPage& page, std::ostream* out) {
 QByteArray Words(int count, int seed) {
   static const char* const words[] = {"stone",   "a", "window",  "it", "river&nbsp;bank", "light",   "to",
                                       "evening", "W", "illness", "of", "pages",           "quarter", "&amp;"};
-  std::mt19937 random(static_cast<unsigned>(seed));
+  std::mt19937 random{unsigned(seed)};
   QByteArray text;
   for (int i = 0; i < count; ++i) {
     if (i > 0) text += i % 12 == 0 ? "\n  " : " ";

@@ -87,6 +87,6 @@ int main(int argc, char** argv) {
     for (int n = 1; n <= 7; ++n)
       if (platform.dialogs.Messages().contains(StringText(127 + n))) code = n;
   }
-  std::printf("%d %lld %.3f\n", code, static_cast<long long>(size), static_cast<double>(clock.nsecsElapsed()) / 1e6);
+  std::printf("%d %lld %.3f\n", code, static_cast<long long>(size), double(clock.nsecsElapsed()) / 1e6);
   return code == 0 ? 0 : 1;
 }

@@ -31,7 +31,7 @@ QByteArray LinkedPage(int page) {
 
 QByteArray GoodIcon() {
   QByteArray icon = QByteArray::fromHex("0000010001002020100001000400e802000016000000");
-  for (int at = 0; at < 744; ++at) icon.append(static_cast<char>(at * 7));
+  for (int at = 0; at < 744; ++at) icon.append(char(at * 7));
   return icon;
 }
 
@@ -142,7 +142,8 @@ TEST_F(Package, ASecondBuildChangesNothingInThePages) {
   EXPECT_EQ(kPage, Page("Page2.html"));
 }
 
-// Meant in PreparePackPages: making a web-pack deletes the project's unused pictures for good.
+// Meant in PreparePackPages: making a web-pack takes the unused pictures out of the project, for good where there is no
+// trash.
 TEST_F(Package, UnusedPicturesAreDeletedAndOtherFilesStay) {
   Put("wgcard.html", "<BODY><IMG SRC=\"x/used.gif\" ></BODY>");
   const QStringList unused = {"a.gif", "b.JPG", "c.png", "d.jpeg", "jpeg"};

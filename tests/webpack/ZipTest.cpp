@@ -33,7 +33,7 @@ QList<Entry> EntriesOf(const QString& path) {
     zip_stat_t status;
     EXPECT_EQ(0, zip_stat_index(archive, index, 0, &status));
     EXPECT_EQ(ZIP_CM_DEFLATE, status.comp_method);
-    QByteArray bytes(static_cast<qsizetype>(status.size), '\0');
+    QByteArray bytes(qsizetype(status.size), '\0');
     zip_file_t* file = zip_fopen_index(archive, index, 0);
     EXPECT_EQ(bytes.size(), zip_fread(file, bytes.data(), bytes.size()));
     zip_fclose(file);
