@@ -299,7 +299,7 @@ FOLLOWED = (
                ("Click make link.", Hand.press_make_link),
                ("Type the address behind the http:// that is there already and click OK.",
                 Hand.type_behind_the_address))),
-    ("pictures", (("Click the place where the picture is to go:", Hand.click_the_place),
+    ("pictures", (("Click the text block or picture that it is to follow.", Hand.click_the_place),
                   ("Click add picture in the Work Window", Hand.choose_a_picture),
                   ("A GIF or JPG is shown first, and the window View Image asks", Hand.answer_view_image))),
     ("picture-editor", (("Open File: choose a picture", Hand.open_a_photo),
