@@ -5,6 +5,8 @@
 #include <QElapsedTimer>
 #include <QWebEnginePage>
 #include <csignal>
+#include <cstdio>
+#include <limits>
 #include <random>
 
 #include "HTMLTxtRange.h"
@@ -239,18 +241,18 @@ QString Difference(const QString& model, const QString& live) {
 // The live page follows what is undone in one turn of the event loop as one batch; nobody clicks that fast.
 constexpr int kStepsAtOnce = 500;
 
-// Undoes what there is to undo and redoes as much; tells what isn't as it was, "" for nothing. `start` is the page of
-// before all that, where it is known.
-QString UndoneAndRedone(HostedView& hosted, const QString& start) {
+// Undoes what there is to undo, at most so many steps, and redoes as much; tells what isn't as it was, "" for nothing.
+// `start` is the page of before all that, where it is known.
+QString UndoneAndRedone(HostedView& hosted, const QString& start, int atMost = std::numeric_limits<int>::max()) {
   WBUC& view = hosted.jWB();
   hosted.LiveHtml();  // what its scripts have done is heard of by then
   const QString end = hosted.ModelHtml();
   int steps = 0;
-  for (; view.History().CanUndo(); ++steps) {
+  for (; steps < atMost && view.History().CanUndo(); ++steps) {
     view.Undo();
     if (steps % kStepsAtOnce == 0) hosted.LiveHtml();
   }
-  if (const QString begin = hosted.ModelHtml(); begin != start)
+  if (const QString begin = hosted.ModelHtml(); !view.History().CanUndo() && begin != start)
     return QStringLiteral("undone: ") + begin + QStringLiteral("\nbefore: ") + start;
   if (const QString live = hosted.LiveHtml(); live != hosted.ModelHtml())
     return QStringLiteral("after undo, ") + Difference(hosted.ModelHtml(), live);
@@ -318,11 +320,22 @@ TEST(Agreement, RandomEditsAreUndoneAtRandomMoments) {
   RandomEditor editor(hosted, RandomSeed("Random undo"), false);
   hosted.jWB().History().SetLimit(qint64(1) << 40);
   const int operations = Operations();
+  // A dozen times back to the start, since that takes twice as many steps of the live page as there were edits.
+  const int wholeEvery = std::max(150, operations / 12);
+  int whole = 0;
   for (int i = 1; i <= operations; ++i) {
     editor.One();
     if (i % 7 == 0) QCoreApplication::processEvents();
-    if (editor.Below(std::max(150, operations / 60)) == 0) {
+    if (editor.Below(150) == 0) {
+      ASSERT_EQ(UndoneAndRedone(hosted, start, editor.Below(300)).toStdString(), "") << "after operation " << i;
+    }
+    if (editor.Below(wholeEvery) == 0) {
       ASSERT_EQ(UndoneAndRedone(hosted, start).toStdString(), "") << "after operation " << i;
+      ++whole;
+    }
+    if (i % 5000 == 0) {
+      std::printf("%d edits, %d times back to the start\n", i, whole);
+      std::fflush(stdout);
     }
     if (i % 700 == 0) {
       ASSERT_TRUE(hosted.KillRenderer()) << "after operation " << i;
