@@ -112,7 +112,8 @@ class Sink:
     def __init__(self, folder):
         self.authority = certificates.Authority(os.path.join(folder, "authority"))
         certificate, key = self.authority.vouch("good", ["DNS:localhost", "IP:127.0.0.1"])
-        self.process = subprocess.Popen([sys.executable, "-c", SINK, certificate, key], stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([sys.executable, "-c", SINK, certificate, key], stdout=subprocess.PIPE,
+                                        text=True)
         self.port = int(self.process.stdout.readline())
 
     def ours(self, tool, folder):
@@ -171,7 +172,8 @@ def main():
         send = Figure("send_tls")
         for pair in sent(tool, scratch, folder, arguments.rounds):
             send.add(*pair)
-    kept = [package.print(COMPOSE_BOUND), base64.print(BASE64_BOUND), send.print(SEND_BOUND), memory.print(MEMORY_BOUND)]
+    kept = [package.print(COMPOSE_BOUND), base64.print(BASE64_BOUND), send.print(SEND_BOUND),
+            memory.print(MEMORY_BOUND)]
     sys.exit(0 if all(kept) else 1)
 
 

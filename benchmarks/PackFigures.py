@@ -1,8 +1,8 @@
-"""Time and size of a web-pack, made through its panel, beside those of Info-ZIP on the same files, `zip -9` and the stub's
-bytes before it: pack_time and pack_size for ten pages and 20 MB of pictures, pack_time_500 and pack_size_500 for a page
-and 500 small pictures, pack_size_site for a site of 40 pages with theme pictures, bitmaps and icons. onefile_100: a
-project of ten pages and 100 pictures as one HTML file, beside `cp` of the same files. unpack: the stub's reader on this
-machine reads the 20 MB, beside `unzip`. Prints a line for each figure."""
+"""Time and size of a web-pack, made through its panel, beside those of Info-ZIP on the same files, `zip -9` and the
+stub's bytes before it: pack_time and pack_size for ten pages and 20 MB of pictures, pack_time_500 and pack_size_500 for
+a page and 500 small pictures, pack_size_site for a site of 40 pages with theme pictures, bitmaps and icons.
+onefile_100: a project of ten pages and 100 pictures as one HTML file, beside `cp` of the same files. unpack: the stub's
+reader on this machine reads the 20 MB, beside `unzip`. Prints a line for each figure."""
 import argparse
 import os
 import random
@@ -105,7 +105,7 @@ def make_site(folder, samples):
     for name in icons:
         with open(os.path.join(folder, name), "wb") as file:
             file.write(bitmap(numbers))
-    syllables = ["an", "ber", "co", "dor", "el", "fin", "gar", "hol", "is", "jun", "kel", "lor", "mar", "nes", "ol", "per"]
+    syllables = "an ber co dor el fin gar hol is jun kel lor mar nes ol per".split()
     words = ["".join(numbers.choice(syllables) for _ in range(numbers.randrange(1, 4))) for _ in range(3000)]
     for page in range(1, SITE_PAGES + 1):
         cells = "".join('<tr><td><font face="Arial, Helvetica" size="%d">%s</font><img src="%s" /></td></tr>' % (
@@ -114,8 +114,8 @@ def make_site(folder, samples):
         images = "".join('<img src="%s" />' % name for name in pictures)
         with open(os.path.join(folder, "Page%d.html" % page if page > 1 else "wgcard.html"), "w",
                   encoding="ascii") as file:
-            file.write('<html><head><title>%d</title></head><body background="paper.jpg">%s<table>%s</table></body></html>'
-                       % (page, images, cells))
+            file.write('<html><head><title>%d</title></head><body background="paper.jpg">%s<table>%s</table></body>'
+                       "</html>" % (page, images, cells))
 
 
 def one_file(tool, project, scratch):

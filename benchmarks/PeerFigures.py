@@ -1,7 +1,7 @@
-"""The program beside LibreOffice Writer/Web, the other editor for pages that Debian has: `start_peer`, the time from its
-start to a page that can be worked on, the peer's to its first window, which is empty then; `start_peer_page`, the peer's
-to the insertion point in its page; and `memory_peer`, what all processes of each hold in memory when they have come to
-rest.
+"""The program beside LibreOffice Writer/Web, the other editor for pages that Debian has: `start_peer`, the time from
+its start to a page that can be worked on, the peer's to its first window, which is empty then; `start_peer_page`, the
+peer's to the insertion point in its page; and `memory_peer`, what all processes of each hold in memory when they have
+come to rest.
 
 Memory that several processes share counts once; `memory_peer_rss` is the plain sum, in which it counts for each
 process. Started by turns, the first of each uncounted. Where there is no LibreOffice there is no figure.

@@ -1,7 +1,7 @@
 """The program beside a bare window of the same browser engine, both with the same page: `start`, the time from the
-start to the page, and `memory_bare`, what all processes of each hold in memory when they have come to rest, shared memory
-counted once; `start_floor` and `memory_floor`, the same beside one that leaves out of the engine what the program leaves
-out. Started by turns, the first of each uncounted.
+start to the page, and `memory_bare`, what all processes of each hold in memory when they have come to rest, shared
+memory counted once; `start_floor` and `memory_floor`, the same beside one that leaves out of the engine what the
+program leaves out. Started by turns, the first of each uncounted.
 """
 
 import argparse

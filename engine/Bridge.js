@@ -214,7 +214,10 @@ const corvane = (() => {
   listen('scroll', event => {
     if (complete && event.target === document) send('scroll', [scrollX, scrollY], changes.lastApplied());
   }, document);
-  const tellFocus = () => send('focus', document.activeElement instanceof HTMLElement && 'contentWindow' in document.activeElement);
+  const tellFocus = () => {
+    const active = document.activeElement;
+    send('focus', active instanceof HTMLElement && 'contentWindow' in active);
+  };
   for (const type of ['blur', 'focus'])
     listen(type, event => { if (event.target === window) setTimeout(tellFocus); });
   new MutationObserver(arm).observe(document, {childList: true});

@@ -1,7 +1,8 @@
 // Changes of the page, both ways: those of its own scripts are told as the new state of what they touched, batches of
 // the program are carried out. A batch that the program sent before it had heard of such a change may not fit any more:
-// it is carried out as far as possible, and then the state of everything that it and the unheard reports touched is told
-// again. The program ignores reports that are older than its own last batch, so both sides agree once the page is quiet.
+// it is carried out as far as possible, and then the state of everything that it and the unheard reports touched is
+// told again. The program ignores reports that are older than its own last batch, so both sides agree once the page is
+// quiet.
 const bridgeChanges = (tree, style, send) => {
   'use strict';
   const {idOf, nodeOf, isKnown} = tree;
@@ -168,7 +169,8 @@ const bridgeChanges = (tree, style, send) => {
     if (!unheard.length) return;
     for (const old of unheard) {
       for (const id of old.introduced) tree.makeUnknown(id);
-      for (const kind of ['children', 'attributes', 'data', 'added']) for (const node of old.touched[kind]) into[kind].add(node);
+      for (const kind of ['children', 'attributes', 'data', 'added'])
+        for (const node of old.touched[kind]) into[kind].add(node);
     }
     report(into, true);
   };

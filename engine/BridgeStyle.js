@@ -13,7 +13,8 @@ const bridgeStyle = () => {
   };
   // Once for each document of the window, and again where a script has written the page anew.
   const arm = () => {
-    if (!document.adoptedStyleSheets.includes(sheet)) document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
+    const adopted = document.adoptedStyleSheets;
+    if (!adopted.includes(sheet)) document.adoptedStyleSheets = [...adopted, sheet];
   };
   // Round one element. A rule would need something in the page to find it by.
   const drawn = {outline: '2px solid #2F7FD3', outlineOffset: '1px'};

@@ -3,7 +3,8 @@
 const bridgeTree = watchContent => {
   'use strict';
   const nodeById = new Map();
-  const idKey = Symbol('id');  // on the nodes themselves, where no other script sees it; faster than a map for large pages
+  // On the nodes themselves, where no other script sees it; faster than a map for large pages.
+  const idKey = Symbol('id');
   const known = new Set();  // ids that the program has heard of
   let nextId = 1;
   const templateOf = new WeakMap();  // by the fragment with its content
@@ -64,8 +65,8 @@ const bridgeTree = watchContent => {
     watchContent(template.content);
   };
 
-  // A text on its way: where the reader of messages would drop its first character, or it looks as if that had happened,
-  // there is one more in front.
+  // A text on its way: where the reader of messages would drop its first character, or it looks as if that had
+  // happened, there is one more in front.
   const guard = '\u0001';
   const wire = text => {
     const first = text.charCodeAt(0);

@@ -15,6 +15,7 @@ class Stamps {
   virtual QDateTime Now() = 0;
 };
 
+// Those of the system that the program runs on.
 class HostStamps : public Stamps {
  public:
   QString NewGuid() override;

@@ -22,8 +22,8 @@ SKIPPED_FOLDERS = re.compile(r"^(\..*|build|build-.*|tour)$")
 TOOL = "clang-tidy-19"
 NO_ROOMS = ("tests", "benchmarks", "tools")
 # Flags of gcc alone are not clang's business. The analyzer's shallow mode takes a third off the whole run.
-EXTRA = ["--extra-arg=" + flag for flag in ("-Wno-unknown-warning-option", "-Wno-unused-command-line-argument", "-Xclang",
-                                            "-analyzer-config", "-Xclang", "mode=shallow")]
+EXTRA = ["--extra-arg=" + flag for flag in ("-Wno-unknown-warning-option", "-Wno-unused-command-line-argument",
+                                            "-Xclang", "-analyzer-config", "-Xclang", "mode=shallow")]
 LOCAL_INCLUDE = re.compile(rb'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 

@@ -54,8 +54,9 @@ def whole(folder):
     text = "\n".join(read(os.path.join(folder, "text", name)).decode("utf-8").replace("</section>", up)
                      for name in chapters)
     head = ('<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n'
-            '<meta name="viewport" content="width=device-width, initial-scale=1">\n<title>%s</title>\n<style>\n%s</style>\n'
-            "</head>\n<body>\n" % (html.escape("Corvane Help"), read(os.path.join(folder, "help.css")).decode("utf-8")))
+            '<meta name="viewport" content="width=device-width, initial-scale=1">\n<title>%s</title>\n<style>\n%s'
+            "</style>\n</head>\n<body>\n"
+            % (html.escape("Corvane Help"), read(os.path.join(folder, "help.css")).decode("utf-8")))
     top = ("<header>" + LOGO + "<div><h1>Corvane Help</h1>"
            "<p>Making web pages, web-packs and emails without knowing HTML</p></div></header>\n")
     foot = "\n<footer>Corvane 2</footer>\n</body>\n</html>\n"

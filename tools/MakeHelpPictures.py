@@ -85,7 +85,8 @@ class Photographer(Editor):
         shot = os.path.join(self.pictures, "shot.png")
         self.desktop.shot(shot)
         crop = "%dx%d+%d+%d" % (area[2], area[3], max(area[0], 0), max(area[1], 0))
-        inside = self.desktop.ask("convert", shot, "-crop", crop, "+repage", "-shave", "12x30", "-format", "%k", "info:")
+        inside = self.desktop.ask("convert", shot, "-crop", crop, "+repage", "-shave", "12x30", "-format", "%k",
+                                  "info:")
         if window and int(inside) <= EMPTY:
             self.miss(name, "the window is empty")
             return

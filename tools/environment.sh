@@ -146,8 +146,8 @@ build() {
   fi || giveUp build "the compiler or its tool says why above"
 }
 
-# Programs that were built with the sanitizers stop at their first finding. The engine deletes some of its own objects by
-# the size of a base class.
+# Programs that were built with the sanitizers stop at their first finding. The engine deletes some of its own objects
+# by the size of a base class.
 prepareSanitizers() {
   export ASAN_OPTIONS=detect_leaks=1:new_delete_type_mismatch=0
   export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1

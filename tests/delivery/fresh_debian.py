@@ -1,5 +1,5 @@
-"""A freshly installed, minimal Debian of the version that this machine has, in namespaces of its own, which goes without
-a trace.
+"""A freshly installed, minimal Debian of the version that this machine has, in namespaces of its own, which goes
+without a trace.
 
 Its root is a layer over a base that is fetched once, into ~/.cache/corvane, and it is the root of its namespace, not a
 change of root: in the latter no program may make user namespaces, and with them goes the browser engine's sandbox.
@@ -84,7 +84,8 @@ def suite():
 
 def mirror():
     """Where this machine's packages come from; [] for debootstrap's own choice."""
-    targets = subprocess.run(["apt-get", "indextargets", "--format", "$(REPO_URI) $(RELEASE) $(CODENAME) $(CREATED_BY)"],
+    targets = subprocess.run(["apt-get", "indextargets",
+                              "--format", "$(REPO_URI) $(RELEASE) $(CODENAME) $(CREATED_BY)"],
                              capture_output=True, text=True, check=True).stdout
     rows = [line.split() for line in targets.splitlines()]
     return [row[0] for row in rows if suite() in row[1:-1] and row[-1] == "Packages"][:1]
@@ -144,7 +145,8 @@ class FreshDebian:
 
     def command(self, words, user, environment):
         home = "/home/" + USER if user else "/root"
-        values = {"HOME": home, "LANG": "C.UTF-8", "PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
+        values = {"HOME": home, "LANG": "C.UTF-8",
+                  "PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
                   "DEBIAN_FRONTEND": "noninteractive", **environment}
         if user:
             values["XDG_RUNTIME_DIR"] = "/run/user/%d" % UID

@@ -21,7 +21,8 @@ SIDES = (16, 22, 24, 32, 48, 64, 128, 256)
 
 
 def run(*command):
-    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=120, check=False)
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=120,
+                          check=False)
 
 
 def text_of(*names):

@@ -1,5 +1,6 @@
-"""The Debian package on a fresh, minimal Debian of the version it was built on: an ordinary user installs nothing else, starts the program with the
-browser engine's sandbox on, types, takes a theme, saves, and finds it all in the own folder of data.
+"""The Debian package on a fresh, minimal Debian of the version it was built on: an ordinary user installs nothing else,
+starts the program with the browser engine's sandbox on, types, takes a theme, saves, and finds it all in the own folder
+of data.
 
 Usage: package_test.py --build FOLDER [--out FOLDER] [--package FILE]
 What has been built in the first folder is packed, unless a package is given. Pictures are left in the second folder, or

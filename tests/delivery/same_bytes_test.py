@@ -2,8 +2,8 @@
 
 To build all of the program twice takes long, so what runs among the tests is less, and this is what it covers:
 
-- What is packed beside the program (theme pictures, help, icons, the web-packs' stub, the desktop's files) is made in two
-  folders and compared whole.
+- What is packed beside the program (theme pictures, help, icons, the web-packs' stub, the desktop's files) is made in
+  two folders and compared whole.
 - Of the program's sources a fresh sample is compiled in both, as it is shipped and without a cache, and so are embedded
   resources; the objects are compared.
 - What is in the build folder is packed twice, with other times of its files, another time zone and other habits of

@@ -19,7 +19,8 @@ import mail_servers  # noqa: E402
 
 BUILD = ""
 REFUSED = "Error. Unable to read current page file.\n"
-COMMANDS = "MAIL FROM:&lt;ceo@example.org&gt;%(end)sRCPT TO:&lt;victim@example.net&gt;%(end)sDATA%(end)sSubject: smuggled"
+COMMANDS = ("MAIL FROM:&lt;ceo@example.org&gt;%(end)sRCPT TO:&lt;victim@example.net&gt;%(end)s"
+            "DATA%(end)sSubject: smuggled")
 LINE_ENDS = ("\r\n", "\n", "\r", "&#13;&#10;", "&#10;", "&#13;", "&#x0d;&#x0a;", "&NewLine;", "\n\r", "\r\r\n")
 # Where a page can hold text; the attack stands in each.
 PLACES = {
@@ -37,7 +38,8 @@ PLACES = {
     "behind": "</body></html>%s",
     "before": "%s<html>",
     "long": "<p>" + "x" * 3000 + "%s" + "y" * 3000 + "</p>",
-    "link and stop": '<p>%s</p>\n<p>stands <a href="http://example.org/page">here</a>.\nThe second half of it goes on</p>',
+    "link and stop": '<p>%s</p>\n<p>stands <a href="http://example.org/page">here</a>.\n'
+                     "The second half of it goes on</p>",
 }
 
 

@@ -137,7 +137,8 @@ class Peers(WithCertificates):
 
 
 class OddServer:
-    """A server of one client, which plays `talk(connection)` and keeps all that was said to it in clear and encrypted."""
+    """A server of one client, which plays `talk(connection)` and keeps all that was said to it in clear and
+    encrypted."""
 
     def __init__(self, talk):
         self.listener = socket.create_server(("127.0.0.1", 0))

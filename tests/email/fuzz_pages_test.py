@@ -26,11 +26,12 @@ BUILD = ""
 PAGES = 300
 # Without pictures, whose references a message changes.
 REFUSED = "Error. Unable to read current page file."
-PIECES = ["\r\n", "\n", "\r", "\n.\n", "\r\n.\r\n", "\r.\r", ".\n", "\n.", "..", ".", "&#13;", "&#10;", "&#13;&#10;.&#13;&#10;",
-          "&#46;", "&#x2e;", "&NewLine;", "&#10;&#46;&#10;", "MAIL FROM:<ceo@example.org>", "RCPT TO:<victim@example.net>",
-          "DATA", "QUIT", "RSET", "--CVN2_A_3435FE2_6617A_AA", "\n--CVN2_B_3435FE2_6617B_BB--\n", "=2E", "=0D=0A.=0D=0A", "=",
-          "=\r\n", " ", "  ", "\t", "x" * 69, "y" * 70, "word ", "\u00e4\u20ac", "\u4e2d", "&auml;", "&#128;", "\x0b", "\x0c",
-          "\x7f", ">", "-->", "<b>", "</b>", "<br>", "<p title=\"", "\">", "<a href=\"http://x.y/?a=1&amp;b=2\">", "</a>",
+PIECES = ["\r\n", "\n", "\r", "\n.\n", "\r\n.\r\n", "\r.\r", ".\n", "\n.", "..", ".", "&#13;", "&#10;",
+          "&#13;&#10;.&#13;&#10;", "&#46;", "&#x2e;", "&NewLine;", "&#10;&#46;&#10;", "MAIL FROM:<ceo@example.org>",
+          "RCPT TO:<victim@example.net>", "DATA", "QUIT", "RSET", "--CVN2_A_3435FE2_6617A_AA",
+          "\n--CVN2_B_3435FE2_6617B_BB--\n", "=2E", "=0D=0A.=0D=0A", "=", "=\r\n", " ", "  ", "\t", "x" * 69, "y" * 70,
+          "word ", "\u00e4\u20ac", "\u4e2d", "&auml;", "&#128;", "\x0b", "\x0c", "\x7f", ">", "-->", "<b>", "</b>",
+          "<br>", "<p title=\"", "\">", "<a href=\"http://x.y/?a=1&amp;b=2\">", "</a>",
           "<pre>\n", "</pre>", "<textarea>", "</textarea>", "<!-- ", " -->", "<script>", "</script>",
           "<style>", "</style>", "<title>", "</title>", "'", "\u2028", "\u0085", "&nbsp;"]
 
@@ -92,8 +93,8 @@ class StrictServer:
 
 
 def tool(*arguments):
-    return subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), *arguments], capture_output=True, text=True, check=True,
-                          timeout=250)
+    return subprocess.run([os.path.join(BUILD, "bin", "mail_tool"), *arguments], capture_output=True, text=True,
+                          check=True, timeout=250)
 
 
 class Pages(unittest.TestCase):
@@ -123,7 +124,8 @@ class Pages(unittest.TestCase):
                 if is_saved:
                     # Nothing but what can have no references is ever refused.
                     self.assertRegex(page, rb"<!--|<script|<style|--CVN2_")
-                self.assertIn(outcome, ({"code": 0, "text": REFUSED}, {"code": 160, "text": "Text of email is missing."}))
+                self.assertIn(outcome, ({"code": 0, "text": REFUSED},
+                                        {"code": 160, "text": "Text of email is missing."}))
             self.assertEqual(len(server.messages), len(sent))
             for folder, message in zip(sent, server.messages):
                 with open(os.path.join(folder, "wgcard.html"), "rb") as file:

@@ -14,7 +14,8 @@ WORDS = ("summer holiday garden letter friend sunday water birthday greeting pic
          "&amp; &lt;so&gt; &nbsp; unbelievably-long-word-that-goes-on-and-on-and-on-without-any-blank-in-it-for-a-while"
          ).split()
 # As the program writes text above U+007F.
-SCRIPTS = "".join("&#%d;" % ord(letter) for letter in "\u00c4\u00df\u0416\u05d0\u0639\u0905\u4e2d\u65e5\ud55c\U0001f600")
+SCRIPTS = "".join("&#%d;" % ord(letter)
+                  for letter in "\u00c4\u00df\u0416\u05d0\u0639\u0905\u4e2d\u65e5\ud55c\U0001f600")
 KINDS = ("none", "one", "twenty", "themed", "scripts", "letters")
 NAMES = ("photo%d.jpg", "drawing%d.gif", "icon%d.png", "SCAN%d.JPEG", "Pic_%d.GIF")
 # Sizes at which the lines of base64 end in different ways; 228 fills its last line.
@@ -103,8 +104,8 @@ def with_references(page):
 
 
 def where_different(found, wanted):
-    """-1 where the page that a reader tells is the wanted one, but for line ends right behind tags, which a message adds
-    and which don't show; else the place in `found`."""
+    """-1 where the page that a reader tells is the wanted one, but for line ends right behind tags, which a message
+    adds and which don't show; else the place in `found`."""
     at = 0
     behind_a_tag = False
     for byte in wanted:
@@ -199,8 +200,8 @@ def problems(raw, page, pictures, subject="A page"):
 
 
 class Tokens(html.parser.HTMLParser):
-    """What a page says, without blanks and line ends, which a message adds, without the order of attributes, and without
-    what a message does to references of pictures."""
+    """What a page says, without blanks and line ends, which a message adds, without the order of attributes, and
+    without what a message does to references of pictures."""
 
     def __init__(self, page, is_exact=False):
         super().__init__(convert_charrefs=True)
@@ -247,7 +248,8 @@ def munpack_problems(raw, pictures):
         with open(path, "wb") as file:
             file.write(raw)
         os.mkdir(out)
-        ran = subprocess.run(["munpack", "-q", "-f", "-t", "-C", out, path], capture_output=True, check=False, timeout=60)
+        ran = subprocess.run(["munpack", "-q", "-f", "-t", "-C", out, path], capture_output=True, check=False,
+                             timeout=60)
         if ran.returncode != 0:
             return ["munpack: %r" % (ran.stdout + ran.stderr)]
         found = {}

@@ -81,11 +81,13 @@ class Messages(unittest.TestCase):
 
     def test_letters_in_links_and_texts_are_read_under_the_told_charset(self):
         """By Python's parser and by libxml2's."""
-        letters = ["http://m\u00fcller.de/\u5199?q=\u00df", "Gr\u00f6\u00dfe", "\u20ac\u2019\u0416", "\U0001f600 \u00e9"]
+        letters = ["http://m\u00fcller.de/\u5199?q=\u00df", "Gr\u00f6\u00dfe", "\u20ac\u2019\u0416",
+                   "\U0001f600 \u00e9"]
         folder = os.path.join(self.scratch.name, "letters")
         os.makedirs(folder)
         link, *texts = letters
-        page = '<html><head><meta charset="utf-8"></head><body><a href="%s" title="%s">%s</a><img src="a.gif" alt="%s"></body></html>'
+        page = ('<html><head><meta charset="utf-8"></head><body><a href="%s" title="%s">%s</a>'
+                '<img src="a.gif" alt="%s"></body></html>')
         with open(os.path.join(folder, "wgcard.html"), "w", encoding="utf-8") as file:
             file.write(page % (link, *texts))
         tool = os.path.join(BUILD, "bin", "mail_tool")

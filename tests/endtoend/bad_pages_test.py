@@ -1,4 +1,5 @@
-"""Bad page files and a browser that dies, in the program itself: nothing hangs, nothing is lost, good pages go on opening.
+"""Bad page files and a browser that dies, in the program itself: nothing hangs, nothing is lost, good pages go on
+opening.
 
 Usage: bad_pages_test.py --build FOLDER
 Pictures of what is seen are left in FOLDER/reports/bad_pages. Skipped with exit code 77 where there is no virtual

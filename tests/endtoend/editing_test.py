@@ -20,8 +20,8 @@ from virtual_desktop import Corvane, Desktop, read, wait_for  # noqa: E402
 HEAD = ('<html><head><title>My page</title></head><body bgcolor="#FFFFFF" text="#000000" link="#0000FF" vlink="#0000FF"'
         ' background="pic.png" style="font-size: small; font-family: Arial, Helvetica;">')
 TABLE = ('<table align="Left" width="300" height="80" border="0" bgcolor="#E0E0E0" cellpadding="0"><tbody><tr>'
-         '<td align="Left" valign="Top"><font face="Arial, Helvetica" size="3" color="#000000">%s</font>%s</td></tr></tbody>'
-         '</table>')
+         '<td align="Left" valign="Top"><font face="Arial, Helvetica" size="3" color="#000000">%s</font>%s</td></tr>'
+         "</tbody></table>")
 FOREIGN = b"<!DOCTYPE html>\n<html><head><title>n</title></head><body>\nhello\n</body></html>"
 SOURCE = "<html><head><title>n</title></head><body><font size=4>new source</font></body></html>"
 
@@ -85,9 +85,8 @@ def bold_and_link(editor, check):
     editor.desktop.keys("Return")
     editor.closed()
     body = editor.page()
-    check.true("a word is a link", re.fullmatch(
-        block + r'<b>sec[\w ]*</b>[\w ]*<a href="http://example\.org/">[\w ]+(&nbsp;)?</a>[\w ]*(&nbsp;)?', body) is not None
-               and without_tags(body) == text, body)
+    linked = block + r'<b>sec[\w ]*</b>[\w ]*<a href="http://example\.org/">[\w ]+(&nbsp;)?</a>[\w ]*(&nbsp;)?'
+    check.true("a word is a link", re.fullmatch(linked, body) is not None and without_tags(body) == text, body)
     editor.shot("bold-and-link")
 
 
@@ -126,7 +125,8 @@ def pictures(editor, check, folder):
             editor.desktop.keys("Return")
             editor.closed()
         # Only a PNG isn't measured.
-        body += '<img src="%s"%s />' % (name.replace(" ", "_"), "" if name.endswith("png") else ' width="70" height="50"')
+        size = "" if name.endswith("png") else ' width="70" height="50"'
+        body += '<img src="%s"%s />' % (name.replace(" ", "_"), size)
         check.same("%s is in the page" % name, editor.page(), body)
         there.append(name.replace(" ", "_"))
         check.same("%s lies beside the page" % name, sorted(os.listdir(editor.program.card(""))), sorted(there))

@@ -1,10 +1,10 @@
 """A page with two pictures goes out as email, in the program itself with mouse and keys: the panel is filled in, a mail
-server of another hand takes the message, a copy is saved, and after a restart the addresses are still known. Then a page
-of somebody else's goes out that tries to be two messages.
+server of another hand takes the message, a copy is saved, and after a restart the addresses are still known. Then a
+page of somebody else's goes out that tries to be two messages.
 
 Usage: email_test.py --build FOLDER [--out FOLDER]
-Pictures of every stage are left in the second folder, or in reports/email of the first. Skipped with exit code 77 where there is no virtual display,
-no network or no mail port.
+Pictures of every stage are left in the second folder, or in reports/email of the first. Skipped with exit code 77 where
+there is no virtual display, no network or no mail port.
 """
 
 import configparser
@@ -20,7 +20,8 @@ from road import Editor, png, run  # noqa: E402
 from virtual_desktop import Corvane, Desktop, read, wait_for  # noqa: E402
 
 # What stands in an attribute, by references and by the page's own script, in a text and in a link.
-SMUGGLED = "MAIL FROM:&lt;ceo@example.org&gt;%(end)sRCPT TO:&lt;victim@example.net&gt;%(end)sDATA%(end)sSubject: smuggled%(end)s"
+SMUGGLED = ("MAIL FROM:&lt;ceo@example.org&gt;%(end)sRCPT TO:&lt;victim@example.net&gt;%(end)s"
+            "DATA%(end)sSubject: smuggled%(end)s")
 HOSTILE = """<html><head><title>x</title></head><body>
 <p id="a" title="a&#13;&#10;.&#13;&#10;%s">dear friend</p>
 <p id="b">stands <a href="http://example.org/page">here</a>.
@@ -68,7 +69,8 @@ def open_panel(editor):
 
 
 def fill_panel(editor, server):
-    texts = ("bob@example.net", "Bob", "ann@example.org", "Ann Lee", "127.0.0.1", "A page", server.user, server.password)
+    texts = ("bob@example.net", "Bob", "ann@example.org", "Ann Lee", "127.0.0.1", "A page", server.user,
+             server.password)
     for text in texts:
         editor.type(text)
         editor.desktop.keys("Tab")

@@ -81,8 +81,8 @@ class Hand:
         self.desktop.keys("Return")
         self.editor.closed()
         page = self.editor.page()
-        self.check.true("the title is a text block of its own size", re.search(r'<font [^>]*size="5"[^>]*>[^<]*my', page),
-                        page)
+        self.check.true("the title is a text block of its own size",
+                        re.search(r'<font [^>]*size="5"[^>]*>[^<]*my', page), page)
 
     def add_a_picture_below(self):
         self.desktop.click(640, 600)

@@ -2,8 +2,8 @@
 opened, pasted over; once in plain pixels and once with two pixels for one.
 
 Usage: icon_test.py --build FOLDER [--out FOLDER]
-Pictures of every stage and the icons are left in the second folder, or in reports/icon_editor of the first. Skipped with exit
-code 77 where there is no virtual display.
+Pictures of every stage and the icons are left in the second folder, or in reports/icon_editor of the first. Skipped
+with exit code 77 where there is no virtual display.
 """
 
 import os

@@ -1,5 +1,5 @@
-"""Work that is kept, in the program itself: three pages with pictures and a theme become a project, which a second run of
-the program opens, changes, sends out and deletes.
+"""Work that is kept, in the program itself: three pages with pictures and a theme become a project, which a second run
+of the program opens, changes, sends out and deletes.
 
 Usage: projects_test.py --build FOLDER [--out FOLDER]
 Pictures of every stage and the project are left in the second folder, or in reports/projects of the first.

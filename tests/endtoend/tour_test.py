@@ -1,11 +1,11 @@
 """The guided tour: the whole road from an empty page to three recipients, in the program itself with mouse and keys. A
-photo is made ready, a page gets theme, text, photo, table and link, a project keeps it, an icon is drawn, a web-pack with
-that icon is opened under wine, and an email arrives at a mail server.
+photo is made ready, a page gets theme, text, photo, table and link, a project keeps it, an icon is drawn, a web-pack
+with that icon is opened under wine, and an email arrives at a mail server.
 
 Usage: tour_test.py --build FOLDER [--out FOLDER]
-Named pictures of every stage and the products are left in the second folder, or in reports/tour of the first. Where there
-is no wine or no mail port, that stop of the tour is left out and told. Skipped with exit code 77 where there is no virtual
-display.
+Named pictures of every stage and the products are left in the second folder, or in reports/tour of the first. Where
+there is no wine or no mail port, that stop of the tour is left out and told. Skipped with exit code 77 where there is
+no virtual display.
 """
 
 import os

@@ -167,7 +167,8 @@ class Icons(unittest.TestCase):
     def test_50_bitmaps(self):
         rng = random.Random(SEED + 1)
         kinds = [["-alpha", "off", "BMP3:"], ["-alpha", "off", "-colors", "200", "-type", "Palette", "BMP3:"],
-                 ["-alpha", "off", "-colors", "12", "-type", "Palette", "BMP3:"], ["-alpha", "off", "-monochrome", "BMP3:"],
+                 ["-alpha", "off", "-colors", "12", "-type", "Palette", "BMP3:"],
+                 ["-alpha", "off", "-monochrome", "BMP3:"],
                  ["-alpha", "off", "-type", "Palette", "-compress", "RLE", "BMP3:"], ["-alpha", "off", "BMP2:"],
                  ["BMP:"]]
         sizes = [(1, 1), (10, 10), 31, 32, 33, 40, (7, 50), (64, 5), (60, 60)]
@@ -266,7 +267,7 @@ class Icons(unittest.TestCase):
             small = patches(random.Random(SEED + 7 + number), 9, True)
             wanted.append([small(x, y) for y in range(32) for x in range(32)])
             png(source, 256, 256, lambda x, y: small(x // 8, y // 8))
-            run("icotool" if number % 2 else "convert", *(["-c", "-o", file, "-r", source] if number % 2 else [source, file]))
+            run(*(["icotool", "-c", "-o", file, "-r", source] if number % 2 else ["convert", source, file]))
             with open(file, "rb") as made:
                 self.assertEqual(made.read()[22:26], b"\x89PNG")
             files.append(file)

@@ -1,5 +1,5 @@
-"""What ./run and its like say and leave behind where a machine lacks something: the scripts in a folder of their own, with
-stand-ins for apt-get, dpkg-query and cmake."""
+"""What ./run and its like say and leave behind where a machine lacks something: the scripts in a folder of their own,
+with stand-ins for apt-get, dpkg-query and cmake."""
 import contextlib
 import io
 import os
@@ -81,7 +81,8 @@ class Commands(unittest.TestCase):
 
     def call(self, *command, before=(), **values):
         environment = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
-        environment.update({"PATH": self.fakes + ":" + os.environ["PATH"], "RECORD": self.record, **EVERYTHING, **values})
+        environment.update({"PATH": self.fakes + ":" + os.environ["PATH"], "RECORD": self.record, **EVERYTHING,
+                            **values})
         return subprocess.run([*before, *command], cwd=self.top, env=environment, stdin=subprocess.DEVNULL,
                               capture_output=True, text=True, timeout=60, check=False)
 
@@ -129,7 +130,8 @@ class Commands(unittest.TestCase):
         self.fails_with(done, "setup: ", "don't have them all")
 
     def test_without_room_for_the_packages(self):
-        done = self.call("./run", INSTALLED="", APT_SAYS="You don't have enough free space in /var/cache/apt/archives/.")
+        done = self.call("./run", INSTALLED="",
+                         APT_SAYS="You don't have enough free space in /var/cache/apt/archives/.")
         self.fails_with(done, "setup: ", "the disk is full")
 
     def test_without_debian(self):

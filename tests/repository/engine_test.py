@@ -1,5 +1,5 @@
-"""The browser engine is linked by those who show pages in it, and by nobody else: the editor and nearly all of its tests
-are built and run without. Read off the built programs.
+"""The browser engine is linked by those who show pages in it, and by nobody else: the editor and nearly all of its
+tests are built and run without. Read off the built programs.
 
 Usage: engine_test.py --build FOLDER
 """

@@ -186,7 +186,8 @@ class MadeUp(unittest.TestCase):
         self.assert_one(self.told({"stub/Main.c": '#include "Shell.h"\n'}), "stub may not include platform/Shell.h")
 
     def test_link_to_the_same_floor(self):
-        self.assert_one(self.told({}, self.ROOMS.replace("icons 3 core", "icons 3 core help")), "icons (floor 3) links help")
+        self.assert_one(self.told({}, self.ROOMS.replace("icons 3 core", "icons 3 core help")),
+                        "icons (floor 3) links help")
 
     def test_unknown_header(self):
         self.assert_one(self.told({"core/A.cpp": '#include "Nowhere.h"\n'}), "no header of the project")

@@ -83,7 +83,8 @@ class Walk(unittest.TestCase):
 class MadeUp(unittest.TestCase):
     def test_what_is_not_there_is_found(self):
         guide = "`FWeb::mNothing`, `core/Nothing.cpp`, `build/bin/nothing`, `FWeb::mExit`, `core/`, `QUIT`"
-        self.assertEqual(missing(guide, "void FWeb::mExit() {"), ["FWeb::mNothing", "build/bin/nothing", "core/Nothing.cpp"])
+        self.assertEqual(missing(guide, "void FWeb::mExit() {"),
+                         ["FWeb::mNothing", "build/bin/nothing", "core/Nothing.cpp"])
 
 
 if __name__ == "__main__":

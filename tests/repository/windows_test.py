@@ -64,8 +64,8 @@ def flags(path):
 def read_by_compiler(path, like=None):
     """What the compiler says, "" when it has nothing against it."""
     done = subprocess.run([COMPILER, "-std=c++20", "-fsyntax-only", "-DUNICODE", "-D_UNICODE", "-DNOMINMAX",
-                           *flags(like or path), "-idirafter", STAND_INS, os.path.join(HOUSE, path)], stdin=subprocess.DEVNULL,
-                          capture_output=True, text=True, timeout=600, check=False)
+                           *flags(like or path), "-idirafter", STAND_INS, os.path.join(HOUSE, path)],
+                          stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=600, check=False)
     return "" if done.returncode == 0 else done.stderr or "exit code %d" % done.returncode
 
 
@@ -92,8 +92,9 @@ class MadeUp(unittest.TestCase):
             return read_by_compiler(path, "platform/HostShell.cpp")
 
     def test_it_is_windows(self):
-        self.assertEqual(self.told("#include <windows.h>\n#if !defined(Q_OS_WIN) || defined(Q_OS_UNIX)\n#error no\n"
-                                   "#endif\nHWND Of(QWidget* one) { return reinterpret_cast<HWND>(one->winId()); }\n"), "")
+        self.assertEqual("", self.told(
+            "#include <windows.h>\n#if !defined(Q_OS_WIN) || defined(Q_OS_UNIX)\n#error no\n#endif\n"
+            "HWND Of(QWidget* one) { return reinterpret_cast<HWND>(one->winId()); }\n"))
 
     def test_a_fault_in_a_branch_is_found(self):
         for text in ("int broken = \"text\";", "#include <unistd.h>\nint made = fork();", "#include <sys/socket.h>"):

@@ -68,7 +68,8 @@ class Icons(unittest.TestCase):
                     image = images.image(name)
                     icon = os.path.join(folder, name + ".ico")
                     with open(icon, "wb") as file:
-                        file.write(struct.pack("<HHHBBBBHHII", 0, 1, 1, SIZE, SIZE, 16, 0, 1, 4, len(image), 22) + image)
+                        head = struct.pack("<HHHBBBBHHII", 0, 1, 1, SIZE, SIZE, 16, 0, 1, 4, len(image), 22)
+                        file.write(head + image)
                     picture = icon[:-3] + "png"
                     subprocess.run(["icotool", "-x", "-o", picture, icon], check=True, timeout=30)
                     raw = subprocess.run(["convert", picture, "-depth", "8", "rgba:-"], check=True, timeout=30,

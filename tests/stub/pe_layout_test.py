@@ -1,4 +1,5 @@
-"""The stub's file, read by a parser of this test's own: every row of the layout, and the blocks that web-packs are made of.
+"""The stub's file, read by a parser of this test's own: every row of the layout, and the blocks that web-packs are made
+of.
 
 Usage: pe_layout_test.py --build FOLDER
 """

@@ -30,7 +30,8 @@ WINE_TELLS = ["Wine cannot find the FreeType font library.  To enable Wine to",
               "use TrueType fonts please install a version of FreeType greater than", "or equal to 2.0.5.",
               "http://www.freetype.org"]
 
-# The viewer of pages, what is traced, and the folder for temporary files, which each version of wine has somewhere else.
+# The viewer of pages, what is traced, and the folder for temporary files, which each version of wine has somewhere
+# else.
 HANDLER = r"""REGEDIT4
 
 [HKEY_CLASSES_ROOT\.html]
@@ -332,9 +333,10 @@ class WebPack(unittest.TestCase):
 
     def test_NamesThatWindowsCantHaveAreChangedAndThePageOpens(self):
         before = self.drive_but_temp()
-        for name, created in (("con.html", "_con.html"), ("NUL", "_NUL"), ("a:b", "a_b"), ("C:evil.html", "C_evil.html"),
-                              ("Shot 12:30:45.gif", "Shot 12_30_45.gif"), ("what?.gif", "what_.gif"),
-                              ("st*r.gif", "st_r.gif"), ("a\"<>|b", "a____b"), ("dots...", "dots.._"), ("a ", "a_"),
+        for name, created in (("con.html", "_con.html"), ("NUL", "_NUL"), ("a:b", "a_b"),
+                              ("C:evil.html", "C_evil.html"), ("Shot 12:30:45.gif", "Shot 12_30_45.gif"),
+                              ("what?.gif", "what_.gif"), ("st*r.gif", "st_r.gif"), ("a\"<>|b", "a____b"),
+                              ("dots...", "dots.._"), ("a ", "a_"),
                               ("lpt1.x.gif", "_lpt1.x.gif"), ("wgcard.html:x", "wgcard.html_x")):
             with self.subTest(name):
                 self.setUp()

@@ -1,4 +1,5 @@
-"""Certificates for the mail servers of tests, made by openssl: an authority of the test's own, and what it vouches for."""
+"""Certificates for the mail servers of tests, made by openssl: an authority of the test's own, and what it vouches
+for."""
 import os
 import subprocess
 
@@ -39,7 +40,8 @@ class Authority:
                 out.write(text)
 
     def vouch(self, name, hosts, start="20200101000000Z", end="20991231235959Z"):
-        """Paths of a certificate for the hosts and of its key. The days are the first and the last on which it holds."""
+        """Paths of a certificate for the hosts and of its key. The days are the first and the last on which it
+        holds."""
         path, key, asked, extensions = (os.path.join(self.folder, name + ending)
                                         for ending in (".crt", ".key", ".csr", ".ext"))
         openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=" + name, "-keyout", key, "-out", asked)

@@ -1,6 +1,6 @@
 """Two mail servers of other hands on 127.0.0.1 for as long as a test needs them; each with a configuration and a folder
-of its own. One offers AUTH LOGIN, the other AUTH PLAIN. Port and encryption are the test's to choose; without a word they
-are port 25 and none."""
+of its own. One offers AUTH LOGIN, the other AUTH PLAIN. Port and encryption are the test's to choose; without a word
+they are port 25 and none."""
 
 import contextlib
 import errno
@@ -153,7 +153,8 @@ class LoginServer(Server):
         if as_root:
             for folder in ("", "spool", "mail"):
                 os.chown(os.path.join(self.scratch, folder), account.pw_uid, account.pw_gid)
-        return (["qpsmtpd-forkserver", "-l", "127.0.0.1", "-p", str(self.port), "-u", account.pw_name, "-H", "-m", "100"],
+        return (["qpsmtpd-forkserver", "-l", "127.0.0.1", "-p", str(self.port), "-u", account.pw_name, "-H",
+                 "-m", "100"],
                 {"QPSMTPD_CONFIG": self.scratch})
 
     def messages(self):

@@ -1,4 +1,5 @@
-"""What the tests of the program on its display share: checks, a hand that works the editor, and the way such a test runs."""
+"""What the tests of the program on its display share: checks, a hand that works the editor, and the way such a test
+runs."""
 
 import argparse
 import os
@@ -41,8 +42,8 @@ def where(problem):
 
 
 def run(document, name, play, needs=(), refusal=None):
-    """The whole of such a test: play(build, out, check) with the folder for its pictures; gives the exit code. `refusal`
-    tells why the machine itself can't run it, or None."""
+    """The whole of such a test: play(build, out, check) with the folder for its pictures; gives the exit code.
+    `refusal` tells why the machine itself can't run it, or None."""
     parser = argparse.ArgumentParser(description=document, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--build", required=True, help="folder that was built into")
     parser.add_argument("--out", help="folder for the pictures, reports/%s of the other one if not given" % name)

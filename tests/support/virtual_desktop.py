@@ -95,7 +95,8 @@ class Desktop:
         taken, given = os.pipe()
         server = subprocess.Popen(["Xvfb", "-displayfd", str(given), "-screen", "0",
                                    "%dx%dx24" % (self.width, self.height), "-fbdir", self.path("frame"), "-nolisten",
-                                   "tcp", "-noreset", *(["-ac"] if self.open_to_all else [])], pass_fds=[given], stdin=subprocess.DEVNULL,
+                                   "tcp", "-noreset", *(["-ac"] if self.open_to_all else [])],
+                                  pass_fds=[given], stdin=subprocess.DEVNULL,
                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.running.append(server)
         os.close(given)
@@ -111,8 +112,8 @@ class Desktop:
             "XDG_CACHE_HOME": os.path.join(home, ".cache")})
         if os.geteuid() == 0:
             self.environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
-        # The graphics library leaves memory behind when it is unloaded, and nobody can tell then whose it was. Leaks are
-        # looked for in the test programs, which work the same windows.
+        # The graphics library leaves memory behind when it is unloaded, and nobody can tell then whose it was. Leaks
+        # are looked for in the test programs, which work the same windows.
         if "ASAN_OPTIONS" in self.environment:
             self.environment["ASAN_OPTIONS"] += ":detect_leaks=0"
         self.call("setxkbmap", "us")

@@ -26,33 +26,36 @@ LINK = ('<BR CLEAR="all"><BR><DIV ALIGN="center"><FONT FACE="arial,helvetica" SI
 PAGES = {
     "wgcard.html":
         '<html><head><title>First &amp; best</title></head><body bgcolor="#FFFFFF" text="#FFFFFF" link="#FFFF00" '
-        'background="ruby.jpg" style="font-family: Arial; font-size: 2"><font face="Verdana" size="4">Welcome here</font>'
-        '<br /><img src="photo.jpg" width="200" height="150" /><img src="small.png" /><br /><table border="1"><tr><td>'
-        '<font size="3">cell</font> bare</td><td bgcolor="#00ff00" background="small.png">two</td></tr></table>'
+        'background="ruby.jpg" style="font-family: Arial; font-size: 2"><font face="Verdana" size="4">Welcome here'
+        '</font><br /><img src="photo.jpg" width="200" height="150" /><img src="small.png" /><br /><table border="1">'
+        '<tr><td><font size="3">cell</font> bare</td><td bgcolor="#00ff00" background="small.png">two</td></tr></table>'
         '<a href="Page3.html">to three</a> <a href="#low">down</a></body></html>',
     "Page2.html":
         "<html><head><title>Second</title><style>body{background:#eef url(paper.jpg) repeat-y;margin:20px;"
-        "font-family:sans-serif} p{color:green} #x{border:3px solid red} @media screen{h1{color:purple}} * {line-height:"
-        "1.3} html body .q>a{color:red} .q a[href^='x,{']{display:none} h1,h2{letter-spacing:2px}</style></head>"
+        "font-family:sans-serif} p{color:green} #x{border:3px solid red} @media screen{h1{color:purple}} * "
+        "{line-height:1.3} html body .q>a{color:red} .q a[href^='x,{']{display:none} h1,h2{letter-spacing:2px}</style>"
+        "</head>"
         '<body link="#ff0000"><h1>Heading</h1><p id="x">Paragraph</p><img src="photo.jpg" width="100" height="75" />'
-        '<span class="q"><a href="wgcard.html">home</a></span><div style="background:url(\'small.png\');width:90px;height:'
-        '60px">css</div></body></html>',
+        '<span class="q"><a href="wgcard.html">home</a></span><div style="background:url(\'small.png\');width:90px;'
+        'height:60px">css</div></body></html>',
     "Page3.html":
-        '<html><head><title>Third</title></head><body text="#0000FF" background="heart.jpg" marginwidth="40"><p>Plain</p>'
-        '<center><img src="hearttop.gif" width="400" height="80" /></center><table><tr><td>of a table</td></tr></table>'
-        '<font color="red"><table><tr><td>in red</td></tr></table></font><p align="right">&#1055;&#1088; &#29483; &eacute;'
-        "</p></body></html>",
+        '<html><head><title>Third</title></head><body text="#0000FF" background="heart.jpg" marginwidth="40"><p>Plain'
+        '</p><center><img src="hearttop.gif" width="400" height="80" /></center><table><tr><td>of a table</td></tr>'
+        '</table><font color="red"><table><tr><td>in red</td></tr></table></font><p align="right">&#1055;&#1088; '
+        "&#29483; &eacute;</p></body></html>",
     "Page4.html":
         '<html><head><title></title></head><body><img src="photo.jpg" align="left" width="50%" />beside'
         "</body></html>",
     "Page5.html": "<html><head><title>Fifth</title></head><body>plain and white</body></html>",
 }
 
-HOSTILE = ("<html><head><title>Calm</title><script>document.title='ran'</script><meta http-equiv=refresh content='0;url="
-           "about:blank'><style>.page{display:none!important} #p1{background:red} html #p1>.body{color:red} body{background:url(photo.jpg)} "
+HOSTILE = ("<html><head><title>Calm</title><script>document.title='ran'</script><meta http-equiv=refresh content='"
+           "0;url=about:blank'><style>.page{display:none!important} #p1{background:red} html #p1>.body{color:red} "
+           "body{background:url(photo.jpg)} "
            "p{background:url(</style>"
            "</head><body onload=\"document.title='ran'\"><p>shown</p><script>document.title='ran'</script>"
-           "<img src=none.gif onerror=\"document.title='ran'\"><a id=go href=\"java\tscript:document.title='ran'\">x</a>"
+           "<img src=none.gif onerror=\"document.title='ran'\">"
+           "<a id=go href=\"java\tscript:document.title='ran'\">x</a>"
            "<svg onload=\"document.title='ran'\"><script>document.title='ran'</script></svg>"
            "<iframe srcdoc=\"<script>parent.document.title='ran'</script>\"></iframe>"
            "<noscript><p>hidden</p></noscript><plaintext></div></div></style><script>document.title='ran'</script>")
@@ -68,7 +71,8 @@ class Engine:
 
     @staticmethod
     def ask(url, picture, width=WIDTH, height=HEIGHT, *expressions):
-        ran = subprocess.run([os.path.join(BUILD, "bin", "page_shot"), url, picture, str(width), str(height), *expressions],
+        ran = subprocess.run([os.path.join(BUILD, "bin", "page_shot"), url, picture, str(width), str(height),
+                              *expressions],
                              capture_output=True, text=True, check=False, timeout=60,
                              env=dict(os.environ, QT_QPA_PLATFORM="offscreen",
                                       **({"QTWEBENGINE_DISABLE_SANDBOX": "1"} if os.geteuid() == 0 else {})))
@@ -111,8 +115,9 @@ class Chromium:
                 file.write(text)
             url = "file://" + path + ".plain.html" + (place and "#" + place)
         subprocess.run(["chromium", "--headless", "--disable-gpu", "--hide-scrollbars", "--no-first-run",
-                        "--disable-background-networking", "--disable-component-update", "--disable-sync", "--disable-quic",
-                        "--user-data-dir=" + os.path.join(self.home, "chromium"), "--window-size=%d,%d" % (width, height),
+                        "--disable-background-networking", "--disable-component-update", "--disable-sync",
+                        "--disable-quic", "--user-data-dir=" + os.path.join(self.home, "chromium"),
+                        "--window-size=%d,%d" % (width, height),
                         "--screenshot=" + picture, *(["--no-sandbox"] if os.geteuid() == 0 else []), url],
                        capture_output=True, check=True, timeout=120, env=dict(os.environ, HOME=self.home))
 
@@ -163,7 +168,8 @@ class OneFile(unittest.TestCase):
 
     def difference(self, one, other):
         """How many of their points differ."""
-        ran = subprocess.run(["compare", "-metric", "AE", one, other, "null:"], capture_output=True, text=True, check=False)
+        ran = subprocess.run(["compare", "-metric", "AE", one, other, "null:"], capture_output=True, text=True,
+                             check=False)
         return int(float(ran.stderr.split()[0]))
 
     @staticmethod
@@ -186,7 +192,8 @@ class OneFile(unittest.TestCase):
                         browser.shot(self.url("looks", "" if number == 1 else "#p%d" % number), within, scripts=scripts)
                         self.assertEqual(self.difference(alone, within), 0)
         # The comparison can tell pages apart.
-        self.assertGreater(self.difference(self.path("firefox-wgcard.html.png"), self.path("firefox-Page2.html.png")), 1000)
+        self.assertGreater(self.difference(self.path("firefox-wgcard.html.png"),
+                                           self.path("firefox-Page2.html.png")), 1000)
 
     def test_LeftmarginIsWhatTheEditorShows(self):
         # Some browsers keep the other side free as well, the editor's among them, and some don't.
@@ -202,18 +209,19 @@ class OneFile(unittest.TestCase):
         title = "document.title"
         text = "document.body.innerText.trim().split('\\n')[0]"
         go = "document.querySelector('#%s a[href=\"%s\"]').click()"
-        told = Engine.ask(self.url("links"), self.path("links.png"), WIDTH, HEIGHT, title, text, go % ("p1", "#p2"), title,
-                          text, go % ("p2", "#p3"), title, go % ("p3", "#p4"), title, go % ("p4", "#p5"), text,
+        told = Engine.ask(self.url("links"), self.path("links.png"), WIDTH, HEIGHT, title, text, go % ("p1", "#p2"),
+                          title, text, go % ("p2", "#p3"), title, go % ("p3", "#p4"), title, go % ("p4", "#p5"), text,
                           "location.hash = ''; ''", title, go % ("p1", "#p3"), title, "history.back()")
         self.assertEqual([line for line in told if line],
-                         ["First & best", "Welcome here", "Second", "Heading", "Third", "plain and white", "First & best",
-                          "Third"])
+                         ["First & best", "Welcome here", "Second", "Heading", "Third", "plain and white",
+                          "First & best", "Third"])
 
     def test_APlaceWithinAPageIsFound(self):
         far = "<br />" * 100
-        self.made("places", {"wgcard.html": '<html><body><a href="#low">l</a>%s<a name="low">low</a></body></html>' % far,
-                             "Page2.html": '<html><body><a href="wgcard.html#low">one</a>%s<p id="low">two</p></body></html>'
-                                           % far})
+        self.made("places", {"wgcard.html": '<html><body><a href="#low">l</a>%s<a name="low">low</a></body>'
+                                            "</html>" % far,
+                             "Page2.html": '<html><body><a href="wgcard.html#low">one</a>%s<p id="low">two</p></body>'
+                                           "</html>" % far})
         seen = "document.querySelector('%s').getBoundingClientRect().top < innerHeight ? 'in view' : 'out of view'"
         told = Engine.ask(self.url("places"), self.path("places.png"), WIDTH, HEIGHT, seen % "#p1 [name]",
                           "document.querySelector('#p1 a').click()", seen % "#p1 [name]", "location.hash = '#p2'; ''",
@@ -223,8 +231,8 @@ class OneFile(unittest.TestCase):
                          ["out of view", "in view", "out of view", "in view", "none"])
 
     def test_NothingOfThePagesRunsAndNothingReachesAnother(self):
-        text = self.made("hostile", {"wgcard.html": PAGES["Page5.html"], "Page2.html": HOSTILE, "Page3.html": PAGES["Page5.html"],
-                                      **self.pictures})
+        text = self.made("hostile", {"wgcard.html": PAGES["Page5.html"], "Page2.html": HOSTILE,
+                                     "Page3.html": PAGES["Page5.html"], **self.pictures})
         self.assertEqual(text.count("<script"), 1)
         self.assertNotRegex(text, r"(?i)\son\w+=|java\s*script:|srcdoc|http-equiv=\"?refresh|@import")
         told = Engine.ask(self.url("hostile", "#p2"), self.path("hostile.png"), WIDTH, HEIGHT, "document.title",
@@ -241,7 +249,8 @@ class OneFile(unittest.TestCase):
             for name, place in (("wgcard.html", ""), ("Page3.html", "#p3")):
                 browser.shot("file://" + self.path("calm", name), self.path("calm.png"))
                 browser.shot(self.url("hostile", place), self.path("calm-one.png"))
-                self.assertEqual(self.difference(self.path("calm.png"), self.path("calm-one.png")), 0, browser.name + name)
+                self.assertEqual(self.difference(self.path("calm.png"), self.path("calm-one.png")), 0,
+                                 browser.name + name)
 
     def test_EachPictureIsInTheFileOnce(self):
         text = self.made("once", {**PAGES, **self.pictures, "unused.gif": b"GIF89a unused"})
@@ -274,8 +283,8 @@ class OneFile(unittest.TestCase):
                 self.assertEqual(self.difference(self.path("itself.png"), self.path("single.png")), 0, browser.name)
 
     def test_OnAPhoneAWidePictureIsNoWiderThanTheScreen(self):
-        self.made("phone", {"wgcard.html": '<html><body>text<img src="photo.jpg" width="1200" height="800" /></body></html>',
-                            **self.pictures})
+        self.made("phone", {"wgcard.html": '<html><body>text<img src="photo.jpg" width="1200" height="800" /></body>'
+                                           "</html>", **self.pictures})
         told = Engine.ask(self.url("phone"), self.path("phone.png"), 360, 640, "document.documentElement.scrollWidth",
                           "var b = document.querySelector('img').getBoundingClientRect(); b.width + ' ' + "
                           "Math.round(b.height)")

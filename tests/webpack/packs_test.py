@@ -29,8 +29,8 @@ SKIPPED = 77
 SEED = 0
 STUB_SIZE = 0x13000
 ICON_PLACE, ICON_SIZE = 0x124B0, 744
-LINK = (b'<BR CLEAR="all"><BR><DIV ALIGN="center"><FONT FACE="arial,helvetica" SIZE=3><A HREF="Page%d.html">Next Page</A>'
-        b"</FONT></DIV><BR><BR>")
+LINK = (b'<BR CLEAR="all"><BR><DIV ALIGN="center"><FONT FACE="arial,helvetica" SIZE=3><A HREF="Page%d.html">Next Page'
+        b"</A></FONT></DIV><BR><BR>")
 
 
 def read(path):
@@ -41,11 +41,14 @@ def read(path):
 def own_icon():
     """An icon of nobody's: two colours, stripes, and a see-through frame; 766 bytes."""
     table = struct.pack("<16I", *(0x00112233 * index & 0xFFFFFF for index in range(16)))
-    rows = b"".join(bytes((3 if (row + column) % 5 else 12) * 17 for column in range(16)) for row in range(32))
+
+    def two_dots(row, column):
+        color = 3 if (row + column) % 5 else 12
+        left, right = column != 0 and row not in (0, 31), column != 15 and row not in (0, 31)
+        return left * color << 4 | right * color
+
+    rows = bytes(two_dots(row, column) for row in range(32) for column in range(16))
     mask = b"".join(struct.pack(">I", 0xFFFFFFFF if row in (0, 31) else 0x80000001) for row in range(32))
-    rows = b"".join(bytes(0 if row in (0, 31) else (value & 0x0F if column == 0 else value & 0xF0 if column == 15
-                                                      else value) for column, value in enumerate(rows[row * 16:row * 16 + 16]))
-                    for row in range(32))
     head = struct.pack("<IiiHHIIiiII", 40, 32, 64, 1, 4, 0, 640, 0, 0, 0, 0)
     return (struct.pack("<HHH", 0, 1, 1) + struct.pack("<BBBBHHII", 32, 32, 16, 0, 1, 4, 744, 22)
             + head + table + rows + mask)
@@ -142,7 +145,8 @@ class Packs(unittest.TestCase):
     def test_IconsDrawnInTheEditorComeOutPixelForPixel(self):
         work = self.project({"wgcard.html": self.page("x")})
         drawn = subprocess.run([os.path.join(BUILD, "bin", "icon_tool"), "draw", self.folder, "5", str(SEED)],
-                               capture_output=True, text=True, check=True, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
+                               capture_output=True, text=True, check=True,
+                               env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
         lines = drawn.stdout.splitlines()
         self.assertEqual(len(lines), 5)
         met = set()
@@ -321,8 +325,8 @@ class UnderWine(webpack_wine_test.WebPack):
             self.assertEqual(self.seen(), sorted(["wgcard.html", *wanted]))
 
     def test_ForeignNamesInTheProjectKeepNobodyFromThePage(self):
-        # As they come out at the recipient's. The list of pictures that a page uses can't hold the one with a star, which
-        # stays in the project for that reason.
+        # As they come out at the recipient's. The list of pictures that a page uses can't hold the one with a star,
+        # which stays in the project for that reason.
         names = {"a:b.gif": "a_b.gif", "con.gif": "_con.gif", "what?.gif": "what_.gif", "plain.gif": "plain.gif",
                  "st*r.gif": "st_r.gif", "dots..": "dots._", "blank ": "blank_", "wgcard.html": "wgcard.html"}
         page = Packs.page("x", "a:b.gif", "con.gif", "what?.gif", "plain.gif", "st*r.gif")
