@@ -72,6 +72,33 @@ bool IsWholeGif(QIODevice& device) {
          Skip(device, GifColors(flags) + codeSize) && SkipGifBlocks(device);
 }
 
+// Whether all chunks up to the last are within so many bytes from here. Its decoder finds out as well, but takes and
+// clears as much memory as a chunk claims to be long before it reads one.
+bool IsWholePng(QIODevice& device, qint64 bytes) {
+  constexpr qint64 signature = 8, chunkHead = 8, check = 4;
+  if (!Skip(device, signature)) return false;
+  for (qint64 left = bytes - signature; left >= chunkHead;) {
+    const QByteArray head = device.read(chunkHead);
+    if (head.size() < chunkHead) return false;
+    // The decoder does without the check behind the end.
+    if (head.endsWith("IEND")) return true;
+    const qint64 chunk = qFromBigEndian<quint32>(head.constData()) + check;
+    left -= chunkHead + chunk;
+    if (left < 0 || !Skip(device, chunk)) return false;
+  }
+  return false;
+}
+
+// The first image of an icon may be a PNG.
+bool IsWholeIco(QIODevice& device) {
+  const QByteArray head = device.read(22);
+  if (head.size() < 22) return true;
+  const qint64 place = Little<quint32>(head, 18);
+  if (place > device.size() || !device.seek(place)) return true;
+  if (PictureFormatOf(device.peek(16)) != PictureFormat::Png) return true;
+  return IsWholePng(device, device.size() - place);
+}
+
 }  // namespace
 
 PictureFormat PictureFormatOf(const QByteArray& bytes) {
@@ -102,6 +129,19 @@ QByteArray FormatName(PictureFormat format) {
 }
 
 bool IsWholePicture(QIODevice& device, PictureFormat format) {
-  if (format == PictureFormat::Bmp) return IsWholeBmp(device);
-  return format == PictureFormat::Gif ? IsWholeGif(device) : format != PictureFormat::None;
+  switch (format) {
+    case PictureFormat::Bmp:
+      return IsWholeBmp(device);
+    case PictureFormat::Gif:
+      return IsWholeGif(device);
+    case PictureFormat::Png:
+      return IsWholePng(device, device.size());
+    case PictureFormat::Ico:
+      return IsWholeIco(device);
+    case PictureFormat::Jpeg:
+      return true;
+    case PictureFormat::None:
+      break;
+  }
+  return false;
 }

@@ -268,6 +268,33 @@ TEST_F(ReadPictureTest, AClaimOfHugeSizeIsRefusedAtOnce) {
   EXPECT_LT(taken.Seconds(), 5);
 }
 
+QByteArray IconOf(const QByteArray& png) {
+  QByteArray icon("\0\0\1\0\1\0\x20\x20\0\0\1\0\x20\0", 14);
+  icon.append(8, '\0');
+  PutLittle(icon, 14, quint32(png.size()), 4);
+  PutLittle(icon, 18, quint32(icon.size()), 4);
+  return icon + png;
+}
+
+// Its decoder would take and clear a gigabyte before it looks what there is.
+TEST_F(ReadPictureTest, APngWithAClaimOfMoreThanThereIsIsNotGivenToItsDecoder) {
+  const QByteArray png = Sample(PictureSamples(), "png").bytes;
+  constexpr int behindHeader = 33, checkAndEnd = 12;
+  QByteArray head(8, '\0');
+  PutBig(head, 0, 1'000'000'000, 4);
+  head.replace(4, 4, "tEXt");
+  ASSERT_TRUE(IsWhole(IconOf(png), PictureFormat::Ico));
+  ASSERT_FALSE(PictureFromBytes(IconOf(png)).isNull());
+  for (const qsizetype at : {qsizetype(behindHeader), png.size() - checkAndEnd}) {
+    QByteArray claims = png;
+    claims.insert(at, head);
+    EXPECT_FALSE(IsWhole(claims, PictureFormat::Png)) << at;
+    EXPECT_TRUE(PictureFromBytes(claims).isNull()) << at;
+    EXPECT_FALSE(IsWhole(IconOf(claims), PictureFormat::Ico)) << at;
+    EXPECT_TRUE(PictureFromBytes(IconOf(claims)).isNull()) << at;
+  }
+}
+
 TEST_F(ReadPictureTest, TheReadersLimitComesBack) {
   const int before = QImageReader::allocationLimit();
   QImageReader::setAllocationLimit(77);
