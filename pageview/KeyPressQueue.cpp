@@ -1,11 +1,24 @@
 #include "KeyPressQueue.h"
 
+#include <optional>
+#include <utility>
+
 #include "HTMLTxtRange.h"
+
+namespace {
+
+// As the page told last; none where the range is gone or the page has never told.
+std::optional<QPoint> PositionOf(const HTMLTxtRange* range) {
+  if (!range || !range->offsetLeft() || !range->offsetTop()) return std::nullopt;
+  return QPoint(*range->offsetLeft(), *range->offsetTop());
+}
+
+}  // namespace
 
 KeyPressQueue::KeyPressQueue(QObject* parent) : QObject(parent) {
   patience_.setSingleShot(true);
   patience_.setInterval(patienceMs);
-  connect(&patience_, &QTimer::timeout, this, &KeyPressQueue::Flush);
+  connect(&patience_, &QTimer::timeout, this, &KeyPressQueue::RunOutOfPatience);
 }
 
 void KeyPressQueue::Push(const QString& sKey, const std::shared_ptr<HTMLTxtRange>& range) {
@@ -24,8 +37,13 @@ void KeyPressQueue::Answered(int number, const HTMLTxtRange* range) {
   for (Entry& entry : entries_) {
     if (entry.number != number) continue;
     entry.answered = true;
-    if (range && range->offsetLeft() && range->offsetTop()) position_ = {*range->offsetLeft(), *range->offsetTop()};
+    position_ = PositionOf(range).value_or(position_);
     entry.position = position_;
+  }
+  if (number == overdue_ && number == number_) {
+    overdue_ = 0;
+    const QPoint told = std::exchange(position_, PositionOf(range).value_or(position_));
+    if (position_ != told) emit KeyPress(QString(), position_);
   }
   Raise();
   // A slow page that does answer is given its time anew.
@@ -41,7 +59,19 @@ void KeyPressQueue::Raise() {
   }
 }
 
+void KeyPressQueue::SetPosition(QPoint position) {
+  position_ = position;
+  overdue_ = 0;
+}
+
+void KeyPressQueue::RunOutOfPatience() {
+  const int last = number_;
+  Flush();
+  overdue_ = last;
+}
+
 void KeyPressQueue::Flush() {
+  overdue_ = 0;
   for (Entry& entry : entries_) {
     if (!entry.answered) entry.position = position_;
     entry.answered = true;

@@ -1,4 +1,6 @@
-// Raises one KeyPress for each released key, in order, as soon as the page has told where the insertion point is.
+// Raises one KeyPress for each released key, in order, as soon as the page has told where the insertion point is. A
+// page that takes longer than half a second isn't waited for: the last position known is told, and where nothing has
+// come since, a KeyPress without a key tells the true one when the answer is there.
 #pragma once
 
 #include <QObject>
@@ -26,7 +28,7 @@ class KeyPressQueue : public QObject {
   void Flush();
 
   // The insertion point has been placed here, in pixels.
-  void SetPosition(QPoint position) { position_ = position; }
+  void SetPosition(QPoint position);
 
  signals:
   void KeyPress(const QString& sKey, QPoint position);
@@ -41,10 +43,12 @@ class KeyPressQueue : public QObject {
   };
   void Answered(int number, const HTMLTxtRange* range);
   void Raise();
+  void RunOutOfPatience();
 
   static constexpr int patienceMs = 500;
   std::deque<Entry> entries_;
   int number_ = 0;
+  int overdue_ = 0;  // the last key, where it was raised without its answer; 0 for none
   QPoint position_;
   QTimer patience_;
 };

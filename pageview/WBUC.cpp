@@ -22,6 +22,7 @@ WBUC::WBUC(Program& program, const WebBrowserFactory& makeBrowser, QWidget* pare
   connect(WB2_.get(), &WebBrowser::Recovered, this, [this] {
     UnHook();
     if (program_.Compat4On) HookBrowserWindow();
+    TellInsertionPoint();
   });
   connect(&hook_, &RightButtonHook::Released, this, &WBUC::RightClick);
   connect(&keyPresses_, &KeyPressQueue::KeyPress, this, [this](const QString& sKey, QPoint position) {

@@ -181,6 +181,7 @@ class WBUC : public QWidget, private HTMLDocumentEvents {
   void FormatSelection(const QString& command, const QString& value, const QString& name);
   EditState StateOfEditing() const;
   void Restore(const EditState& state);
+  void TellInsertionPoint();
 
   void BackspaceChar();
   void DeleteChar();

@@ -63,6 +63,10 @@ void WBUC::Restore(const EditState& state) {
   } else {
     Doc_->selection().empty();
   }
-  // Tells where the insertion point is now, as a key does.
+  TellInsertionPoint();
+}
+
+// As a key does, but without one.
+void WBUC::TellInsertionPoint() {
   if (CurrentTextRange_) keyPresses_.Push(QString(), CurrentTextRange_);
 }

@@ -107,6 +107,41 @@ TEST_F(LateAnswers, HalfASecondWithoutAnAnswerFlushes) {
   EXPECT_EQ((std::vector<Told>{{"a", 30, 40}, {"b", 30, 40}}), Raised());
 }
 
+TEST_F(LateAnswers, AnAnswerAfterThatIsToldWithoutAKey) {
+  Key('A');
+  ASSERT_TRUE(pressed_.wait(3000));
+  Answer(0, 30, 40);
+  ASSERT_EQ(2U, pressed_.size());
+  EXPECT_EQ((Told{"", 30, 40}), Raised()[1]);
+  // One that says what has been told already isn't news.
+  Key('B');
+  ASSERT_TRUE(pressed_.wait(3000));
+  Answer(1, 30, 40);
+  EXPECT_EQ(3U, pressed_.size());
+}
+
+TEST_F(LateAnswers, AnAnswerAfterThatSaysNothingOnceMoreHasCome) {
+  Key('A');
+  ASSERT_TRUE(pressed_.wait(3000));
+  Key('B');
+  Answer(0, 30, 40);
+  EXPECT_EQ(1U, pressed_.size());
+  ASSERT_TRUE(pressed_.wait(3000));
+  Click("here");
+  Answer(1, 50, 60);
+  EXPECT_EQ(2U, pressed_.size());
+}
+
+TEST_F(LateAnswers, TheInsertionPointIsToldWhenThePageIsBack) {
+  emit page_.browser->Recovered();
+  ASSERT_EQ(1U, late_->questions.size());
+  Answer(0, 30, 40);
+  EXPECT_EQ((std::vector<Told>{{"", 30, 40}}), Raised());
+  view_.SetCurrentTextRange(nullptr);
+  emit page_.browser->Recovered();
+  EXPECT_EQ(1U, pressed_.size());
+}
+
 TEST_F(LateAnswers, ASlowPageThatDoesAnswerIsGivenItsTimeAnew) {
   Key('A');
   Key('B');
