@@ -76,6 +76,12 @@ bool ModMain::Main() {
 
 void ModMain::KeepRescueFile(int periodMs) {
   rescue_ = std::make_unique<RescueFile>(program_, *web_->jWB, periodMs);
+  connect(web_->jWB, &WBUC::DocComplete, rescue_.get(), [this] { LetGoOfRescueFile(); });
+  connect(web_.get(), &FWeb::PageNotWritten, rescue_.get(), &RescueFile::Hurry);
+}
+
+void ModMain::LetGoOfRescueFile() {
+  web_->IsPageWritten() ? rescue_->Drop() : rescue_->Leave();
 }
 
 // The tool window has a place of its own, and the editors are windows of their own.
@@ -179,7 +185,7 @@ bool ModMain::eventFilter(QObject* watched, QEvent* event) {
 
 void ModMain::End(bool keepsWorkspace) {
   exiting_ = true;
-  if (rescue_) keepsWorkspace ? rescue_->Hurry() : rescue_->Drop();
+  if (rescue_) keepsWorkspace ? rescue_->Hurry() : LetGoOfRescueFile();
   if (!keepsWorkspace) program_.project.RemoveWorkspace();
   SaveWinSettings(program_, *web_, *tools_);
   SaveCustomColors(program_);

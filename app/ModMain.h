@@ -76,6 +76,7 @@ class ModMain : public QObject {
   void Gather();
   bool AskAboutSaving();
   void End(bool keepsWorkspace);
+  void LetGoOfRescueFile();
   void HideWindows();
 
   Program& program_;

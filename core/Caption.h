@@ -6,3 +6,9 @@
 inline QString CaptionOf(QString text) {
   return text.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
 }
+
+// The caption of a button or of an entry of a menu as the program wrote it, where it has no mark for a key: some
+// desktops put marks of their own into all of them.
+inline QString WithoutKeyMarks(QString caption) {
+  return caption.remove(u'&');
+}

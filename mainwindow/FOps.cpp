@@ -24,7 +24,7 @@ constexpr Task kTasks[] = {
 
 }  // namespace
 
-FOps::FOps(Program& program, FWeb& web) : MUC(program.platform), web_(web) {
+FOps::FOps(Program& program, FWeb& web) : MUC(program.platform) {
   setObjectName(QStringLiteral("FOps"));
   FrOps0 = new PackPanel(program, Busy, this);
   FrOps1 = new OpenProjectPanel(program, web, Busy, this);

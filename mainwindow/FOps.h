@@ -31,7 +31,4 @@ class FOps : public QWidget {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-
- private:
-  FWeb& web_;
 };

@@ -10,6 +10,7 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "Caption.h"
 #include "Colors.h"
 #include "CopyBesidePages.h"
 #include "FTools.h"
@@ -151,7 +152,7 @@ void FTools::OnOpBod() {
   for (const QRadioButton* option : OpBod) {
     if (!option->isChecked()) continue;
     const auto step = web_.jWB->UndoStep(QStringLiteral("Page Alignment"));
-    document->body().style().setTextAlign(option->text());
+    document->body().style().setTextAlign(WithoutKeyMarks(option->text()));
     return;
   }
 }

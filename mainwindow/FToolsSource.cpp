@@ -20,7 +20,7 @@ void FTools::BuildSourcePanel() {
   T1 = new SourceText;
   SetName(T1, "T1");
   T1->setAccessibleName(QStringLiteral("Page source"));
-  // Source is easiest to read where all letters are alike in width.
+  // Where there is no Verdana, letters of one width are the next best for source.
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   font.setFamilies(QStringList{QStringLiteral("Verdana")} + font.families());
   font.setStyleHint(QFont::Monospace);

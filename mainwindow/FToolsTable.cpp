@@ -11,6 +11,7 @@
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "Caption.h"
 #include "Colors.h"
 #include "ElementKind.h"
 #include "FTools.h"
@@ -33,14 +34,14 @@ constexpr qint32 kLightGrey = 0xe0e0e0;
 // Caption of the option that is on; "" when none is.
 QString Chosen(const ThreeOptions& options) {
   for (const QRadioButton* option : options)
-    if (option->isChecked()) return option->text();
+    if (option->isChecked()) return WithoutKeyMarks(option->text());
   return {};
 }
 
 // Switches on the option of that caption, in any case; all stay as they are where there is none.
 void Choose(const ThreeOptions& options, const QString& caption) {
   for (QRadioButton* option : options)
-    if (EqualsNoCase(option->text(), caption)) option->setChecked(true);
+    if (EqualsNoCase(WithoutKeyMarks(option->text()), caption)) option->setChecked(true);
 }
 
 }  // namespace

@@ -7,10 +7,10 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QToolButton>
-#include <cassert>
 
 #include "AsciiText.h"
 #include "BusyGuard.h"
+#include "Caption.h"
 #include "CaretBar.h"
 #include "Colors.h"
 #include "ControlLook.h"
@@ -18,7 +18,6 @@
 #include "FontFaces.h"
 #include "OpenHelp.h"
 #include "PageFiles.h"
-#include "PathRules.h"
 #include "Program.h"
 #include "SpecialFolder.h"
 #include "Swatch.h"
@@ -226,7 +225,7 @@ void FWeb::BuildFontControls() {
 void FWeb::Load() {
   program_.DesktopPath = GetSpecialFolder(program_.platform, 0);
   if (!program_.Files.FolderExists(program_.DesktopPath)) program_.DesktopPath.clear();
-  // What a run that crashed left behind is gone without a word.
+  // What a run that crashed left behind goes without a word; ModMain has put aside what there was to keep.
   program_.project.StartNew();
   Busy = false;
   LoadPage(program_.project.CurPageFile());
@@ -245,14 +244,15 @@ void FWeb::SetCaption() {
 }
 
 void FWeb::SavePage(int PageNo, bool Strip) {
-  TellPageWritten(::SavePage(program_, *jWB, PageNo, Strip));
+  if (const auto isWritten = ::SavePage(program_, *jWB, PageNo, Strip)) TellPageWritten(*isWritten);
 }
 void FWeb::TellPageWritten(bool isWritten) {
   isPageWritten_ = isWritten;
   ShowCaption();
+  if (!isWritten) emit PageNotWritten();
 }
 void FWeb::ShowCaption() {
-  setWindowTitle(isPageWritten_ ? caption_ : caption_ + QStringLiteral(" (page not written)"));
+  setWindowTitle(CaptionOf(isPageWritten_ ? caption_ : caption_ + QStringLiteral(" (page not written)")));
 }
 void FWeb::LoadPage(const QString& PagePath) {
   ::LoadPage(program_, *jWB, PagePath);
@@ -362,7 +362,7 @@ void FWeb::mAboutCVN() {
   emit AboutRequested();
 }
 void FWeb::mQuik(int Index) {
-  emit TipRequested(Index, Entry(qPrintable(QStringLiteral("mQuik%1").arg(Index)))->text());
+  emit TipRequested(Index, WithoutKeyMarks(Entry(qPrintable(QStringLiteral("mQuik%1").arg(Index)))->text()));
 }
 
 void FWeb::mMakePack() {

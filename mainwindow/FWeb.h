@@ -54,6 +54,7 @@ class FWeb : public QMainWindow {
   void LoadPage(const QString& PagePath);
   // Whether the last write of a page was good; the caption bears a mark while it wasn't.
   void TellPageWritten(bool isWritten);
+  bool IsPageWritten() const { return isPageWritten_; }
 
   // Commands.
   void mNewPage();
@@ -119,6 +120,7 @@ class FWeb : public QMainWindow {
   QWidget* Client() const { return client_; }
 
  signals:
+  void PageNotWritten();  // and it still is in view
   void ExitRequested();
   void HideToolsRequested();
   void ToolRequested(ToolTask iOp, const QString& sArg);

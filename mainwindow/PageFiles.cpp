@@ -45,9 +45,9 @@ void LoadPage(Program& program, WBUC& jWB, const QString& PagePath) {
   jWB.Navo(PagePath, force);
 }
 
-bool SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip) {
+std::optional<bool> SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip) {
   QByteArray text = jWB.SourceForFile();
-  if (text.isEmpty() || PageNo <= 0) return true;
+  if (text.isEmpty() || PageNo <= 0) return std::nullopt;
   if (Strip) {
     QByteArray pictures;
     text = StripPicturePaths(text, pictures);

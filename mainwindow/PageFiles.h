@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 class WBUC;
 struct Program;
@@ -14,5 +15,6 @@ int NextPageName(Program& program, QString& Name);
 void LoadPage(Program& program, WBUC& jWB, const QString& PagePath);
 
 // Writes the text of the page in view to the file of page `PageNo`, with paths of pictures cut where `Strip`. Nothing
-// happens while the view has no finished document. False where the file couldn't be written whole.
-bool SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip);
+// happens while the view has no finished document. Tells whether the file was written whole, nothing where there was
+// nothing to write.
+std::optional<bool> SavePage(Program& program, const WBUC& jWB, int PageNo, bool Strip);

@@ -91,8 +91,6 @@ RescueFile::RescueFile(Program& program, WBUC& view, int periodMs)
   timer_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &RescueFile::Write);
   connect(&view_, &WBUC::Edited, this, &RescueFile::Schedule);
-  // Another page has come into view, and the one before is in its own file.
-  connect(&view_, &WBUC::DocComplete, this, &RescueFile::Drop);
 }
 
 RescueFile::~RescueFile() {
@@ -117,7 +115,14 @@ void RescueFile::Attempt() {
   ++attempt_;
   const HTMLDocument* const document = view_.WBDocument();
   if (!document) return;
-  path_ = PathNow();
+  const QString path = PathNow();
+  // The project has got another name with its first save.
+  if (!path_.isEmpty() && path_ != path) {
+    disk_.start([before = path_, path] {
+      if (!QFile::rename(before, path)) QFile::remove(before);
+    });
+  }
+  path_ = path;
   if (attemptsLeft_-- == 0) {
     disk_.start([page = PageForFile(document->tree()), path = path_] { Put(page, path); });
     return;
@@ -157,10 +162,14 @@ void RescueFile::Hurry() {
   Attempt();
 }
 
-void RescueFile::Drop() {
+void RescueFile::Leave() {
   timer_.stop();
   ++attempt_;
-  if (path_.isEmpty()) return;
-  disk_.start([path = path_] { QFile::remove(path); });
   path_.clear();
+}
+
+void RescueFile::Drop() {
+  const QString path = path_;
+  Leave();
+  if (!path.isEmpty()) disk_.start([path] { QFile::remove(path); });
 }

@@ -25,8 +25,10 @@ class RescueFile : public QObject {
   // Writes at once what would be written soon.
   void Hurry();
 
-  // Removes the file: nothing is in it that would be missed.
+  // What is to become of the file where the page goes out of view. Drop removes it, since the page is in its own file
+  // or isn't wanted; Leave lets it lie for the next start, since the page couldn't be written.
   void Drop();
+  void Leave();
 
  private:
   void Schedule();

@@ -92,6 +92,12 @@ class RescueFileTest : public ProgramTest {
   }
   static constexpr int kPeriodMs = 50;
   QString Path() const { return run_.PathInApp("rescue/Project1 - wgcard (not saved).html"); }
+  void PutAFolderInThePagesWay() {
+    const Project& project = run_.program().project;
+    const QString page = project.PageFile(project.CurPageNo());
+    ASSERT_TRUE(!QFileInfo::exists(page) || QFile::remove(page));
+    ASSERT_TRUE(QDir().mkpath(page));
+  }
   bool Comes(const std::function<bool()>& what) {
     QElapsedTimer clock;
     for (clock.start(); !what() && clock.elapsed() < 5000;) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
@@ -159,6 +165,39 @@ TEST_F(RescueFileTest, AnotherPageTakesItsPlace) {
   EXPECT_TRUE(Comes([&] { return !QFileInfo::exists(Path()); }));
   run_.Type("x");
   EXPECT_TRUE(Comes([&] { return QFileInfo::exists(run_.PathInApp("rescue/Project1 - Page2 (not saved).html")); }));
+}
+
+TEST_F(RescueFileTest, ItTakesTheProjectsNewName) {
+  run_.Type("abc");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  SaveProjectAs("ann");
+  run_.Type("d");
+  ASSERT_TRUE(Comes([&] { return FileIn("rescue/ann - wgcard (not saved).html") == View().SourceForFile(); }));
+  EXPECT_EQ(QStringList{"ann - wgcard (not saved).html"}, Names("rescue"));
+  Exit({MessageAnswer::No});
+  EXPECT_TRUE(Names("rescue").isEmpty());
+}
+
+// The last letters as well, which would have been written soon.
+TEST_F(RescueFileTest, APageThatCouldNotBeWrittenStaysInIt) {
+  run_.Type("abc");
+  const QByteArray page = View().SourceForFile();
+  PutAFolderInThePagesWay();
+  ASSERT_TRUE(run_.Choose("mRefresh"));
+  ASSERT_NE(page, View().SourceForFile());
+  ASSERT_TRUE(Comes([&] { return FileBytes(Path()) == page; }));
+  Exit({MessageAnswer::No});
+  EXPECT_EQ(page, FileBytes(Path()));
+}
+
+TEST_F(RescueFileTest, AnExitWhoseSaveFailedLeavesIt) {
+  SaveProjectAs("ann");
+  run_.Type("abc");
+  const QByteArray page = View().SourceForFile();
+  PutAFolderInThePagesWay();
+  Exit({MessageAnswer::Yes});
+  ASSERT_TRUE(run_.ended);
+  EXPECT_EQ(page, FileIn("rescue/ann - wgcard (not saved).html"));
 }
 
 TEST_F(RescueFileTest, AnEndAsItShouldBeLeavesNone) {

@@ -104,6 +104,13 @@ TEST_F(Discards, AMarkStandsInTheCaptionWhileThePageIsNotWritten) {
   EXPECT_EQ(good, Web().windowTitle());
 }
 
+TEST_F(Discards, ASaveThatHasNothingToWriteChangesNoMark) {
+  Web().TellPageWritten(false);
+  const QString marked = Web().windowTitle();
+  Web().SavePage(0, false);
+  EXPECT_EQ(marked, Web().windowTitle());
+}
+
 TEST_F(Discards, TheMarkStaysWithTheProjectWhosePageCouldNotBeWritten) {
   const QString good = Web().windowTitle();
   Web().TellPageWritten(false);
