@@ -18,10 +18,11 @@ extern "C" {
 
 namespace {
 
-// A file that the stub makes, and the one that it was made of.
-QMap<QString, QString> FilesToCome(const QString& workPath) {
+// A file that the stub makes, and the one that it was made of. The pack itself may have been made beside them.
+QMap<QString, QString> FilesToCome(const QString& workPath, const QString& packPath) {
   QMap<QString, QString> files;
   for (const QString& name : QDir(workPath).entryList(QDir::Files | QDir::Hidden)) {
+    if (QFileInfo(PathRules::Join(workPath, name)) == QFileInfo(packPath)) continue;
     const QByteArray bytes = name.toUtf8();
     QByteArray plain(bytes.size() + 2, '\0');
     if (MakePlainFileName(bytes.constData(), uint32_t(bytes.size()), 1, plain.data()))
@@ -33,7 +34,7 @@ QMap<QString, QString> FilesToCome(const QString& workPath) {
 class Check {
  public:
   Check(const QString& packPath, const QString& workPath)
-      : pack_(packPath), workPath_(workPath), files_(FilesToCome(workPath)) {}
+      : pack_(packPath), workPath_(workPath), files_(FilesToCome(workPath, packPath)) {}
 
   QString Run() {
     const QString own = QFileInfo(pack_).fileName();
@@ -61,7 +62,7 @@ class Check {
     // Names that differ only in case are one file there, and the second one stays.
     const QString key = self->name_.toLower();
     self->isEqual_ = self->files_.contains(self->name_) && !self->seen_.contains(key);
-    self->seen_.insert(key);
+    self->seen_.insert(key, self->files_.value(self->name_));
     self->original_.setFileName(PathRules::Join(self->workPath_, self->files_.value(self->name_)));
     self->isEqual_ = self->isEqual_ && self->original_.open(QIODevice::ReadOnly);
     return 1;
@@ -91,7 +92,7 @@ class Check {
   QString BrokenLink() const {
     static const QRegularExpression link(QStringLiteral("<a [^>]*href=\"(Page[0-9]+\\.html)\""),
                                          QRegularExpression::CaseInsensitiveOption);
-    QStringList toRead = {Project::PageName(1)};
+    QStringList toRead = {seen_.value(Project::PageName(1))};
     QSet<QString> read;
     while (!toRead.isEmpty()) {
       const QString name = toRead.takeFirst();
@@ -101,8 +102,8 @@ class Check {
       if (!page.open(QIODevice::ReadOnly)) return name;
       for (auto links = link.globalMatch(QString::fromLatin1(page.readAll())); links.hasNext();) {
         const QString next = links.next().captured(1);
-        if (seen_.contains(next.toLower())) {
-          toRead.append(next);
+        if (const auto there = seen_.find(next.toLower()); there != seen_.end()) {
+          toRead.append(there.value());
         } else if (!IsMeant(name, next)) {
           return next;
         }
@@ -114,7 +115,7 @@ class Check {
   QFile pack_;
   QString workPath_;
   QMap<QString, QString> files_;  // by the names at the recipient's
-  QSet<QString> seen_;            // in small letters
+  QMap<QString, QString> seen_;   // what has come, in small letters, and the name here
   QString name_;                  // of the file at hand
   QFile original_;
   bool isEqual_ = true;

@@ -36,6 +36,22 @@ TEST_F(PackCheck, AGoodPackHasNothingToTell) {
   EXPECT_EQ("", Check());
 }
 
+TEST_F(PackCheck, APackBesideItsPagesIsNotMissingInItself) {
+  qint32 size = 0;
+  const QString work = test_.program.project.WorkPath();
+  ASSERT_EQ(PackResult::Made, CreateWebPack(test_.program, work, "pack.exe", size));
+  EXPECT_EQ("", CheckPack(test_.WorkFile("pack.exe"), work).toStdString());
+}
+
+// Where the pack is opened names that differ only in case are one.
+TEST_F(PackCheck, ALinkInAnotherCaseLeadsToItsPage) {
+  Put("Page2.html", "<html><body><a href=\"PAGE3.html\">three</a></body></html>");
+  Put("Page3.html", "<html><body><a href=\"page1.html\">none</a></body></html>");
+  Put("wgcard.html", "<html><body><a href=\"page2.HTML\">two</a></body></html>");
+  Build();
+  EXPECT_EQ("page1.html", Check());
+}
+
 TEST_F(PackCheck, AFileThatIsOtherThanHereIsTold) {
   Build();
   Put("cat.gif", QByteArray(100000, 'd'));
