@@ -405,6 +405,7 @@ QList<QByteArray> PageNameForms(const QString& name) {
   QList<QByteArray> forms;
   QString referenced;
   AppendPageText(referenced, name, PagePart::Value);
+  referenced.replace(QLatin1String("&amp;"), QLatin1String("&"));  // nobody reads that one
   for (const QByteArray& form : {EncodePageText(name), referenced.toUtf8(), name.toUtf8(), ToCodePage(name)})
     if (!forms.contains(form)) forms += form;
   return forms;

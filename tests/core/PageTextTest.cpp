@@ -212,6 +212,12 @@ TEST(PageText, ANameComesBackFromEveryFormThatItIsGiven) {
   EXPECT_EQ(PageNameForms("cat.gif"), QList<QByteArray>{"cat.gif"});
 }
 
+// Meant in PageNameForms: a picture with "&" in its name, which pages write as "&amp;", isn't found in them.
+TEST(PageText, AnAmpersandOfANameIsNotLookedForAsPagesWriteIt) {
+  EXPECT_EQ(PageNameForms("a&b.gif"), QList<QByteArray>{"a&b.gif"});
+  EXPECT_EQ(PageNameForms("a&amp;b.gif"), QList<QByteArray>{"a&amp;b.gif"});
+}
+
 TEST(PageText, TypedTextIsWrittenWithItsMarkup) {
   EXPECT_EQ(EncodePageText("plain <b>&amp;"), "plain <b>&amp;");
   EXPECT_EQ(EncodePageText(FromUtf8("P\u00E1gina")), "P&#225;gina");
