@@ -52,7 +52,7 @@ class MailUC : public QObject {
 
   // Readies the network library: kGood, or another number and mostly a message in sErr.
   int StartUp(QString& sErr);
-  // Ends what is under way and empties everything but user name and password.
+  // Ends what is under way and empties buffers and message. Names, addresses, subject and server stay.
   void CloseDown();
 
   // The page's text, picture paths cut already, and the paths of its pictures with "*" between them. False for a page

@@ -8,6 +8,14 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+namespace {
+
+bool IsAddress(const QString& file) {
+  return file.startsWith(QStringLiteral("https://"));
+}
+
+}  // namespace
+
 bool HostShell::MoveToTrash(const QString& path) {
   return QFile::moveToTrash(path);
 }
@@ -31,7 +39,7 @@ int ShowCommand(ShowMode mode) {
 int HostShell::OpenFile(QWidget* owner, const QString& file, const QString& folder, ShowMode mode) {
   const auto wide = [](const QString& text) { return reinterpret_cast<const wchar_t*>(text.utf16()); };
   const HWND window = owner ? reinterpret_cast<HWND>(owner->window()->winId()) : nullptr;
-  const QString nativeFile = QDir::toNativeSeparators(file);
+  const QString nativeFile = IsAddress(file) ? file : QDir::toNativeSeparators(file);
   const QString nativeFolder = QDir::toNativeSeparators(folder);
   const HINSTANCE result = ShellExecuteW(window, nullptr, wide(nativeFile), nullptr,
                                          nativeFolder.isEmpty() ? nullptr : wide(nativeFolder), ShowCommand(mode));
@@ -76,7 +84,7 @@ QString OpenerName() {
 }  // namespace
 
 int HostShell::OpenFile(QWidget*, const QString& file, const QString& folder, ShowMode) {
-  const bool isAddress = file.startsWith(QStringLiteral("https://"));
+  const bool isAddress = IsAddress(file);
   const QString path = isAddress          ? file
                        : folder.isEmpty() ? QFileInfo(file).absoluteFilePath()
                                           : QDir(folder).absoluteFilePath(file);

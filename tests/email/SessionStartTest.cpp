@@ -217,7 +217,7 @@ TEST_F(Session, AGoodConnectIsToldOnce) {
   EXPECT_EQ("", Net().Sent);
 }
 
-TEST_F(Session, CloseDownKeepsUserAndPasswordAndNothingElse) {
+TEST_F(Session, CloseDownKeepsUserAndPasswordAndNoMessage) {
   MUC_.SetUserName("ann9");
   MUC_.SetPassword("secret");
   Begin(1);
