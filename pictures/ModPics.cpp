@@ -104,6 +104,7 @@ std::optional<PictureSpec> ModPics::LoadPictureFile(const QString& Path, int Res
     SayLoadingFailed();
     return std::nullopt;
   }
+  viewer_.State.JpegCurrent = false;  // the last JPEG was of the picture before
   const QSize size = viewer_.Pic->size();
   SizeViewer(size.width(), size.height(), Reserved, Path);
   viewer_.show();

@@ -25,6 +25,14 @@ class Jpeg : public PicturesTest {
   void Block(const char* name) { ASSERT_TRUE(QDir().mkpath(Scratch(name) + "/x")); }
 };
 
+TEST_F(Jpeg, APictureThatTheToolWindowShowsIsSavedAndNotTheOneThatWasCompressed) {
+  Open(100, 80);
+  Compress(50);
+  ASSERT_TRUE(pics_.LoadPictureFile(File("b.bmp", EncodedPicture(PlacePicture(20, 15), "bmp")), 0));
+  EXPECT_TRUE(Save());
+  EXPECT_EQ(QSize(20, 15), PictureFromBytes(Saved()).size());
+}
+
 TEST_F(Jpeg, QualityCounts) {
   const QByteArray best = Made(PlacePicture(200, 150), 100), good = Made(PlacePicture(200, 150), 80),
                    poor = Made(PlacePicture(200, 150), 5);
