@@ -114,6 +114,8 @@ void HostedWebBrowser::SetUpPage() {
   connect(page_, &QWebEnginePage::loadFinished, this, &HostedWebBrowser::LoadFinished);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, [this] {
     isDead_ = true;
+    // What goes into a frame is never reported, and it isn't meant for the page that comes.
+    if (shown_.isFrameFocused) input_.inFlight() = {};
     input_.PageDied();
   });
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &HostedWebBrowser::RendererDied, Qt::QueuedConnection);

@@ -1,16 +1,17 @@
 #include "RightButtonHook.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>
 
 void RightButtonHook::Install(QWidget* window) {
   if (window_ || !window) return;
   window_ = window;
-  window_->installEventFilter(this);
+  qApp->installEventFilter(this);  // in front of whoever counts what the page is handed
 }
 
 void RightButtonHook::Remove() {
-  if (window_) window_->removeEventFilter(this);
+  qApp->removeEventFilter(this);
   window_.clear();
 }
 

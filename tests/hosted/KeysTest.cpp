@@ -69,6 +69,20 @@ class HostedKeys : public testing::Test {
   }
   bool Has(const char* text) { return hosted.Body().contains(QLatin1String(text)); }
 
+  // A field in it that takes the keys by itself would take them when the engine likes, behind the click as well.
+  void GoIntoAFrame() {
+    hosted.File(QStringLiteral("frame.html"), "<body><input id=i></body>");
+    hosted.browser().FocusPage();
+    ASSERT_TRUE(HostedPage::WaitFor(
+        [&] { return hosted.ScriptText(QStringLiteral("String(document.hasFocus())")) == u"true"; }, 5000));
+    hosted.Script(
+        QStringLiteral("{ const f = document.createElement('iframe'); f.src = 'frame.html'; f.id = 'f';"
+                       "document.body.append(f); f.onload = () => f.focus(); }"));
+    const auto isInFrame = [&] { return hosted.ScriptText(QStringLiteral("document.activeElement.id")) == u"f"; };
+    ASSERT_TRUE(HostedPage::WaitFor(isInFrame, 5000));
+    hosted.LiveHtml();
+  }
+
   HostedView hosted;
 };
 
@@ -146,18 +160,20 @@ TEST_F(HostedKeys, OfKeysBehindAKeyThatThePageAnswersNoneOvertakesIt) {
   EXPECT_TRUE(Has("first xyblock")) << hosted.Body().toStdString();
 }
 
-TEST_F(HostedKeys, KeysInAFrameOfThePageTypeNothing) {
-  // A field that takes the keys by itself would take them when the engine likes, behind the click as well.
-  hosted.File(QStringLiteral("frame.html"), "<body><input id=i></body>");
-  hosted.browser().FocusPage();
-  ASSERT_TRUE(HostedPage::WaitFor(
-      [&] { return hosted.ScriptText(QStringLiteral("String(document.hasFocus())")) == u"true"; }, 5000));
-  hosted.Script(
-      QStringLiteral("{ const f = document.createElement('iframe'); f.src = 'frame.html'; f.id = 'f';"
-                     "document.body.append(f); f.onload = () => f.focus(); }"));
-  const auto isInFrame = [&] { return hosted.ScriptText(QStringLiteral("document.activeElement.id")) == u"f"; };
-  ASSERT_TRUE(HostedPage::WaitFor(isInFrame, 5000));
+TEST_F(HostedKeys, KeysOfAFrameTypeNothingInThePageThatComesBackEither) {
+  ASSERT_NO_FATAL_FAILURE(GoIntoAFrame());
+  Type(hosted.Input(), "xyz");
   hosted.LiveHtml();
+  ASSERT_TRUE(hosted.KillRenderer());
+  ASSERT_TRUE(HostedPage::WaitFor([this] { return hosted.browser().IsQuiet(); }));
+  // One that is meant for the page goes in behind whatever was kept.
+  Type(hosted.Input(), "w");
+  hosted.LiveHtml();
+  EXPECT_TRUE(Has("first wblock")) << hosted.Body().toStdString();
+}
+
+TEST_F(HostedKeys, KeysInAFrameOfThePageTypeNothing) {
+  ASSERT_NO_FATAL_FAILURE(GoIntoAFrame());
   Type(hosted.Input(), "xyz");
   hosted.LiveHtml();
   EXPECT_TRUE(Has("first block")) << hosted.Body().toStdString();
