@@ -245,7 +245,10 @@ void EditHistory::Replay(std::deque<Entry>& from, std::deque<Entry>& to, bool ba
     for (const TreeStep& step : entry.steps) gateway_->Play(Again(step));
   }
   isReplaying_ = false;
-  owner_.restore(back ? entry.before : entry.after);
+  EditState state = back ? entry.before : entry.after;
+  // Values that the entry left alone may have been given anew since, to a page that had them already.
+  if (entry.before.values == entry.after.values) state.values = owner_.save().values;
+  owner_.restore(state);
 }
 
 // Entries are reached from the back, so those before the one in whose way the change is are out of reach as well.

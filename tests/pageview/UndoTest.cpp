@@ -228,6 +228,17 @@ TEST_F(UndoTest, AnotherPageBeginsAnew) {
   EXPECT_FALSE(view_.History().CanRedo());
 }
 
+TEST_F(UndoTest, AValueThatThePageHadAlreadyIsNotTakenBackWithTheStepBefore) {
+  PageSays("attributes", {page_.Document().body().node()->id(), "bgcolor", "#FFFF00"});
+  ASSERT_TRUE(page_.PutPoint("a", 3));
+  Type("x");
+  ASSERT_NE("#FFFF00", view_.BGColor());
+  view_.SetBGColor("#FFFF00");
+  view_.Undo();
+  EXPECT_EQ("one two", TextOf(Named("a"))->data());
+  EXPECT_EQ("#FFFF00", view_.BGColor());
+}
+
 TEST_F(UndoTest, CommandsInsideACommandArePartOfIt) {
   {
     const auto step = view_.UndoStep("Both");
