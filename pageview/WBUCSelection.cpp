@@ -9,9 +9,8 @@ namespace {
 
 // The first direct child that is a FONT; one deeper down doesn't count.
 HTMLElement FontOfCell(const HTMLElement& cell) {
-  const HTMLElementCollection children = cell.children();
-  for (int i = 0; i < children.length(); ++i)
-    if (KindOf(children.item(i)) == ElementKind::TextBlock) return children.item(i);
+  for (const Node* child = cell.node() ? cell.node()->firstChild() : nullptr; child; child = child->next())
+    if (child->IsElement() && KindOf(HTMLElement(child)) == ElementKind::TextBlock) return HTMLElement(child);
   return {};
 }
 

@@ -43,11 +43,10 @@ void InsertPageHTML(WBUC& view, const QString& Html) {
 }
 
 HTMLElement FirstCell(const HTMLElement& table) {
-  const HTMLElementCollection inside = table.all();
-  int index = 0;
-  HTMLElement element = inside.item(index);
-  while (element && KindOf(element) != ElementKind::Cell) element = inside.item(++index);
-  return element;
+  const Node* const top = table.node();
+  for (const Node* node = top ? NextInTree(top, top) : nullptr; node; node = NextInTree(node, top))
+    if (node->IsElement() && KindOf(HTMLElement(node)) == ElementKind::Cell) return HTMLElement(node);
+  return {};
 }
 
 TableProps ReadTableProps(const HTMLElement& table) {

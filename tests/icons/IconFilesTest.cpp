@@ -318,7 +318,7 @@ TEST_F(IconFiles, AnIconOfVeryManyEntriesIsOpenedAtOnce) {
   EXPECT_LT(taken.Seconds(), 5);
 }
 
-// Meant in HasIconSuffix: a name that ends in "ico" without a dot is opened as an icon.
+// Meant in OpenImage: a name that ends in "ico" without a dot is opened as an icon.
 TEST_F(IconFiles, ANameThatEndsInIcoWithoutADotIsOpenedAsAnIcon) {
   for (const char* name : {"myico", "MyIcO", "x.ICO"}) {
     EXPECT_TRUE(OpenImageOf(IconFileOf({BitmapImage(HalfRed(32), 4)}), name));
