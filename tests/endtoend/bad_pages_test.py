@@ -230,6 +230,11 @@ def open_missing_page(work):
     check.true("page that went: is there again", b"</html>" in (read(program.card("Page3.html")) or b""))
 
 
+def waiting():
+    """How many programs share a processor of this machine; at least 1."""
+    return max(1.0, os.getloadavg()[0] / os.cpu_count())
+
+
 def open_large_page(work):
     program, check = work.program, work.check
     data = large_page()
@@ -242,23 +247,25 @@ def open_large_page(work):
     check.same("large page left on its way: stands untouched", read(program.card("Page3.html")) == data, True)
     work.open_page(3)
     work.slowest = 0.0
-    end = time.monotonic() + 60
+    end = time.monotonic() + 240
     there = False
     while not there and time.monotonic() < end:
         work.answers()
         there = program.page_answers_the_mouse(400, 300, 0.8)
     check.true("large page: takes a click", there and work.takes_a_click())
     print("       answered within %.2f seconds" % work.slowest)
-    check.true("large page: the window answers all the time", work.slowest < SANE, "after %.1f seconds" % work.slowest)
+    check.true("large page: the window answers all the time", work.slowest < SANE * waiting(),
+               "after %.1f seconds" % work.slowest)
     begin = time.monotonic()
     # The insertion point doesn't tell here: a place that takes long to find is passed over.
     work.desktop.keys("q", "q", "q")
     saved = wait_for("the large page is saved with what was typed",
-                     lambda: (lambda data: b"qqq" in data and data)(program.save(3)))
+                     lambda: (lambda data: b"qqq" in data and data)(program.save(3)), 120)
     work.shot("large page")
     check.true("large page: is saved whole", saved.count(b"</font>") == 62000,
                (len(saved), saved.count(b"</font>"), saved.count(b"q")))
-    check.true("large page: typing and saving take", time.monotonic() - begin < 10, time.monotonic() - begin)
+    check.true("large page: typing and saving take", time.monotonic() - begin < 10 * waiting(),
+               time.monotonic() - begin)
     work.is_alive("large page")
     work.open_page(2)
     work.sees("large page: a good page opens", GREEN)
