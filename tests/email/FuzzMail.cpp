@@ -153,9 +153,12 @@ const char* WrongTalk(Chance& chance, const QString& pictures, int& sent) {
   net.BecomeWritable();
   const QByteArray file = MUC.EmailFileText();
   if (net.Sent.contains("EVIL") || net.Sent.contains("\r\n250")) return "the server's words went back";
-  // What the socket hadn't taken when it was closed is missing at the end.
+  // What the socket hadn't taken when it was closed, or when the server said yes to encryption too early, is missing at
+  // the end.
+  const bool isAgreeing = !net.TlsHost.isEmpty() && !isSecure;
   QByteArray whole = net.Sent;
-  if (!net.IsOpen()) whole = whole.contains("\r\n") ? whole.left(whole.lastIndexOf("\r\n") + 2) : QByteArray();
+  if (!net.IsOpen() || isAgreeing)
+    whole = whole.contains("\r\n") ? whole.left(whole.lastIndexOf("\r\n") + 2) : QByteArray();
   const bool inMessage = whole.contains("DATA\r\nFrom: ") && !whole.contains("\r\n.\r\n");
   if (inMessage) whole = whole.left(whole.indexOf("From: "));
   if (!Talk().match(QString::fromLatin1(whole)).hasMatch()) {
