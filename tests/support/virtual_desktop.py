@@ -245,20 +245,24 @@ class Corvane:
         self.desktop.wait_active("the main window has the keys", lambda now: now == self.window)
 
     def renderer(self):
-        """The process that shows the page: of those without children below the program, the largest. None for none."""
-        parents, sizes = {}, {}
+        """The process that shows the page: of those without children below the program, the largest. None for none.
+
+        The engine's zygote, of which renderers are forked, has no children either while there is none; it alone has to
+        have a single thread.
+        """
+        parents, sizes, threads = {}, {}, {}
         for name in filter(str.isdigit, os.listdir("/proc")):
             with contextlib.suppress(OSError, IndexError):
                 with open("/proc/%s/stat" % name, encoding="ascii", errors="replace") as file:
                     fields = file.read().rpartition(")")[2].split()
-                parents[int(name)], sizes[int(name)] = int(fields[1]), int(fields[21])
+                parents[int(name)], sizes[int(name)], threads[int(name)] = (int(fields[at]) for at in (1, 21, 17))
 
         def is_below(number):
             while number in parents and number != self.process.pid:
                 number = parents[number]
             return number == self.process.pid
         below = [number for number in parents if number != self.process.pid and is_below(number) and sizes[number] > 0]
-        leaves = [number for number in below if number not in parents.values()]
+        leaves = [number for number in below if number not in parents.values() and threads[number] > 1]
         return max(leaves, key=sizes.get, default=None)
 
     def caret(self):
