@@ -71,6 +71,25 @@ TEST_F(EmailWindow, OtherPanelsLeaveTheMailAlone) {
   EXPECT_EQ(0, Net().StartUps);
 }
 
+TEST_F(EmailWindow, EachTaskGivesTheWindowItsCaptionAndSize) {
+  const struct {
+    const char *command, *caption, *panel;
+    int height;
+  } tasks[] = {{"mMakePack", "Make Web-Pack File", "  Create Web-Pack File  ", 276},
+               {"mEmail", "Email Current Page", "  Send Page as HTML Email  ", 396},
+               {"mOpenProject", "Open Saved Project", "  Open Existing Project  ", 276}};
+  ASSERT_TRUE(QDir().mkpath(run_.PathInApp("saved/ann")));
+  for (const auto& task : tasks) {
+    ASSERT_TRUE(run_.Choose(task.command));
+    EXPECT_EQ(task.caption, Ops().windowTitle());
+    EXPECT_EQ(QSize(452, task.height), Ops().size());
+    QStringList shown;
+    for (const QGroupBox* const frame : Ops().findChildren<QGroupBox*>())
+      if (frame->isVisible()) shown << frame->title();
+    EXPECT_EQ(QStringList{task.panel}, shown);
+  }
+}
+
 TEST_F(EmailWindow, TheMenuSavesThePageFirst) {
   run_.Type("typed");
   Open();
@@ -161,6 +180,31 @@ TEST_F(EmailWindow, WhatWasSentWithTheWindowHiddenIsNotRemembered) {
   Send();
   Accept();
   EXPECT_EQ("bob@example.net", Settings::Get(run_.test.platform.settings, Settings::To10));
+}
+
+TEST_F(EmailWindow, WhatWasSentBehindAnotherPanelIsRemembered) {
+  Open();
+  Send();
+  ASSERT_TRUE(run_.Choose("mMakePack"));
+  ASSERT_FALSE(Panel().isVisible());
+  Accept();
+  EXPECT_EQ("bob@example.net", Settings::Get(run_.test.platform.settings, Settings::To10));
+}
+
+TEST_F(EmailWindow, SubjectAndNamesOutliveTheCloseButtonAndEmptyBoxes) {
+  Open();
+  Panel().TMail[0]->setText("Bob");
+  Panel().TMail[3]->setText("The old subject");
+  Send();
+  Accept();
+  Panel().bEmail[1]->click();
+  Open();
+  for (const int index : {0, 3}) Panel().TMail[index]->clear();
+  Net().Sent.clear();
+  Send();
+  Accept();
+  EXPECT_TRUE(Net().Sent.contains("\r\nTo: Bob <bob@example.net>\r\n"));
+  EXPECT_TRUE(Net().Sent.contains("\r\nSubject: The old subject\r\n"));
 }
 
 TEST_F(EmailWindow, TheExitCutsOffWhatIsUnderWay) {

@@ -2,6 +2,7 @@
 #include <QCloseEvent>
 #include <QRegularExpression>
 #include <QTest>
+#include <functional>
 
 #include "ProgramFixture.h"
 #include "Settings.h"
@@ -26,6 +27,36 @@ QStringList NamesIn(const QSignalSpy& spy) {
   QStringList names;
   for (const auto& arguments : spy) names.append(arguments[0].toString());
   return names;
+}
+
+// Settings with a look at what else there is when they are written.
+class WatchedSettings : public MemorySettings {
+ public:
+  std::function<void()> BeforeSave;
+  void SaveSetting(const QString& appKey, const QString& section, const QString& key, const QString& value) override {
+    if (BeforeSave) BeforeSave();
+    MemorySettings::SaveSetting(appKey, section, key, value);
+  }
+};
+
+TEST(ExitInOrder, TheWorkspaceGoesThenTheSettingsAreWrittenThenTheMailEnds) {
+  WatchedSettings store;
+  RunningProgram run(&store);
+  ASSERT_TRUE(run.Start());
+  ASSERT_TRUE(run.Choose("mEmail"));
+  const ScriptedSockets& net = run.test.platform.sockets;
+  int saves = 0;
+  store.BeforeSave = [&] {
+    ++saves;
+    EXPECT_FALSE(QDir(run.program().project.CardPath()).exists());
+    EXPECT_EQ(0, net.CleanUps);
+    EXPECT_TRUE(run.Web().isVisible());
+  };
+  run.Dialogs().Answers = {MessageAnswer::No};
+  run.modMain.ExitProgram();
+  EXPECT_TRUE(run.ended);
+  EXPECT_GT(saves, 0);
+  EXPECT_EQ(1, net.CleanUps);
 }
 
 TEST_F(StartAndExit, WindowsAreMadeAndReleasedInTheirOrder) {

@@ -36,6 +36,11 @@ TEST(StripPicturePaths, TextWithoutATagStaysAsItIs) {
   EXPECT_EQ(Unchanged(""), Strip(""));
 }
 
+// What stands there counts as the inside of a tag, as behind every other sign.
+TEST(StripPicturePaths, TextInFrontOfTheFirstTagIsLookedAtAsOne) {
+  EXPECT_EQ((Stripped{"IMG SRC=\"a.gif\" ><p>", "a.gif"}), Strip("IMG SRC=\"p/a.gif\" ><p>"));
+}
+
 // Meant in StripPiece: a picture whose name has no blank behind its value keeps its path and isn't listed.
 TEST(StripPicturePaths, APieceWithoutABlankBehindTheValueStaysAndIsNotListed) {
   EXPECT_EQ(Unchanged("<IMG SRC=\"p/a.gif\"><B>x y</B>"), Strip("<IMG SRC=\"p/a.gif\"><B>x y</B>"));

@@ -130,6 +130,19 @@ TEST_F(Memory, ANewRecipientComesInFrontAndTheListInTheBoxWaits) {
   EXPECT_EQ(3, panel_.ComboMail[0]->count());
 }
 
+// The message goes to the one without.
+TEST_F(Memory, ABlankBehindAnAddressIsRemembered) {
+  Fill();
+  panel_.ComboMail[0]->setEditText("bob@example.net ");
+  panel_.ComboMail[1]->setEditText(" ann@example.org");
+  Click(0);
+  Accept();
+  EXPECT_TRUE(Net().Sent.contains("RCPT TO: <bob@example.net>\r\n"));
+  EXPECT_TRUE(Net().Sent.contains("MAIL FROM: <ann@example.org>\r\n"));
+  EXPECT_EQ("bob@example.net ", Stored(Settings::To10));
+  EXPECT_EQ(" ann@example.org", Stored(Settings::From10));
+}
+
 TEST_F(Memory, UpToElevenRecipientsAreStored) {
   QStringList ten;
   for (int i = 0; i < 10; ++i) ten += QString("r%1@a.bb").arg(i);

@@ -120,6 +120,20 @@ TEST_F(IconWindowFiles, SaveWritesTheNamedFileWithoutAQuestion) {
   EXPECT_EQ(513, Opaque().size());
 }
 
+TEST_F(IconWindowFiles, SaveWritesTheNamedFileWhileTheWindowIsBusyAndAsksForNoName) {
+  const QString path = Open(IconPath("a.ico"));
+  editor_.Busy = true;
+  ASSERT_TRUE(PutFile(path, "old"));
+  editor_.mSavePlain();
+  EXPECT_EQ(766, FileBytes(path).size());
+  // Save As, to which it goes without a file, has the guard.
+  ASSERT_TRUE(QFile::remove(path));
+  Dialogs().Texts = {test_.Path("new.ico")};
+  editor_.mSavePlain();
+  EXPECT_EQ(1, Dialogs().Questions.size());
+  EXPECT_FALSE(QFile::exists(test_.Path("new.ico")));
+}
+
 // A second name of the old file keeps what stood in it.
 TEST_F(IconWindowFiles, EverySaveOverAFileDeletesTheOldOneFirst) {
   const QString path = Open(IconPath("a.ico")), second = test_.Path("second");

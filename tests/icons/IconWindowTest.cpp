@@ -286,6 +286,46 @@ TEST_F(IconWindow, OnlyTheLeftButtonChoosesAColorAndAlreadyGoingDown) {
   EXPECT_EQ(TransparentColor, editor_.Drawing.CurColor);
 }
 
+TEST_F(IconWindow, AColorLeavesTheFocusWhereItIsOrTakesItAndNeverGivesItToTheWorkArea) {
+  editor_.OpW[0]->setFocus();
+  MouseOn(editor_.PCols[12], Qt::LeftButton);
+  EXPECT_EQ(kColorRow[12], editor_.Drawing.CurColor);
+  EXPECT_NE(planes_.PicBig, editor_.focusWidget());
+}
+
+// --- without a guard
+
+TEST_F(IconWindow, APasteGoesThroughWhileTheWindowIsBusy) {
+  Open(IconPath("a.ico"));
+  QGuiApplication::clipboard()->setImage(OneColor(qRgb(255, 0, 0)));
+  editor_.Busy = true;
+  editor_.mPaste();
+  EXPECT_EQ(OneColor(qRgb(255, 0, 0)), Plane(planes_.Pic1));
+  EXPECT_EQ("", editor_.IconFileName);
+  EXPECT_TRUE(editor_.Busy);
+}
+
+TEST_F(IconWindow, UndoAndClearGoThroughWhileTheWindowIsBusy) {
+  UseColor(Red);
+  Drag({2, 2}, {20, 2});
+  Drag({2, 9}, {20, 9});
+  editor_.Busy = true;
+  editor_.bUndo->click();
+  EXPECT_EQ(QRect(2, 2, 19, 1), OpaqueRect());
+  editor_.bclear->click();
+  EXPECT_TRUE(IsBlank());
+  EXPECT_TRUE(editor_.Busy);
+}
+
+TEST_F(IconWindow, APressWhileTheWindowIsBusyBeginsALineThatAReleaseLaterDraws) {
+  UseColor(Red);
+  editor_.Busy = true;
+  Press(InCell({5, 5}));
+  editor_.Busy = false;
+  Release(InCell({9, 5}));
+  EXPECT_EQ(QRect(5, 5, 5, 1), OpaqueRect());
+}
+
 // --- opening and clearing
 
 TEST_F(IconWindow, ResetLeavesTheColorTheMarkedWidthAndTheHighlightOfAnotherTool) {

@@ -145,6 +145,24 @@ TEST_F(EditingCommands, ApplyFontTakesFaceSizeAndColourOfTheControls) {
   EXPECT_EQ(Body(), "<font id=\"a\"><font face=\"Tahoma\" size=\"2\" color=\"#112233\">on</font>e</font>");
 }
 
+// Where the list itself leaves blanks away and knows a face for none.
+TEST_F(EditingCommands, ApplyFontTakesTheFaceAsItStandsInItsBox) {
+  Web().BoxFace->addItem(" Tahoma ");
+  for (const auto& [index, face] : {std::pair(6, " Tahoma "), std::pair(-1, "")}) {
+    Page("<font id='a'>one</font>");
+    Web().BoxFace->setCurrentIndex(index);
+    Select("a", 0, 2);
+    ASSERT_TRUE(run_.Choose("mApplyFontP"));
+    EXPECT_EQ(Body().contains("face=\" Tahoma \""), index == 6) << face << qPrintable(Body());
+    EXPECT_FALSE(Body().contains("Arial")) << qPrintable(Body());
+    EXPECT_TRUE(Body().contains("size=\"3\"")) << qPrintable(Body());
+  }
+  Page("<font id='a'>one</font>");
+  Select("a", 0, 2);
+  PickEntry(*Web().BoxFace, 6);
+  EXPECT_EQ(Body(), "<font id=\"a\"><font face=\"Tahoma\">on</font>e</font>");
+}
+
 // --- the Work Window
 
 // Meant in FWeb::OnDoubleClick: only a double click switches the buttons that move an element.

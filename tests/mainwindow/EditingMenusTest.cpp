@@ -65,6 +65,7 @@ TEST_F(EditingMenus, ThePasteMenuNeedsAClipAndAnInsertionPointForTextAndAClipFor
     bool shown = false;
     QTimer::singleShot(0, Web().mPop2, [&] {
       shown = Web().mPop2->isVisible();
+      EXPECT_TRUE(Web().Busy) << "as long as the menu is open";
       Web().mPop2->close();
     });
     Press(2);
@@ -124,6 +125,14 @@ TEST_F(EditingMenus, WhileBusyARightClickBringsNoPopup) {
   EXPECT_FALSE(Web().mPop->isVisible()) << "the other button";
   Fire(EventType::MouseUp, "a", 2);
   EXPECT_TRUE(Web().mPop->isVisible());
+  Web().mPop->close();
+}
+
+TEST_F(EditingMenus, TheMenuOfARightClickLeavesTheProgramFree) {
+  Page(two);
+  Fire(EventType::MouseUp, "a", 2);
+  ASSERT_TRUE(Web().mPop->isVisible());
+  EXPECT_FALSE(Web().Busy);
   Web().mPop->close();
 }
 

@@ -247,6 +247,18 @@ TEST_F(PageCommands, APageNumberBelowOneIsNeverWritten) {
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
 }
 
+// A separator among the first three characters counts as that of a root.
+TEST_F(PageCommands, APagesFolderIsNotMadeWhenItsPathIsShorterThanThreeCharacters) {
+  const QString before = QDir::currentPath();
+  ASSERT_TRUE(QDir().mkpath(run_.test.Path("here")));
+  ASSERT_TRUE(QDir::setCurrent(run_.test.Path("here")));
+  for (const char* const path : {"ab/p.html", "abc/p.html"}) Web().LoadPage(path);
+  run_.Settle();
+  EXPECT_EQ(QStringList{"abc"}, QDir(run_.test.Path("here")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot));
+  EXPECT_TRUE(QFile::exists("abc/p.html"));
+  EXPECT_TRUE(QDir::setCurrent(before));
+}
+
 // Switching.
 
 // Meant in FWeb::OnBoxPage: choosing a page beyond the last one makes one page more.

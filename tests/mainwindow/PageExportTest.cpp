@@ -56,6 +56,17 @@ TEST_F(Export, APageWithPicturesNeverGoesToTheChosenPathAndEachRepeatMakesTheNex
   EXPECT_EQ(QStringList({"my Files1", "my Files2", "my Files3"}), OutNames());
 }
 
+TEST_F(Export, WithoutADocumentAnEmptyFileTakesThePlaceOfTheChosenOne) {
+  ASSERT_TRUE(PutFile(Out("my.html"), "old"));
+  MakePages({"one"});
+  Web().LoadPage(run_.program().project.CurPageFile());
+  ASSERT_EQ("", View().Source());
+  Answer({MessageAnswer::Ok}, {Out("my.html")});
+  Web().mSavePageFil();
+  EXPECT_TRUE(QFile::exists(Out("my.html")));
+  EXPECT_EQ("", FileBytes(Out("my.html")));
+}
+
 // Meant in FWeb::ExportPage: replacing a file by a page with pictures deletes it and puts the page elsewhere.
 TEST_F(Export, ReplacingAFileByAPageWithPicturesDeletesItAndPutsThePageBesideIt) {
   ASSERT_TRUE(PutFile(Out("my.html"), "old"));

@@ -75,6 +75,23 @@ TEST_F(SourcePanel, SaveChangesReadsThePagesOwnFontsAndLeavesThePanelOpen) {
   EXPECT_TRUE(Tools().bCloseText[1]->isEnabled());
 }
 
+// The page's file is still the one of the workspace, into which nothing else writes any more.
+TEST_F(SourcePanel, BehindTheFirstSaveOfAProjectSaveChangesGoesIntoTheWorkspace) {
+  Dialogs().Texts = {"ann"};
+  ASSERT_TRUE(run_.Choose("mSaveProject"));
+  const auto file = [this](const char* name) { return FileBytes(run_.PathInApp(name)); };
+  const QByteArray before = file("saved/ann/wgcard.html");
+  Tools().ShowSource();
+  Tools().T1->SetText("<HTML><BODY>new</BODY></HTML>");
+  Save();
+  EXPECT_EQ("<HTML><BODY>new</BODY></HTML>", file("card/wgcard.html"));
+  EXPECT_EQ(before, file("saved/ann/wgcard.html"));
+  EXPECT_EQ("new", ShownLetters(*View().WBDocument()));
+  // The next save of the page brings it into the project.
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_TRUE(file("saved/ann/wgcard.html").contains("new"));
+}
+
 TEST_F(SourcePanel, InvalidHtmlIsWrittenAsItStands) {
   Tools().ShowSource();
   const QByteArray page = "<b>one<table>two</i";

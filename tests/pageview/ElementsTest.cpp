@@ -1,3 +1,5 @@
+#include <QRegularExpression>
+
 #include "ElementsFixture.h"
 #include "StringTable.h"
 
@@ -154,6 +156,18 @@ TEST_F(Elements, CopyOfAnElementWithAChangedHighlightTakesTheHighlight) {
   EXPECT_TRUE(Body().endsWith("two</font>tw")) << qPrintable(Body());
 }
 
+TEST_F(Elements, CopyOfAnElementWithNothingHighlightedEmptiesTheClip) {
+  Show(two);
+  DoubleClick("a");
+  view_.Copy();
+  ASSERT_TRUE(view_.HasTagClip());
+  const BoundaryPoint start = BoundaryPoint::InText(TextOf(Named("b")), 0);
+  page_.Document().selection().Mirror({start, start});
+  view_.Copy();
+  EXPECT_FALSE(view_.HasTagClip());
+  EXPECT_EQ(view_.IfSelection(), WBUC::ElementSelected);
+}
+
 // Meant in WBUC::Paste: pasting nothing drops the selected element.
 TEST_F(Elements, PasteDropsTheSelectedElementEvenWhenThereIsNothingToPaste) {
   for (const int origin : {int(WBUC::FromTextClip), int(WBUC::FromTagClip), 7, -1}) {
@@ -288,6 +302,19 @@ TEST_F(Elements, MovingBackTheFirstTextBlockInAnotherMovesItBeforeThatOne) {
   DoubleClick("b");
   EXPECT_EQ(view_.MoveElementOneElement(-1), WBUC::Moved);
   EXPECT_EQ(Body(), "<font id=\"b\">two</font><font id=\"a\">one</font>");
+}
+
+// Any number counts as a step, and only -1 puts the element in front of its neighbour.
+TEST_F(Elements, OtherDirectionsAreLongerStepsAndNoStepLosesTheElement) {
+  const auto moved = [this](const char* id, int direction) {
+    Show("<font id='a'>a</font><font id='b'>b</font><font id='c'>c</font><font id='d'>d</font>");
+    DoubleClick(id);
+    EXPECT_EQ(view_.MoveElementOneElement(direction), WBUC::Moved);
+    return Body().remove(QRegularExpression("<[^>]*>"));
+  };
+  EXPECT_EQ(moved("a", 2), "bcad");
+  EXPECT_EQ(moved("d", -2), "abdc");
+  EXPECT_EQ(moved("b", 0), "acd");
 }
 
 TEST_F(Elements, TablesAreNotMovable) {

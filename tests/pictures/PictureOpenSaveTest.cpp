@@ -42,6 +42,20 @@ TEST_F(PictureOpenSave, AViewerClosedByItsOwnBoxCountsAsNoPictureAndTheReadOutsS
   EXPECT_TRUE(Has("cvtemp.bmp"));
 }
 
+TEST_F(PictureOpenSave, AViewerClosedByItsOwnBoxKeepsItsPlaceInTheTopLayerAndClosingTheImageGivesItUp) {
+  ChoosePicture(100, 80);
+  QCloseEvent close;
+  QApplication::sendEvent(&viewer_, &close);
+  ASSERT_FALSE(viewer_.isVisible());
+  EXPECT_TRUE(IsOnTop());
+  // Once hidden it isn't taken out of that layer any more.
+  window_.bCloseIm->click();
+  EXPECT_TRUE(IsOnTop());
+  ChoosePicture(100, 80);
+  window_.bCloseIm->click();
+  EXPECT_FALSE(IsOnTop());
+}
+
 // --- opening
 
 TEST_F(PictureOpenSave, OpenAsksForAPictureFile) {
@@ -88,6 +102,14 @@ TEST_F(PictureOpenSave, OpeningForgetsTheCropAreaAndCancelKeepsIt) {
   EXPECT_FALSE(state_.CropDragging);
   window_.bCrop->click();
   ExpectBox("A cropping area must first be defined by dragging the mouse.");
+}
+
+TEST_F(PictureOpenSave, TheSizeOfAForgottenCropAreaStaysOnShow) {
+  ChoosePicture(100, 80);
+  Drag({10, 20}, {50, 35});
+  ChoosePicture(60, 40, "b.bmp");
+  EXPECT_FALSE(state_.CropDefined);
+  EXPECT_EQ("40 X 15", window_.LabCropSize->text());
 }
 
 TEST_F(PictureOpenSave, BehindTheChoiceOfAFileTheEditorHasTheKeys) {

@@ -61,6 +61,19 @@ TEST_F(PictureOps, CropKeepsTheCaption) {
   EXPECT_EQ(caption, Caption());
 }
 
+TEST_F(PictureOps, TheNoteOfACutWindowStaysOverAPictureThatFitsByNow) {
+  Open(3000, 100);
+  ASSERT_EQ(kCutCaption, Caption());
+  Drag({10, 20}, {50, 35});
+  pics_.CropPicture();
+  EXPECT_EQ(QSize(40, 15), viewer_.size());
+  EXPECT_EQ(kCutCaption, Caption());
+  pics_.ResizePicture(200);
+  EXPECT_EQ(kCutCaption, Caption());
+  Open(60, 40);
+  EXPECT_EQ(test_.Path("open.bmp"), Caption());
+}
+
 TEST_F(PictureOps, ResizeIsOfThePictureOnShow) {
   Open(100, 80);
   pics_.ResizePicture(50);

@@ -215,6 +215,30 @@ TEST_F(Package, AnEmptyPageIsSkippedButCounts) {
   EXPECT_EQ("", Page("Page2.html"));
 }
 
+// A file of someone else's that lies in the project gives the last page a link to a page that isn't there.
+TEST_F(Package, AStrayHtmlFileCountsAsAPage) {
+  Put("wgcard.html", kPage);
+  Put("notes.html", kPage);
+  PreparePackPages(test_.program);
+  EXPECT_EQ(LinkedPage(2), Page("wgcard.html"));
+  EXPECT_EQ(kPage, Page("notes.html"));
+}
+
+TEST_F(Package, AFileWhoseNameEndsInHtmlWithoutADotIsAPage) {
+  Put("wgcard.html", kPage);
+  Put("xhtml", "<BODY><IMG SRC=\"far/a.gif\" ></BODY>");
+  Put("a.gif");
+  PreparePackPages(test_.program);
+  EXPECT_EQ(LinkedPage(2), Page("wgcard.html"));
+  EXPECT_EQ("<BODY><IMG SRC=\"a.gif\" ></BODY>", Page("xhtml"));
+  EXPECT_TRUE(IsThere("a.gif"));
+  // One that ends in three letters is none, and its pictures go.
+  Put("notes.htm", "<BODY><IMG SRC=\"b.gif\"></BODY>");
+  Put("b.gif");
+  PreparePackPages(test_.program);
+  EXPECT_FALSE(IsThere("b.gif"));
+}
+
 TEST_F(Package, AReadOnlyPageIsRewritten) {
   Put("wgcard.html", kPage);
   Put("Page2.html", kPage);
