@@ -27,7 +27,7 @@ int NumberIn(const QString& name) {
   return numbered.match(name).captured(1).toInt();
 }
 
-// The numbered pages by their numbers, the others behind them by their names.
+// The numbered pages by their numbers, the others behind them by their names. Nothing when one can't be read.
 std::vector<PageFile> PagesOf(Program& program, const QByteArray& inView) {
   const Project& project = program.project;
   QStringList names;
@@ -43,6 +43,7 @@ std::vector<PageFile> PagesOf(Program& program, const QByteArray& inView) {
     pages.push_back({name, name == current && !inView.isEmpty()
                                ? inView
                                : program.Files.ReadTextFile(PathRules::Join(project.WorkPath(), name), errorCode)});
+    if (errorCode != 0) return {};
   }
   return pages;
 }

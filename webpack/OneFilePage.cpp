@@ -73,12 +73,13 @@ OneFilePage::OneFilePage(const QString& file, const QByteArray& bytes, int numbe
   };
   PageTree& tree = document_.tree();
   ParseDocument(DecodePage(bytes).text, tree);
-  std::vector<const Node*> elements;
-  for (const Node* node = tree.root(); node; node = NextInTree(node))
+  std::vector<const Node*> elements;  // without those that go out with one around them
+  for (const Node* node = tree.root(); node;) {
     if (node->IsElement()) elements.push_back(node);
+    node = node->IsElement() && IsLeftOut(node) ? NextSkippingChildren(node) : NextInTree(node);
+  }
   Gateway gateway(tree);
   for (const Node* const element : elements) {
-    if (!element->IsAttached()) continue;
     if (!IsLeftOut(element)) {
       Tidy(element);
       continue;
@@ -93,7 +94,8 @@ OneFilePage::OneFilePage(const QString& file, const QByteArray& bytes, int numbe
 void OneFilePage::TakeSheet(const Node* element) {
   if (element->tag()->localName != u"style") return;
   const ScopedStyles styles = ScopeStyleSheet(TextIn(element), scope_);
-  const QString media = ValueOf(element, "media");
+  const QString media = ValueOf(element, "media").trimmed();
+  if (!IsMediaQuery(media)) return;
   sheets_ += media.isEmpty() ? styles.rules : QStringLiteral("@media %1{%2}").arg(media, styles.rules);
   if (media.isEmpty()) background_ += styles.background;
 }
@@ -189,7 +191,7 @@ void OneFilePage::TakeBody() {
   const auto color = [&](const char* name) { return NormalizeLegacyColor(ValueOf(body, name)); };
   const QString self = u'.' + Id(number_);
   if (const QString back = color("bgcolor"); !back.isEmpty()) background_.prepend("background-color:" + back + u';');
-  QString style = ValueOf(body, "style");
+  QString style = ContainedDeclarations(ValueOf(body, "style"));
   background_ += TakeBackground(style);
   QString text = StyleDeclarations::Parse(style, true).Value("color");
   if (text.isEmpty()) text = color("text");
@@ -260,7 +262,9 @@ QString OneFilePage::Styles() const {
                                       : QStringLiteral("html:has(#%1:target),html:has(#%1 :target)").arg(Id(number_));
   const QString background =
       background_.isEmpty() ? QStringLiteral("background:#FFF") : "background:#FFF;" + background_;
-  return styles +
-         QStringLiteral("@supports selector(html:has(a)){%1{background:none}%2{%3}}\n").arg(self, window, background) +
-         QString(sheets_).replace(QLatin1String("</"), QLatin1String("<\\/")) + u'\n';
+  styles +=
+      QStringLiteral("@supports selector(html:has(a)){%1{background:none}%2{%3}}\n").arg(self, window, background);
+  styles += sheets_ + u'\n';
+  // Nothing in it ends the element that it is to stand in.
+  return styles.replace(QLatin1String("</"), QLatin1String("<\\/"));
 }

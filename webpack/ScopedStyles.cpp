@@ -9,10 +9,36 @@ bool IsNameCharacter(QChar c) {
   return c.isLetterOrNumber() || c == u'-' || c == u'_' || c.unicode() >= 0x80;
 }
 
-// Place behind a string that begins there, or of the text's end.
+bool IsLineEnd(QChar c) {
+  return c == u'\n' || c == u'\r' || c == u'\f';
+}
+
+// Place behind a string that begins there, or of the text's end. A line end that isn't escaped ends one, too.
 qsizetype BehindString(const QString& css, qsizetype at) {
   const QChar quote = css[at++];
-  while (at < css.size() && css[at] != quote) at += css[at] == u'\\' ? 2 : 1;
+  while (at < css.size() && css[at] != quote && !IsLineEnd(css[at])) at += css[at] == u'\\' ? 2 : 1;
+  return std::min(at + 1, css.size());
+}
+
+// An address without quotes begins there. It goes on to the next ")", whatever else is in it.
+bool IsBareAddress(const QString& css, qsizetype at) {
+  if (!QStringView(css).mid(at).startsWith(u"url(", Qt::CaseInsensitive)) return false;
+  if (at > 0 && IsNameCharacter(css[at - 1])) return false;
+  at += 4;
+  while (at < css.size() && css[at].isSpace()) ++at;
+  return at < css.size() && css[at] != u'"' && css[at] != u'\'';
+}
+
+// Whether what begins there is one piece whatever is in it: a string, an address, or an escaped character.
+bool IsOnePiece(const QString& css, qsizetype at) {
+  return css[at] == u'"' || css[at] == u'\'' || css[at] == u'\\' || IsBareAddress(css, at);
+}
+
+// Place behind it, or of the text's end.
+qsizetype BehindPiece(const QString& css, qsizetype at) {
+  if (css[at] == u'"' || css[at] == u'\'') return BehindString(css, at);
+  if (css[at] == u'\\') return std::min(at + 2, css.size());
+  while (at < css.size() && css[at] != u')') at += css[at] == u'\\' ? 2 : 1;
   return std::min(at + 1, css.size());
 }
 
@@ -22,11 +48,10 @@ qsizetype FindOutside(const QString& css, qsizetype at, QStringView ends) {
   while (at < css.size()) {
     const QChar c = css[at];
     if (depth == 0 && ends.contains(c)) return at;
-    if (c == u'"' || c == u'\'') {
-      at = BehindString(css, at);
+    if (IsOnePiece(css, at)) {
+      at = BehindPiece(css, at);
       continue;
     }
-    if (c == u'\\') ++at;
     if (c == u'(' || c == u'[') ++depth;
     if ((c == u')' || c == u']') && depth > 0) --depth;
     ++at;
@@ -38,16 +63,12 @@ qsizetype FindOutside(const QString& css, qsizetype at, QStringView ends) {
 qsizetype BehindBlock(const QString& css, qsizetype at) {
   int depth = 0;
   while (at < css.size()) {
-    if (css[at] == u'"' || css[at] == u'\'') {
-      at = BehindString(css, at);
+    if (IsOnePiece(css, at)) {
+      at = BehindPiece(css, at);
       continue;
     }
-    if (css[at] == u'\\')
-      ++at;
-    else if (css[at] == u'{')
-      ++depth;
-    else if (css[at] == u'}' && --depth == 0)
-      return at + 1;
+    if (css[at] == u'{') ++depth;
+    if (css[at] == u'}' && --depth == 0) return at + 1;
     ++at;
   }
   return css.size();
@@ -56,8 +77,8 @@ qsizetype BehindBlock(const QString& css, qsizetype at) {
 QString WithoutComments(const QString& css) {
   QString text;
   for (qsizetype at = 0; at < css.size();) {
-    if (css[at] == u'"' || css[at] == u'\'') {
-      const qsizetype end = BehindString(css, at);
+    if (IsOnePiece(css, at)) {
+      const qsizetype end = BehindPiece(css, at);
       text += QStringView(css).mid(at, end - at);
       at = end;
     } else if (QStringView(css).mid(at).startsWith(u"/*")) {
@@ -70,6 +91,28 @@ QString WithoutComments(const QString& css) {
   }
   // Old pages hide their sheets in an HTML comment.
   return text.remove(QStringLiteral("<!--")).remove(QStringLiteral("-->"));
+}
+
+// Whether it ends where it seems to, whatever comes behind it in a sheet.
+bool IsClosed(const QString& css) {
+  const QString text = css + u' ';  // a piece that nothing ends goes on into this
+  QString open;
+  for (qsizetype at = 0; at < css.size();) {
+    const QChar c = css[at];
+    if (IsOnePiece(text, at)) {
+      at = BehindPiece(text, at);
+      if (at > css.size() || IsLineEnd(css[at - 1])) return false;
+      continue;
+    }
+    if (c == u'{' || c == u'}') return false;
+    if (c == u'(' || c == u'[') open += c;
+    if (c == u')' || c == u']') {
+      if (!open.endsWith(c == u')' ? u'(' : u'[')) return false;
+      open.chop(1);
+    }
+    ++at;
+  }
+  return open.isEmpty();
 }
 
 struct Selector {
@@ -192,6 +235,22 @@ ScopedStyles ScopeStyleSheet(const QString& css, const StyleScope& scope) {
   styles.rules = reader.Rules(WithoutComments(css));
   styles.background = reader.background;
   return styles;
+}
+
+QString ContainedDeclarations(const QString& style) {
+  const QString text = WithoutComments(style);
+  QString contained;
+  for (qsizetype at = 0; at < text.size();) {
+    const qsizetype end = FindOutside(text, at, u";");
+    const QString one = text.mid(at, end - at).trimmed();
+    if (!one.isEmpty() && IsClosed(one)) contained += one + u';';
+    at = end + 1;
+  }
+  return contained;
+}
+
+bool IsMediaQuery(const QString& media) {
+  return IsClosed(media) && WithoutComments(media) == media && !media.contains(u';');
 }
 
 QString TakeBackground(QString& declarations) {

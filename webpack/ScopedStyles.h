@@ -24,6 +24,12 @@ struct ScopedStyles {
 // whatever can't be read.
 ScopedStyles ScopeStyleSheet(const QString& css, const StyleScope& scope);
 
+// The declarations of a style attribute that can stand in a rule: none of them reaches beyond its end.
+QString ContainedDeclarations(const QString& style);
+
+// Whether this can stand behind "@media": it doesn't end the rule or begin another one.
+bool IsMediaQuery(const QString& media);
+
 // Takes the declarations of the background out of those of a style attribute or rule.
 QString TakeBackground(QString& declarations);
 

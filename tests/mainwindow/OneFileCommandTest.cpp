@@ -80,6 +80,37 @@ TEST_F(OneFileCommand, AFileThatCantBeWrittenIsToldAndNothingElseIsTouched) {
   EXPECT_EQ(Tree(), Changes(before, TreeOf()));
 }
 
+TEST_F(OneFileCommand, APageThatCantBeReadIsToldAndNotSentOutEmpty) {
+  MakePages({"one"});
+  ASSERT_TRUE(QFile::link("/proc/self/mem", run_.PathInApp("card/Page2.html")));
+  Save(Out());
+  EXPECT_EQ(QStringList{"Error saving file."}, run_.Dialogs().Messages());
+  EXPECT_EQ(QStringList(), OutNames());
+}
+
+TEST_F(OneFileCommand, WhatIsLeftOutGoesWithAllThatIsInIt) {
+  const QByteArray head = "<html><head><title>t</title></head><body>";
+  ASSERT_TRUE(PutFile(run_.PathInApp("card/Page2.html"),
+                      head + "a<noscript><p>n<b id=\"n\">o</b></p><img src=\"x.gif\"></noscript><object><param "
+                             "name=\"q\"><embed src=\"e\"></object>b</body></html>"));
+  Save(Out());
+  EXPECT_TRUE(run_.Dialogs().Boxes.isEmpty());
+  EXPECT_TRUE(FileBytes(Out()).contains("class=\"body\">ab</div>"));
+}
+
+TEST_F(OneFileCommand, AStyleOfBodyReachesNoOtherPage) {
+  ASSERT_TRUE(PutFile(run_.PathInApp("card/Page2.html"),
+                      "<html><head><style media=\"print{} .page{display:none} @media all\">p{x:y}</style></head><body "
+                      "style=\"color:red}.page{display:none;background:#123;background-image:url('</style>\">a</body>"
+                      "</html>"));
+  Save(Out());
+  const QByteArray file = FileBytes(Out());
+  EXPECT_EQ(1, file.count(".page{display:none;"));  // the program's own
+  EXPECT_FALSE(file.contains(".page{display:none}"));
+  EXPECT_TRUE(file.contains("background:#123;"));
+  EXPECT_EQ(file.count("<style>"), file.count("</style>"));
+}
+
 TEST_F(OneFileCommand, APictureFromOutsideOfTheProjectStaysThere) {
   ASSERT_TRUE(PutFile(run_.test.Path("secret/s.gif"), "secret"));
   ASSERT_TRUE(QFile::link(run_.test.Path("secret/s.gif"), run_.test.WorkFile("link.gif")));

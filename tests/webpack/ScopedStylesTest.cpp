@@ -37,6 +37,10 @@ TEST(ScopedStyles, EverySelectorIsKeptToThePage) {
       {"@import 'x.css'; p{x:y}", "#p2 p{x:y}"},
       {"@charset \"x\";@font-face{a:b}@keyframes k{from{a:b}to{c:d}}p{x:y}", "#p2 p{x:y}"},
       {"p{x:y", "#p2 p{x:y}"},
+      // A line end ends a string, a ")" an address without quotes, whatever is in it.
+      {"p{content:\"x\n} b{x:y} i{a:\"}\"}", "#p2 p{content:\"x\n}#p2 b{x:y}#p2 i{a:\"}\"}"},
+      {"p{a:url(x'y)} b{x:y} i{a:'z'}", "#p2 p{a:url(x'y)}#p2 b{x:y}#p2 i{a:'z'}"},
+      {"p{a:url(x/*y)} b{x:y} i{a:url(*/z)}", "#p2 p{a:url(x/*y)}#p2 b{x:y}#p2 i{a:url(*/z)}"},
       {"p", ""},
       {"}} p{x:y}", "#p2 p{x:y}"},
       {"p{background:url(cat.gif)} b{background:url('dog.gif')}",
@@ -81,6 +85,32 @@ TEST(ScopedStyles, BrokenSheetsStayWithinTheirPage) {
     EXPECT_LE(rules.size(), 40 * css.size() + 40) << qPrintable(css);
     EXPECT_TRUE(rules.isEmpty() || rules.startsWith(u"#p2") || rules.startsWith(u'@')) << qPrintable(css);
   }
+}
+
+TEST(ScopedStyles, DeclarationsThatReachBeyondTheirEndAreLeftOut) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"color:red", "color:red;"},
+      {" a : b ;; c:d ", "a : b;c:d;"},
+      {"background:url(\"a;}b\") /* } */ 0;x:calc(1px + (2px))", "background:url(\"a;}b\")   0;x:calc(1px + (2px));"},
+      {"a:b;color:red}.x{y:z;c:d", "a:b;c:d;"},
+      {"a:b;c:(d", "a:b;"},
+      {"a:b;c:d)", "a:b;"},
+      {"a:b;c:[d)", "a:b;"},
+      {"a:b;c:\"d", "a:b;"},
+      {"a:b;c:\"d\\\"", "a:b;"},
+      {"a:b;c:\"d\ne", "a:b;"},
+      {"a:b;c:url(d", "a:b;"},
+      {"a:b;c:url(d}{e)", "a:b;c:url(d}{e);"},
+      {"a:b;c:d\\", "a:b;"},
+      {"a:b;c:d /* e", "a:b;c:d;"},
+      {"", ""}};
+  for (const auto& [given, made] : rows) EXPECT_EQ(made, ContainedDeclarations(given).toStdString()) << given;
+}
+
+TEST(ScopedStyles, AMediaQueryEndsNoRule) {
+  for (const char* const good : {"", "print", "screen and (min-width: 3px), print"}) EXPECT_TRUE(IsMediaQuery(good));
+  for (const char* const bad : {"print{}", "print;", "(print", "print /* x", "'print", "print}"})
+    EXPECT_FALSE(IsMediaQuery(bad)) << bad;
 }
 
 TEST(ScopedStyles, BackgroundsAreTakenOutOfAStyle) {
