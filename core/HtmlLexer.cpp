@@ -47,9 +47,12 @@ qsizetype HtmlLexer::EndOfMarkup(qsizetype from) const {
   if (!rest.startsWith(QLatin1String("--"))) return Behind(QLatin1String(">"), from);
   if (rest.startsWith(QLatin1String("-->"))) return from + 3;
   if (rest.startsWith(QLatin1String("--->"))) return from + 4;
-  const qsizetype plain = Behind(QLatin1String("-->"), from + 2);
-  const qsizetype other = Behind(QLatin1String("--!>"), from + 2);
-  return std::min(plain, other);
+  for (qsizetype at = from + 2; (at = html_.indexOf(QLatin1String("--"), at)) >= 0; ++at) {
+    const QStringView behind = html_.mid(at + 2, 2);
+    if (behind.startsWith(u'>')) return at + 3;
+    if (behind == u"!>") return at + 4;
+  }
+  return html_.size();
 }
 
 // Where the end tag of that name begins; the end of the text when there is none.
