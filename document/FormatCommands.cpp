@@ -74,6 +74,7 @@ class Formatter {
       if (!IsInline(node)) return node->IsText() ? Taking::Skip : Taking::Enter;
       if (!node->IsElement()) return Taking::Join;
       if (IsLink(node)) return ShowsSomething(node) ? Taking::Single : Taking::Skip;
+      if (node->tag()->isAtomic) return Taking::Join;
       // The link goes inside FONT and B.
       const bool parts =
           Holds(node, [](const Node* inside) { return IsFont(inside) || IsBoldElement(inside) || IsLink(inside); });
@@ -149,6 +150,8 @@ class Formatter {
     const auto isTaken = [&](const Node* node) {
       if (!IsInline(node)) return node->IsText() ? Taking::Skip : Taking::Enter;
       if (!node->IsElement()) return Taking::Join;
+      // Nothing goes into a list of choices, where a parser would leave it out.
+      if (node->tag()->isAtomic) return Taking::Join;
       // A background shows behind the lines of the FONT itself, not behind blocks in it.
       if (IsFont(node)) {
         const bool asWhole = property != FontProperty::Background || !Holds(node, [](const Node*) { return false; });

@@ -45,11 +45,12 @@ void Narrow(LiveRange& span) {
     span.end = BoundaryPoint::Before(span.end.container);
 }
 
-// Moves the points out of elements that the stretch covers.
+// Moves the points out of elements that the stretch covers, and never out of BODY.
 void Widen(LiveRange& span, const Node* body) {
   while (true) {
     const Node* const first = span.start.container;
     const Node* const last = span.end.container;
+    if (!body || !body->Contains(first) || !body->Contains(last)) return;
     const bool atStart = first != body && NothingShowsBefore(span.start);
     const bool atEnd = last != body && NothingShowsBehind(span.end);
     if (first == last && atStart && atEnd) {

@@ -20,6 +20,8 @@ std::shared_ptr<HTMLTxtRange> HTMLSelectionObject::createRange() {
   const Node* const body = document_.tree().bodyNode();
   if (!body) return nullptr;
   LiveRange range = range_;
+  // A script of the page may have selected the whole document.
+  if (range.start) range = {WithinBody(document_.tree(), range.start), WithinBody(document_.tree(), range.end)};
   if (!range.start) range = {BoundaryPoint::AtStart(body), BoundaryPoint::AtStart(body)};
   return std::make_shared<HTMLTxtRange>(document_, range);
 }

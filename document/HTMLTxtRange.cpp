@@ -8,16 +8,12 @@
 #include "TextWalker.h"
 #include "TreeBuilder.h"
 
-namespace {
-
-// `point`, or where it is outside of `body` the end of `body` that is nearer to it.
-BoundaryPoint WithinBody(const HTMLDocument& document, const BoundaryPoint& point, const Node* body) {
-  if (body->Contains(point.container)) return point;
+BoundaryPoint WithinBody(const PageTree& tree, const BoundaryPoint& point) {
+  const Node* const body = tree.bodyNode();
+  if (!body || body->Contains(point.container)) return point;
   const BoundaryPoint start = BoundaryPoint::AtStart(body);
-  return ComparePoints(document.tree().order(), point, start) < 0 ? start : BoundaryPoint::AtEnd(body);
+  return ComparePoints(tree.order(), point, start) < 0 ? start : BoundaryPoint::AtEnd(body);
 }
-
-}  // namespace
 
 HTMLTxtRange::HTMLTxtRange(HTMLDocument& document, const LiveRange& range)
     : document_(document.Alive()), range_(range) {
@@ -60,6 +56,7 @@ void HTMLTxtRange::pasteHTML(const QString& html) {
   HTMLDocument* const doc = document();
   if (!doc) return;
   DeleteContent(doc->gateway(), range_);
+  if (html.isEmpty()) return;  // of which HTML would make a HEAD and a BODY
   const std::vector<Node*> nodes = ParseFragment(html, range_.start.container);
   if (nodes.empty()) return;
   const BoundaryPoint end = InsertNodes(doc->gateway(), range_.start, nodes);
@@ -82,7 +79,7 @@ std::optional<BoundaryPoint> HTMLTxtRange::Moved(const BoundaryPoint& from, cons
   HTMLDocument* const doc = document();
   const Node* const body = doc ? doc->tree().bodyNode() : nullptr;
   if (!body) return std::nullopt;
-  BoundaryPoint at = WithinBody(*doc, from, body);
+  BoundaryPoint at = WithinBody(doc->tree(), from);
   if (unit.compare(u"textedit", Qt::CaseInsensitive) == 0) {
     if (count != 0) at = count > 0 ? EndOfText(body) : BoundaryPoint::AtStart(body);
   } else if (unit.compare(u"character", Qt::CaseInsensitive) == 0) {

@@ -13,6 +13,10 @@
 
 class HTMLDocument;
 class HTMLElement;
+class PageTree;
+
+// `point`, or where it is outside of BODY the end of BODY that is nearer to it.
+BoundaryPoint WithinBody(const PageTree& tree, const BoundaryPoint& point);
 
 // Where a range starts in the view, in whole pixels from its left and top edge.
 class HTMLTextRangeMetrics {

@@ -61,6 +61,9 @@ INSTANTIATE_TEST_SUITE_P(
                             "<font size='3' style='color: red; background-color: #00FF00;'>^ab^</font>"},
                     Command{"<font>^<p>a</p>^</font>", "BackColor", "lime",
                             "<font>^<p><font style='background-color: #00FF00;'>a</font></p>^</font>"},
+                    // Nothing goes into a list of choices, where a parser would leave it out.
+                    Command{"^a<select><option>b</option></select>c^", "ForeColor", "red",
+                            "<font color='#FF0000'>^a<select><option>b</option></select>c^</font>"},
                     Command{"a^b^c", "NoCommand", "x", "a^b^c"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -108,8 +111,24 @@ INSTANTIATE_TEST_SUITE_P(
                     Command{"<a name='n'>a^b</a>c^", "CreateLink", "u", "<a name='n'>a</a><a href='u'>^bc^</a>"},
                     Command{"<a name='n'></a>^b^", "CreateLink", "u", "<a name='n'></a><a href='u'>^b^</a>"},
                     Command{"<a href='x'>a^</a>b^", "CreateLink", "u", "<a href='x'>a^</a><a href='u'>b^</a>"},
+                    Command{"^a<select><option>b</option></select>c^", "CreateLink", "u",
+                            "<a href='u'>^a<select><option>b</option></select>c^</a>"},
                     Command{"a^<img>^c", "CreateLink", "u", "a^<a href='u'><img></a>^c"},
                     Command{"a^b^c", "CreateLink", "", "a^b^c"}));
+
+TEST(Format, OfTheWholeDocumentOnlyWhatBodyHoldsIsFormatted) {
+  const std::pair<const char*, const char*> rows[] = {{"ForeColor", "<font color=\"#FF0000\">a<i>b</i></font>"},
+                                                      {"Bold", "<b>a<i>b</i></b>"},
+                                                      {"CreateLink", "<a href=\"red\">a<i>b</i></a>"}};
+  for (const auto& [command, body] : rows) {
+    TestPage page("a<i>b</i>");
+    const auto range = page.document.body().createTextRange();
+    ASSERT_TRUE(range->moveToElementText(page.document.documentElement()));
+    EXPECT_TRUE(range->execCommand(command, false, "red"));
+    EXPECT_EQ(page.Body(), body);
+    EXPECT_EQ(page.Problems(), QStringList());
+  }
+}
 
 TEST(Format, FaceSizeAndColorOneAfterTheOtherMakeOneFont) {
   TestPage page("a^b^c");

@@ -202,6 +202,21 @@ TEST(TxtRange, APointOutsideOfBodyIsTakenToTheNearerEndOfIt) {
   }
 }
 
+TEST(TxtRange, ASelectionOfTheWholeDocumentGoesToTheEndsOfBody) {
+  TestPage page("<p>ab</p>");
+  const Node* const html = page.document.tree().htmlNode();
+  const LiveRange whole[] = {{BoundaryPoint::AtStart(html), BoundaryPoint::AtEnd(html)},
+                             {BoundaryPoint::Before(page.document.tree().bodyNode()), BoundaryPoint::AtEnd(html)}};
+  for (const LiveRange& range : whole) {
+    page.document.selection().Mirror(range);
+    EXPECT_EQ(page.document.selection().createRange()->htmlText(), "<p>ab</p>");
+  }
+  page.document.selection().createRange()->pasteHTML("");
+  EXPECT_EQ(page.document.documentElement().outerHTML().count("<body"), 1);
+  EXPECT_EQ(page.Body(), "");
+  EXPECT_EQ(page.Problems(), QStringList());
+}
+
 TEST(TxtRange, APlaceThatCantBeToldIsThatOfBefore) {
   TestPage page("ab");
   const auto range = page.document.body().createTextRange();
