@@ -246,8 +246,10 @@ void EditHistory::Replay(std::deque<Entry>& from, std::deque<Entry>& to, bool ba
   }
   isReplaying_ = false;
   EditState state = back ? entry.before : entry.after;
-  // Values that the entry left alone may have been given anew since, to a page that had them already.
-  if (entry.before.values == entry.after.values) state.values = owner_.save().values;
+  // A value that the entry left alone may have been given anew since, to a page that had it already.
+  const PageValues now = owner_.save().values;
+  for (QString PageValues::* const value : kPageValues)
+    if (entry.before.values.*value == entry.after.values.*value) state.values.*value = now.*value;
   owner_.restore(state);
 }
 

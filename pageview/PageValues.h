@@ -13,3 +13,7 @@ struct PageValues {
 
   bool operator==(const PageValues&) const = default;
 };
+
+inline constexpr QString PageValues::* kPageValues[] = {&PageValues::BodyFontName, &PageValues::BodyFontSize,
+                                                        &PageValues::BodyFontColor, &PageValues::LinkColor,
+                                                        &PageValues::BGColor};

@@ -239,6 +239,20 @@ TEST_F(UndoTest, AValueThatThePageHadAlreadyIsNotTakenBackWithTheStepBefore) {
   EXPECT_EQ("#FFFF00", view_.BGColor());
 }
 
+TEST_F(UndoTest, AStepTakesBackTheValuesThatItChangedAndNoOthers) {
+  PageSays("attributes", {page_.Document().body().node()->id(), "bgcolor", "#FFFF00"});
+  const QString before = view_.BodyFontColor();
+  view_.SetBodyFontColor("#123456");
+  ASSERT_NE("#FFFF00", view_.BGColor());
+  view_.SetBGColor("#FFFF00");
+  view_.Undo();
+  EXPECT_EQ(before, view_.BodyFontColor());
+  EXPECT_EQ("#FFFF00", view_.BGColor());
+  view_.Redo();
+  EXPECT_EQ("#123456", view_.BodyFontColor());
+  EXPECT_EQ("#FFFF00", view_.BGColor());
+}
+
 TEST_F(UndoTest, CommandsInsideACommandArePartOfIt) {
   {
     const auto step = view_.UndoStep("Both");
