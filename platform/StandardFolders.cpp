@@ -73,6 +73,8 @@ QString HostStandardFolders::AppPath() {
       QDir().mkpath(folder);
       FillAppFolder(InstalledFolder(programFolder_), folder);
     }
+    // A console may have started the program with a small letter for its drive, which no address of a page has.
+    if (folder.size() > 1 && folder[1] == u':') folder[0] = folder[0].toUpper();
     appPath_ = QDir::toNativeSeparators(folder);
   }
   return appPath_;
