@@ -4,12 +4,16 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWebEngineView>
+#include <algorithm>
 #include <utility>
 
 #include "HostKeyboard.h"
 #include "KeyCodes.h"
 
 namespace {
+
+// Between two looks at the keyboard.
+constexpr int kReleasesMs = 300;
 
 // What a key is known by while it is down: its place on the keyboard. Events that Qt makes itself have none, and are
 // known by their key, which must not be taken for the place of another one.
@@ -23,6 +27,8 @@ quint32 CodeOf(const QKeyEvent& key) {
 PageInput::PageInput(QWebEngineView& view, Answer answer) : view_(view), answer_(std::move(answer)) {
   qApp->installEventFilter(this);
   connect(qApp, &QGuiApplication::applicationStateChanged, this, &PageInput::ProgramChanged);
+  releases_.setInterval(kReleasesMs);
+  connect(&releases_, &QTimer::timeout, this, &PageInput::LookForReleases);
 }
 
 // What happens to the keys while another program has them isn't told. One that is down when the user comes back went
@@ -30,7 +36,31 @@ PageInput::PageInput(QWebEngineView& view, Answer answer) : view_(view), answer_
 void PageInput::ProgramChanged(Qt::ApplicationState state) {
   down_.clear();
   if (state != Qt::ApplicationActive) return;
-  for (const quint32 place : HostKeyboard::KeysDown()) down_.insert(place, false);
+  for (const quint32 place : HostKeyboard::KeysDown()) NoteForeign(place);
+}
+
+void PageInput::NoteForeign(quint32 code) {
+  down_.insert(code, false);
+  up_.remove(code);
+  if (!releases_.isActive()) releases_.start();
+}
+
+// A window that closes at the press of a key may take the release with it, and the next press of that key, in the page,
+// would pass for a repeat. Two looks, since the release of a key that is up may still be on its way.
+void PageInput::LookForReleases() {
+  const QList<quint32> places = HostKeyboard::KeysDown();
+  QSet<quint32> up;
+  for (auto key = down_.begin(); key != down_.end();) {
+    const bool isUp = !key.value() && !places.contains(key.key());
+    if (isUp && up_.contains(key.key())) {
+      key = down_.erase(key);
+      continue;
+    }
+    if (isUp) up += key.key();
+    ++key;
+  }
+  up_ = up;
+  if (std::none_of(down_.cbegin(), down_.cend(), [](bool inPage) { return !inPage; })) releases_.stop();
 }
 
 bool PageInput::IsPages(const QWidget* widget) const {
@@ -132,7 +162,12 @@ bool PageInput::eventFilter(QObject* watched, QEvent* event) {
 // A press of one that is down already is a repeat, wherever it arrives.
 void PageInput::NotePress(const QKeyEvent& key, bool inPage) {
   const quint32 code = CodeOf(key);
-  if (!down_.contains(code)) down_.insert(code, inPage && !key.isAutoRepeat());
+  if (down_.contains(code)) return;
+  if (inPage && !key.isAutoRepeat()) {
+    down_.insert(code, true);
+  } else {
+    NoteForeign(code);
+  }
 }
 
 // Whether the release is a real one, of a key that went down in the page.
@@ -143,11 +178,11 @@ bool PageInput::ComesFromPage(const QKeyEvent& key) {
 bool PageInput::FilterKey(QWidget* watched, const QKeyEvent& key) {
   const bool isPress = key.type() == QEvent::KeyPress;
   if (!GetsKeysFor(watched)) {
-    // What the page doesn't use goes on to the widgets around it.
-    if (view_.focusProxy() && watched->isAncestorOf(view_.focusProxy())) return false;
+    // What the page doesn't use goes on to the widgets around it, which also get what nobody has the focus for.
+    const bool isAroundPage = view_.focusProxy() && watched->isAncestorOf(view_.focusProxy());
     if (isPress) {
-      NotePress(key, false);
-    } else if (!key.isAutoRepeat()) {
+      if (!isAroundPage) NotePress(key, false);
+    } else if (!key.isAutoRepeat() && !(isAroundPage && down_.value(CodeOf(key)))) {
       down_.remove(CodeOf(key));
     }
     return false;

@@ -7,6 +7,8 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -45,6 +47,8 @@ class PageInput : public QObject {
   bool FilterKey(QWidget* watched, const QKeyEvent& key);
   bool FilterMouse(QWidget* watched, const QMouseEvent& mouse);
   void NotePress(const QKeyEvent& key, bool inPage);
+  void NoteForeign(quint32 code);
+  void LookForReleases();
   bool ComesFromPage(const QKeyEvent& key);
   bool Release(const QKeyEvent& key);
   void ProgramChanged(Qt::ApplicationState state);
@@ -55,6 +59,8 @@ class PageInput : public QObject {
   QWebEngineView& view_;
   Answer answer_;
   QHash<quint32, bool> down_;  // the keys that are down, by scan code or key; whether they went down in the page
+  QTimer releases_;            // runs while keys are down that went down elsewhere
+  QSet<quint32> up_;           // those of them that the keyboard told to be up at the last look
   InputInFlight inFlight_;
   std::vector<std::unique_ptr<QEvent>> kept_;
   bool isKeeping_ = false;

@@ -87,6 +87,26 @@ class HostedKeys : public testing::Test {
 };
 
 // The engine makes a key's code of its name and of nothing else, so a table can know it.
+// A window that closes at the press may take the release with it.
+TEST_F(HostedKeys, AKeyWhoseReleaseNobodyGotElsewhereIsTypedTheNextTime) {
+  QLineEdit other;
+  Send(&other, {QEvent::KeyPress});
+  HostedPage::WaitFor([] { return false; }, 1500);
+  Type(hosted.Input(), "x");
+  Settle(1);
+  EXPECT_TRUE(Has("first xblock")) << hosted.Body().toStdString();
+}
+
+// Where nobody has the focus, the window itself gets the keys.
+TEST_F(HostedKeys, AKeyOfElsewhereWhoseReleaseTheWindowGotIsTypedTheNextTime) {
+  QLineEdit other;
+  Send(&other, {QEvent::KeyPress});
+  Send(hosted.Input()->window(), {QEvent::KeyRelease});
+  Type(hosted.Input(), "x");
+  Settle(1);
+  EXPECT_TRUE(Has("first xblock")) << hosted.Body().toStdString();
+}
+
 TEST_F(HostedKeys, TheTableOfCodesIsTheEngines) {
   const QMetaEnum keys = QMetaEnum::fromType<Qt::Key>();
   int typing = 0;
