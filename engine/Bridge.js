@@ -261,7 +261,7 @@ const corvane = (() => {
     scrollTo(scroll[0], scroll[1]);
   };
 
-  if (document.readyState === 'complete') loaded(); else addEventListener('load', loaded);
+  if (document.readyState === 'complete') loaded(); else listen('load', loaded);
   // What there is of a page that ended its own load. Whether it hadn't been told before.
   const give = () => {
     const isNew = !complete;

@@ -169,8 +169,8 @@ const bridgeTree = watchContent => {
       } else if (kind === 8) {
         node = document.createComment(unwire(flat[position.at++]));
       } else if (kind === 10) {
-        node = document.implementation.createDocumentType(flat[position.at] || 'html', flat[position.at + 1],
-                                                          flat[position.at + 2]);
+        // Stands for the document's own, which stays: no script can make one with the names that parsers let pass.
+        node = document.implementation.createDocumentType('html', '', '');
         position.at += 3;
       } else if (kind === 9 || kind === 11) {
         node = document.createDocumentFragment();

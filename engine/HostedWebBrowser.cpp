@@ -147,9 +147,8 @@ void HostedWebBrowser::Navigate(const QString& url, int) {
   outbox_.DropQuestions();
   outbox_.Shut();
   input_.Forget();
-  const bool isSecondLoad = load_ == Load::Pending && navigation_.path == url;
   load_ = Load::Pending;
-  navigation_ = {navigation_.number + 1, url, isSecondLoad};
+  navigation_ = {navigation_.number + 1, url, unheard_.contains(url)};
   shown_.token.clear();
   renderer_.SignOfLife();
   if (isDead_) RenewPage();
@@ -163,6 +162,7 @@ void HostedWebBrowser::LoadWanted() {
   if (isDead_) RenewPage();
   navigation_.began = MillisecondsNow();
   const QString& path = navigation_.path;
+  unheard_ += path;
   page_->Show(path == emptyPage ? QUrl(path) : QUrl::fromLocalFile(path));
 }
 
@@ -194,6 +194,7 @@ void HostedWebBrowser::ScheduleFailLoad() {
 // The page before must not go on standing there as if it were the one that was asked for.
 void HostedWebBrowser::FailLoad() {
   load_ = Load::None;
+  unheard_.remove(navigation_.path);
   if (document_) document_->tree().SetPage(nullptr);
   document_.reset();
   if (isDead_) RenewPage();
@@ -207,16 +208,24 @@ bool HostedWebBrowser::IsAddressWanted(const QString& address) const {
   return path == emptyPage ? address == path : QUrl::fromLocalFile(path).toLocalFile() == QUrl(address).toLocalFile();
 }
 
-// The page before may still have something to say. Of two loads of one file in a row only the second counts: a page
-// knows when its own navigation began; as its clock may lag, one that never comes behind the one passed over here is
-// asked for again.
+// The page before may still have something to say, be it of the same file or the one in which a dead page was to be
+// brought back. Only the last one counts: a page knows when its own navigation began.
 bool HostedWebBrowser::IsWanted(const Bridge::TreeMessage& message) {
   if (!IsAddressWanted(message.address)) return false;
-  if (!std::exchange(navigation_.isSecondLoad, false) || message.began >= navigation_.began) return true;
-  QTimer::singleShot(kSecondLoadMs, this, [this, number = navigation_.number] {
-    if (load_ == Load::Pending && navigation_.number == number) LoadWanted();
-  });
+  if (!navigation_.isRepeated || message.began >= navigation_.began) return true;
+  if (!std::exchange(navigation_.isAskedAgain, true)) LoadAgainLater();
   return false;
+}
+
+// As a page's clock may lag, the page passed over may have been the right one. It is then asked for again, once the
+// engine has nothing more to load.
+void HostedWebBrowser::LoadAgainLater() {
+  QTimer::singleShot(kSecondLoadMs, this, [this, number = navigation_.number] {
+    if (load_ != Load::Pending || navigation_.number != number) return;
+    if (page_->isLoading()) return LoadAgainLater();
+    navigation_.isRepeated = false;
+    LoadWanted();
+  });
 }
 
 void HostedWebBrowser::Show(const Bridge::TreeMessage& message, const QString& token) {
@@ -238,6 +247,7 @@ void HostedWebBrowser::Show(const Bridge::TreeMessage& message, const QString& t
   shown_ = PageState();
   shown_.token = token;
   shown_.address = message.address;
+  unheard_.clear();
   load_ = Load::Done;
   const std::unique_ptr<HTMLDocument> old = std::exchange(document_, std::move(document));
   emit DocumentComplete();
@@ -398,11 +408,13 @@ void HostedWebBrowser::RendererDied() {
 void HostedWebBrowser::Recover() {
   if (load_ != Load::Recovering) return;
   RenewPage();
+  unheard_ += navigation_.path;
   const QString type = document_->tree().quirks() ? QString() : QStringLiteral("<!DOCTYPE html>");
   page_->ShowHtml(type + QStringLiteral("<html><head></head><body></body></html>"), QUrl(shown_.address));
 }
 
 void HostedWebBrowser::Adopt() {
+  unheard_.clear();
   load_ = Load::Done;
   outbox_.Forget();
   outbox_.SetHeard(0);

@@ -7,6 +7,7 @@
 
 #include <QJsonArray>
 #include <QPoint>
+#include <QSet>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -63,9 +64,10 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   // The page that was asked for last.
   struct Navigation {
     int number = 0;
-    QString path;               // or "about:blank"
-    bool isSecondLoad = false;  // of one file, asked for before the page of the first was there
-    double began = 0;           // when the engine was told to load, in milliseconds of the epoch
+    QString path;             // or "about:blank"
+    bool isRepeated = false;  // another page of that path may still tell of itself first
+    bool isAskedAgain = false;
+    double began = 0;  // when the engine was told to load, in milliseconds of the epoch
   };
 
   // What is known of the page in view.
@@ -106,6 +108,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   void SetUpPage();
   void RenewPage();
   void LoadWanted();
+  void LoadAgainLater();
   bool IsWanted(const Bridge::TreeMessage& message);
   bool IsAddressWanted(const QString& address) const;
   void Show(const Bridge::TreeMessage& message, const QString& token);
@@ -136,6 +139,7 @@ class HostedWebBrowser : public WebBrowser, private LivePage {
   std::unique_ptr<HTMLDocument> document_;
   Load load_ = Load::None;
   Navigation navigation_;
+  QSet<QString> unheard_;  // paths that the engine was told to load since a page has told of itself
   bool hasBegun_ = false;  // the engine is on its way to the empty page, for which nobody has asked yet
   PageState shown_;
   int covered_ = 0;      // of the view's lower edge, in pixels

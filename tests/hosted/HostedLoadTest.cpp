@@ -131,6 +131,74 @@ TEST(HostedLoad, OfTwoLoadsOfOneFileOnlyTheSecondCounts) {
   }
 }
 
+TEST(HostedLoad, OfTwoLoadsOfOneFileWithAnotherBetweenOnlyTheLastCounts) {
+  HostedPage hosted;
+  int completes = 0;
+  QObject::connect(&hosted.browser(), &WebBrowser::DocumentComplete, [&] { ++completes; });
+  const QString other = hosted.File("other.html", "<BODY>other</BODY>");
+  for (int round = 0; round < 20; ++round) {
+    const QString name = QStringLiteral("page%1.html").arg(round);
+    bool isInView = false;
+    const auto connection =
+        QObject::connect(hosted.browser().enginePage(), &QWebEnginePage::urlChanged, [&] { isInView = true; });
+    const QString path =
+        hosted.File(name, "<BODY>first" + QByteArray("<P>paragraph</P>").repeated(20 * round) + "</BODY>");
+    completes = 0;
+    hosted.browser().Navigate(path, 14);
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return isInView; }));
+    QObject::disconnect(connection);
+    if (completes > 0) continue;  // it was faster
+    hosted.browser().Navigate(other, 14);
+    hosted.File(name, "<BODY>second</BODY>");
+    hosted.browser().Navigate(path, 14);
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return completes > 0; })) << round;
+    EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("second"))) << round;
+    EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml()) << round;
+    EXPECT_EQ(completes, 1) << round;
+  }
+}
+
+// The page into which the model was to be written is empty, and bears the same address.
+TEST(HostedLoad, APageThatIsLoadedAnewWhileItIsBroughtBackIsTheFilesOwn) {
+  HostedPage hosted;
+  const QString path =
+      hosted.File("page.html", "<BODY>whole" + QByteArray("<P>paragraph</P>").repeated(300) + "</BODY>");
+  for (int round = 0; round < 10; ++round) {
+    ASSERT_TRUE(hosted.Load(path));
+    const QWebEnginePage* const dead = hosted.browser().enginePage();
+    ::kill(pid_t(hosted.browser().enginePage()->renderProcessPid()), SIGKILL);
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return hosted.browser().enginePage() != dead; }));
+    bool isInView = false;
+    const auto connection =
+        QObject::connect(hosted.browser().enginePage(), &QWebEnginePage::urlChanged, [&] { isInView = true; });
+    ASSERT_TRUE(HostedPage::WaitFor([&] { return isInView; }));
+    QObject::disconnect(connection);
+    ASSERT_TRUE(hosted.Load(path)) << round;
+    EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("whole"))) << round;
+    EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml()) << round;
+  }
+}
+
+// No script can make a document type of such a name.
+TEST(HostedLoad, APageWithAnOddDocumentTypeComesBackFromADeath) {
+  HostedPage hosted;
+  ASSERT_TRUE(hosted.LoadHtml("<!DOCTYPE \"-//W3C//DTD HTML 3.2//EN\"><html><body>text</body></html>"));
+  ASSERT_TRUE(hosted.KillRenderer());
+  EXPECT_TRUE(hosted.LiveHtml().contains(QStringLiteral("text")));
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+}
+
+TEST(HostedLoad, APageThatIsWrittenAnewWhileItLoadsIsThereAllTheSame) {
+  HostedPage hosted;
+  QTcpServer server;  // takes the picture's request and never answers
+  ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+  ASSERT_TRUE(hosted.LoadHtml("<body>old<img src=\"http://127.0.0.1:" + QByteArray::number(server.serverPort()) +
+                              "/a.gif\"><script>setTimeout(() => { document.open(); document.write('<body>new'); "
+                              "document.close() }, 20)</script></body>"));
+  EXPECT_TRUE(hosted.ModelHtml().contains(QStringLiteral("new")));
+  EXPECT_EQ(hosted.ModelHtml(), hosted.LiveHtml());
+}
+
 TEST(HostedLoad, NamesWithOddCharactersLoad) {
   HostedPage hosted;
   for (const char* name : {"with blank.html", "hash#100%.html", "\xc3\xbcml\xc3\xa4ut.html", "it's [1].html"})
