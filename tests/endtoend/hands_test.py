@@ -90,10 +90,13 @@ def typing_beyond_the_edge(editor, check):
 def dying_renderers(editor, check):
     """Ten deaths while somebody types at 33 keys a second."""
     new_page(editor, 4)
-    letters = "".join(random.Random(4).choice(string.ascii_lowercase) for _ in range(400))
-    typing = subprocess.Popen(["xdotool", "type", "--delay", "30", letters], env=editor.desktop.environment)
-    deaths = 0
-    while typing.poll() is None and deaths < 10:
+    chance = random.Random(4)
+    letters, typing, deaths = "", None, 0
+    while deaths < 10:
+        if typing is None or typing.poll() is not None:
+            more = "".join(chance.choice(string.ascii_lowercase) for _ in range(100))
+            typing = subprocess.Popen(["xdotool", "type", "--delay", "30", more], env=editor.desktop.environment)
+            letters += more
         victim = editor.program.renderer()
         if victim:
             os.kill(victim, signal.SIGKILL)
@@ -101,8 +104,7 @@ def dying_renderers(editor, check):
             wait_for("a new renderer", lambda: editor.program.renderer() not in (None, victim), 60)
         time.sleep(0.4)
     typing.wait()
-    check.same("ten renderers have died", deaths, 10)
-    check.same("and every letter is there", editor.page(4), letters)
+    check.same("every letter is there", editor.page(4), letters)
     editor.shot("behind-ten-deaths")
 
 
