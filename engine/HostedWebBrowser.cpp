@@ -37,6 +37,10 @@ constexpr QLatin1String emptyPage("about:blank");
 // How long the second page of two may take behind the first.
 constexpr int kSecondLoadMs = 2000;
 
+// By how much a page's clock may lag behind the program's. No page comes into view that fast, and one that isn't in
+// view yet gives way to the next: so the page told of is never the one before.
+constexpr double kClockLagMs = 1;
+
 // How often, and with which pause, a fresh page is asked whether it knows the view's size, and how many pixels it may
 // be off by.
 constexpr int kLayoutTries = 50;
@@ -212,13 +216,13 @@ bool HostedWebBrowser::IsAddressWanted(const QString& address) const {
 // brought back. Only the last one counts: a page knows when its own navigation began.
 bool HostedWebBrowser::IsWanted(const Bridge::TreeMessage& message) {
   if (!IsAddressWanted(message.address)) return false;
-  if (!navigation_.isRepeated || message.began >= navigation_.began) return true;
+  if (!navigation_.isRepeated || message.began >= navigation_.began - kClockLagMs) return true;
   if (!std::exchange(navigation_.isAskedAgain, true)) LoadAgainLater();
   return false;
 }
 
-// As a page's clock may lag, the page passed over may have been the right one. It is then asked for again, once the
-// engine has nothing more to load.
+// As a page's clock may lag by more, the page passed over may have been the right one. It is then asked for again, once
+// the engine has nothing more to load.
 void HostedWebBrowser::LoadAgainLater() {
   QTimer::singleShot(kSecondLoadMs, this, [this, number = navigation_.number] {
     if (load_ != Load::Pending || navigation_.number != number) return;
