@@ -77,7 +77,11 @@ bool ModMain::Main() {
 void ModMain::KeepRescueFile(int periodMs) {
   rescue_ = std::make_unique<RescueFile>(program_, *web_->jWB, periodMs);
   connect(web_->jWB, &WBUC::DocComplete, rescue_.get(), [this] { LetGoOfRescueFile(); });
-  connect(web_.get(), &FWeb::PageNotWritten, rescue_.get(), &RescueFile::Hurry);
+  connect(web_.get(), &FWeb::PageNotWritten, rescue_.get(), &RescueFile::TakeUnwritten);
+  connect(web_.get(), &FWeb::UnwrittenPageGivenUp, rescue_.get(), [this] {
+    rescue_->Hurry();
+    rescue_->Leave();
+  });
 }
 
 void ModMain::LetGoOfRescueFile() {

@@ -61,10 +61,13 @@ void FTools::AddPicture(QWidget* owner) {
                              QStringLiteral("Web Graphics(*.gif;*.jpg;*.png)"), QStringLiteral("*.gif;*.jpg;*.png")));
 }
 
+// While the panel asks about one, they wait behind those that wait.
 void FTools::AddPictures(const QStringList& paths) {
   if (Busy) return;
-  waitingPictures_ = paths;
-  TakeNextPicture();
+  const bool isAsking = Frame1->isVisible();
+  if (!isAsking) waitingPictures_.clear();
+  waitingPictures_ += paths;
+  if (!isAsking) TakeNextPicture();
 }
 
 // Up to one that the user has to decide about.

@@ -120,7 +120,8 @@ class FWeb : public QMainWindow {
   QWidget* Client() const { return client_; }
 
  signals:
-  void PageNotWritten();  // and it still is in view
+  void PageNotWritten();        // and it still is in view
+  void UnwrittenPageGivenUp();  // another project follows, with whose pages it has nothing to do
   void ExitRequested();
   void HideToolsRequested();
   void ToolRequested(ToolTask iOp, const QString& sArg);

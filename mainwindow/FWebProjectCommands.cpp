@@ -19,7 +19,7 @@ void FWeb::mNewProject() {
                                             StringText(FixedText::DiscardTitle)) != MessageAnswer::Ok)
     return;
   program_.project.StartNew();
-  isPageWritten_ = true;  // what couldn't be written was the old one's
+  isPageWritten_ = true;  // what couldn't be written was the old one's, and is discarded with it
   LoadPage(program_.project.CurPageFile());
   SetIndex(BoxPage, 0);
   SetCaption();
@@ -87,8 +87,9 @@ void FWeb::mOpenProject() {
 
 void FWeb::OpenProject(const QString& Name, const QString& Path) {
   Project& project = program_.project;
-  project.OpenSaved(Name, Path);
+  if (!isPageWritten_) emit UnwrittenPageGivenUp();
   isPageWritten_ = true;
+  project.OpenSaved(Name, Path);
   SetCaption();
   // Where the list stood elsewhere this runs its handler, which saves the page in view into the project just opened.
   SetIndex(BoxPage, 0);

@@ -91,6 +91,8 @@ RescueFile::RescueFile(Program& program, WBUC& view, int periodMs)
   timer_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &RescueFile::Write);
   connect(&view_, &WBUC::Edited, this, &RescueFile::Schedule);
+  const QString folder = RescueFolder(program_);
+  for (const QString& name : QDir(folder).entryList(QDir::Files)) left_ += PathRules::Join(folder, name);
 }
 
 RescueFile::~RescueFile() {
@@ -115,14 +117,13 @@ void RescueFile::Attempt() {
   ++attempt_;
   const HTMLDocument* const document = view_.WBDocument();
   if (!document) return;
-  const QString path = PathNow();
-  // The project has got another name with its first save.
-  if (!path_.isEmpty() && path_ != path) {
-    disk_.start([before = path_, path] {
-      if (!QFile::rename(before, path)) QFile::remove(before);
-    });
+  if (const QString stem = StemNow(); path_.isEmpty() || stem_ != stem) {
+    const QString before = path_;
+    stem_ = stem;
+    path_ = FreePath();
+    // The project has got another name with its first save.
+    if (!before.isEmpty()) disk_.start([before, path = path_] { QFile::rename(before, path); });
   }
-  path_ = path;
   if (attemptsLeft_-- == 0) {
     disk_.start([page = PageForFile(document->tree()), path = path_] { Put(page, path); });
     return;
@@ -146,30 +147,57 @@ void RescueFile::Put(const PageToWrite& page, const QString& path) {
   if (file.open() && file.write(bytes) == bytes.size()) file.MoveTo(path);
 }
 
-QString RescueFile::PathNow() const {
+QString RescueFile::StemNow() const {
   const QString folder = RescueFolder(program_);
   QString project = program_.project.ProjectName().left(kLongestProject);
   if (!project.isEmpty() && project.back().isHighSurrogate()) project.chop(1);  // no half of a character
   const QString stem = PathRules::Join(folder, project);
   const QString name = Project::PageName(program_.project.CurPageNo()).section(u'.', 0, -2);
-  return QStringLiteral("%1 - %2 (not saved).html").arg(stem, name);
+  return QStringLiteral("%1 - %2 (not saved)").arg(stem, name);
 }
 
-void RescueFile::Hurry() {
-  disk_.waitForDone();
-  if (!timer_.isActive() && givenUp_ != attempt_) return;
+// Asks its own list and not the disk, which may be slow, or still have to remove what was dropped. Two names that
+// differ in case alone are one file on some disks.
+QString RescueFile::FreePath() const {
+  QString path = stem_ + QStringLiteral(".html");
+  for (int number = 2; left_.contains(path, Qt::CaseInsensitive); ++number)
+    path = QStringLiteral("%1 (%2).html").arg(stem_).arg(number);
+  return path;
+}
+
+bool RescueFile::IsDue() const {
+  return timer_.isActive() || givenUp_ == attempt_;
+}
+
+void RescueFile::WriteAtOnce() {
   attemptsLeft_ = 0;
   Attempt();
 }
 
+void RescueFile::Hurry() {
+  disk_.waitForDone();
+  if (IsDue()) WriteAtOnce();
+}
+
+void RescueFile::TakeUnwritten() {
+  disk_.waitForDone();
+  const QFileInfo own(program_.project.CurPageFile());
+  const bool isGone = path_.isEmpty() && (!own.isFile() || own.size() == 0);
+  if (isGone || IsDue()) WriteAtOnce();
+}
+
 void RescueFile::Leave() {
-  timer_.stop();
-  ++attempt_;
-  path_.clear();
+  if (!path_.isEmpty()) left_ += path_;
+  Forget();
 }
 
 void RescueFile::Drop() {
-  const QString path = path_;
-  Leave();
-  if (!path.isEmpty()) disk_.start([path] { QFile::remove(path); });
+  if (!path_.isEmpty()) disk_.start([path = path_] { QFile::remove(path); });
+  Forget();
+}
+
+void RescueFile::Forget() {
+  timer_.stop();
+  ++attempt_;
+  path_.clear();
 }

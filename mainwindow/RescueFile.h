@@ -25,8 +25,13 @@ class RescueFile : public QObject {
   // Writes at once what would be written soon.
   void Hurry();
 
+  // The page couldn't be written into its own file. Hurries, and writes a page without an edit too if its own file went
+  // in the attempt.
+  void TakeUnwritten();
+
   // What is to become of the file where the page goes out of view. Drop removes it, since the page is in its own file
-  // or isn't wanted; Leave lets it lie for the next start, since the page couldn't be written.
+  // or isn't wanted; Leave lets it lie for the next start, since the page couldn't be written. What lies there is never
+  // written over: a later page of its name gets another.
   void Drop();
   void Leave();
 
@@ -38,8 +43,13 @@ class RescueFile : public QObject {
   // it is changed meanwhile.
   void Attempt();
   void AttemptAgain();
+  void WriteAtOnce();
+  void Forget();
+  bool IsDue() const;
 
-  QString PathNow() const;
+  // Without its ending, and without the number of one that has to stand beside another.
+  QString StemNow() const;
+  QString FreePath() const;
   static void Put(const PageToWrite& page, const QString& path);  // on the other thread
 
   Program& program_;
@@ -47,7 +57,9 @@ class RescueFile : public QObject {
   QTimer timer_;
   qint64 lastWrite_ = 0;
   int periodMs_;
-  QString path_;  // of the last file; "" for none
+  QString stem_;
+  QString path_;      // of the last file, which begins with the stem; "" for none
+  QStringList left_;  // the files that belong to pages out of view
   int attempt_ = 0;
   int attemptsLeft_ = 0;
   std::atomic<int> givenUp_ = -1;  // the last attempt that came to nothing

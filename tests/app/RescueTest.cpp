@@ -1,4 +1,5 @@
 // What a run that ended badly left behind, and the file that keeps the page in view.
+#include <QComboBox>
 #include <QElapsedTimer>
 
 #include "ProgramFixture.h"
@@ -188,6 +189,82 @@ TEST_F(RescueFileTest, APageThatCouldNotBeWrittenStaysInIt) {
   ASSERT_TRUE(Comes([&] { return FileBytes(Path()) == page; }));
   Exit({MessageAnswer::No});
   EXPECT_EQ(page, FileBytes(Path()));
+}
+
+TEST_F(RescueFileTest, OneThatWasLeftIsNotWrittenOverByTheNextPageOfItsName) {
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  run_.Type("abc");
+  const QByteArray page = View().SourceForFile();
+  PutAFolderInThePagesWay();
+  Web().BoxPage->setCurrentIndex(0);
+  run_.Settle();
+  ASSERT_TRUE(QDir().rmdir(run_.program().project.PageFile(2)));
+  Web().BoxPage->setCurrentIndex(1);
+  run_.Settle();
+  run_.Type("x");
+  const QByteArray next = View().SourceForFile();
+  ASSERT_TRUE(Comes([&] { return FileIn("rescue/Project1 - Page2 (not saved) (2).html") == next; }));
+  Exit({MessageAnswer::No});
+  EXPECT_EQ(QStringList{"Project1 - Page2 (not saved).html"}, Names("rescue"));
+  EXPECT_EQ(page, FileIn("rescue/Project1 - Page2 (not saved).html"));
+}
+
+TEST_F(RescueFileTest, OneThatWasLeftIsNotWrittenOverUnderANewNameEither) {
+  run_.Type("abc");
+  SaveProjectAs("ann");
+  PutAFolderInThePagesWay();
+  ASSERT_TRUE(run_.Choose("mRefresh"));
+  const QString left = run_.PathInApp("rescue/ann - wgcard (not saved).html");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(left); }));
+  const QByteArray page = FileBytes(left);
+  run_.Dialogs().Answers = {MessageAnswer::Ok};
+  ASSERT_TRUE(run_.Choose("mNewProject"));
+  run_.Type("x");
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  ASSERT_TRUE(QDir(run_.PathInApp("saved/ann")).removeRecursively());
+  SaveProjectAs("ANN");
+  run_.Type("y");
+  ASSERT_TRUE(Comes([&] { return FileIn("rescue/ANN - wgcard (not saved) (2).html") == View().SourceForFile(); }));
+  EXPECT_EQ(page, FileBytes(left));
+}
+
+// What an earlier run has left, and the start couldn't put aside.
+TEST_F(RescueFileTest, OneThatLiesThereFromTheBeginningIsNotWrittenOver) {
+  ASSERT_TRUE(PutFile(Path(), "earlier"));
+  run_.modMain.KeepRescueFile(kPeriodMs);
+  run_.Type("abc");
+  EXPECT_TRUE(
+      Comes([&] { return QFileInfo::exists(run_.PathInApp("rescue/Project1 - wgcard (not saved) (2).html")); }));
+  EXPECT_EQ("earlier", FileBytes(Path()));
+}
+
+TEST_F(RescueFileTest, OpeningAProjectLeavesThePageThatCouldNotBeWritten) {
+  PutAFolderInThePagesWay();
+  run_.Type("abc");
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  run_.Type("d");
+  const QByteArray page = View().SourceForFile();
+  const QString ann = run_.PathInApp("saved/ann");
+  ASSERT_TRUE(PutFile(ann + "/wgcard.html", "<html><body>hers</body></html>"));
+  Web().OpenProject("ann", ann);
+  ASSERT_TRUE(Comes([&] { return View().Source().contains("hers"); }));
+  EXPECT_TRUE(Comes([&] { return FileBytes(Path()) == page; }));
+  Exit({MessageAnswer::No});
+  EXPECT_EQ(page, FileBytes(Path()));
+}
+
+TEST_F(RescueFileTest, APageWithoutAnEditIsTakenWhenItsOwnFileWentInTheAttempt) {
+  const QByteArray page = View().SourceForFile();
+  PutAFolderInThePagesWay();
+  ASSERT_TRUE(run_.Choose("mNewPage"));
+  EXPECT_TRUE(Comes([&] { return FileBytes(Path()) == page; }));
+}
+
+TEST_F(RescueFileTest, APageWithoutAnEditWhoseFileIsStillThereIsNotTaken) {
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  Web().TellPageWritten(false);
+  run_.Release();
+  EXPECT_FALSE(QFileInfo::exists(run_.PathInApp("rescue")));
 }
 
 TEST_F(RescueFileTest, AnExitWhoseSaveFailedLeavesIt) {

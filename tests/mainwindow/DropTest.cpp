@@ -61,6 +61,29 @@ TEST_F(Drop, SeveralAreTakenOneByOne) {
   EXPECT_TRUE(Shown().contains("b.jpg"));
 }
 
+TEST_F(Drop, TheNextOnesWaitBehindThoseThatWait) {
+  const QStringList paths = {Photo("a.jpg", 3, 2), Photo("b.jpg", 5, 4), Photo("c.jpg", 7, 6)};
+  ASSERT_TRUE(DropFiles(paths.first(2)));
+  ASSERT_TRUE(DropFiles(paths.last(1)));
+  for (const QString& path : paths) {
+    ASSERT_TRUE(Tools().isVisible());
+    EXPECT_EQ(path, Tools().TPicPath->text());
+    Tools().bOKPic[0]->click();
+  }
+  EXPECT_FALSE(Tools().isVisible());
+  for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) EXPECT_TRUE(Shown().contains(name)) << name;
+}
+
+TEST_F(Drop, ThoseOfAPanelThatWasPutAwayAreForgotten) {
+  ASSERT_TRUE(DropFiles({Photo("a.jpg", 3, 2), Photo("b.jpg", 5, 4)}));
+  Tools().OpenPageProps();
+  const QString path = Photo("c.jpg", 7, 6);
+  ASSERT_TRUE(DropFiles({path}));
+  EXPECT_EQ(path, Tools().TPicPath->text());
+  Tools().bOKPic[1]->click();
+  EXPECT_FALSE(Tools().isVisible());
+}
+
 TEST_F(Drop, WhatIsNoPictureIsRefused) {
   ASSERT_TRUE(PutFile(run_.test.Path("x.html"), "x"));
   EXPECT_FALSE(DropFiles({run_.test.Path("x.html")}));

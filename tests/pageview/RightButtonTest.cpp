@@ -141,6 +141,18 @@ TEST_F(RightButton, UnHookIsSafeAtAnyTimeAndLetsTheButtonThrough) {
   EXPECT_EQ(1, browser_->inner.releases);
 }
 
+// Meant in WBUC::Doc_onmouseup: from the moment when the box for Internet Explorer 4 is ticked the right button is
+// dead, until the next page has come into view.
+TEST_F(RightButton, IsDeadFromTheTickToTheNextPage) {
+  Make(false);
+  test_.program.Compat4On = true;
+  RightClick();
+  EXPECT_EQ(0, Raised());
+  browser_->SetHtml(PageAround("two"));
+  RightClick();
+  EXPECT_EQ(1, Raised());
+}
+
 TEST_F(RightButton, AnyOtherButtonOnTheDocumentsRoadRaisesNothing) {
   Make(false);
   for (const int button : {1, 4}) {
