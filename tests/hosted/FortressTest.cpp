@@ -156,6 +156,26 @@ TEST(Fortress, TheWheelWithControlDoesNotZoom) {
   EXPECT_EQ(page.ScriptText("devicePixelRatio"), "1");
 }
 
+TEST(Fortress, TwoFingersDoNotZoom) {
+  HostedPage page;
+  ASSERT_TRUE(
+      page.LoadHtml("<body>a<script>let moves = 0; addEventListener('touchmove', () => ++moves)</script></body>"));
+  QPointingDevice* const screen = QTest::createTouchDevice();
+  const auto finger = [](int which, int apart) { return QPoint(300 + (which ? apart : -apart) / 2, 100); };
+  const auto pinch = [&] {
+    QTest::touchEvent(page.Input(), screen).press(0, finger(0, 200)).press(1, finger(1, 200));
+    for (int apart = 200; apart <= 500; apart += 20) {
+      QTest::touchEvent(page.Input(), screen).move(0, finger(0, apart)).move(1, finger(1, apart));
+      QTest::qWait(10);
+    }
+    QTest::touchEvent(page.Input(), screen).release(0, finger(0, 500)).release(1, finger(1, 500));
+    return Settles(page);
+  };
+  // Before its first frame a page hears of no fingers.
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return pinch() && page.ScriptText("moves > 9") == "true"; }));
+  EXPECT_EQ(page.ScriptText("visualViewport.scale"), "1");
+}
+
 TEST(Fortress, ADocumentBeginsUnzoomed) {
   HostedPage page;
   ASSERT_TRUE(page.LoadHtml("<body>a</body>"));
