@@ -10,6 +10,7 @@
 #include "DroppedFile.h"
 #include "Numbers.h"
 #include "ViewerScroll.h"
+#include "WindowPlace.h"
 
 namespace {
 
@@ -19,10 +20,6 @@ QPoint Pixel(float x, float y) {
 
 QString Whole(float length) {
   return QString::number(int(RoundEven(std::abs(length))));
-}
-
-QSize BorderOf(const QWidget& window) {
-  return window.frameGeometry().size() - window.size();
 }
 
 }  // namespace
@@ -50,26 +47,25 @@ fBitmap::fBitmap()
   });
 }
 
-const QWidget& fBitmap::Framed() const {
-  const QWidget* framed = this;
-  if (!BorderOf(*this).isNull()) return *framed;
+std::optional<QMargins> fBitmap::Edges() const {
+  // A widget may have missed the frame that its window was given; the window knows it, also while it's hidden.
+  if (windowHandle() && !windowHandle()->frameMargins().isNull()) return windowHandle()->frameMargins();
+  std::optional<QMargins> edges;
   for (const QWidget* window : QApplication::topLevelWidgets()) {
-    if (window == this || !window->isVisible() || BorderOf(*window).isNull()) continue;
-    framed = window;
+    const auto others = EdgesOf(*window);
+    if (!others) continue;
+    edges = others;
     if (Owner() && window->windowHandle() == Owner()) break;
   }
-  return *framed;
+  return edges;
 }
 
 QSize fBitmap::Border() const {
-  return BorderOf(Framed());
+  return QSize(0, 0).grownBy(Edges().value_or(QMargins()));
 }
 
 void fBitmap::MoveFrame(QPoint corner) {
-  // As long as the window has no frame it is its content that moves, once the system knows of it.
-  const QWidget& framed = Framed();
-  const bool isContent = &framed != this && testAttribute(Qt::WA_WState_Created);
-  move(isContent ? corner + framed.geometry().topLeft() - framed.frameGeometry().topLeft() : corner);
+  MoveWithEdges(*this, corner, Edges());
 }
 
 void fBitmap::TieTo(QWidget* owner) {

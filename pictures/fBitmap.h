@@ -2,6 +2,9 @@
 // comes up without taking the keyboard away from anybody.
 #pragma once
 
+#include <QMargins>
+#include <optional>
+
 #include "PictureNotices.h"
 #include "PictureState.h"
 #include "ShellWindow.h"
@@ -47,8 +50,8 @@ class fBitmap : public ShellWindow {
 
  private:
   void DrawBand(QPoint corner, QPoint opposite);
-  // This window, or while it has no frame another one on show that has.
-  const QWidget& Framed() const;
+  // Those of this window, or while it has none of another one on show that has.
+  std::optional<QMargins> Edges() const;
 
   CropBand* const band_;
   ViewerScroll* const scroll_;

@@ -1,9 +1,18 @@
 #include "PicturesFixture.h"
+#include "WindowPlace.h"
 
 namespace {
 
 // On a real display with a window manager, whose doing this is.
-class OnDisplay : public PicturesTest {};
+class OnDisplay : public PicturesTest {
+ protected:
+  ::testing::AssertionResult IsFramed(int top, int height) {
+    if (QTest::qWaitFor([&] { return WithEdges(viewer_).height() == height && WithEdges(viewer_).top() == top; }))
+      return ::testing::AssertionSuccess();
+    const QRect frame = WithEdges(viewer_);
+    return ::testing::AssertionFailure() << "at " << frame.top() << " with " << frame.height();
+  }
+};
 
 TEST_F(OnDisplay, TheKeyboardStaysWhereItWasAndTheViewerStandsAbove) {
   QWidget other;
@@ -30,15 +39,13 @@ TEST_F(OnDisplay, TheFrameOfTheWindowCountsAtItsFirstOpeningToo) {
   QWidget other;
   other.show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return other.frameGeometry().height() > other.height(); }));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return EdgesOf(other).has_value(); }));
   viewer_.TieTo(&other);
-  EXPECT_EQ(other.frameGeometry().size() - other.size(), viewer_.Border());
+  EXPECT_EQ(WithEdges(other).size() - other.size(), viewer_.Border());
   Open(300, 668);
   EXPECT_EQ(kCutCaption, Caption());
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer_));
-  EXPECT_TRUE(QTest::qWaitFor([this] { return viewer_.frameGeometry().height() == 668; }))
-      << viewer_.frameGeometry().height();
-  EXPECT_TRUE(QTest::qWaitFor([this] { return viewer_.frameGeometry().top() == 27; }));
+  EXPECT_TRUE(IsFramed(27, 668));
 }
 
 TEST_F(OnDisplay, TheFrameOfTheWindowCounts) {
@@ -46,8 +53,7 @@ TEST_F(OnDisplay, TheFrameOfTheWindowCounts) {
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&viewer_));
   ASSERT_TRUE(QTest::qWaitFor([this] { return viewer_.Border().height() > 0; }));
   EXPECT_TRUE(pics_.SizeViewer(300, 668, 1500, ""));
-  EXPECT_TRUE(QTest::qWaitFor([this] { return viewer_.frameGeometry().height() == 668; }));
-  EXPECT_TRUE(QTest::qWaitFor([this] { return viewer_.frameGeometry().top() == 27; }));
+  EXPECT_TRUE(IsFramed(27, 668));
 }
 
 }  // namespace
