@@ -293,7 +293,12 @@ TEST_F(OnSockets, AServerThatTalksForEverTakesNoMemory) {
     return statm.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
   };
   if (resident() < 0) GTEST_SKIP() << "this system doesn't tell how much memory is taken";
-  constexpr qint64 flood = 40'000'000, most = 15'000'000;
+#ifdef __SANITIZE_ADDRESS__
+  constexpr qint64 most = 35'000'000;  // the sanitizer holds back for a while what was freed
+#else
+  constexpr qint64 most = 15'000'000;
+#endif
+  constexpr qint64 flood = 40'000'000;
   for (const char* const at : {"greeting", "EHLO", "MAIL", "QUIT"}) {
     qint64 said = 0;
     const QByteArray talk = "no code " + QByteArray(60'000, 'x') + "\r\n";

@@ -160,7 +160,7 @@ TEST(Fortress, TwoFingersDoNotZoom) {
   HostedPage page;
   ASSERT_TRUE(
       page.LoadHtml("<body>a<script>let moves = 0; addEventListener('touchmove', () => ++moves)</script></body>"));
-  QPointingDevice* const screen = QTest::createTouchDevice();
+  static QPointingDevice* const screen = QTest::createTouchDevice();  // there until the program ends
   const auto finger = [](int which, int apart) { return QPoint(300 + (which ? apart : -apart) / 2, 100); };
   const auto pinch = [&] {
     QTest::touchEvent(page.Input(), screen).press(0, finger(0, 200)).press(1, finger(1, 200));
