@@ -21,6 +21,16 @@ bool Copy(QFile& from, const QString& path) {
   }
 }
 
+// Those that a file has already or, if it is a new one, those that the user's other programs give to theirs.
+QFile::Permissions PermissionsFor(const QString& path, const QString& free) {
+  if (QFile::exists(path)) return QFile::permissions(path);
+  QFile trial(free);
+  if (!trial.open(QIODevice::NewOnly)) return QFile::ReadOwner | QFile::WriteOwner;
+  const QFile::Permissions permissions = trial.permissions();
+  trial.remove();
+  return permissions;
+}
+
 }  // namespace
 
 ScratchFile::ScratchFile(const QString& folder)
@@ -28,8 +38,7 @@ ScratchFile::ScratchFile(const QString& folder)
 
 bool ScratchFile::MoveTo(const QString& path) {
   if (!flush() || error() != QFileDevice::NoError) return false;
-  // As new files are that anybody may read.
-  setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+  setPermissions(PermissionsFor(path, fileName() + '_'));
   std::error_code failure;
   std::filesystem::rename(filesystemFileName(), std::filesystem::path(path.toStdU16String()), failure);
   return !failure || Copy(*this, path);

@@ -32,15 +32,20 @@ bool HasIconSuffix(const QString& name) {
   return UpperAscii(name.right(4)) == u".ICO";
 }
 
+// The button's own ground, as many desktops' raised buttons have none but theirs.
 void SetBackColor(QPushButton* button, const QColor& color) {
   QPalette palette = button->palette();
   palette.setColor(QPalette::Button, color);
   button->setPalette(palette);
+  button->setFlat(true);
+  button->setAutoFillBackground(true);
 }
 
 // As the desktop has it.
 void ClearBackColor(QPushButton* button) {
   button->setPalette(QPalette());
+  button->setFlat(false);
+  button->setAutoFillBackground(false);
 }
 
 // The pencil's point is the picture's corner, which is the same place however many pixels a screen has.

@@ -122,6 +122,7 @@ void fIconMaker::BuildMenus() {
     }
     QAction* const action = row.caption ? menu->addAction(QLatin1String(row.caption)) : menu->addSeparator();
     Named(action, row.name);
+    action->setMenuRole(QAction::NoRole);  // macOS would take "Exit" for the program's own
     if (row.command) connect(action, &QAction::triggered, this, row.command);
   }
 }

@@ -4,6 +4,7 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "DroppedFile.h"
 #include "FontSizeMap.h"
 #include "PageText.h"
 #include "Program.h"
@@ -93,14 +94,13 @@ static QStringList PicturesIn(const QMimeData* data) {
 }
 
 void WBUC::dragEnterEvent(QDragEnterEvent* event) {
-  if (DocReady_ && !PicturesIn(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  if (DocReady_ && !PicturesIn(event->mimeData()).isEmpty()) AcceptCopy(*event);
 }
 
 void WBUC::dropEvent(QDropEvent* event) {
   const QStringList paths = PicturesIn(event->mimeData());
   if (!DocReady_ || paths.isEmpty()) return;
-  event->setDropAction(Qt::CopyAction);
-  event->accept();
+  AcceptCopy(*event);
   // Whoever gave them is answered before the user is asked anything.
   QMetaObject::invokeMethod(this, [this, paths] { emit PicturesDropped(paths); }, Qt::QueuedConnection);
 }

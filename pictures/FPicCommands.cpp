@@ -210,10 +210,10 @@ void FPic::OnCloseIm() {
 }
 
 void FPic::dragEnterEvent(QDragEnterEvent* event) {
-  if (!DroppedFile(*event).isEmpty()) event->acceptProposedAction();
+  if (!DroppedFile(*event).isEmpty()) AcceptCopy(*event);
 }
 
 void FPic::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
+  AcceptCopy(*event);
   emit viewer_->Notices.FileDropped(DroppedFile(*event));
 }

@@ -80,6 +80,8 @@ void ViewerScroll::Fit() {
     bar->setVisible(isCut);
     bar->raise();
   }
+  // A view that has grown shows more at the end, where the bars now stop earlier.
+  picture_.move(-across_->value(), -down_->value());
 }
 
 // A wheel has steps of 120; with Shift, or tilted, it goes sideways.

@@ -120,10 +120,10 @@ void fBitmap::Pic_MouseUp(QPoint at) {
 }
 
 void fBitmap::dragEnterEvent(QDragEnterEvent* event) {
-  if (!DroppedFile(*event).isEmpty()) event->acceptProposedAction();
+  if (!DroppedFile(*event).isEmpty()) AcceptCopy(*event);
 }
 
 void fBitmap::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
+  AcceptCopy(*event);
   emit Notices.FileDropped(DroppedFile(*event));
 }

@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QProxyStyle>
 #include <QTest>
 #include <QToolTip>
 
@@ -198,6 +199,36 @@ TEST_F(IconWindow, OnADarkDesktopTextAndBarsAreLight) {
     EXPECT_EQ(PixelOf(ToolHighlight), editor.bOps[3]->palette().color(QPalette::Button).rgb());
   }
   QApplication::setPalette(before);
+}
+
+// As on desktops that draw raised buttons in their own colour.
+class NoRaisedButtons : public QProxyStyle {
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    if (element != CE_PushButtonBevel) QProxyStyle::drawControl(element, option, painter, widget);
+  }
+};
+
+TEST_F(IconWindow, TheToolInHandIsSeenWhateverTheDesktopsButtonsLookLike) {
+  NoRaisedButtons style;
+  for (QPushButton* const button : editor_.bOps) button->setStyle(&style);
+  editor_.bOps[3]->click();
+  for (QPushButton* const button : editor_.bOps) {
+    const QImage seen = button->grab().toImage();
+    EXPECT_EQ(button == editor_.bOps[3], seen.pixelColor(4, seen.height() / 2) == QColor(PixelOf(ToolHighlight)));
+    button->setStyle(nullptr);
+  }
+}
+
+// macOS puts what sounds like it into the program's own menu, where "Exit" means the program.
+TEST_F(IconWindow, TheCommandsStayInTheMenusOfTheWindow) {
+  int commands = 0;
+  for (const QAction* const menu : editor_.menuBar()->actions())
+    for (const QAction* const action : menu->menu()->actions()) {
+      EXPECT_EQ(QAction::NoRole, action->menuRole()) << action->text().toStdString();
+      ++commands;
+    }
+  EXPECT_EQ(8, commands);
 }
 
 TEST_F(IconWindow, NothingIsCutOffAtAnyUsualFont) {

@@ -17,11 +17,11 @@ class Drop : public ToolsTest {
     QList<QUrl> urls;
     for (const QString& path : paths) urls.append(QUrl::fromLocalFile(path));
     data.setUrls(urls);
-    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::ShiftModifier);
     enter.ignore();
     QCoreApplication::sendEvent(&View(), &enter);
     if (!enter.isAccepted()) return false;
-    QDropEvent drop(QPointF(50, 50), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::ShiftModifier);
     QCoreApplication::sendEvent(&View(), &drop);
     run_.Settle();
     return drop.dropAction() == Qt::CopyAction;

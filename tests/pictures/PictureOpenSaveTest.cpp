@@ -354,16 +354,23 @@ TEST_F(PictureOpenSave, CloseWhileAJpegIsMadeClosesThePictureToo) {
 
 class PictureDrop : public PictureWindowTest {
  protected:
-  // Drags the files over a window and lets them go; tells whether it would take them.
+  // Drags the files over a window and lets them go, with the key held that means to move them; tells whether it would
+  // take them.
   bool Drop(QWidget& window, const QList<QUrl>& files) {
     QMimeData data;
     data.setUrls(files);
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    constexpr auto offered = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(QPoint(5, 5), offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+    EXPECT_EQ(Qt::MoveAction, enter.proposedAction());
     enter.ignore();
     QApplication::sendEvent(&window, &enter);
     if (!enter.isAccepted()) return false;
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent drop(QPointF(5, 5), offered, &data, Qt::LeftButton, Qt::ShiftModifier);
     QApplication::sendEvent(&window, &drop);
+    // Whoever gives a file to be moved deletes it then.
+    EXPECT_TRUE(drop.isAccepted());
+    for (const QDropEvent& event : {std::cref<QDropEvent>(enter), std::cref(drop)})
+      EXPECT_EQ(Qt::CopyAction, event.dropAction());
     QApplication::processEvents();
     return true;
   }

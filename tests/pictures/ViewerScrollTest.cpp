@@ -54,6 +54,17 @@ TEST_F(ViewerScrolling, TheBarsLieOverTheWindowWhoseSizeStays) {
   EXPECT_EQ(QPoint(View().width() - 3000, View().height() - 1200), Place());
 }
 
+TEST_F(ViewerScrolling, AWindowThatGrowsAtTheEndShowsMoreOfThePicture) {
+  Open(3000, 1200);
+  Across().setValue(Across().maximum());
+  Down().setValue(Down().maximum());
+  viewer_.resize(1000, 700);
+  EXPECT_EQ(QPoint(View().width() - 3000, View().height() - 1200), Place());
+  EXPECT_EQ(Place(), QPoint(-Across().maximum(), -Down().maximum()));
+  viewer_.resize(3200, 1300);
+  EXPECT_EQ(QPoint(0, 0), Place());
+}
+
 TEST_F(ViewerScrolling, TheWheelGoesDownAndSideways) {
   Open(3000, 1200);
   Wheel({0, -1});

@@ -266,6 +266,37 @@ TEST_F(Scratch, ALockThatCantBeMadeHoldsNobody) {
   EXPECT_TRUE(instance.AcquireFolder(Path("no such folder")));
 }
 
+// It may have come with a folder that was copied from there; whether its program lives can't be asked.
+TEST_F(Scratch, ALockOfAnotherMachineCountsForMinutes) {
+  Put("lock", "1\nother\nanother machine\n");
+  const auto setAge = [this](int seconds) {
+    QFile lock(Path("lock"));
+    return lock.open(QIODevice::ReadWrite) &&
+           lock.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFileDevice::FileModificationTime);
+  };
+  HostSingleInstance instance(Path("lock"));
+  EXPECT_FALSE(instance.Acquire());
+  ASSERT_TRUE(setAge(240));
+  EXPECT_FALSE(instance.Acquire());
+  ASSERT_TRUE(setAge(360));
+  EXPECT_TRUE(instance.Acquire());
+  HostSingleInstance second(Path("lock"));
+  EXPECT_FALSE(second.Acquire());
+}
+
+TEST_F(Scratch, AProgramThatLivesKeepsTheTimeOfItsLocks) {
+  HostSingleInstance instance(Path("lock"), std::chrono::milliseconds(10));
+  ASSERT_TRUE(instance.Acquire() && instance.AcquireFolder(Path("")));
+  const QDateTime before = QDateTime::currentDateTime().addSecs(-1000);
+  for (const QString& name : {Path("lock"), Path(".lock")}) {
+    QFile lock(name);
+    ASSERT_TRUE(lock.open(QIODevice::ReadWrite) && lock.setFileTime(before, QFileDevice::FileModificationTime));
+    lock.close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(name).lastModified() > before.addSecs(900); }))
+        << name.toStdString();
+  }
+}
+
 // Two users, or one with two runtime folders, and one folder of the program.
 TEST_F(Scratch, NoTwoProgramsShareAFolder) {
   HostSingleInstance first(Path("lock of one"));

@@ -1,3 +1,4 @@
+// Files that are dragged in from another program.
 #pragma once
 
 #include <QDir>
@@ -11,4 +12,10 @@
 inline QString DroppedFile(const QDropEvent& event) {
   const QList<QUrl> urls = event.mimeData()->urls();
   return urls.size() == 1 && urls[0].isLocalFile() ? QDir::toNativeSeparators(urls[0].toLocalFile()) : QString();
+}
+
+// Takes what is dropped, or would be, as a copy whatever keys are held: who gave a file to be moved would delete it.
+inline void AcceptCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
 }
