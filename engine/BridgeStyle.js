@@ -5,7 +5,7 @@ const bridgeStyle = () => {
   let room = 0;    // pixels behind the page's end, so that its last line can be scrolled above what lies over the view
   let version = 0;
   const rules = () => {
-    const all = ['html { touch-action: pan-x pan-y; }'];  // two fingers zoom no more than the wheel does
+    const all = [];
     if (room) all.push(`html::after { content: ""; display: block; clear: both; height: ${room}px; }`);
     // In quirks mode tables take the colour of BODY's attribute, and aren't told when that changes.
     if (version) all.push(`table { --corvane-version: ${version}; }`);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTouchEvent>
 #include <QWebEngineView>
 #include <algorithm>
 #include <utility>
@@ -107,7 +108,7 @@ void PageInput::TakeBack() {
   if (std::exchange(hadFocus_, false) && !view_.window()->focusWidget()) view_.setFocus();
 }
 
-// What makes a browser of the page: going back and forward by the mouse, zooming by wheel or fingers, dropping.
+// What makes a browser of the page: going back and forward by the mouse, zooming by the wheel, dropping.
 bool PageInput::IsForBrowsers(const QEvent& event) {
   switch (event.type()) {
     case QEvent::MouseButtonPress:
@@ -152,6 +153,10 @@ bool PageInput::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
       return FilterMouse(widget, static_cast<const QMouseEvent&>(*event));
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+      return FilterTouch(widget, static_cast<QTouchEvent&>(*event));
     default:
       return false;
   }
@@ -223,4 +228,23 @@ bool PageInput::FilterMouse(QWidget* watched, const QMouseEvent& mouse) {
   const auto kind = isRelease ? InputInFlight::Kind::Release : InputInFlight::Kind::Press;
   inFlight_.Add({kind, 0, false, std::unique_ptr<QEvent>(mouse.clone())});
   return false;
+}
+
+// --- Fingers
+
+// The engine would zoom by two fingers: it hears of the first one only.
+bool PageInput::FilterTouch(QWidget* watched, QTouchEvent& touch) {
+  if (watched != view_.focusProxy()) return false;
+  const QList<QEventPoint>& fingers = touch.points();
+  if (touch.type() == QEvent::TouchBegin) finger_ = fingers.first().id();
+  if (fingers.size() == 1 && fingers.first().id() == finger_) return false;
+  touch.accept();
+  const auto first =
+      std::find_if(fingers.cbegin(), fingers.cend(), [&](const QEventPoint& finger) { return finger.id() == finger_; });
+  if (first == fingers.cend()) return true;
+  const bool isUp = first->state() == QEventPoint::Released;
+  QTouchEvent alone(isUp ? QEvent::TouchEnd : touch.type(), touch.pointingDevice(), touch.modifiers(), {*first});
+  QCoreApplication::sendEvent(watched, &alone);
+  if (isUp) finger_.reset();
+  return true;
 }

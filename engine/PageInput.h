@@ -11,12 +11,14 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "InputInFlight.h"
 
 class QKeyEvent;
 class QMouseEvent;
+class QTouchEvent;
 class QWebEngineView;
 class QWidget;
 
@@ -46,6 +48,7 @@ class PageInput : public QObject {
   static bool IsForBrowsers(const QEvent& event);
   bool FilterKey(QWidget* watched, const QKeyEvent& key);
   bool FilterMouse(QWidget* watched, const QMouseEvent& mouse);
+  bool FilterTouch(QWidget* watched, QTouchEvent& touch);
   void NotePress(const QKeyEvent& key, bool inPage);
   void NoteForeign(quint32 code);
   void LookForReleases();
@@ -66,6 +69,7 @@ class PageInput : public QObject {
   bool isKeeping_ = false;
   bool isReplaying_ = false;
   bool isButtonDown_ = false;  // the left one, so that the user may be selecting
+  std::optional<int> finger_;  // the first of those that came down last
   bool isDead_ = false;        // the page in view has lost its renderer,
   bool hadFocus_ = false;      // and the keys went to it
 };

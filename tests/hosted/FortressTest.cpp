@@ -161,19 +161,42 @@ TEST(Fortress, TwoFingersDoNotZoom) {
   ASSERT_TRUE(
       page.LoadHtml("<body>a<script>let moves = 0; addEventListener('touchmove', () => ++moves)</script></body>"));
   static QPointingDevice* const screen = QTest::createTouchDevice();  // there until the program ends
+  const auto touch = [&] { return QTest::touchEvent(page.Input(), screen); };
   const auto finger = [](int which, int apart) { return QPoint(300 + (which ? apart : -apart) / 2, 100); };
-  const auto pinch = [&] {
-    QTest::touchEvent(page.Input(), screen).press(0, finger(0, 200)).press(1, finger(1, 200));
+  const auto move = [&](int fingers) {
     for (int apart = 200; apart <= 500; apart += 20) {
-      QTest::touchEvent(page.Input(), screen).move(0, finger(0, apart)).move(1, finger(1, apart));
+      auto moved = touch();
+      for (int which = 0; which < fingers; ++which) moved.move(which, finger(which, apart));
+      moved.commit();
       QTest::qWait(10);
     }
-    QTest::touchEvent(page.Input(), screen).release(0, finger(0, 500)).release(1, finger(1, 500));
-    return Settles(page);
+  };
+  const auto drag = [&] {
+    touch().press(0, finger(0, 200));
+    move(1);
+    touch().release(0, finger(0, 500));
+    return Settles(page) ? page.ScriptText("moves").toInt() : 0;
   };
   // Before its first frame a page hears of no fingers.
-  ASSERT_TRUE(HostedPage::WaitFor([&] { return pinch() && page.ScriptText("moves > 9") == "true"; }));
-  EXPECT_EQ(page.ScriptText("visualViewport.scale"), "1");
+  ASSERT_TRUE(HostedPage::WaitFor([&] { return drag() > 9; }));
+  for (const bool isAtOnce : {false, true}) {
+    auto first = touch();
+    first.press(0, finger(0, 200));
+    if (!isAtOnce) {
+      first.commit();
+      touch().stationary(0).press(1, finger(1, 200));
+    } else {
+      first.press(1, finger(1, 200)).commit();
+    }
+    move(2);
+    const int next = isAtOnce ? 0 : 1;  // the one that goes up before the other
+    touch().stationary(1 - next).release(next, finger(next, 500));
+    touch().release(1 - next, finger(1 - next, 500));
+    ASSERT_TRUE(Settles(page));
+    EXPECT_EQ(page.ScriptText("visualViewport.scale"), "1") << isAtOnce;
+    const int heard = page.ScriptText("moves").toInt();
+    EXPECT_GT(drag(), heard) << isAtOnce;
+  }
 }
 
 TEST(Fortress, ADocumentBeginsUnzoomed) {
