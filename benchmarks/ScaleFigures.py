@@ -57,7 +57,8 @@ def starts(build, rounds, name, small, large):
 def make_project(folder, pages):
     os.makedirs(folder)
     for page in range(1, pages + 1):
-        names = ["%d_%d.gif" % (page, number) for number in range(PICTURES)]
+        # Names of one length, and so pictures of one size.
+        names = ["%04d_%d.gif" % (page, number) for number in range(PICTURES)]
         for name in names:
             with open(os.path.join(folder, name), "wb") as file:
                 file.write(b"GIF89a" + name.encode() * 100)
