@@ -32,8 +32,9 @@ class AllocationLimit {
   int before_;
 };
 
-int MegabytesFor(QSize pixels) {
-  return int(qint64(pixels.width()) * pixels.height() * 4 / kMegabyte) + 1;
+int MegabytesFor(QSize pixels, PictureFormat format) {
+  const int bytes = format == PictureFormat::Png ? 8 : 4;  // of a pixel; a PNG may have 16 bits a channel
+  return int(qint64(pixels.width()) * pixels.height() * bytes / kMegabyte) + 1;
 }
 
 // A bitmap that is stored from the top has a negative height.
@@ -64,7 +65,7 @@ QImage PictureFrom(QIODevice& device) {
   reader.setAutoTransform(true);
   const QSize claimed = WithoutSigns(reader.size());
   if (!IsPlausibleSize(claimed, device.size()) || !IsHoldableSize(claimed)) return QImage();
-  const AllocationLimit limit(format == PictureFormat::Ico ? kMegabytesOfAnIcon : MegabytesFor(claimed));
+  const AllocationLimit limit(format == PictureFormat::Ico ? kMegabytesOfAnIcon : MegabytesFor(claimed, format));
   QImage image = reader.read();
   BringToStandardColors(image);
   return image;

@@ -48,6 +48,16 @@ TEST_F(ReadPictureTest, EveryFormatIsRead) {
   EXPECT_EQ(image.mirrored(), fromTop.convertToFormat(QImage::Format_RGB32));
 }
 
+// Its reader asks for twice the memory of any other.
+TEST_F(ReadPictureTest, APngOfSixteenBitsAChannelIsRead) {
+  const QImage image = PlacePicture(1000, 900);
+  for (const QImage::Format deep : {QImage::Format_RGBX64, QImage::Format_RGBA64}) {
+    const QImage read = PictureFromBytes(EncodedPicture(image.convertToFormat(deep), "png"));
+    ASSERT_EQ(64, read.depth());
+    EXPECT_EQ(image, read.convertToFormat(QImage::Format_RGB32));
+  }
+}
+
 // The form that the program writes has a reader of its own.
 TEST_F(ReadPictureTest, APlainBitmapIsReadAsTheGeneralReaderDoes) {
   for (const int width : {1, 2, 3, 4, 5, 7, 8, 1000, 29'999}) {
