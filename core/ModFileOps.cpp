@@ -85,7 +85,10 @@ void ModFileOps::DeleteFileIfAny(const QString& Path) {
 bool ModFileOps::WriteTextFile(const QString& Path, const QByteArray& Text) {
   DeleteFileIfAny(Path);
   QFile file(Path);
-  return file.open(QIODevice::WriteOnly) && file.write(Text) == Text.size() && file.flush();
+  if (!file.open(QIODevice::WriteOnly)) return false;
+  const bool whole = file.write(Text) == Text.size() && file.flush();
+  file.close();  // some disks tell only now that they are full
+  return whole && file.error() == QFileDevice::NoError;
 }
 
 bool ModFileOps::ReplaceTextFile(const QString& Path, const QByteArray& Text) {

@@ -18,8 +18,10 @@ void FWeb::mNewProject() {
                                             MessageButtons::OkCancel,
                                             StringText(FixedText::DiscardTitle)) != MessageAnswer::Ok)
     return;
+  // The answer discards the unsaved project, a page of it that couldn't be written among the rest. A saved one stays.
+  if (!isPageWritten_ && !program_.project.IsUnsaved()) emit UnwrittenPageGivenUp();
   program_.project.StartNew();
-  isPageWritten_ = true;  // what couldn't be written was the old one's, and is discarded with it
+  isPageWritten_ = true;
   LoadPage(program_.project.CurPageFile());
   SetIndex(BoxPage, 0);
   SetCaption();

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <chrono>
 
 #include "PathRules.h"
@@ -44,12 +45,16 @@ bool HoldsMoreThanABlankPage(Program& program, const QString& folder) {
   return page != (error == 0 ? blank : StringText(TextNumber::BlankPage).toUtf8());
 }
 
-void KeepTheLast(Program& program, QString folder) {
+// Of the folders that were made here, known by their names; the newest is there whatever the clock says.
+void KeepTheLast(Program& program, const QString& folder, const QString& newest) {
+  static const QRegularExpression moment(
+      QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d\\.\\d\\d\\.\\d\\d( \\(\\d+\\))?$"));
   int count = 0;
   QString listed = folder;
-  QStringList names = program.Files.ListFolders(listed, count);
-  names.sort();
-  while (names.size() > kKeptFolders) program.Files.RemoveTree(PathRules::Join(folder, names.takeFirst()));
+  QStringList older = program.Files.ListFolders(listed, count).filter(moment);
+  older.removeAll(QFileInfo(newest).fileName());
+  older.sort();
+  while (older.size() >= kKeptFolders) program.Files.RemoveTree(PathRules::Join(folder, older.takeFirst()));
 }
 
 }  // namespace
@@ -79,7 +84,7 @@ void KeepLeftOvers(Program& program) {
     if (hasRescue && files.FolderExists(rescue))
       for (const QString& name : list.split(u'*'))
         if (!QFile::rename(PathRules::Join(rescue, name), PathRules::Join(target, name))) return;  // kept where it is
-    KeepTheLast(program, rescued);
+    KeepTheLast(program, rescued, target);
   }
   files.RemoveTree(rescue);
 }
@@ -181,9 +186,14 @@ void RescueFile::Hurry() {
 
 void RescueFile::TakeUnwritten() {
   disk_.waitForDone();
-  const QFileInfo own(program_.project.CurPageFile());
-  const bool isGone = path_.isEmpty() && (!own.isFile() || own.size() == 0);
-  if (isGone || IsDue()) WriteAtOnce();
+  const auto isGone = [](const QString& path) {
+    const QFileInfo own(path);
+    return !own.isFile() || own.size() == 0;
+  };
+  // Behind a project's first save these are two files, and either may have been written to.
+  const Project& project = program_.project;
+  const bool isLost = isGone(project.CurPageFile()) || isGone(project.PageFile(project.CurPageNo()));
+  if ((path_.isEmpty() && isLost) || IsDue()) WriteAtOnce();
 }
 
 void RescueFile::Leave() {

@@ -85,6 +85,29 @@ TEST_F(LeftOvers, TheLastTenAreKept) {
   EXPECT_EQ("11", FileBytes(InApp("rescued/" + folders.last() + "/wgcard.html")));
 }
 
+TEST_F(LeftOvers, TheNewestIsKeptWhereTheClockHasGoneBack) {
+  for (int run = 0; run < 11; ++run) {
+    test_.platform.stamps.Moment = test_.platform.stamps.Moment.addDays(run < 10 ? 1 : -1000);
+    ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), QByteArray::number(run)));
+    Keep();
+  }
+  const QStringList folders = Names("rescued");
+  ASSERT_EQ(10, folders.size());
+  EXPECT_EQ("10", FileBytes(InApp("rescued/" + folders.first() + "/wgcard.html")));
+  EXPECT_EQ("1", FileBytes(InApp("rescued/" + folders[1] + "/wgcard.html")));
+}
+
+TEST_F(LeftOvers, FoldersOfTheUsersOwnStay) {
+  for (const char* const name : {"!important", "0000", "2020-01-01 garden"})
+    ASSERT_TRUE(PutFile(InApp("rescued/") + name + "/a.html", "hers"));
+  for (int run = 0; run < 11; ++run) {
+    ASSERT_TRUE(PutFile(InApp("card/wgcard.html"), "mine"));
+    Keep();
+  }
+  EXPECT_EQ(13, Names("rescued").size());
+  EXPECT_TRUE(QFileInfo::exists(InApp("rescued/2020-01-01 garden/a.html")));
+}
+
 class RescueFileTest : public ProgramTest {
  protected:
   RescueFileTest() {
@@ -258,6 +281,41 @@ TEST_F(RescueFileTest, APageWithoutAnEditIsTakenWhenItsOwnFileWentInTheAttempt) 
   PutAFolderInThePagesWay();
   ASSERT_TRUE(run_.Choose("mNewPage"));
   EXPECT_TRUE(Comes([&] { return FileBytes(Path()) == page; }));
+}
+
+// Its file in the unsaved project's folder, which is the page's own until another is loaded, stays behind the first
+// save.
+TEST_F(RescueFileTest, SoItIsBehindAFirstSave) {
+  run_.Type("abc");
+  ASSERT_TRUE(run_.Choose("mRefresh"));
+  SaveProjectAs("ann");
+  const QByteArray page = View().SourceForFile();
+  PutAFolderInThePagesWay();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  EXPECT_TRUE(Comes([&] { return FileIn("rescue/ann - wgcard (not saved).html") == page; }));
+}
+
+TEST_F(RescueFileTest, ANewProjectLeavesThePageOfASavedOneThatCouldNotBeWritten) {
+  SaveProjectAs("ann");
+  run_.Type("abc");
+  const QByteArray page = View().SourceForFile();
+  PutAFolderInThePagesWay();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  run_.Dialogs().Answers = {MessageAnswer::Ok};
+  ASSERT_TRUE(run_.Choose("mNewProject"));
+  run_.Settle();
+  Exit({MessageAnswer::No});
+  EXPECT_EQ(page, FileIn("rescue/ann - wgcard (not saved).html"));
+}
+
+TEST_F(RescueFileTest, ANewProjectDiscardsThePageOfTheUnsavedOneThatCouldNotBeWritten) {
+  run_.Type("abc");
+  PutAFolderInThePagesWay();
+  ASSERT_TRUE(run_.Choose("mSavePage"));
+  ASSERT_TRUE(Comes([&] { return QFileInfo::exists(Path()); }));
+  run_.Dialogs().Answers = {MessageAnswer::Ok};
+  ASSERT_TRUE(run_.Choose("mNewProject"));
+  EXPECT_TRUE(Comes([&] { return !QFileInfo::exists(Path()); }));
 }
 
 TEST_F(RescueFileTest, APageWithoutAnEditWhoseFileIsStillThereIsNotTaken) {
