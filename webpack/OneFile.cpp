@@ -22,7 +22,7 @@ struct PageFile {
 
 // Number in a page's name as the program gives them, 0 for other names.
 int NumberIn(const QString& name) {
-  static const QRegularExpression numbered(QStringLiteral("^Page([1-9][0-9]{0,5})\\.html$"));
+  static const QRegularExpression numbered(QStringLiteral("^Page([2-9]|[1-9][0-9]{1,5})\\.html$"));
   if (name == Project::PageName(1)) return 1;
   return numbered.match(name).captured(1).toInt();
 }
@@ -50,13 +50,13 @@ std::vector<PageFile> PagesOf(Program& program, const QByteArray& inView) {
 
 // Shows the page that the address asks for, also where the style sheet can't, and its title.
 const char kScript[] = R"((function () {
-  var pages = document.querySelectorAll(".page");
+  var pages = document.querySelectorAll("body>.page");
   function show() {
     var id = location.hash.slice(1), place = null;
     try { id = decodeURIComponent(id); } catch (e) { }
     place = id && (document.getElementById(id) || document.getElementsByName(id)[0]);
     var shown = place || pages[0];
-    while (shown.parentNode && (" " + shown.className).indexOf(" page ") < 0) shown = shown.parentNode;
+    while (shown.parentNode && shown.parentNode !== document.body) shown = shown.parentNode;
     if (!shown.parentNode) shown = place = pages[0];
     for (var i = 0; i < pages.length; i++) pages[i].style.display = pages[i] === shown ? "block" : "none";
     document.title = shown.getAttribute("data-title");
@@ -66,15 +66,16 @@ const char kScript[] = R"((function () {
   show();
 })();)";
 
-// Without scripts the address alone chooses the page; where nothing has been asked for that is the first one.
+// Without scripts the address alone chooses the page; where nothing has been asked for that is the first one. The pages
+// may have classes of these names, but none of their elements is BODY's child.
 const char kStyle[] = R"(body{margin:0}
-.page{display:none;min-height:100vh;color:#000}
-.page:before,.page:after{content:"";display:table;clear:both}
-.page>.body{margin:8px}
-#p1,.page:target{display:block}
-.page:has(:target){display:block}
-html:has(.page:not(#p1):target) #p1{display:none}
-html:has(.page:not(#p1) :target) #p1{display:none}
+body>.page{display:none;min-height:100vh;color:#000}
+body>.page:before,body>.page:after{content:"";display:table;clear:both}
+body>.page>.body{margin:8px}
+body>#p1,body>.page:target{display:block}
+body>.page:has(:target){display:block}
+html:has(body>.page:not(#p1):target) #p1{display:none}
+html:has(body>.page:not(#p1) :target) #p1{display:none}
 @media (max-width:600px){img{max-width:100%;height:auto}}
 )";
 

@@ -189,7 +189,7 @@ void OneFilePage::TakeBody() {
   const Node* const body = document_.tree().bodyNode();
   if (!body) return;
   const auto color = [&](const char* name) { return NormalizeLegacyColor(ValueOf(body, name)); };
-  const QString self = u'.' + Id(number_);
+  const QString self = Part();
   if (const QString back = color("bgcolor"); !back.isEmpty()) background_.prepend("background-color:" + back + u';');
   QString style = ContainedDeclarations(ValueOf(body, "style"));
   background_ += TakeBackground(style);
@@ -254,7 +254,7 @@ QString OneFilePage::Section() {
 }
 
 QString OneFilePage::Styles() const {
-  const QString self = u'.' + Id(number_);
+  const QString self = Part();
   QString styles = self + u'{' + page_ + background_ + u'}' + rules_;
   if (!body_.isEmpty()) styles += self + ">.body{" + body_ + u'}';
   // It covers the window, however long or wide the page is. The first page is on show where no other one is asked for.

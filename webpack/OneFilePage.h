@@ -28,6 +28,8 @@ class OneFilePage {
   QString Styles() const;
 
  private:
+  // Chooses the page's part, and no element of any page, whatever its class.
+  QString Part() const { return QStringLiteral("body>.") + Id(number_); }
   void Tidy(const Node* element);
   void TidyAttribute(const Node* element, const Attribute& attribute);
   void FollowLink(const Node* element, const Attribute& attribute);

@@ -126,6 +126,7 @@ Selector ScopeSelector(const QString& given, const StyleScope& scope) {
   const QString text = given.trimmed();
   QString& made = selector.text;
   bool isRoot = false;  // the part of the page has been named already
+  int brackets = 0;     // that are open
   for (qsizetype at = 0; at < text.size();) {
     const QChar c = text[at];
     if (c == u'"' || c == u'\'') {
@@ -148,15 +149,18 @@ Selector ScopeSelector(const QString& given, const StyleScope& scope) {
       const bool isHtml = name.compare(u"html", Qt::CaseInsensitive) == 0 || name.compare(u":root") == 0;
       if (isHtml || name.compare(u"body", Qt::CaseInsensitive) == 0) {
         // Where it stands behind others, they stand for the part of the page or what is around it.
-        made = isHtml ? scope.html : scope.body;
-        isRoot = true;
-        selector.isPage = true;
+        if (brackets == 0) made.clear();
+        made += isHtml ? scope.html : scope.body;
+        isRoot = isRoot || brackets == 0;
+        selector.isPage = brackets == 0;
       } else {
         made += name;
         if (c != u':' && c != u'.') selector.isPage = false;
       }
       at = end;
     } else {
+      if (c == u'(') ++brackets;
+      if (c == u')') --brackets;
       if (c == u' ' || c == u'>' || c == u'+' || c == u'~' || c == u'*') selector.isPage = selector.isPage && c == u' ';
       made += c;
       ++at;
@@ -200,7 +204,7 @@ class Reader {
   QString AtRule(const QString& prelude, const QString& block) {
     static const QRegularExpression grouping(QStringLiteral("^@(media|supports|layer)\\b"),
                                              QRegularExpression::CaseInsensitiveOption);
-    if (!prelude.contains(grouping)) return QString();
+    if (!prelude.contains(grouping) || depth_ == kDeepest) return QString();
     ++depth_;
     const QString rules = Rules(block);
     --depth_;
@@ -224,6 +228,7 @@ class Reader {
   }
 
   const StyleScope& scope_;
+  static constexpr int kDeepest = 32;
   int depth_ = 0;
 };
 

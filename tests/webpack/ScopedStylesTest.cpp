@@ -29,6 +29,8 @@ TEST(ScopedStyles, EverySelectorIsKeptToThePage) {
       {"tbody td{x:y}", "#p2 tbody td{x:y}"},
       {"a[title=\"x,{}y\"]{x:y}", "#p2 a[title=\"x,{}y\"]{x:y}"},
       {"a:not(.b, .c){x:y}", "#p2 a:not(.b, .c){x:y}"},
+      {"a:not(body *),b{x:y}", "#p2 a:not(#p2>.body *),#p2 b{x:y}"},
+      {"body :not(html) i{x:y}", "#p2>.body :not(#p2) i{x:y}"},
       {"p{content:\"}\"} b{x:y}", "#p2 p{content:\"}\"}#p2 b{x:y}"},
       {"/* p{} */ b{x:y}", "#p2 b{x:y}"},
       {"<!-- b{x:y} -->", "#p2 b{x:y}"},
@@ -85,6 +87,12 @@ TEST(ScopedStyles, BrokenSheetsStayWithinTheirPage) {
     EXPECT_LE(rules.size(), 40 * css.size() + 40) << qPrintable(css);
     EXPECT_TRUE(rules.isEmpty() || rules.startsWith(u"#p2") || rules.startsWith(u'@')) << qPrintable(css);
   }
+}
+
+TEST(ScopedStyles, ASheetThatIsNestedWithoutEndIsLeftOut) {
+  QString css;
+  for (int i = 0; i < 100'000; ++i) css += "@media a{";
+  EXPECT_LT(Rules(css + "p{x:y}").size(), 1000);
 }
 
 TEST(ScopedStyles, DeclarationsThatReachBeyondTheirEndAreLeftOut) {

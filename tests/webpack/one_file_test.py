@@ -252,6 +252,29 @@ class OneFile(unittest.TestCase):
                 self.assertEqual(self.difference(self.path("calm.png"), self.path("calm-one.png")), 0,
                                  browser.name + name)
 
+    def test_AClassOfAPageMayBeNamedAsItLikes(self):
+        pages = {"wgcard.html": '<html><body class="page"><div class="Page p2" id="in">Hello<p class="p2">there</p></div>'
+                                '<table><tr><td class="p2 body">cell</td></tr></table></body></html>',
+                 "Page2.html": '<html><body bgcolor="#000000" text="#FFFFFF" link="#FF0000"><p class="p1">two</p>'
+                               '<a href="wgcard.html#in">back</a></body></html>'}
+        self.made("classes", pages)
+        self.project("classes-alone", self.linked(pages))
+        for browser in self.browsers:
+            for name, place, scripts in (("wgcard.html", "", True), ("wgcard.html", "", False),
+                                         ("wgcard.html", "#p1-in", True), ("Page2.html", "#p2", True)):
+                browser.shot("file://" + self.path("classes-alone", name), self.path("classes-alone.png"))
+                browser.shot(self.url("classes", place), self.path("classes.png"), scripts=scripts)
+                self.assertEqual(self.difference(self.path("classes-alone.png"), self.path("classes.png")), 0,
+                                 (browser.name, name, place, scripts))
+
+    def test_AFileThatOnlyLooksLikePageOneComesLast(self):
+        text = self.made("stray", {"wgcard.html": "<html><body>first</body></html>",
+                                   "Page1.html": "<html><body>stray</body></html>",
+                                   "Page2.html": "<html><body>second</body></html>"})
+        sections = text.split('<div class="page ')[1:]
+        self.assertEqual([re.search("first|second|stray", section).group() for section in sections],
+                         ["first", "second", "stray"])
+
     def test_EachPictureIsInTheFileOnce(self):
         text = self.made("once", {**PAGES, **self.pictures, "unused.gif": b"GIF89a unused"})
         for name, data in self.pictures.items():
