@@ -253,8 +253,8 @@ class OneFile(unittest.TestCase):
                                  browser.name + name)
 
     def test_AClassOfAPageMayBeNamedAsItLikes(self):
-        pages = {"wgcard.html": '<html><body class="page"><div class="Page p2" id="in">Hello<p class="p2">there</p></div>'
-                                '<table><tr><td class="p2 body">cell</td></tr></table></body></html>',
+        pages = {"wgcard.html": '<html><body class="page"><div class="Page p2" id="in">Hello<p class="p2">there</p>'
+                                '</div><table><tr><td class="p2 body">cell</td></tr></table></body></html>',
                  "Page2.html": '<html><body bgcolor="#000000" text="#FFFFFF" link="#FF0000"><p class="p1">two</p>'
                                '<a href="wgcard.html#in">back</a></body></html>'}
         self.made("classes", pages)
